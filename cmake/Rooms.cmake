@@ -1,0 +1,53 @@
+# The rooms of the house: one static library a folder of src/. A room names the rooms that it may include
+# (ARROWS); the same list links it and is handed to the test that reads the #include lines.
+
+set_property(GLOBAL PROPERTY QUORVIA_ROOMS "")
+
+add_library(quorvia_options INTERFACE)
+target_include_directories(quorvia_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_definitions(quorvia_options INTERFACE
+  QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_BYTEARRAY QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+target_compile_options(quorvia_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wnull-dereference
+  -Wimplicit-fallthrough -Werror)
+if(QUORVIA_SANITIZE)
+  target_compile_options(quorvia_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -Wno-null-dereference
+    -Wno-maybe-uninitialized)
+  target_link_options(quorvia_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# quorvia_room(NAME [ARROWS room...] [LIBS target...] SOURCES file...)
+function(quorvia_room NAME)
+  cmake_parse_arguments(ROOM "" "" "ARROWS;LIBS;SOURCES" ${ARGN})
+  add_library(quorvia_${NAME} STATIC ${ROOM_SOURCES})
+  target_link_libraries(quorvia_${NAME} PUBLIC quorvia_options ${ROOM_LIBS})
+  foreach(lower IN LISTS ROOM_ARROWS)
+    target_link_libraries(quorvia_${NAME} PUBLIC quorvia_${lower})
+  endforeach()
+  string(JOIN " " arrows ${ROOM_ARROWS})
+  set_property(GLOBAL APPEND PROPERTY QUORVIA_ROOMS "${NAME}: ${arrows}")
+endfunction()
+
+# quorvia_test(NAME LABEL label ROOMS room... [SOURCES file...] [LIBS target...])
+# One Qt Test program; its source is NAME.cpp unless SOURCES names others. Runs without a display.
+function(quorvia_test NAME)
+  cmake_parse_arguments(T "" "LABEL" "ROOMS;SOURCES;LIBS;ENV" ${ARGN})
+  if(NOT T_SOURCES)
+    set(T_SOURCES ${NAME}.cpp)
+  endif()
+  if(NOT T_LABEL)
+    set(T_LABEL unit)
+  endif()
+  add_executable(${NAME} ${T_SOURCES})
+  target_link_libraries(${NAME} PRIVATE quorvia_options quorvia_testsupport Qt6::Test ${T_LIBS})
+  foreach(room IN LISTS T_ROOMS)
+    target_link_libraries(${NAME} PRIVATE quorvia_${room})
+  endforeach()
+  set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  add_test(NAME ${NAME} COMMAND ${NAME})
+  set_tests_properties(${NAME} PROPERTIES
+    LABELS ${T_LABEL} TIMEOUT 300
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;UBSAN_OPTIONS=print_stacktrace=1;ASAN_OPTIONS=detect_leaks=0;${T_ENV}")
+endfunction()

@@ -1,0 +1,116 @@
+// The imaging control: one image holder with decoding, display, transforms and saving behind operations that look
+// synchronous. Creating one is cheap; a load returns when the header is read, and whatever needs pixels waits for
+// just those it needs.
+#pragma once
+
+#include "engine/Codec.h"
+#include "engine/ImageLoader.h"
+
+#include <QColor>
+#include <QPixmap>
+#include <QRect>
+#include <QWidget>
+
+#include <memory>
+
+namespace quorvia::engine {
+
+class ImageEngine : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    explicit ImageEngine(std::shared_ptr<ImageLoader> loader, QWidget* parent = nullptr);
+    ~ImageEngine() override;
+
+    // --- source and pages
+    /// The name of the image held; empty when there is none. Waits until a load under way is known to have pixels.
+    QString FileName() const;
+    /// Loads and shows the present page of `path`; the same name again reloads. "" clears the control. A failed load
+    /// leaves image and name as they were; LastError() tells why.
+    void SetFileName(const QString& path);
+    /// The page that the next load takes, from 1.
+    int PageNumber() const;
+    void SetPageNumber(int page);
+    /// Pages of `path`, without loading it; 0 when it cannot be read.
+    int PageCount(const QString& path) const;
+    /// The held image with every pixel; null when there is none. Waits for the full decode.
+    QImage Picture() const;
+    /// Holds `picture`; FileName() becomes empty. A null image clears the control.
+    void SetPicture(const QImage& picture);
+    /// Why the last load or save failed, one line for the log; empty after a success.
+    QString LastError() const;
+
+    // --- facts, valid after a load; 0 when nothing is held
+    /// Size at 100% in twips: one image pixel is one device pixel of the screen.
+    int ImageWidthTwips() const;
+    int ImageHeightTwips() const;
+    int ImagePixelWidth() const;
+    int ImagePixelHeight() const;
+    /// Colour depth of the file.
+    int BitsPerPixel() const;
+    /// Exact number of colours; counted when first read, kept until the image changes. Below 2 when none is held.
+    int UniqueColors() const;
+
+    // --- display
+    /// Present magnification, 1.0 is 100%.
+    double ZoomFactor() const;
+    /// Sets the magnification; the control itself does not move. Values that are not above 0 are ignored.
+    void Zoom(double factor);
+    /// 4: the image fills the control as ScaleOption tells; 0: at its zoom, from the control's top left corner.
+    void SetScaleMode(int mode);
+    int ScaleMode() const;
+    /// With ScaleMode 4: 0 keeps the proportions, centred; any other value fills both axes.
+    void SetScaleOption(int option);
+    /// False holds back repainting while a load is prepared; what is on the screen stays. True releases it.
+    void SetPaintEnabled(bool enabled);
+    bool PaintEnabled() const;
+    /// Repaints.
+    void Refresh();
+    /// Colour around the image and behind transparent pixels.
+    void SetBackColor(const QColor& color);
+    QColor BackColor() const;
+    /// 0 default, 25 pan, 30 selection.
+    void SetMousePointer(int pointer);
+    int MousePointer() const;
+    /// Draws the selection frame between two corners in image pixels, inclusive. `keep` true leaves the frame until
+    /// ClearRubberBand; false draws it once, gone at the next repaint.
+    void DrawRubberBand(int left, int top, int right, int bottom, const QColor& color, bool keep);
+    void ClearRubberBand();
+
+    // --- transforms of the held image, in place; nothing happens when none is held
+    /// Turns by `degrees`, positive counter-clockwise; multiples of 90 are exact, others give a larger image filled
+    /// with BackColor.
+    void Rotate(double degrees);
+    /// Scales to `width` x `height` pixels; values below 1 are ignored.
+    void Resize(int width, int height);
+    /// Draws an edge `width` pixels wide inside the image; style 1 raised, any other sunken; intensity 0 to 100.
+    void Bevel(int style, int width, int intensity);
+    void CopyToClipboard();
+
+    // --- saving
+    void SetSaveFileName(const QString& path);
+    /// Writes the held image to SaveFileName in the format of its extension; the old file stays whole until the new
+    /// one stands. True when written; LastError() tells why not.
+    bool SaveFile();
+    void SetJPEGLuminance(int strength);
+    void SetJPEGChrominance(int strength);
+    void SetJPEGSubSampling(int mode);
+    void SetJPEGGrayscale(bool gray);
+
+    /// The size in device pixels that the first picture of the next load must cover; empty asks for every pixel.
+    void SetLoadBox(QSize box);
+
+  Q_SIGNALS:
+    /// The picture has been painted on the control for the first time since the load.
+    void FirstPainted();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace quorvia::engine
