@@ -13,8 +13,4 @@ QString programPath();
 /// `$XDG_STATE_HOME/quorvia/qolog.log`.
 QString logPath();
 
-/// A path from a playlist or a command line as a native one: a path with "\" or a drive letter that names nothing as it
-/// stands has "\" turned to "/" and the drive dropped, and is kept so only when it then names a file.
-QString nativePath(const QString& path);
-
 } // namespace quorvia::app
