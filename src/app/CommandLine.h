@@ -10,10 +10,10 @@ namespace quorvia::app {
 
 struct CommandLine
 {
-    QString line;           ///< the arguments joined by one blank
-    QString path;           ///< all arguments that are no switches, joined by one blank, trimmed, as a native absolute
-                            ///< path where it names something; with the quotes it came with
-    QStringList commands;   ///< the switches without their "/", in order
+    QString line; ///< the arguments joined by one blank
+    QString path; ///< all arguments that are no switches, joined by one blank, trimmed, as a native absolute
+                  ///< path where it names something; with the quotes it came with
+    QStringList commands; ///< the switches without their "/", in order
 
     /// No argument at all.
     bool isEmpty() const { return line.isEmpty(); }
@@ -27,9 +27,9 @@ struct CommandLine
     QString bareFile;
 };
 
-/// Takes the arguments (without the program's name) apart. A switch begins with "/", holds no further "/" and names no
-/// existing file or directory. Relative paths count from `workingDirectory`; a "file:" address is decoded once, and a
-/// literal existing name wins over that.
+/// Takes the arguments (without the program's name) apart. A switch begins with "/", holds no further "/" and
+/// names no existing file or directory. Relative paths count from `workingDirectory`; a "file:" address is
+/// decoded once, and a literal existing name wins over that.
 CommandLine parseCommandLine(const QStringList& arguments, const QString& workingDirectory);
 
 } // namespace quorvia::app

@@ -6,12 +6,12 @@
 namespace quorvia::app {
 
 /// The ";"-separated wildcard list of accepted image types.
-inline constexpr char ImageExtensionList[] =
-    "*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.tif;*.tiff;*.wmf;*.ico;*.dcx;*.jif;*.ljp;*.pbm;*.pcx;*.pgm;*.pic;*.png;*.ppm;"
-    "*.rle;*.tga;*.wpg";
+inline constexpr char ImageExtensionList[] = "*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.tif;*.tiff;*.wmf;*.ico;*.dcx;*"
+                                             ".jif;*.ljp;*.pbm;*.pcx;*.pgm;*.pic;*.png;*.ppm;"
+                                             "*.rle;*.tga;*.wpg";
 
-/// True when `extension` (no point) stands in `list`: a substring test that ignores case, so that the empty extension
-/// stands in every list.
+/// True when `extension` (no point) stands in `list`: a substring test that ignores case, so that the empty
+/// extension stands in every list.
 bool extensionStandsIn(const QString& extension, const QString& list);
 
 } // namespace quorvia::app

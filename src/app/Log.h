@@ -5,8 +5,8 @@
 
 namespace quorvia::app {
 
-/// Appends the date as "mm-dd-yyyy", " - ", the time as "hh:mm:ss" and `text` to logPath(). Line ends within `text` are
-/// written as blanks. A log that cannot be written is passed over.
+/// Appends the date as "mm-dd-yyyy", " - ", the time as "hh:mm:ss" and `text` to logPath(). Line ends within
+/// `text` are written as blanks. A log that cannot be written is passed over.
 void WriteLog(const QString& text);
 
 } // namespace quorvia::app

@@ -1,5 +1,5 @@
-// The bytes of one image file, read by offset. Not memory-mapped: a mapped file that another program cuts short
-// ends the process. Cheap to open (one open, one stat); reading costs what it reads.
+// The bytes of one image file, read by offset. Not memory-mapped: a mapped file that another program cuts
+// short ends the process. Cheap to open (one open, one stat); reading costs what it reads.
 #pragma once
 
 #include "engine/Result.h"
@@ -14,7 +14,8 @@ namespace quorvia::engine {
 class ByteSource
 {
   public:
-    /// Opens `path` (native path). NotFound or Unreadable on failure; anything but a regular file is Unreadable.
+    /// Opens `path` (native path). NotFound or Unreadable on failure; anything but a regular file is
+    /// Unreadable.
     static Result<std::shared_ptr<ByteSource>> open(const QString& path);
     /// A source over bytes in memory.
     static std::shared_ptr<ByteSource> fromBytes(QByteArray bytes);
@@ -23,8 +24,8 @@ class ByteSource
 
     /// Length in bytes when the source was opened.
     virtual qint64 size() const = 0;
-    /// Reads up to `length` bytes at `offset` (bytes, from 0) into `out`; returns how many were there (0 at or past
-    /// the end, and on a read error). Safe from several threads at once.
+    /// Reads up to `length` bytes at `offset` (bytes, from 0) into `out`; returns how many were there (0 at
+    /// or past the end, and on a read error). Safe from several threads at once.
     virtual qint64 read(qint64 offset, void* out, qint64 length) const = 0;
 
     /// Up to `length` bytes from `offset`; shorter at the end.

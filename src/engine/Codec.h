@@ -1,5 +1,5 @@
-// What a codec is. One codec a format family; one table of codecs (codecTable), from which sniffing, the save filter,
-// the tests and the fuzz targets are derived. Codecs hold no state and may be used from any thread.
+// What a codec is. One codec a format family; one table of codecs (codecTable), from which sniffing, the save
+// filter, the tests and the fuzz targets are derived. Codecs hold no state and may be used from any thread.
 #pragma once
 
 #include "engine/ByteSource.h"
@@ -20,17 +20,18 @@ namespace quorvia::engine {
 /// Facts of one page that stand in the header; no pixel is decoded for them.
 struct PageHeader
 {
-    QSize size;             ///< pixels
-    int bitsPerPixel = 0;   ///< as stored in the file: 1, 4, 8, 16, 24, 32, 48, 64
+    QSize size;           ///< pixels
+    int bitsPerPixel = 0; ///< as stored in the file: 1, 4, 8, 16, 24, 32, 48, 64
 };
 
-/// One decoded page. `image` is QImage::Format_Mono, Indexed8, Grayscale8, RGB32 or ARGB32 (not premultiplied).
+/// One decoded page. `image` is QImage::Format_Mono, Indexed8, Grayscale8, RGB32 or ARGB32 (not
+/// premultiplied).
 struct Picture
 {
     QImage image;
-    QSize fullSize;         ///< size of the page in pixels; `image` is smaller when a box allowed it
-    int bitsPerPixel = 0;   ///< of the file, not of `image`
-    bool complete = true;   ///< false when the file ended early or broke: the rest is blank
+    QSize fullSize;       ///< size of the page in pixels; `image` is smaller when a box allowed it
+    int bitsPerPixel = 0; ///< of the file, not of `image`
+    bool complete = true; ///< false when the file ended early or broke: the rest is blank
 
     /// True when `image` holds every pixel of the page.
     bool isFull() const { return image.size() == fullSize; }
@@ -47,21 +48,22 @@ class Decoder
 
     /// Pages in the file, at least 1. May read on in the file, never decodes pixels.
     virtual int pageCount() = 0;
-    /// Facts of page `page` (from 1). Unsupported, Damaged or TooLarge when the page cannot be decoded at all.
+    /// Facts of page `page` (from 1). Unsupported, Damaged or TooLarge when the page cannot be decoded at
+    /// all.
     virtual Result<PageHeader> header(int page) = 0;
-    /// Decodes page `page` (from 1). With a non-empty `box` (pixels) the picture may come smaller than the page,
-    /// at the cheapest size that still covers the size at which the page fits into the box; an empty box asks for
-    /// every pixel. A file cut short gives what could be read with `complete` false; Damaged only when there is
-    /// nothing to show. Cancelled when `cancel` was set.
+    /// Decodes page `page` (from 1). With a non-empty `box` (pixels) the picture may come smaller than the
+    /// page, at the cheapest size that still covers the size at which the page fits into the box; an empty
+    /// box asks for every pixel. A file cut short gives what could be read with `complete` false; Damaged
+    /// only when there is nothing to show. Cancelled when `cancel` was set.
     virtual Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) = 0;
 };
 
 /// How a JPEG is written, in the terms of the image engine's four properties.
 struct JpegOptions
 {
-    int luminance = 24;     ///< quantisation strength 0 (best) to 255
-    int chrominance = 20;   ///< the same for the colour planes
-    int subSampling = 1;    ///< chroma: 0 none (1x1), 1 halved across (2x1), 2 both ways (2x2), 3 down (1x2)
+    int luminance = 24;   ///< quantisation strength 0 (best) to 255
+    int chrominance = 20; ///< the same for the colour planes
+    int subSampling = 1;  ///< chroma: 0 none (1x1), 1 halved across (2x1), 2 both ways (2x2), 3 down (1x2)
     bool gray = false;
 };
 
@@ -79,8 +81,8 @@ class Codec
     virtual QString name() const = 0;
     /// Extensions without the point, lower case, the usual one first.
     virtual QStringList extensions() const = 0;
-    /// True when a file that begins with `head` (up to 512 bytes) is of this format. Content decides before the
-    /// extension; `extension` (lower case, no point) matters only to formats without a mark of their own.
+    /// True when a file that begins with `head` (up to 512 bytes) is of this format. Content decides before
+    /// the extension; `extension` (lower case, no point) matters only to formats without a mark of their own.
     virtual bool sniff(const QByteArray& head, const QString& extension) const = 0;
     /// Opens a file that sniff() accepted; reads the header only.
     virtual Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const = 0;
@@ -100,11 +102,12 @@ Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source,
 /// The codec that writes `extension` (no point, any case), or null.
 const Codec* encoderFor(const QString& extension);
 
-/// A zeroed picture of `size`: pages that no pixel touches cost no memory. A null image when there is none left.
+/// A zeroed picture of `size`: pages that no pixel touches cost no memory. A null image when there is none
+/// left.
 QImage allocateImage(QSize size, QImage::Format format);
 
-/// The smallest size with the proportions of `page` that covers `box` when the page is fitted into it, never larger
-/// than the page. `page` itself for an empty box.
+/// The smallest size with the proportions of `page` that covers `box` when the page is fitted into it, never
+/// larger than the page. `page` itself for an empty box.
 QSize fittedSize(QSize page, QSize box);
 
 } // namespace quorvia::engine

@@ -1,6 +1,6 @@
-// The imaging control: one image holder with decoding, display, transforms and saving behind operations that look
-// synchronous. Creating one is cheap; a load returns when the header is read, and whatever needs pixels waits for
-// just those it needs.
+// The imaging control: one image holder with decoding, display, transforms and saving behind operations that
+// look synchronous. Creating one is cheap; a load returns when the header is read, and whatever needs pixels
+// waits for just those it needs.
 #pragma once
 
 #include "engine/Codec.h"
@@ -24,10 +24,11 @@ class ImageEngine : public QWidget
     ~ImageEngine() override;
 
     // --- source and pages
-    /// The name of the image held; empty when there is none. Waits until a load under way is known to have pixels.
+    /// The name of the image held; empty when there is none. Waits until a load under way is known to have
+    /// pixels.
     QString FileName() const;
-    /// Loads and shows the present page of `path`; the same name again reloads. "" clears the control. A failed load
-    /// leaves image and name as they were; LastError() tells why.
+    /// Loads and shows the present page of `path`; the same name again reloads. "" clears the control. A
+    /// failed load leaves image and name as they were; LastError() tells why.
     void SetFileName(const QString& path);
     /// The page that the next load takes, from 1.
     int PageNumber() const;
@@ -49,7 +50,8 @@ class ImageEngine : public QWidget
     int ImagePixelHeight() const;
     /// Colour depth of the file.
     int BitsPerPixel() const;
-    /// Exact number of colours; counted when first read, kept until the image changes. Below 2 when none is held.
+    /// Exact number of colours; counted when first read, kept until the image changes. Below 2 when none is
+    /// held.
     int UniqueColors() const;
 
     // --- display
@@ -57,7 +59,8 @@ class ImageEngine : public QWidget
     double ZoomFactor() const;
     /// Sets the magnification; the control itself does not move. Values that are not above 0 are ignored.
     void Zoom(double factor);
-    /// 4: the image fills the control as ScaleOption tells; 0: at its zoom, from the control's top left corner.
+    /// 4: the image fills the control as ScaleOption tells; 0: at its zoom, from the control's top left
+    /// corner.
     void SetScaleMode(int mode);
     int ScaleMode() const;
     /// With ScaleMode 4: 0 keeps the proportions, centred; any other value fills both axes.
@@ -73,32 +76,34 @@ class ImageEngine : public QWidget
     /// 0 default, 25 pan, 30 selection.
     void SetMousePointer(int pointer);
     int MousePointer() const;
-    /// Draws the selection frame between two corners in image pixels, inclusive. `keep` true leaves the frame until
-    /// ClearRubberBand; false draws it once, gone at the next repaint.
+    /// Draws the selection frame between two corners in image pixels, inclusive. `keep` true leaves the frame
+    /// until ClearRubberBand; false draws it once, gone at the next repaint.
     void DrawRubberBand(int left, int top, int right, int bottom, const QColor& color, bool keep);
     void ClearRubberBand();
 
     // --- transforms of the held image, in place; nothing happens when none is held
-    /// Turns by `degrees`, positive counter-clockwise; multiples of 90 are exact, others give a larger image filled
-    /// with BackColor.
+    /// Turns by `degrees`, positive counter-clockwise; multiples of 90 are exact, others give a larger image
+    /// filled with BackColor.
     void Rotate(double degrees);
     /// Scales to `width` x `height` pixels; values below 1 are ignored.
     void Resize(int width, int height);
-    /// Draws an edge `width` pixels wide inside the image; style 1 raised, any other sunken; intensity 0 to 100.
+    /// Draws an edge `width` pixels wide inside the image; style 1 raised, any other sunken; intensity 0 to
+    /// 100.
     void Bevel(int style, int width, int intensity);
     void CopyToClipboard();
 
     // --- saving
     void SetSaveFileName(const QString& path);
-    /// Writes the held image to SaveFileName in the format of its extension; the old file stays whole until the new
-    /// one stands. True when written; LastError() tells why not.
+    /// Writes the held image to SaveFileName in the format of its extension; the old file stays whole until
+    /// the new one stands. True when written; LastError() tells why not.
     bool SaveFile();
     void SetJPEGLuminance(int strength);
     void SetJPEGChrominance(int strength);
     void SetJPEGSubSampling(int mode);
     void SetJPEGGrayscale(bool gray);
 
-    /// The size in device pixels that the first picture of the next load must cover; empty asks for every pixel.
+    /// The size in device pixels that the first picture of the next load must cover; empty asks for every
+    /// pixel.
     void SetLoadBox(QSize box);
 
   Q_SIGNALS:

@@ -1,6 +1,6 @@
-// Loads pictures on threads of its own, so that start-up and decoding overlap and a full decode follows while the user
-// already looks. One loader serves all ImageEngine instances; it outlives them. Needs no application object, so that
-// main can begin a load before the toolkit is up.
+// Loads pictures on threads of its own, so that start-up and decoding overlap and a full decode follows while
+// the user already looks. One loader serves all ImageEngine instances; it outlives them. Needs no application
+// object, so that main can begin a load before the toolkit is up.
 #pragma once
 
 #include "engine/Codec.h"
@@ -17,23 +17,24 @@ struct PageKey
 {
     QString path;
     int page = 1;
-    qint64 size = -1;       ///< bytes
-    qint64 modified = 0;    ///< last written, nanoseconds since the epoch
+    qint64 size = -1;    ///< bytes
+    qint64 modified = 0; ///< last written, nanoseconds since the epoch
 
     /// The key of the file as it is now; size -1 when it cannot be looked at.
     static PageKey of(const QString& path, int page);
     bool operator==(const PageKey&) const = default;
 };
 
-/// One load under way or done. Shared between the asker and the thread; all members may be called from any thread.
-/// The waits return at once when the answer is there.
+/// One load under way or done. Shared between the asker and the thread; all members may be called from any
+/// thread. The waits return at once when the answer is there.
 class ImageLoad
 {
   public:
     virtual ~ImageLoad();
 
     virtual const PageKey& key() const = 0;
-    /// Waits for the header (milliseconds at most on a local file). The failure when the page cannot be loaded at all.
+    /// Waits for the header (milliseconds at most on a local file). The failure when the page cannot be
+    /// loaded at all.
     virtual Result<PageHeader> header() = 0;
     /// Waits for the first picture: it covers the box that the load was asked for, or is the full one.
     virtual Result<Picture> first() = 0;
@@ -43,8 +44,8 @@ class ImageLoad
     virtual Picture fullIfReady() = 0;
     /// Lets the full decode begin after the first picture, in the background.
     virtual void requestFull() = 0;
-    /// `done` is called once from the loader's thread when the full picture stands or has failed (at once, from the
-    /// calling thread, when it does already). Does not start it.
+    /// `done` is called once from the loader's thread when the full picture stands or has failed (at once,
+    /// from the calling thread, when it does already). Does not start it.
     virtual void whenFull(std::function<void()> done) = 0;
     /// Drops the load: a decode under way ends soon, waits give Cancelled.
     virtual void cancel() = 0;
@@ -58,9 +59,10 @@ class ImageLoader
     ImageLoader(const ImageLoader&) = delete;
     ImageLoader& operator=(const ImageLoader&) = delete;
 
-    /// Begins to load page `page` (from 1) of `path`; `box` in device pixels is the size that the first picture must
-    /// cover, empty for the full one at once. A load of the same unchanged page that is under way or held is shared
-    /// instead of repeated, when its first picture covers `box`. Never waits for the disk longer than a stat.
+    /// Begins to load page `page` (from 1) of `path`; `box` in device pixels is the size that the first
+    /// picture must cover, empty for the full one at once. A load of the same unchanged page that is under
+    /// way or held is shared instead of repeated, when its first picture covers `box`. Never waits for the
+    /// disk longer than a stat.
     std::shared_ptr<ImageLoad> load(const QString& path, int page, QSize box);
 
     /// Pages of a file without decoding it: 0 when it cannot be opened. Reads on the calling thread.

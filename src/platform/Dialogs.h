@@ -21,8 +21,8 @@ struct MessageBox
     QString text;
 };
 
-/// Shows `box` modally over `owner` (may be null) and waits for the answer. Closing the box answers Cancel, No or Ok,
-/// whichever of them it offers.
+/// Shows `box` modally over `owner` (may be null) and waits for the answer. Closing the box answers Cancel,
+/// No or Ok, whichever of them it offers.
 BoxAnswer showMessage(QWidget* owner, const MessageBox& box);
 
 /// Takes the place of the screen for message boxes while it lives; for tests. The newest one is asked.

@@ -1,5 +1,5 @@
-// Tells whether another instance of the program runs for this user. A lock on a file, which the kernel drops however
-// the process ends.
+// Tells whether another instance of the program runs for this user. A lock on a file, which the kernel drops
+// however the process ends.
 #pragma once
 
 #include <QString>
@@ -9,13 +9,15 @@ namespace quorvia::platform {
 class InstanceGuard
 {
   public:
-    /// Joins the instances that hold the lock file `path`; the file and its directory are created when missing.
+    /// Joins the instances that hold the lock file `path`; the file and its directory are created when
+    /// missing.
     explicit InstanceGuard(const QString& path);
     ~InstanceGuard();
     InstanceGuard(const InstanceGuard&) = delete;
     InstanceGuard& operator=(const InstanceGuard&) = delete;
 
-    /// True when another instance held the lock when this one joined. False too when the lock file cannot be made.
+    /// True when another instance held the lock when this one joined. False too when the lock file cannot be
+    /// made.
     bool othersWereRunning() const { return m_others; }
 
   private:

@@ -24,16 +24,17 @@ enum class ShellCode : int {
     Ok = 33,
 };
 
-/// Opens a document or a web address with the program that the user has chosen for its type. A path that begins with
+/// Opens a document or a web address with the program that the user has chosen for its type. A path that
+/// begins with
 /// "-" is made absolute first. Returns as soon as the program has been asked for.
 ShellCode shellOpen(const QString& target);
 
-/// Opens `path` in an editor for its type: the user's default program for it that is not this one, else the first
-/// raster graphics editor that the desktop knows.
+/// Opens `path` in an editor for its type: the user's default program for it that is not this one, else the
+/// first raster graphics editor that the desktop knows.
 ShellCode shellEdit(const QString& path);
 
-/// Starts the program file `program` with `arguments` in `directory` (empty: the present one), detached, without a
-/// shell. Reports what can be told before it runs: missing, not executable, not a program.
+/// Starts the program file `program` with `arguments` in `directory` (empty: the present one), detached,
+/// without a shell. Reports what can be told before it runs: missing, not executable, not a program.
 ShellCode startProgram(const QString& program, const QStringList& arguments, const QString& directory);
 
 /// True when `path` is a regular file that the user may execute.

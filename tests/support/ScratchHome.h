@@ -1,4 +1,5 @@
-// A fresh home directory for a test: HOME, the XDG directories and the program's roots point into it while it lives.
+// A fresh home directory for a test: HOME, the XDG directories and the program's roots point into it while it
+// lives.
 #pragma once
 
 #include <QByteArray>

@@ -1,0 +1,72 @@
+#include "engine/Codec.h"
+
+#include "engine/codecs/BmpCodec.h"
+#include "engine/codecs/GifCodec.h"
+#include "engine/codecs/JpegCodec.h"
+#include "engine/codecs/PngCodec.h"
+#include "engine/codecs/TiffCodec.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace quorvia::engine {
+
+Decoder::~Decoder() = default;
+Codec::~Codec() = default;
+
+std::span<const Codec* const> codecTable()
+{
+    static const JpegCodec jpeg;
+    static const PngCodec png;
+    static const GifCodec gif;
+    static const TiffCodec tiff;
+    static const BmpCodec bmp; // last: a headerless bitmap is the weakest mark
+    static const std::array<const Codec*, 5> table = {&jpeg, &png, &gif, &tiff, &bmp};
+    return table;
+}
+
+Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source, const QString& extension)
+{
+    constexpr qint64 headLength = 512;
+    const QByteArray head = source->bytes(0, headLength);
+    if (head.isEmpty())
+        return Error{ErrorKind::NotAnImage, QStringLiteral("the file is empty")};
+    const QString folded = extension.toLower();
+    for (const Codec* codec : codecTable()) {
+        if (codec->sniff(head, folded))
+            return codec->open(std::move(source));
+    }
+    return Error{ErrorKind::NotAnImage, QStringLiteral("no known image format")};
+}
+
+const Codec* encoderFor(const QString& extension)
+{
+    const QString folded = extension.toLower();
+    for (const Codec* codec : codecTable()) {
+        if (codec->canEncode(folded))
+            return codec;
+    }
+    return nullptr;
+}
+
+QImage allocateImage(QSize size, QImage::Format format)
+{
+    const qint64 bits = QImage::toPixelFormat(format).bitsPerPixel();
+    const qint64 bytesPerLine = (size.width() * bits + 31) / 32 * 4;
+    void* memory =
+        std::calloc(static_cast<size_t>(bytesPerLine), static_cast<size_t>(std::max(size.height(), 0)));
+    if (!memory)
+        return {};
+    return QImage(static_cast<uchar*>(memory), size.width(), size.height(), bytesPerLine, format, std::free,
+                  memory);
+}
+
+QSize fittedSize(QSize page, QSize box)
+{
+    if (box.isEmpty() || (page.width() <= box.width() && page.height() <= box.height()))
+        return page;
+    return page.scaled(box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
+}
+
+} // namespace quorvia::engine
