@@ -30,8 +30,12 @@ function(quorvia_room NAME)
   set_property(GLOBAL APPEND PROPERTY QUORVIA_ROOMS "${NAME}: ${arrows}")
 endfunction()
 
-# quorvia_test(NAME LABEL label ROOMS room... [SOURCES file...] [LIBS target...])
-# One Qt Test program; its source is NAME.cpp unless SOURCES names others. Runs without a display.
+# The tests that also run under the sanitizers.
+add_custom_target(hostile-tests)
+
+# quorvia_test(NAME [LABEL unit|window|hostile] ROOMS room... [SOURCES file...] [LIBS target...] [ENV variable=value...])
+# One Qt Test program; its source is NAME.cpp unless SOURCES names others. Runs without a display. "hostile" marks the
+# ones that feed broken input: check runs them under the sanitizers too.
 function(quorvia_test NAME)
   cmake_parse_arguments(T "" "LABEL" "ROOMS;SOURCES;LIBS;ENV" ${ARGN})
   if(NOT T_SOURCES)
@@ -46,6 +50,9 @@ function(quorvia_test NAME)
     target_link_libraries(${NAME} PRIVATE quorvia_${room})
   endforeach()
   set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  if(T_LABEL STREQUAL hostile)
+    add_dependencies(hostile-tests ${NAME})
+  endif()
   add_test(NAME ${NAME} COMMAND ${NAME})
   set_tests_properties(${NAME} PROPERTIES
     LABELS ${T_LABEL} TIMEOUT 300

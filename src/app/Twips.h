@@ -1,6 +1,8 @@
 // Twips: 1440 to the inch, 15 to a device-independent pixel.
 #pragma once
 
+#include <QRect>
+
 namespace quorvia::app {
 
 inline constexpr int twipsPerPixel = 15;
@@ -15,6 +17,14 @@ constexpr int toPixels(int twips)
 constexpr int toTwips(int pixels)
 {
     return pixels * twipsPerPixel;
+}
+
+/// The rectangle in device-independent pixels: its corner rounded towards zero, its size upwards, so that nothing of
+/// what lies in it is cut off.
+constexpr QRect toPixels(const QRect& twips)
+{
+    const auto upwards = [](int length) { return (length + twipsPerPixel - 1) / twipsPerPixel; };
+    return {toPixels(twips.x()), toPixels(twips.y()), upwards(twips.width()), upwards(twips.height())};
 }
 
 } // namespace quorvia::app

@@ -1,4 +1,4 @@
-#include "ScratchHome.h"
+#include "support/ScratchHome.h"
 
 #include <QDir>
 #include <QFile>

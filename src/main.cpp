@@ -1,0 +1,110 @@
+// Wiring: begins the decode of the command line's file, brings the toolkit up, prepares the data directories and loads
+// the main window.
+
+#include "app/CommandLine.h"
+#include "app/mFile.h"
+#include "app/mMain.h"
+#include "app/mWindowsAPI.h"
+#include "app/Paths.h"
+#include "app/Product.h"
+#include "app/Settings.h"
+#include "engine/ImageLoader.h"
+#include "platform/InstanceGuard.h"
+#include "platform/TerminationSignals.h"
+#include "viewer/frmImageView.h"
+#include "viewer/LoadStep.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QSessionManager>
+
+#include <cstdio>
+
+using namespace quorvia;
+
+namespace {
+
+QStringList argumentsOf(int argc, char* argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+/// Answers --help and --version. True when it did: the process ends then.
+bool answeredOnOutput(const QStringList& arguments)
+{
+    if (arguments.contains(QStringLiteral("--version"))) {
+        std::printf("%s %s\n", qPrintable(app::productTitle()),
+                    qPrintable(app::versionText(app::productVersion(), QStringLiteral("."))));
+        return true;
+    }
+    if (arguments.contains(QStringLiteral("--help"))) {
+        std::printf("Usage: quorvia [PATH] [/COMMAND ...]\n"
+                    "Shows the image at PATH, or the images of the folder PATH, and runs the named commands.\n\n"
+                    "  /miHide              do not show the main window\n"
+                    "  /miActualSize        one pixel of the image is one of the screen\n"
+                    "  /miMsg_TEXT          show TEXT in a message box\n"
+                    "  /install             register the program and end\n"
+                    "  /uninstall           remove the program's settings and end\n"
+                    "  --help, --version    answer here and end\n");
+        return true;
+    }
+    return false;
+}
+
+/// Begins to load the bare file of the line while the toolkit comes up; the load waits to be asked for by the window.
+std::shared_ptr<engine::ImageLoad> beginEarly(engine::ImageLoader& loader, const QString& file)
+{
+    if (!app::FileExists(file))
+        return {};
+    // The viewport's size at the last close: the first picture is decoded just as large as it will be shown.
+    constexpr QSize usualViewport(1680, 1050);
+    QSize box;
+    if (app::read(app::setting::cView) != 1)
+        box = {app::read(app::setting::ViewportWidth, usualViewport.width()),
+               app::read(app::setting::ViewportHeight, usualViewport.height())};
+    return loader.load(file, 1, box);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QStringList arguments = argumentsOf(argc, argv);
+    if (answeredOnOutput(arguments))
+        return 0;
+    const app::CommandLine line = app::parseCommandLine(arguments, QDir::currentPath());
+    app::openSettings();
+    const auto loader = std::make_shared<engine::ImageLoader>();
+    auto early = beginEarly(*loader, line.bareFile);
+
+    QCoreApplication::setApplicationName(QStringLiteral("quorvia"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("quorvia"));
+    int toolkitArguments = 1; // the toolkit must not take words of our line for its own
+    QApplication application(toolkitArguments, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false); // a hidden main window is no reason to end
+
+    if (!app::probeMachineStore())
+        return 0;
+    if (line.isUninstall()) {
+        app::removeSettings(app::InstallPath());
+        return 0;
+    }
+    app::prepareDataDirectories(app::InstallPath());
+    app::repairDataDirectories(app::InstallPath());
+
+    const platform::InstanceGuard instances(platform::instanceLockPath());
+    viewer::frmImageView window(loader, line);
+    platform::TerminationSignals signalWatch;
+    QObject::connect(&signalWatch, &platform::TerminationSignals::terminationAsked, &window,
+                     &viewer::frmImageView::closeAll);
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
+                     &viewer::frmImageView::closeAll, Qt::DirectConnection);
+    const bool goesOn = viewer::runLoadStep(window, instances.othersWereRunning());
+    early.reset();
+    const int result = goesOn ? application.exec() : 0;
+    app::closeSettings();
+    return result;
+}

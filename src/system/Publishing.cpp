@@ -1,0 +1,61 @@
+#include "system/Publishing.h"
+
+#include "app/ImageTypes.h"
+#include "app/mFile.h"
+#include "app/Paths.h"
+#include "app/Product.h"
+#include "app/Settings.h"
+#include "system/WebAddresses.h"
+
+namespace quorvia::system {
+
+namespace {
+
+QString storedHomePage()
+{
+    return app::readOfTool(app::common::WebSites, app::productTitle());
+}
+
+void publish(const app::CommonSubkey& subkey, const QString& value)
+{
+    app::saveOfTool(subkey, app::productTitle(), value);
+}
+
+} // namespace
+
+void PublishProgram(bool isComponent)
+{
+    const QString program = app::programPath();
+    publish(app::common::ProgramFileSupport, QLatin1String(app::ImageExtensionList));
+    publish(app::common::ProgramAssoPaths, program);
+
+    publish(app::common::WebSites, GetHomeUrl());
+    const QString home = storedHomePage();
+    if (!home.contains(QLatin1String("app=")) && home != QLatin1String(address::frontPage))
+        publish(app::common::WebSites, GetHomeUrl() + BuildAppQuery());
+    app::save(app::common::MenuShellReg, QLatin1String(address::shellMenuPage));
+
+    if (isComponent) {
+        publish(app::common::ComponentPaths, program);
+    } else {
+        publish(app::common::ProgramShortPaths, app::GetShortPath(program));
+        publish(app::common::ProgramPaths, program);
+    }
+}
+
+QString GetHomeUrl()
+{
+    QString home = storedHomePage();
+    if (home.isEmpty())
+        home = QLatin1String(address::productPage);
+    return home.trimmed().isEmpty() ? QString(QLatin1String(address::frontPage)) : home;
+}
+
+QString BuildAppQuery()
+{
+    QString title = app::productTitle();
+    title.remove(QLatin1Char('.')).remove(QLatin1Char(' '));
+    return QStringLiteral("?app=") + title + app::versionText(app::productVersion(), QString());
+}
+
+} // namespace quorvia::system

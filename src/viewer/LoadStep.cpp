@@ -1,0 +1,156 @@
+#include "viewer/LoadStep.h"
+
+#include "app/ImageTypes.h"
+#include "app/Log.h"
+#include "app/mFile.h"
+#include "app/PendingEvents.h"
+#include "app/Product.h"
+#include "app/Settings.h"
+#include "app/Twips.h"
+#include "system/Publishing.h"
+#include "viewer/Colors.h"
+#include "viewer/frmImageView.h"
+#include "viewer/RecentList.h"
+#include "viewer/WindowGeometry.h"
+
+#include <QScreen>
+
+namespace quorvia::viewer {
+
+namespace {
+
+constexpr int maximisedState = 2;
+constexpr int firstPictureWait = 500; // milliseconds at most until the first picture is painted
+
+void log(const char* text)
+{
+    app::WriteLog(QLatin1String(text));
+}
+
+void colourChrome(frmImageView& window)
+{
+    setPaneColor(window.pTop(), QColor(0, 121, 191));
+}
+
+void restoreGeometry(frmImageView& window, bool othersWereRunning)
+{
+    const QSize screenPixels = window.screen()->geometry().size();
+    const QSize screen(app::toTwips(screenPixels.width()), app::toTwips(screenPixels.height()));
+    const QRect usual = defaultGeometry(screen);
+
+    const QSize size = usableSize({app::read(app::setting::MainWidth, usual.width()),
+                                   app::read(app::setting::MainHeight, usual.height())});
+    window.resize(app::toPixels(size.width()), app::toPixels(size.height()));
+    if (!othersWereRunning) {
+        const QPoint centred(screen.width() / 2 - size.width() / 2, screen.height() / 2 - size.height() / 2);
+        window.move(app::toPixels(app::read(app::setting::MainLeft, centred.x())),
+                    app::toPixels(app::read(app::setting::MainTop, centred.y())));
+    }
+    if (app::read(app::setting::MainWindowState) == maximisedState)
+        window.setWindowState(Qt::WindowMaximized);
+}
+
+void restoreView(frmImageView& window)
+{
+    QWidget* const pContain = window.pContain();
+    setPaneColor(pContain, fromColorNumber(app::read(app::setting::MainBackColor, toColorNumber(paneColor(pContain)))));
+    window.ix1()->SetBackColor(paneColor(window.pContain()));
+    window.viewport()->setFitToWindow(app::read(app::setting::cView) != 1);
+}
+
+/// Puts the file of a bare command line straight on the screen, before list and tabs exist.
+void showEarly(frmImageView& window, const QString& file)
+{
+    window.ix1()->show();
+    window.layoutPanes();
+    if (!app::extensionStandsIn(app::GetExtension(file), QLatin1String(app::ImageExtensionList)))
+        return;
+    window.viewport()->announceLoadBox();
+    window.ix1()->SetFileName(file);
+    window.viewport()->layout();
+}
+
+void showWindow(frmImageView& window)
+{
+    bool painted = false;
+    const auto connection =
+        QObject::connect(window.ix1(), &engine::ImageEngine::FirstPainted, &window, [&painted] { painted = true; });
+    const bool pictureWaits = window.ix1()->ImagePixelWidth() > 0;
+    window.show();
+    if (pictureWaits) // the picture stands before anything else is made
+        app::letEventsRunUntil([&] { return painted || window.isUnloaded(); }, firstPictureWait);
+    QObject::disconnect(connection);
+}
+
+/// Opens the first image. True when the line was a bare file, which carries no commands and no preferences.
+bool openFirst(frmImageView& window)
+{
+    const app::CommandLine& line = window.commandLine();
+    const int cLoad = app::read(app::setting::cLoad);
+    const bool bareFile = app::FileExists(line.bareFile);
+    const QString target = line.isEmpty() ? QString() : bareFile ? line.bareFile : line.path;
+
+    if (app::FileExists(target)) {
+        window.OpenX(target);
+        window.list()->setPath(app::SplitPathName(target, 1));
+    } else if (app::FolderExists(target)) {
+        window.opening()->OpenDirX(target, cLoad);
+    } else if (app::read(app::setting::imgAutoLoad) == 1) {
+        window.list()->finishRebuild();
+        window.RunTool(QStringLiteral("miLoadFirst"));
+    }
+    return bareFile;
+}
+
+} // namespace
+
+bool runLoadStep(frmImageView& window, bool othersWereRunning)
+{
+    const app::CommandLine& line = window.commandLine();
+    colourChrome(window);
+    log("Init: Form_Load: frmImageView");
+    system::PublishProgram(false);
+    if (line.isInstall())
+        return false;
+
+    log("Start: Sizing");
+    restoreGeometry(window, othersWereRunning);
+    window.setInterfaceFlag(app::read(app::setting::ToggleInterface) != 0);
+    restoreView(window);
+    log("End: Sizing");
+
+    log("Start: First_CommandLineParsing");
+    if (app::FileExists(line.bareFile))
+        showEarly(window, line.bareFile);
+    if (!line.mentions(QStringLiteral("/miHide")) && !line.mentions(QStringLiteral("/miFullScreen")))
+        showWindow(window);
+    if (window.isUnloaded())
+        return false;
+    log("End: First_CommandLineParsing");
+
+    log("Start: TabLoading and Name");
+    window.setWindowTitle(app::GetAppDisplayName());
+    log("End: TabLoading and Name");
+
+    log("Start: frmImageViewPlaylist_Load");
+    window.list()->restoreSelectedPath();
+    window.list()->SetPattern(QLatin1String(app::ImageExtensionList));
+    log("End: frmImageViewPlaylist_Load");
+
+    const bool bareFile = openFirst(window);
+    if (!bareFile) {
+        for (const QString& command : line.commands)
+            window.RunTool(command);
+        if (!line.holdsSwitch() && app::read(app::setting::cView) == 1)
+            window.RunTool(QStringLiteral("miActualSize"));
+    }
+
+    window.layoutPanes();
+    window.ix1()->show();
+    window.opening()->setRecent(recentFromText(app::read(app::setting::Recent)));
+    window.setLoading(false);
+    log("Finish: Form_Load: frmImageView");
+    return !window.isUnloaded();
+}
+
+} // namespace quorvia::viewer

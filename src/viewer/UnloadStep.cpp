@@ -1,0 +1,75 @@
+#include "viewer/UnloadStep.h"
+
+#include "app/mFile.h"
+#include "app/Paths.h"
+#include "app/PendingEvents.h"
+#include "app/Settings.h"
+#include "app/Twips.h"
+#include "viewer/frmImageView.h"
+#include "viewer/RecentList.h"
+
+#include <QApplication>
+#include <QFile>
+
+namespace quorvia::viewer {
+
+namespace {
+
+constexpr int normalState = 0;
+constexpr int maximisedState = 2;
+
+void closeOtherWindows(frmImageView& window)
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* other : windows) {
+        if (other != &window && other->isVisible())
+            other->close();
+    }
+    app::letPendingEventsRun();
+}
+
+/// The geometry that the window has when it is neither minimised nor maximised: its frame's corner, its inner size.
+QRect restoredGeometry(const frmImageView& window)
+{
+    if (!window.isMinimized() && !window.isMaximized())
+        return {window.pos(), window.size()};
+    return window.normalGeometry().isEmpty() ? window.geometry() : window.normalGeometry();
+}
+
+void saveGeometry(const QRect& pixels)
+{
+    app::save(app::setting::MainLeft, app::toTwips(pixels.x()));
+    app::save(app::setting::MainTop, app::toTwips(pixels.y()));
+    app::save(app::setting::MainHeight, app::toTwips(pixels.height()));
+    app::save(app::setting::MainWidth, app::toTwips(pixels.width()));
+}
+
+/// Tells the next start how large its first picture will be, in device pixels.
+void saveViewport(const QWidget& pContain)
+{
+    const QSize size = pContain.size() * pContain.devicePixelRatioF();
+    app::save(app::setting::ViewportWidth, size.width());
+    app::save(app::setting::ViewportHeight, size.height());
+}
+
+} // namespace
+
+void runUnloadStep(frmImageView& window)
+{
+    window.list()->CloseDown();
+    closeOtherWindows(window);
+
+    app::save(app::setting::ToggleInterface, window.interfaceFlag() ? 1 : 0);
+    if (!window.isMinimized())
+        app::save(app::setting::MainWindowState, window.isMaximized() ? maximisedState : normalState);
+    saveGeometry(restoredGeometry(window));
+    saveViewport(*window.pContain());
+    app::save(app::setting::Recent, recentToText(window.opening()->recent()));
+
+    app::letPendingEventsRun();
+    const QString scratch = app::InstallPath() + QStringLiteral("untitled.pic");
+    if (app::FileExists(scratch))
+        QFile::remove(scratch);
+}
+
+} // namespace quorvia::viewer

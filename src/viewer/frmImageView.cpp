@@ -1,0 +1,182 @@
+#include "viewer/frmImageView.h"
+
+#include "app/mFile.h"
+#include "app/PendingEvents.h"
+#include "app/Product.h"
+#include "app/Settings.h"
+#include "commands/Keys.h"
+#include "platform/Dialogs.h"
+#include "viewer/CommandTable.h"
+#include "viewer/PageNavigator.h"
+#include "viewer/UnloadStep.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace quorvia::viewer {
+
+namespace {
+
+constexpr int keyDebounce = 100; // milliseconds
+constexpr int resizeDelay = 50;  // milliseconds
+
+QWidget* makePane(QWidget* parent, const char* name)
+{
+    auto* pane = new QWidget(parent);
+    pane->setObjectName(QLatin1String(name));
+    pane->setAutoFillBackground(true);
+    return pane;
+}
+
+} // namespace
+
+frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
+    : m_commandLine(std::move(commandLine)), m_pMain(makePane(this, "pMain")), m_pTop(makePane(m_pMain, "pTop")),
+      m_pContain(makePane(m_pTop, "pContain")), m_ix1(new engine::ImageEngine(std::move(loader), m_pContain)),
+      m_viewport(new Viewport(m_pContain, m_ix1, this)),
+      m_list(new collections::FolderList([this] { return currentFile(); }, this)),
+      m_opening(new Opening({.owner = this,
+                             .ix1 = m_ix1,
+                             .viewport = m_viewport,
+                             .list = m_list,
+                             .pTiff = [this] { return makeNavigator(); },
+                             .runTool = [this](const QString& name) { RunTool(name); },
+                             .commandLine = m_commandLine.line},
+                            this))
+{
+    setObjectName(QStringLiteral("frmImageView"));
+    setAccessibleName(app::productTitle());
+    setAcceptDrops(true);
+    setFocusPolicy(Qt::StrongFocus);
+    m_ix1->setObjectName(QStringLiteral("ix1"));
+    m_ix1->setAccessibleName(tr("Picture"));
+    m_ix1->hide();
+
+    const std::vector<commands::Tool> table = commandTable(*this);
+    m_dispatcher = std::make_unique<commands::ToolDispatcher>(table, [this](const QString& text) {
+        platform::showMessage(
+            this, {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(), text});
+    });
+    connect(m_list, &collections::FolderList::OpenFile, this, &frmImageView::OpenX);
+
+    for (QTimer* timer : {&m_tUpdate, &m_tWait, &m_tKey})
+        timer->setSingleShot(true);
+    m_tWait.setInterval(keyDebounce);
+    m_tKey.setInterval(keyDebounce);
+    connect(&m_tUpdate, &QTimer::timeout, this, [this] { SetUpdate(true, 0); });
+}
+
+frmImageView::~frmImageView() = default;
+
+void frmImageView::RunTool(const QString& name)
+{
+    m_dispatcher->RunTool(name);
+}
+
+void frmImageView::GlobalKeyPress(int keyCode, int shift)
+{
+    if (m_tKey.isActive())
+        return;
+    m_tKey.start();
+    const QStringList tools = commands::toolsForKey(keyCode, shift);
+    for (const QString& tool : tools)
+        RunTool(tool);
+}
+
+void frmImageView::SetUpdate(bool visible, int delay)
+{
+    m_ix1->setVisible(visible);
+    if (!visible && delay >= 1)
+        m_tUpdate.start(delay);
+}
+
+void frmImageView::closeAll()
+{
+    app::letPendingEventsRun();
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        if (*window != this && (*window)->isWindow() && (*window)->isVisible())
+            (*window)->close();
+    }
+    close();
+}
+
+void frmImageView::unload()
+{
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    runUnloadStep(*this);
+}
+
+void frmImageView::layoutPanes()
+{
+    m_pMain->setGeometry(rect());
+    m_pTop->setGeometry(m_pMain->rect());
+    m_pContain->setGeometry(m_pTop->rect());
+    if (m_pTiff)
+        m_pTiff->move(m_pTop->width() - m_pTiff->width(), 0);
+    m_viewport->layout();
+}
+
+PageNavigator* frmImageView::makeNavigator()
+{
+    m_pTiff = new PageNavigator(m_pTop);
+    return m_pTiff;
+}
+
+void frmImageView::closeEvent(QCloseEvent* event)
+{
+    unload();
+    event->accept();
+    QCoreApplication::quit();
+}
+
+void frmImageView::resizeEvent(QResizeEvent*)
+{
+    if (!m_loading)
+        SetUpdate(false, resizeDelay);
+    layoutPanes();
+}
+
+void frmImageView::keyPressEvent(QKeyEvent* event)
+{
+    if (m_tWait.isActive())
+        return;
+    const int code = commands::virtualKeyCode(event->key());
+    if (code == 0) {
+        event->ignore();
+        return;
+    }
+    m_tWait.start();
+    GlobalKeyPress(code, commands::modifierMask(event->modifiers()));
+}
+
+void frmImageView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData() && event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void frmImageView::dropEvent(QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const auto local = std::find_if(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    if (local == urls.end())
+        return;
+    event->acceptProposedAction();
+    const QString path = local->toLocalFile();
+    if (app::FolderExists(path))
+        m_opening->OpenDirX(path, app::read(app::setting::cLoad));
+    else
+        OpenX(path);
+}
+
+} // namespace quorvia::viewer

@@ -1,0 +1,89 @@
+// The main window. It owns the rooms of the viewer and connects them; what they do stands beside it.
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/MainWindow.h"
+#include "collections/FolderList.h"
+#include "commands/ToolDispatcher.h"
+#include "engine/ImageEngine.h"
+#include "viewer/Opening.h"
+#include "viewer/Viewport.h"
+
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+namespace quorvia::viewer {
+
+class frmImageView : public QWidget, public app::MainWindow
+{
+    Q_OBJECT
+
+  public:
+    /// `loader` serves the image control; `commandLine` is the one that the process was started with.
+    frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine);
+    ~frmImageView() override;
+
+    // --- app::MainWindow
+    void RunTool(const QString& name) override;
+    void OpenX(const QString& path) override { m_opening->OpenX(path); }
+    void GlobalKeyPress(int keyCode, int shift) override;
+    QString currentFile() const override { return m_ix1->FileName(); }
+
+    /// Shows or hides the picture while the window changes its size; hidden with a `delay` of at least 1 millisecond,
+    /// it comes back by itself after that.
+    void SetUpdate(bool visible, int delay);
+    /// Closes the other windows, this one last, and ends the process.
+    void closeAll();
+
+    // --- the rooms, for the load step, the unload step and the table of commands
+    const app::CommandLine& commandLine() const { return m_commandLine; }
+    QWidget* pTop() const { return m_pTop; }
+    QWidget* pContain() const { return m_pContain; }
+    engine::ImageEngine* ix1() const { return m_ix1; }
+    Viewport* viewport() const { return m_viewport; }
+    Opening* opening() const { return m_opening; }
+    collections::FolderList* list() const { return m_list; }
+    bool interfaceFlag() const { return m_interfaceFlag; }
+    void setInterfaceFlag(bool flag) { m_interfaceFlag = flag; }
+    /// True until the load step has ended; resizes are then taken without the repaint guard.
+    bool isLoading() const { return m_loading; }
+    void setLoading(bool loading) { m_loading = loading; }
+    /// True when the unload step has run: what is left of the load step must not.
+    bool isUnloaded() const { return m_unloaded; }
+    /// Runs the unload step once.
+    void unload();
+
+    /// Places the panes inside the window.
+    void layoutPanes();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    PageNavigator* makeNavigator();
+
+    app::CommandLine m_commandLine;
+    QWidget* m_pMain;
+    QWidget* m_pTop;
+    QWidget* m_pContain;
+    engine::ImageEngine* m_ix1;
+    PageNavigator* m_pTiff = nullptr;
+    Viewport* m_viewport;
+    collections::FolderList* m_list;
+    Opening* m_opening;
+    std::unique_ptr<commands::ToolDispatcher> m_dispatcher;
+    QTimer m_tUpdate;
+    QTimer m_tWait;
+    QTimer m_tKey;
+    bool m_interfaceFlag = true;
+    bool m_loading = true;
+    bool m_unloaded = false;
+};
+
+} // namespace quorvia::viewer

@@ -1,0 +1,203 @@
+"""Drives the built program in an X server of its own: a fresh home, a window manager, real keys and mouse.
+
+Everything that a journey starts is ended by its process id. Waits have a bound and say what they waited for.
+"""
+
+import os
+import pathlib
+import shutil
+import signal
+import sqlite3
+import subprocess
+import tempfile
+import time
+import unittest
+
+PROGRAM = os.environ["QUORVIA_PROGRAM"]
+SCREEN = (1280, 800)
+PATIENCE = 20.0  # seconds that a condition may take; none of them does on a machine at rest
+
+
+def wait_until(condition, what, patience=PATIENCE):
+    """Waits until `condition` gives something true and returns that; fails with `what` otherwise."""
+    end = time.monotonic() + patience
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise AssertionError("waited in vain for " + what)
+        time.sleep(0.03)
+
+
+class Journey(unittest.TestCase):
+    """One X server and one home a test."""
+
+    def setUp(self):
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix="quorvia-journey-"))
+        self.addCleanup(shutil.rmtree, self.home, ignore_errors=True)
+        (self.home / "run").mkdir(mode=0o700)
+        self.root = self.home / "root"
+        self.pictures = self.home / "pictures"
+        self.pictures.mkdir()
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "LC_ALL": "C.UTF-8",
+            "HOME": str(self.home),
+            "XDG_CONFIG_HOME": str(self.home / "config"),
+            "XDG_DATA_HOME": str(self.home / "data"),
+            "XDG_STATE_HOME": str(self.home / "state"),
+            "XDG_CACHE_HOME": str(self.home / "cache"),
+            "XDG_RUNTIME_DIR": str(self.home / "run"),
+            "QUORVIA_ROOT": str(self.root),
+            "HALVEXA_MACHINE_STORE": str(self.home / "machine" / "machine.db"),
+        }
+        self._start_display()
+
+    def _start_display(self):
+        reader, writer = os.pipe()
+        server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "%dx%dx24" % SCREEN, "-nolisten", "tcp"],
+            pass_fds=[writer], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(self._end, server)
+        os.close(writer)
+        with os.fdopen(reader) as answer:
+            self.environment["DISPLAY"] = ":" + answer.readline().strip()
+        manager = subprocess.Popen(["openbox", "--sm-disable"], env=self.environment,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(self._end, manager)
+        wait_until(lambda: "WINDOW" in self.output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").upper()
+                   and "NOT FOUND" not in self.output("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").upper(),
+                   "the window manager")
+
+    @staticmethod
+    def _end(process):
+        if process.poll() is None:
+            process.terminate()
+            try:
+                process.wait(timeout=5)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+
+    # --- other programs
+
+    def output(self, *command):
+        """What a command prints, in the journey's environment; its errors do not matter."""
+        return subprocess.run(command, env=self.environment, text=True, check=False, timeout=PATIENCE,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+
+    def make(self, *command):
+        """Runs a tool that makes a fixture; it must succeed."""
+        subprocess.run([str(word) for word in command], env=self.environment, check=True, timeout=60)
+
+    def picture(self, name, colour, size="64x48"):
+        """A picture of one colour in the pictures folder."""
+        path = self.pictures / name
+        self.make("convert", "-size", size, "xc:" + colour, path)
+        return path
+
+    # --- the program
+
+    def start(self, *arguments, wait=True, **environment):
+        """Starts the program; with `wait` until its load step has ended."""
+        process = subprocess.Popen([PROGRAM, *map(str, arguments)], env={**self.environment, **environment},
+                                   cwd=self.home, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(self._end, process)
+        if wait:
+            before = self.finishes
+            wait_until(lambda: self.log_text().count("Finish: Form_Load: frmImageView") > before
+                       or process.poll() is not None, "the end of the load step")
+            self.assertIsNone(process.poll(), "the program ended while it loaded")
+            self.finishes += 1
+        return process
+
+    finishes = 0
+
+    def ended(self, process, status=0):
+        """Waits for the program's end and checks its exit status."""
+        wait_until(lambda: process.poll() is not None, "the program's end")
+        self.assertEqual(process.returncode, status)
+
+    def window(self, name="Quorvia v"):
+        """The id of the visible window whose title begins with `name`."""
+        return wait_until(lambda: self.windows(name), "a window named " + name)[0]
+
+    def windows(self, name="Quorvia v"):
+        return self.output("xdotool", "search", "--onlyvisible", "--name", "^" + name).split()
+
+    def geometry(self, window):
+        """Left, top (of the window inside its frame), width, height in pixels."""
+        lines = dict(line.split("=") for line in
+                     self.output("xdotool", "getwindowgeometry", "--shell", window).split())
+        return tuple(int(lines[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def key(self, *keys):
+        """Presses keys one after the other, slower than the debounces."""
+        for key in keys:
+            self.output("xdotool", "key", key)
+            time.sleep(0.25)
+
+    def focus(self, window):
+        self.output("xdotool", "windowactivate", "--sync", window)
+        wait_until(lambda: self.output("xdotool", "getactivewindow").strip() == window, "the focus")
+
+    def click(self, x, y):
+        self.output("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
+
+    # --- what it leaves behind
+
+    def screen(self):
+        """The screen as a function from x, y to (red, green, blue)."""
+        data = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"],
+                              env=self.environment, check=True, timeout=PATIENCE, stdout=subprocess.PIPE).stdout
+
+        def pixel(x, y):
+            at = (y * SCREEN[0] + x) * 3
+            return tuple(data[at:at + 3])
+        return pixel
+
+    def pixel(self, x, y):
+        return self.screen()(x, y)
+
+    def centre(self, window):
+        left, top, width, height = self.geometry(window)
+        return left + width // 2, top + height // 2
+
+    def shows(self, window, colour, what=None):
+        """Waits until the middle of the window has the colour (red, green, blue)."""
+        x, y = self.centre(window)
+        wait_until(lambda: self.pixel(x, y) == colour,
+                   what or "the colour %s in the middle of the window, which has %s" % (colour, self.pixel(x, y)))
+
+    def log_path(self):
+        return self.home / "state" / "quorvia" / "qolog.log"
+
+    def log_text(self):
+        return self.log_path().read_text() if self.log_path().exists() else ""
+
+    def log_lines(self):
+        """The log's texts without date and time."""
+        return [line[len("mm-dd-yyyy - hh:mm:ss"):] for line in self.log_text().splitlines()]
+
+    def setting(self, name, section="Settings"):
+        return self.stored(self.home / "config" / "halvexa" / "user.db", "Software\\Halvexa\\Quorvia\\" + section, name)
+
+    def common(self, name, subkey):
+        return self.stored(self.home / "machine" / "machine.db", "Software\\Halvexa\\" + subkey, name)
+
+    @staticmethod
+    def stored(path, key, name):
+        """A stored value, None when absent."""
+        if not path.exists():
+            return None
+        with sqlite3.connect("file:%s?mode=ro" % path, uri=True, timeout=10) as store:
+            row = store.execute("SELECT value FROM settings WHERE key = ? AND name = ?", (key, name)).fetchone()
+        return row[0] if row else None
+
+    def send(self, process, number=signal.SIGTERM):
+        process.send_signal(number)
+
+
+RED, GREEN, BLUE = (255, 0, 0), (0, 255, 0), (0, 0, 255)

@@ -1,0 +1,70 @@
+"""Every way of ending saves the same, in order."""
+
+import os
+import signal
+import unittest
+
+from harness import Journey, RED, wait_until
+
+
+class Ending(Journey):
+    def start_sized(self):
+        program = self.start(self.picture("red.png", "red"))
+        window = self.window()
+        self.shows(window, RED)
+        self.output("xdotool", "windowsize", "--sync", window, "500", "300")
+        wait_until(lambda: self.geometry(window)[2:] == (500, 300), "the new size")
+        (self.root / "untitled.pic").write_bytes(b"scratch")
+        return program, window
+
+    def assert_saved(self):
+        self.assertEqual((self.setting("MainWidth"), self.setting("MainHeight")), (500 * 15, 300 * 15))
+        self.assertEqual(self.setting("MainWindowState"), 0)
+        self.assertEqual(self.setting("ToggleInterface"), 1)
+        self.assertIsNotNone(self.setting("Recent"))
+        self.assertFalse((self.root / "untitled.pic").exists())
+
+    def test_key(self):
+        program, window = self.start_sized()
+        self.focus(window)
+        self.key("Escape")
+        self.ended(program)
+        self.assert_saved()
+
+    def test_window_manager(self):
+        program, window = self.start_sized()
+        self.focus(window)
+        self.key("alt+F4")
+        self.ended(program)
+        self.assert_saved()
+
+    def test_signals(self):
+        for number in (signal.SIGTERM, signal.SIGINT):
+            with self.subTest(number):
+                program, _ = self.start_sized()
+                self.send(program, number)
+                self.ended(program)
+                self.assert_saved()
+
+    def test_signal_while_a_box_is_open(self):
+        program, window = self.start_sized()
+        self.focus(window)
+        (self.pictures / "red.png").unlink()
+        self.picture("other.png", "lime")
+        self.key("Right")
+        self.send(program)
+        self.ended(program)
+        self.assert_saved()
+
+    def test_killed_outright_leaves_a_store_that_opens(self):
+        program, _ = self.start_sized()
+        os.kill(program.pid, signal.SIGKILL)
+        self.ended(program, -signal.SIGKILL)
+        self.assertEqual(self.setting("ImageOpenCount"), 1)
+        self.start(self.picture("red.png", "red"))
+        self.assertEqual(self.setting("ImageOpenCount"), 2)
+        self.assertFalse([line for line in self.log_lines() if "damaged" in line.lower()])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,372 @@
+// The load step and the unload step of the main window.
+#include "app/mFile.h"
+#include "app/mWindowsAPI.h"
+#include "app/Paths.h"
+#include "app/Settings.h"
+#include "app/Twips.h"
+#include "viewer/Colors.h"
+#include "viewer/LoadStep.h"
+#include "viewer/ViewerBench.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QScreen>
+#include <QTest>
+
+using namespace quorvia;
+using test::ViewerBench;
+using viewer::frmImageView;
+namespace setting = app::setting;
+
+class TestLoadStep : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<ViewerBench> m_bench;
+
+    QString in(const char* name) const { return m_bench->home.path(QLatin1String(name)); }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<ViewerBench>();
+        m_bench->picture(QStringLiteral("pics/a.png"), Qt::red);
+        m_bench->picture(QStringLiteral("pics/b.png"), Qt::green);
+        m_bench->picture(QStringLiteral("pics/two words.png"), Qt::blue);
+    }
+    void cleanup() { m_bench.reset(); }
+
+    void theLogTellsTheRoadWordForWord()
+    {
+        m_bench->load();
+        QCOMPARE(m_bench->logTexts(),
+                 (QStringList{"Init: Form_Load: frmImageView", "Start: Sizing", "End: Sizing",
+                              "Start: First_CommandLineParsing", "End: First_CommandLineParsing",
+                              "Start: TabLoading and Name", "End: TabLoading and Name",
+                              "Start: frmImageViewPlaylist_Load", "End: frmImageViewPlaylist_Load",
+                              "Finish: Form_Load: frmImageView"}));
+        QVERIFY(m_bench->wentOn);
+    }
+
+    void chromeAndTitle()
+    {
+        frmImageView& window = m_bench->load();
+        QCOMPARE(viewer::paneColor(window.pTop()), QColor(0, 121, 191));
+        QCOMPARE(window.windowTitle(), QStringLiteral("Quorvia v1.0.0"));
+        window.OpenX(in("pics/a.png"));
+        QCOMPARE(window.windowTitle(), QStringLiteral("Quorvia v1.0.0")); // it does not follow the image
+    }
+
+    void whatTheLineOpens_data()
+    {
+        QTest::addColumn<QStringList>("arguments"); // "@" stands for the pictures' folder
+        QTest::addColumn<int>("cLoad");
+        QTest::addColumn<int>("imgAutoLoad");
+        QTest::addColumn<QString>("remembered");
+        QTest::addColumn<QString>("open"); // name in the pictures' folder
+        const auto row = [](const char* name, const QStringList& arguments, int cLoad, int imgAutoLoad,
+                            const char* remembered, const char* open) {
+            QTest::newRow(name) << arguments << cLoad << imgAutoLoad << remembered << open;
+        };
+        row("a file", {"@/b.png"}, 1, 1, "", "b.png");
+        row("a file in quotes", {"\"@/b.png\""}, 1, 1, "", "b.png");
+        row("a file with blanks", {"@/two", "words.png"}, 1, 1, "", "two words.png");
+        row("a relative file", {"pics/b.png"}, 1, 1, "", "b.png");
+        row("a folder", {"@"}, 1, 1, "", "a.png");
+        row("a folder without cLoad", {"@"}, 0, 1, "", "");
+        row("a file and a command", {"@/b.png", "/miCmd"}, 1, 1, "", "b.png");
+        row("a folder and a command", {"@", "/miNext"}, 1, 1, "", "b.png");
+        row("commands in order", {"@", "/miNext", "/miNext", "/miPrevious"}, 1, 1, "", "b.png");
+        row("an unknown command", {"@", "/noSuchTool"}, 1, 1, "", "a.png");
+        row("neither file nor folder", {"@/gone.png"}, 1, 1, "pics", "a.png");
+        row("a plain start, remembered folder", {}, 1, 1, "pics", "a.png");
+        row("a plain start without imgAutoLoad", {}, 1, 0, "pics", "");
+        row("a plain start without cLoad", {}, 0, 1, "pics", "");
+        row("a plain start, nothing remembered", {}, 1, 1, "", "");
+        row("a remembered folder that has gone", {}, 1, 1, "gone", "");
+        row("only a command", {"/miCmd"}, 1, 1, "pics", "a.png");
+        row("hidden still loads the first", {"/miHide"}, 1, 1, "pics", "a.png");
+        row("hidden without imgAutoLoad", {"/miHide"}, 1, 0, "pics", "");
+        row("install in other letters", {"/Install"}, 1, 1, "pics", "a.png");
+    }
+
+    void whatTheLineOpens()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, cLoad);
+        QFETCH(int, imgAutoLoad);
+        QFETCH(QString, remembered);
+        QFETCH(QString, open);
+        app::save(setting::cLoad, cLoad);
+        app::save(setting::imgAutoLoad, imgAutoLoad);
+        if (!remembered.isEmpty())
+            app::save(setting::SelectedPath, m_bench->home.path(remembered));
+        for (QString& argument : arguments)
+            argument.replace(QLatin1Char('@'), in("pics"));
+        frmImageView& window = m_bench->load(arguments);
+        QCOMPARE(window.currentFile(), open.isEmpty() ? QString() : in("pics/") + open);
+        QVERIFY(m_bench->boxes.empty());
+        QVERIFY(m_bench->wentOn);
+    }
+
+    void aBareFileCarriesNoCommands()
+    {
+        // A file whose name holds what looks like a switch is still just a file.
+        m_bench->picture(QStringLiteral("a.png /miExit"), Qt::red);
+        QVERIFY(QFile::exists(in("a.png /miExit")));
+        m_bench->load({in("a.png"), QStringLiteral("/miExit")});
+        QVERIFY(m_bench->wentOn);
+    }
+
+    void showing_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<bool>("shown");
+        QTest::newRow("plain") << QStringList{} << true;
+        QTest::newRow("hide") << QStringList{"/miHide"} << false;
+        QTest::newRow("hide among others") << QStringList{"/miCmd", "/miHide"} << false;
+        QTest::newRow("full screen hides it while loading") << QStringList{"/miFullScreen"} << false;
+        QTest::newRow("a longer name that holds it") << QStringList{"/miHideInterface"} << false;
+        QTest::newRow("another case") << QStringList{"/mihide"} << true;
+        QTest::newRow("shown by a command") << QStringList{"/miHide", "/miShow"} << true;
+    }
+
+    void showing()
+    {
+        QFETCH(QStringList, arguments);
+        QTEST(m_bench->load(arguments).isVisible(), "shown");
+    }
+
+    void messagesOnTheLine()
+    {
+        m_bench->load({QStringLiteral("/miMsg_Done"), QStringLiteral("/miMsg_Again")});
+        QCOMPARE(m_bench->boxes.size(), size_t(2));
+        QCOMPARE(m_bench->boxes.at(0).text, QStringLiteral("Done"));
+        QCOMPARE(m_bench->boxes.at(1).text, QStringLiteral("Again"));
+    }
+
+    void installPublishesAndEnds()
+    {
+        frmImageView& window = m_bench->load({QStringLiteral("/install")});
+        QVERIFY(!m_bench->wentOn);
+        QVERIFY(!window.isVisible());
+        QCOMPARE(m_bench->logTexts(), QStringList{"Init: Form_Load: frmImageView"});
+        QCOMPARE(app::GetCommonSetting(QStringLiteral("Common\\ProgramPaths"), QStringLiteral("Quorvia"), QString())
+                     .toString(),
+                 app::programPath());
+    }
+
+    void theFit_data()
+    {
+        QTest::addColumn<int>("cView");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<bool>("fit");
+        QTest::newRow("best fit") << 0 << QStringList{} << true;
+        QTest::newRow("actual size ends in best fit on a plain start") << 1 << QStringList{} << true;
+        QTest::newRow("actual size stays with a switch") << 1 << QStringList{"/miCmd"} << false;
+        QTest::newRow("actual size stays with a bare file") << 1 << QStringList{"@/a.png"} << false;
+        QTest::newRow("actual size ends in best fit with a folder") << 1 << QStringList{"@"} << true;
+        QTest::newRow("another number is best fit") << 7 << QStringList{"/miCmd"} << true;
+    }
+
+    void theFit()
+    {
+        QFETCH(int, cView);
+        QFETCH(QStringList, arguments);
+        app::save(setting::cView, cView);
+        for (QString& argument : arguments)
+            argument.replace(QLatin1Char('@'), in("pics"));
+        QTEST(m_bench->load(arguments).viewport()->FitToWindow(), "fit");
+    }
+
+    void backColour()
+    {
+        app::save(setting::MainBackColor, 0x0000ff);
+        frmImageView& window = m_bench->load();
+        QCOMPARE(viewer::paneColor(window.pContain()), QColor(Qt::red));
+        QCOMPARE(window.ix1()->BackColor(), QColor(Qt::red));
+    }
+
+    void theInterfaceFlag_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<bool>("flag");
+        QTest::newRow("absent") << QVariant() << true;
+        QTest::newRow("cleared") << QVariant(0) << false;
+        QTest::newRow("set") << QVariant(1) << true;
+        QTest::newRow("any other number") << QVariant(7) << true;
+        QTest::newRow("text 0") << QVariant(QStringLiteral("0")) << false;
+    }
+
+    void theInterfaceFlag()
+    {
+        QFETCH(QVariant, stored);
+        QFETCH(bool, flag);
+        if (stored.isValid())
+            app::SaveAppSetting(QStringLiteral("Settings"), QStringLiteral("ToggleInterface"), stored);
+        QCOMPARE(m_bench->load().interfaceFlag(), flag);
+        m_bench->close();
+        QCOMPARE(app::read(setting::ToggleInterface), flag ? 1 : 0);
+    }
+
+    void geometry_data()
+    {
+        QTest::addColumn<QVariant>("width");
+        QTest::addColumn<QVariant>("height");
+        QTest::addColumn<QSize>("size"); // pixels; empty: the default
+        QTest::newRow("nothing stored") << QVariant() << QVariant() << QSize();
+        QTest::newRow("stored") << QVariant(6000) << QVariant(4500) << QSize(400, 300);
+        QTest::newRow("stored as text") << QVariant("6000") << QVariant("4500") << QSize(400, 300);
+        QTest::newRow("too small") << QVariant(100) << QVariant(100) << QSize(100, 133);
+        QTest::newRow("empty text counts as absent") << QVariant("") << QVariant("") << QSize();
+    }
+
+    void geometry()
+    {
+        QFETCH(QVariant, width);
+        QFETCH(QVariant, height);
+        QFETCH(QSize, size);
+        if (width.isValid()) {
+            app::SaveAppSetting(QStringLiteral("Settings"), QStringLiteral("MainWidth"), width);
+            app::SaveAppSetting(QStringLiteral("Settings"), QStringLiteral("MainHeight"), height);
+        }
+        if (size.isEmpty()) {
+            const QSize screen = QApplication::primaryScreen()->geometry().size();
+            size = {screen.width() - screen.width() / 8, screen.height() - screen.height() / 8};
+        }
+        QCOMPARE(m_bench->load().size(), size);
+    }
+
+    void placeIsDroppedWhenOthersRun()
+    {
+        app::save(setting::MainLeft, 3000);
+        app::save(setting::MainTop, 1500);
+        app::save(setting::MainWidth, 6000);
+        app::save(setting::MainHeight, 4500);
+        frmImageView& alone = m_bench->make();
+        QVERIFY(viewer::runLoadStep(alone, false));
+        QCOMPARE(alone.pos(), QPoint(200, 100));
+        frmImageView& second = m_bench->make();
+        const QPoint before = second.pos();
+        QVERIFY(viewer::runLoadStep(second, true));
+        QCOMPARE(second.size(), QSize(400, 300));
+        QVERIFY(second.pos() != QPoint(200, 100) || before == QPoint(200, 100));
+    }
+
+    void closingSaves()
+    {
+        frmImageView& window = m_bench->load();
+        window.resize(500, 320);
+        window.move(40, 30);
+        const QString scratch = m_bench->home.write(QStringLiteral("root/untitled.pic"), "scratch");
+        QCOMPARE(QFileInfo(scratch).path() + QLatin1Char('/'), app::InstallPath());
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWidth, 0), 500 * 15);
+        QCOMPARE(app::read(setting::MainHeight, 0), 320 * 15);
+        QCOMPARE(app::read(setting::MainLeft, 0), 40 * 15);
+        QCOMPARE(app::read(setting::MainTop, 0), 30 * 15);
+        QCOMPARE(app::read(setting::MainWindowState), 0);
+        QVERIFY(!QFile::exists(scratch));
+    }
+
+    void closingMaximisedKeepsTheNormalSize()
+    {
+        app::save(setting::MainWidth, 6000);
+        app::save(setting::MainHeight, 4500);
+        frmImageView& window = m_bench->load();
+        window.showMaximized();
+        QVERIFY(window.isMaximized());
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWindowState), 2);
+        QCOMPARE(app::read(setting::MainWidth, 0), 6000);
+        QCOMPARE(app::read(setting::MainHeight, 0), 4500);
+        QVERIFY(m_bench->load().isMaximized());
+    }
+
+    void closingMinimisedLeavesTheState()
+    {
+        app::save(setting::MainWindowState, 2);
+        frmImageView& window = m_bench->load();
+        window.showMinimized();
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWindowState), 2);
+    }
+
+    void theRecentListIsReadAfterTheFirstOpen()
+    {
+        app::save(setting::Recent, QStringLiteral(";/somewhere"));
+        frmImageView& window = m_bench->load({in("pics/a.png")});
+        QCOMPARE(window.opening()->recent(), (QStringList{QString(), "/somewhere"}));
+        window.OpenX(in("pics/b.png"));
+        QCOMPARE(window.opening()->recent(), (QStringList{QString(), "/somewhere", in("pics")}));
+    }
+
+    void theRecentListCanBeCleared()
+    {
+        frmImageView& window = m_bench->load();
+        window.OpenX(in("pics/a.png"));
+        window.RunTool(QStringLiteral("miRecentClear"));
+        QCOMPARE(app::read(setting::Recent), QStringLiteral(";;"));
+        QCOMPARE(window.opening()->recent(), (QStringList{"", "", ""}));
+    }
+
+    void closingTwiceSavesOnce()
+    {
+        frmImageView& window = m_bench->load();
+        window.close();
+        app::save(setting::MainWidth, 4711);
+        window.close();
+        QCOMPARE(app::read(setting::MainWidth, 0), 4711);
+    }
+
+    void commandsOfTheTable()
+    {
+        frmImageView& window = m_bench->load({in("pics")});
+        QCOMPARE(window.currentFile(), in("pics/a.png"));
+        window.RunTool(QStringLiteral("miPrevious"));
+        QCOMPARE(window.currentFile(), in("pics/two words.png"));
+        window.RunTool(QStringLiteral("miNext"));
+        QCOMPARE(window.currentFile(), in("pics/a.png"));
+        window.RunTool(QStringLiteral("miCloseImage"));
+        QCOMPARE(window.currentFile(), QString());
+        window.RunTool(QStringLiteral("miNext")); // with no image open: the first entry again
+        QCOMPARE(window.currentFile(), in("pics/a.png"));
+        window.RunTool(QStringLiteral("miBestFit"));
+        QVERIFY(!window.viewport()->FitToWindow());
+        window.RunTool(QStringLiteral("miActualSize"));
+        QVERIFY(window.viewport()->FitToWindow());
+        const int opened = app::read(setting::ImageOpenCount);
+        window.RunTool(QStringLiteral("miRefresh"));
+        QCOMPARE(app::read(setting::ImageOpenCount), opened + 1);
+        window.RunTool(QStringLiteral("miHide"));
+        QVERIFY(!window.isVisible());
+        window.RunTool(QStringLiteral("miShow"));
+        QVERIFY(window.isVisible());
+    }
+
+    void anEmptyListHoldsNoSteps()
+    {
+        frmImageView& window = m_bench->load();
+        for (const char* tool : {"miNext", "miPrevious", "miRandom", "miLoadFirst", "miRefresh"})
+            window.RunTool(QLatin1String(tool));
+        QCOMPARE(window.currentFile(), QString());
+        QVERIFY(m_bench->boxes.empty());
+    }
+
+    void keysAreDebounced()
+    {
+        frmImageView& window = m_bench->load({in("pics")});
+        QTest::keyClick(&window, Qt::Key_Right);
+        QCOMPARE(window.currentFile(), in("pics/b.png"));
+        QTest::keyClick(&window, Qt::Key_Right); // at once: lost
+        QCOMPARE(window.currentFile(), in("pics/b.png"));
+        QTRY_VERIFY([&] {
+            QTest::keyClick(&window, Qt::Key_Right);
+            return window.currentFile() == in("pics/two words.png");
+        }());
+    }
+};
+
+QTEST_MAIN(TestLoadStep)
+#include "tst_loadstep.moc"

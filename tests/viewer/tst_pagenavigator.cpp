@@ -1,0 +1,81 @@
+#include "viewer/PageNavigator.h"
+
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+
+using namespace quorvia::viewer;
+
+class TestPageNavigator : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void tiffNames_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("isTiff");
+        QTest::newRow("tif") << "/a/b.tif" << true;
+        QTest::newRow("tiff") << "/a/b.tiff" << true;
+        QTest::newRow("upper case") << "/a/B.TIF" << true;
+        QTest::newRow("no dot ahead") << "/a/motif" << true;
+        QTest::newRow("other") << "/a/b.png" << false;
+        QTest::newRow("tif inside") << "/a/b.tif.png" << false;
+        QTest::newRow("dcx gets none") << "/a/b.dcx" << false;
+        QTest::newRow("too short") << "if" << false;
+        QTest::newRow("nothing open") << "" << false;
+    }
+
+    void tiffNames()
+    {
+        QFETCH(QString, name);
+        QTEST(isTiffName(name), "isTiff");
+    }
+
+    void captions()
+    {
+        QCOMPARE(pageCaption(1, 3), QStringLiteral("1 of 3"));
+        QCOMPARE(totalFromCaption(QStringLiteral("2 of 17")), 17);
+        QCOMPARE(totalFromCaption(QStringLiteral("Image 1 of X")), 0);
+        QCOMPARE(totalFromCaption(QString()), 0);
+    }
+
+    void showsAndTells()
+    {
+        QWidget owner;
+        PageNavigator navigator(&owner);
+        QCOMPARE(navigator.objectName(), QStringLiteral("pTiff"));
+        QVERIFY(navigator.isHidden());
+        const auto* label = navigator.findChild<QLabel*>(QStringLiteral("lTiffImg"));
+        QVERIFY(label);
+        QCOMPARE(label->text(), QStringLiteral("Image 1 of X"));
+        navigator.showPage(2, 5);
+        QCOMPARE(label->text(), QStringLiteral("2 of 5"));
+        QCOMPARE(navigator.total(), 5);
+    }
+
+    void buttonsSpeak()
+    {
+        QWidget owner;
+        PageNavigator navigator(&owner);
+        navigator.showPage(1, 2);
+        navigator.show();
+        owner.show();
+        QSignalSpy next(&navigator, &PageNavigator::nextClicked);
+        QSignalSpy previous(&navigator, &PageNavigator::previousClicked);
+        auto* forward = navigator.findChild<QToolButton*>(QStringLiteral("lTiffNext"));
+        auto* back = navigator.findChild<QToolButton*>(QStringLiteral("lTiffPrevious"));
+        QVERIFY(forward && back);
+        QCOMPARE(forward->text(), QStringLiteral(">>"));
+        QCOMPARE(back->text(), QStringLiteral("<<"));
+        QVERIFY(!forward->accessibleName().isEmpty() && !back->accessibleName().isEmpty());
+        QTest::mouseClick(forward, Qt::LeftButton);
+        QCOMPARE(next.count(), 1);
+        QTest::mouseClick(back, Qt::LeftButton);
+        QCOMPARE(previous.count(), 1);
+    }
+};
+
+QTEST_MAIN(TestPageNavigator)
+#include "tst_pagenavigator.moc"
