@@ -1,5 +1,5 @@
-// Wiring: begins the decode of the command line's file, brings the toolkit up, prepares the data directories and loads
-// the main window.
+// Wiring: begins the decode of the command line's file, brings the toolkit up, prepares the data directories
+// and loads the main window.
 
 #include "app/CommandLine.h"
 #include "app/mFile.h"
@@ -41,20 +41,22 @@ bool answeredOnOutput(const QStringList& arguments)
         return true;
     }
     if (arguments.contains(QStringLiteral("--help"))) {
-        std::printf("Usage: quorvia [PATH] [/COMMAND ...]\n"
-                    "Shows the image at PATH, or the images of the folder PATH, and runs the named commands.\n\n"
-                    "  /miHide              do not show the main window\n"
-                    "  /miActualSize        one pixel of the image is one of the screen\n"
-                    "  /miMsg_TEXT          show TEXT in a message box\n"
-                    "  /install             register the program and end\n"
-                    "  /uninstall           remove the program's settings and end\n"
-                    "  --help, --version    answer here and end\n");
+        std::printf(
+            "Usage: quorvia [PATH] [/COMMAND ...]\n"
+            "Shows the image at PATH, or the images of the folder PATH, and runs the named commands.\n\n"
+            "  /miHide              do not show the main window\n"
+            "  /miActualSize        one pixel of the image is one of the screen\n"
+            "  /miMsg_TEXT          show TEXT in a message box\n"
+            "  /install             register the program and end\n"
+            "  /uninstall           remove the program's settings and end\n"
+            "  --help, --version    answer here and end\n");
         return true;
     }
     return false;
 }
 
-/// Begins to load the bare file of the line while the toolkit comes up; the load waits to be asked for by the window.
+/// Begins to load the bare file of the line while the toolkit comes up; the load waits to be asked for by the
+/// window.
 std::shared_ptr<engine::ImageLoad> beginEarly(engine::ImageLoader& loader, const QString& file)
 {
     if (!app::FileExists(file))

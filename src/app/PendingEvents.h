@@ -8,7 +8,8 @@ namespace quorvia::app {
 /// Handles the events that wait now. Code after this call must expect that anything may have happened.
 void letPendingEventsRun();
 
-/// Handles events until `done` gives true or `milliseconds` have passed; the result is the last answer of `done`.
+/// Handles events until `done` gives true or `milliseconds` have passed; the result is the last answer of
+/// `done`.
 bool letEventsRunUntil(const std::function<bool()>& done, int milliseconds);
 
 } // namespace quorvia::app

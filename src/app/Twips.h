@@ -19,8 +19,8 @@ constexpr int toTwips(int pixels)
     return pixels * twipsPerPixel;
 }
 
-/// The rectangle in device-independent pixels: its corner rounded towards zero, its size upwards, so that nothing of
-/// what lies in it is cut off.
+/// The rectangle in device-independent pixels: its corner rounded towards zero, its size upwards, so that
+/// nothing of what lies in it is cut off.
 constexpr QRect toPixels(const QRect& twips)
 {
     const auto upwards = [](int length) { return (length + twipsPerPixel - 1) / twipsPerPixel; };

@@ -51,9 +51,10 @@ bool probeMachineStore()
         platform::showMessage(
             nullptr,
             {platform::BoxKind::Information, platform::BoxButtons::Ok, QStringLiteral("Fatial Error"),
-             QStringLiteral("Current user does not have query/set permission to access:\n"
-                            "'HKLM\\Software\\Halvexa\\'\n\n"
-                            "Please contact the system administrator to have the user permissions changed.")});
+             QStringLiteral(
+                 "Current user does not have query/set permission to access:\n"
+                 "'HKLM\\Software\\Halvexa\\'\n\n"
+                 "Please contact the system administrator to have the user permissions changed.")});
         return false;
     }
 }
@@ -95,20 +96,37 @@ void removeSettings(const QString& installPath)
     if (FileExists(leftover))
         QFile::remove(leftover);
 
-    for (const KeyName& key : std::initializer_list<KeyName>{
-             setting::Path,         setting::Recent,           setting::MainHeight,          setting::MainWidth,
-             setting::MainTop,      setting::MainLeft,         setting::cFView,              setting::cLayoutFiles,
-             setting::cLayoutFilesAlign, setting::cLayoutFilesWidth, setting::OnFolders,     setting::slidemode,
-             setting::cBorder,      setting::cFull,            setting::cLayout,             setting::cLayoutFilesVHeight,
-             setting::cLoad,        setting::cSlide,           setting::cView,               setting::FullBackColor,
-             setting::JPEGChrome,   setting::MainBackColor,    setting::LastCheck})
+    for (const KeyName& key : std::initializer_list<KeyName>{setting::Path,
+                                                             setting::Recent,
+                                                             setting::MainHeight,
+                                                             setting::MainWidth,
+                                                             setting::MainTop,
+                                                             setting::MainLeft,
+                                                             setting::cFView,
+                                                             setting::cLayoutFiles,
+                                                             setting::cLayoutFilesAlign,
+                                                             setting::cLayoutFilesWidth,
+                                                             setting::OnFolders,
+                                                             setting::slidemode,
+                                                             setting::cBorder,
+                                                             setting::cFull,
+                                                             setting::cLayout,
+                                                             setting::cLayoutFilesVHeight,
+                                                             setting::cLoad,
+                                                             setting::cSlide,
+                                                             setting::cView,
+                                                             setting::FullBackColor,
+                                                             setting::JPEGChrome,
+                                                             setting::MainBackColor,
+                                                             setting::LastCheck})
         blank(key);
 
     for (const char* name : {section::Settings, section::PrintSettings, section::SettingsNet})
         DeleteAppSection(QLatin1String(name));
 
-    for (const CommonSubkey& subkey : {common::ProgramFileSupport, common::ProgramAssoPaths, common::WebSites,
-                                       common::ProgramShortPaths, common::ProgramPaths, common::ComponentPaths})
+    for (const CommonSubkey& subkey :
+         {common::ProgramFileSupport, common::ProgramAssoPaths, common::WebSites, common::ProgramShortPaths,
+          common::ProgramPaths, common::ComponentPaths})
         removeOfTool(subkey, productTitle());
 }
 

@@ -1,4 +1,5 @@
-// The list of a folder's images that navigation walks: its entries, the current one, and the deferred rebuild.
+// The list of a folder's images that navigation walks: its entries, the current one, and the deferred
+// rebuild.
 #pragma once
 
 #include <QObject>
@@ -10,8 +11,8 @@
 
 namespace quorvia::collections {
 
-/// The paths of `folder`'s files that match the ";"-separated `pattern`, in the order of the list: by full path,
-/// ignoring case (names that differ in nothing else by their characters' codes).
+/// The paths of `folder`'s files that match the ";"-separated `pattern`, in the order of the list: by full
+/// path, ignoring case (names that differ in nothing else by their characters' codes).
 QStringList sortedFolderFiles(const QString& folder, const QString& pattern);
 
 /// The display text of an entry: its 1-based number, ". ", the name and " (EXTENSION)".
@@ -40,9 +41,11 @@ class FolderList : public QObject
     int ListCount() const { return static_cast<int>(m_files.size()); }
     /// The current entry, 0-based; -1 for none.
     int ListIndex() const { return m_index; }
-    /// Makes `index` the current entry and, when it is another one, picks it. Beyond the list nothing happens.
+    /// Makes `index` the current entry and, when it is another one, picks it. Beyond the list nothing
+    /// happens.
     void SetListIndex(int index);
-    /// Looks for an entry whose text is `text` and picks it. File names are never such texts: entries bear a number.
+    /// Looks for an entry whose text is `text` and picks it. File names are never such texts: entries bear a
+    /// number.
     void setListIndex(const QString& text);
     /// The text of entry `index` (0-based); empty beyond the list.
     QString List(int index) const;

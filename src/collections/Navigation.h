@@ -5,11 +5,12 @@
 
 namespace quorvia::collections {
 
-/// The first entry after `index` that `exists`, up to the last; else the first from 0 up to `index`; -1 when there is
-/// none. -1 as `index` begins at the first entry.
+/// The first entry after `index` that `exists`, up to the last; else the first from 0 up to `index`; -1 when
+/// there is none. -1 as `index` begins at the first entry.
 int nextIndex(int index, int count, const std::function<bool(int)>& exists);
 
-/// One before `index`, the last one from 0: existence is not looked at. The result of -1 as `index` is no position.
+/// One before `index`, the last one from 0: existence is not looked at. The result of -1 as `index` is no
+/// position.
 int previousIndex(int index, int count);
 
 /// The whole part of `unit` (0 up to but not 1) times `count`.

@@ -29,10 +29,14 @@ constexpr std::array fixedKeys = {
 };
 
 constexpr std::array shortcutKeys = {
-    KeyRow{closeBracket, NoModifier, "miNext"},    KeyRow{openBracket, NoModifier, "miPrevious"},
-    KeyRow{'N', CtrlBit, "miNext"},                KeyRow{'B', CtrlBit, "miPrevious"},
-    KeyRow{'R', NoModifier, "miRandom"},           KeyRow{'2', CtrlBit, "miBestFit"},
-    KeyRow{'1', CtrlBit, "miActualSize"},          KeyRow{'Q', NoModifier, "miCloseImage"},
+    KeyRow{closeBracket, NoModifier, "miNext"},
+    KeyRow{openBracket, NoModifier, "miPrevious"},
+    KeyRow{'N', CtrlBit, "miNext"},
+    KeyRow{'B', CtrlBit, "miPrevious"},
+    KeyRow{'R', NoModifier, "miRandom"},
+    KeyRow{'2', CtrlBit, "miBestFit"},
+    KeyRow{'1', CtrlBit, "miActualSize"},
+    KeyRow{'Q', NoModifier, "miCloseImage"},
 };
 
 struct KeyCode
@@ -42,9 +46,12 @@ struct KeyCode
 };
 
 constexpr std::array namedKeys = {
-    KeyCode{Qt::Key_Escape, escape},           KeyCode{Qt::Key_Left, left},
-    KeyCode{Qt::Key_Up, up},                   KeyCode{Qt::Key_Right, right},
-    KeyCode{Qt::Key_Down, down},               KeyCode{Qt::Key_BracketLeft, openBracket},
+    KeyCode{Qt::Key_Escape, escape},
+    KeyCode{Qt::Key_Left, left},
+    KeyCode{Qt::Key_Up, up},
+    KeyCode{Qt::Key_Right, right},
+    KeyCode{Qt::Key_Down, down},
+    KeyCode{Qt::Key_BracketLeft, openBracket},
     KeyCode{Qt::Key_BracketRight, closeBracket},
 };
 
@@ -54,8 +61,8 @@ int virtualKeyCode(int qtKey)
 {
     if ((qtKey >= Qt::Key_A && qtKey <= Qt::Key_Z) || (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9))
         return qtKey; // Qt's codes of these are the characters' own
-    const auto found =
-        std::find_if(namedKeys.begin(), namedKeys.end(), [qtKey](const KeyCode& key) { return key.qtKey == qtKey; });
+    const auto found = std::find_if(namedKeys.begin(), namedKeys.end(),
+                                    [qtKey](const KeyCode& key) { return key.qtKey == qtKey; });
     return found == namedKeys.end() ? 0 : found->code;
 }
 
@@ -74,7 +81,8 @@ int modifierMask(Qt::KeyboardModifiers modifiers)
 QStringList toolsForKey(int keyCode, int shift)
 {
     const auto matches = [=](const KeyRow& row) { return row.keyCode == keyCode && row.shift == shift; };
-    if (const auto fixed = std::find_if(fixedKeys.begin(), fixedKeys.end(), matches); fixed != fixedKeys.end())
+    if (const auto fixed = std::find_if(fixedKeys.begin(), fixedKeys.end(), matches);
+        fixed != fixedKeys.end())
         return {QLatin1String(fixed->tool)};
     QStringList tools;
     for (const KeyRow& row : shortcutKeys) {

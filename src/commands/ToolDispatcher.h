@@ -22,8 +22,8 @@ class ToolDispatcher
     /// `message` shows the text of a "miMsg" command.
     ToolDispatcher(std::span<const Tool> tools, std::function<void(const QString&)> message);
 
-    /// Runs the command `name`, compared exactly. When no name matches, "miMsg_TEXT" shows TEXT and "miCmd..." is
-    /// accepted and ignored. Any other name does nothing.
+    /// Runs the command `name`, compared exactly. When no name matches, "miMsg_TEXT" shows TEXT and
+    /// "miCmd..." is accepted and ignored. Any other name does nothing.
     void RunTool(const QString& name) const;
 
     bool contains(const QString& name) const { return m_tools.contains(name); }

@@ -1,9 +1,10 @@
 #include "platform/TerminationSignals.h"
 
-#include <array>
-#include <csignal>
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <array>
+#include <csignal>
 
 namespace quorvia::platform {
 

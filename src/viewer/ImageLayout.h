@@ -8,22 +8,22 @@ namespace quorvia::viewer {
 
 struct ViewState
 {
-    QSize panel;              ///< scale size of the viewport panel, twips
-    QSize image;              ///< the image's size at 100%, twips
-    double zoom = 1.0;        ///< 1.0 is 100%
+    QSize panel;       ///< scale size of the viewport panel, twips
+    QSize image;       ///< the image's size at 100%, twips
+    double zoom = 1.0; ///< 1.0 is 100%
     bool fitToWindow = true;
     bool fileOpen = false;
 };
 
 struct ImagePlacement
 {
-    QRect rectangle;          ///< of the image control inside the panel, twips
-    int scaleMode = 0;        ///< 4: the image fills the control; 0: at its zoom
+    QRect rectangle;   ///< of the image control inside the panel, twips
+    int scaleMode = 0; ///< 4: the image fills the control; 0: at its zoom
     bool operator==(const ImagePlacement&) const = default;
 };
 
-/// The place of the image control. Any zoom but 1 overrides the fit; at zoom 1 an image smaller than the panel in both
-/// directions stands centred at its natural size, so that a fit never enlarges.
+/// The place of the image control. Any zoom but 1 overrides the fit; at zoom 1 an image smaller than the
+/// panel in both directions stands centred at its natural size, so that a fit never enlarges.
 ImagePlacement layoutImage(const ViewState& view);
 
 } // namespace quorvia::viewer

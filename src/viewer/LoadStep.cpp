@@ -53,7 +53,8 @@ void restoreGeometry(frmImageView& window, bool othersWereRunning)
 void restoreView(frmImageView& window)
 {
     QWidget* const pContain = window.pContain();
-    setPaneColor(pContain, fromColorNumber(app::read(app::setting::MainBackColor, toColorNumber(paneColor(pContain)))));
+    setPaneColor(pContain,
+                 fromColorNumber(app::read(app::setting::MainBackColor, toColorNumber(paneColor(pContain)))));
     window.ix1()->SetBackColor(paneColor(window.pContain()));
     window.viewport()->setFitToWindow(app::read(app::setting::cView) != 1);
 }
@@ -73,8 +74,8 @@ void showEarly(frmImageView& window, const QString& file)
 void showWindow(frmImageView& window)
 {
     bool painted = false;
-    const auto connection =
-        QObject::connect(window.ix1(), &engine::ImageEngine::FirstPainted, &window, [&painted] { painted = true; });
+    const auto connection = QObject::connect(window.ix1(), &engine::ImageEngine::FirstPainted, &window,
+                                             [&painted] { painted = true; });
     const bool pictureWaits = window.ix1()->ImagePixelWidth() > 0;
     window.show();
     if (pictureWaits) // the picture stands before anything else is made

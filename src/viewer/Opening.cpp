@@ -49,12 +49,11 @@ void Opening::OpenX(const QString& path)
 
 void Opening::openMissing(const QString& path)
 {
-    platform::showMessage(m_parts.owner,
-                          {platform::BoxKind::Information, platform::BoxButtons::Ok,
-                           QStringLiteral("File Opening Error"),
-                           QStringLiteral("Error Opening File: File Not Found\n\n%1\n\n"
-                                          "This file may have been moved or deleted...")
-                               .arg(path)});
+    platform::showMessage(m_parts.owner, {platform::BoxKind::Information, platform::BoxButtons::Ok,
+                                          QStringLiteral("File Opening Error"),
+                                          QStringLiteral("Error Opening File: File Not Found\n\n%1\n\n"
+                                                         "This file may have been moved or deleted...")
+                                              .arg(path)});
     m_parts.list->RefreshPlaylist();
     const QString current = m_parts.ix1->FileName();
     if (!current.isEmpty() && !app::FileExists(current)) {

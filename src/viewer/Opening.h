@@ -39,13 +39,13 @@ class Opening : public QObject
   public:
     struct Parts
     {
-        QWidget* owner;             ///< of message boxes
+        QWidget* owner; ///< of message boxes
         engine::ImageEngine* ix1;
         Viewport* viewport;
         collections::FolderList* list;
-        std::function<PageNavigator*()> pTiff;      ///< made at the first call
+        std::function<PageNavigator*()> pTiff; ///< made at the first call
         std::function<void(const QString&)> runTool;
-        QString commandLine;        ///< the whole line that the program was started with
+        QString commandLine; ///< the whole line that the program was started with
     };
 
     explicit Opening(Parts parts, QObject* parent = nullptr);

@@ -8,7 +8,8 @@ namespace quorvia::viewer {
 
 namespace {
 
-QToolButton* makeButton(QWidget* parent, const QString& name, const QString& text, const QString& accessibleName)
+QToolButton* makeButton(QWidget* parent, const QString& name, const QString& text,
+                        const QString& accessibleName)
 {
     auto* button = new QToolButton(parent);
     button->setObjectName(name);

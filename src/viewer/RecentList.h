@@ -10,8 +10,8 @@ namespace quorvia::viewer {
 QStringList recentFromText(const QString& text);
 QString recentToText(const QStringList& recent);
 
-/// `recent` with `directory` at its end, unless ";" and the directory stand in the joined text already. Empty entries
-/// in the middle go.
+/// `recent` with `directory` at its end, unless ";" and the directory stand in the joined text already. Empty
+/// entries in the middle go.
 QStringList withRecent(const QStringList& recent, const QString& directory);
 
 } // namespace quorvia::viewer

@@ -28,7 +28,8 @@ void closeOtherWindows(frmImageView& window)
     app::letPendingEventsRun();
 }
 
-/// The geometry that the window has when it is neither minimised nor maximised: its frame's corner, its inner size.
+/// The geometry that the window has when it is neither minimised nor maximised: its frame's corner, its inner
+/// size.
 QRect restoredGeometry(const frmImageView& window)
 {
     if (!window.isMinimized() && !window.isMaximized())

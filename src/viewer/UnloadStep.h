@@ -5,8 +5,8 @@ namespace quorvia::viewer {
 
 class frmImageView;
 
-/// Saves the window's geometry and state and the recent list, closes the other windows and removes the scratch file of
-/// pasted images.
+/// Saves the window's geometry and state and the recent list, closes the other windows and removes the
+/// scratch file of pasted images.
 void runUnloadStep(frmImageView& window);
 
 } // namespace quorvia::viewer

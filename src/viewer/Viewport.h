@@ -1,5 +1,5 @@
-// The viewport: keeps the image control in its place inside its panel. The picture is not redrawn for it, only moved,
-// sized and told how to scale.
+// The viewport: keeps the image control in its place inside its panel. The picture is not redrawn for it,
+// only moved, sized and told how to scale.
 #pragma once
 
 #include <QObject>

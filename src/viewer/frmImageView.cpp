@@ -6,6 +6,7 @@
 #include "app/Settings.h"
 #include "commands/Keys.h"
 #include "platform/Dialogs.h"
+#include "viewer/Colors.h"
 #include "viewer/CommandTable.h"
 #include "viewer/PageNavigator.h"
 #include "viewer/UnloadStep.h"
@@ -27,6 +28,9 @@ namespace {
 constexpr int keyDebounce = 100; // milliseconds
 constexpr int resizeDelay = 50;  // milliseconds
 
+/// The viewport's own colour: dark, and without a hue that would tint how a picture looks.
+constexpr QColor viewportColor(48, 48, 48);
+
 QWidget* makePane(QWidget* parent, const char* name)
 {
     auto* pane = new QWidget(parent);
@@ -38,8 +42,9 @@ QWidget* makePane(QWidget* parent, const char* name)
 } // namespace
 
 frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
-    : m_commandLine(std::move(commandLine)), m_pMain(makePane(this, "pMain")), m_pTop(makePane(m_pMain, "pTop")),
-      m_pContain(makePane(m_pTop, "pContain")), m_ix1(new engine::ImageEngine(std::move(loader), m_pContain)),
+    : m_commandLine(std::move(commandLine)), m_pMain(makePane(this, "pMain")),
+      m_pTop(makePane(m_pMain, "pTop")), m_pContain(makePane(m_pTop, "pContain")),
+      m_ix1(new engine::ImageEngine(std::move(loader), m_pContain)),
       m_viewport(new Viewport(m_pContain, m_ix1, this)),
       m_list(new collections::FolderList([this] { return currentFile(); }, this)),
       m_opening(new Opening({.owner = this,
@@ -55,6 +60,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     setAccessibleName(app::productTitle());
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
+    setPaneColor(m_pContain, viewportColor);
     m_ix1->setObjectName(QStringLiteral("ix1"));
     m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();
@@ -168,7 +174,8 @@ void frmImageView::dragEnterEvent(QDragEnterEvent* event)
 void frmImageView::dropEvent(QDropEvent* event)
 {
     const QList<QUrl> urls = event->mimeData()->urls();
-    const auto local = std::find_if(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    const auto local =
+        std::find_if(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
     if (local == urls.end())
         return;
     event->acceptProposedAction();

@@ -31,8 +31,8 @@ class frmImageView : public QWidget, public app::MainWindow
     void GlobalKeyPress(int keyCode, int shift) override;
     QString currentFile() const override { return m_ix1->FileName(); }
 
-    /// Shows or hides the picture while the window changes its size; hidden with a `delay` of at least 1 millisecond,
-    /// it comes back by itself after that.
+    /// Shows or hides the picture while the window changes its size; hidden with a `delay` of at least 1
+    /// millisecond, it comes back by itself after that.
     void SetUpdate(bool visible, int delay);
     /// Closes the other windows, this one last, and ends the process.
     void closeAll();

@@ -47,7 +47,8 @@ class TestMMain : public QObject
     void theProbeWritesItsWord()
     {
         QVERIFY(app::probeMachineStore());
-        QCOMPARE(app::GetCommonSetting(QStringLiteral("Common\\Testing"), QStringLiteral("Test"), QString()).toString(),
+        QCOMPARE(app::GetCommonSetting(QStringLiteral("Common\\Testing"), QStringLiteral("Test"), QString())
+                     .toString(),
                  QStringLiteral("Vaild"));
     }
 
@@ -67,14 +68,16 @@ class TestMMain : public QObject
         QCOMPARE(boxes[0].kind, platform::BoxKind::Information);
         QCOMPARE(boxes[0].title, QStringLiteral("Fatial Error"));
         QCOMPARE(boxes[0].text,
-                 QStringLiteral("Current user does not have query/set permission to access:\n'HKLM\\Software\\Halvexa\\'"
-                                "\n\nPlease contact the system administrator to have the user permissions changed."));
+                 QStringLiteral(
+                     "Current user does not have query/set permission to access:\n'HKLM\\Software\\Halvexa\\'"
+                     "\n\nPlease contact the system administrator to have the user permissions changed."));
     }
 
     void directoriesAreMadeAndStored()
     {
         app::prepareDataDirectories(root());
-        for (const auto& [value, name] : {std::pair{"ThumbnailPath", "Thumbs/"}, {"ImagePlaylistPath", "Playlist/"},
+        for (const auto& [value, name] : {std::pair{"ThumbnailPath", "Thumbs/"},
+                                          {"ImagePlaylistPath", "Playlist/"},
                                           {"ImageDescriptionPath", "Description/"}}) {
             QCOMPARE(resource(value), root() + QLatin1String(name));
             QVERIFY(QDir(root() + QLatin1String(name)).exists());
@@ -146,11 +149,14 @@ class TestMMain : public QObject
         app::save(app::setting::ImageOpenCount, 5);
         app::save(app::setting::LastCheck, QStringLiteral("122026"));
         app::SaveAppSetting(QStringLiteral("Print Settings"), QStringLiteral("PrintLayout"), 1);
-        app::SaveAppSetting(QStringLiteral("Associations"), QStringLiteral("Openx.jpg"), QStringLiteral("/usr/bin/x"));
-        for (const char* subkey : {"Common\\ProgramFileSupport", "Common\\ProgramAssoPaths", "Web Sites",
-                                   "Common\\ProgramShortPaths", "Common\\ProgramPaths", "Common\\ComponentPaths"}) {
+        app::SaveAppSetting(QStringLiteral("Associations"), QStringLiteral("Openx.jpg"),
+                            QStringLiteral("/usr/bin/x"));
+        for (const char* subkey :
+             {"Common\\ProgramFileSupport", "Common\\ProgramAssoPaths", "Web Sites",
+              "Common\\ProgramShortPaths", "Common\\ProgramPaths", "Common\\ComponentPaths"}) {
             app::SaveCommonSetting(QLatin1String(subkey), QStringLiteral("Quorvia"), QStringLiteral("ours"));
-            app::SaveCommonSetting(QLatin1String(subkey), QStringLiteral("Morphane"), QStringLiteral("theirs"));
+            app::SaveCommonSetting(QLatin1String(subkey), QStringLiteral("Morphane"),
+                                   QStringLiteral("theirs"));
         }
 
         app::removeSettings(root());
@@ -159,15 +165,20 @@ class TestMMain : public QObject
         QCOMPARE(app::read(app::setting::MainWidth, -1), -1);
         QCOMPARE(app::read(app::setting::ImageOpenCount), 0);
         QCOMPARE(app::read(app::setting::LastCheck), QString());
-        QCOMPARE(app::GetAppSetting(QStringLiteral("Print Settings"), QStringLiteral("PrintLayout"), -1).toInt(), -1);
         QCOMPARE(
-            app::GetAppSetting(QStringLiteral("Associations"), QStringLiteral("Openx.jpg"), QString()).toString(),
-            QStringLiteral("/usr/bin/x")); // earlier owners are kept
-        for (const char* subkey : {"Common\\ProgramFileSupport", "Common\\ProgramAssoPaths", "Web Sites",
-                                   "Common\\ProgramShortPaths", "Common\\ProgramPaths", "Common\\ComponentPaths"}) {
-            QCOMPARE(app::GetCommonSetting(QLatin1String(subkey), QStringLiteral("Quorvia"), QString()).toString(),
-                     QString());
-            QCOMPARE(app::GetCommonSetting(QLatin1String(subkey), QStringLiteral("Morphane"), QString()).toString(),
+            app::GetAppSetting(QStringLiteral("Print Settings"), QStringLiteral("PrintLayout"), -1).toInt(),
+            -1);
+        QCOMPARE(app::GetAppSetting(QStringLiteral("Associations"), QStringLiteral("Openx.jpg"), QString())
+                     .toString(),
+                 QStringLiteral("/usr/bin/x")); // earlier owners are kept
+        for (const char* subkey :
+             {"Common\\ProgramFileSupport", "Common\\ProgramAssoPaths", "Web Sites",
+              "Common\\ProgramShortPaths", "Common\\ProgramPaths", "Common\\ComponentPaths"}) {
+            QCOMPARE(
+                app::GetCommonSetting(QLatin1String(subkey), QStringLiteral("Quorvia"), QString()).toString(),
+                QString());
+            QCOMPARE(app::GetCommonSetting(QLatin1String(subkey), QStringLiteral("Morphane"), QString())
+                         .toString(),
                      QStringLiteral("theirs"));
         }
     }

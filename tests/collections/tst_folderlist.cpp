@@ -1,7 +1,6 @@
-#include "collections/FolderList.h"
-
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
+#include "collections/FolderList.h"
 #include "support/ScratchHome.h"
 
 #include <QFile>
@@ -33,7 +32,8 @@ class TestFolderList : public QObject
         m_home = std::make_unique<test::ScratchHome>();
         app::openSettings();
         m_current.clear();
-        for (const char* name : {"pics/b.JPG", "pics/A.png", "pics/c.jpg", "pics/notes.txt", "pics/sub/d.jpg"})
+        for (const char* name :
+             {"pics/b.JPG", "pics/A.png", "pics/c.jpg", "pics/notes.txt", "pics/sub/d.jpg"})
             m_home->write(QLatin1String(name), "x");
     }
 
@@ -73,17 +73,18 @@ class TestFolderList : public QObject
 
     void aFileMatchedTwiceIsListedTwice()
     {
-        const QStringList files =
-            collections::sortedFolderFiles(m_home->path(QStringLiteral("pics")), QStringLiteral("*.jpg;*.jp*"));
+        const QStringList files = collections::sortedFolderFiles(m_home->path(QStringLiteral("pics")),
+                                                                 QStringLiteral("*.jpg;*.jp*"));
         QCOMPARE(files.size(), 4);
         QCOMPARE(files.at(0), files.at(1));
     }
 
     void aWildcardWithoutMatchStopsNothing()
     {
-        QCOMPARE(
-            collections::sortedFolderFiles(m_home->path(QStringLiteral("pics")), QStringLiteral("*.bmp;*.png")).size(),
-            1);
+        QCOMPARE(collections::sortedFolderFiles(m_home->path(QStringLiteral("pics")),
+                                                QStringLiteral("*.bmp;*.png"))
+                     .size(),
+                 1);
     }
 
     void theSelectedFolderIsRemembered()

@@ -21,7 +21,8 @@ class TestToolDispatcher : public QObject
         QTest::newRow("unknown") << "install" << QStringList{};
         QTest::newRow("empty") << "" << QStringList{};
         QTest::newRow("message") << "miMsg_Done" << QStringList{"message: Done"};
-        QTest::newRow("message with blanks") << "miMsg_Not available" << QStringList{"message: Not available"};
+        QTest::newRow("message with blanks")
+            << "miMsg_Not available" << QStringList{"message: Not available"};
         QTest::newRow("second field only") << "miMsg_a_b" << QStringList{"message: a"};
         QTest::newRow("message without a field") << "miMsg" << QStringList{"message: "};
         QTest::newRow("field after other text") << "miMsgBox_x" << QStringList{"message: x"};

@@ -11,7 +11,8 @@ using Arrows = QHash<QString, QStringList>;
 QStringList linesOf(const QString& path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')) : QStringList();
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))
+                                          : QStringList();
 }
 
 /// Room -> the rooms that it may include, from lines "room: other other".
@@ -73,17 +74,25 @@ class TestRooms : public QObject
             QDir(QStringLiteral(SOURCE_DIRECTORY "/src")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
         QVERIFY(folders.size() >= 4);
         for (const QString& folder : folders)
-            QVERIFY2(m_arrows.contains(folder), qPrintable(folder + QStringLiteral(" is no room of the build")));
+            QVERIFY2(m_arrows.contains(folder),
+                     qPrintable(folder + QStringLiteral(" is no room of the build")));
     }
 
     void arrowsRunDown_data()
     {
         QTest::addColumn<QString>("room");
         QTest::addColumn<QStringList>("forbidden");
-        const QStringList upper = {QStringLiteral("viewer"), QStringLiteral("commands"), QStringLiteral("collections"),
-                                   QStringLiteral("output"), QStringLiteral("system")};
-        QTest::newRow("platform") << "platform" << (QStringList(upper) << "app" << "controls" << "engine");
-        QTest::newRow("engine") << "engine" << (QStringList(upper) << "app" << "controls" << "platform");
+        const QStringList upper = {QStringLiteral("viewer"), QStringLiteral("commands"),
+                                   QStringLiteral("collections"), QStringLiteral("output"),
+                                   QStringLiteral("system")};
+        QTest::newRow("platform") << "platform"
+                                  << (QStringList(upper) << "app"
+                                                         << "controls"
+                                                         << "engine");
+        QTest::newRow("engine") << "engine"
+                                << (QStringList(upper) << "app"
+                                                       << "controls"
+                                                       << "platform");
         QTest::newRow("app") << "app" << (QStringList(upper) << "controls");
         QTest::newRow("controls") << "controls" << upper;
         for (const char* middle : {"commands", "collections", "output", "system"}) {
@@ -125,12 +134,18 @@ class TestRooms : public QObject
         QTest::addColumn<QString>("room");
         QTest::addColumn<QString>("line");
         QTest::addColumn<bool>("isWrong");
-        QTest::newRow("down") << "viewer" << "#include \"app/mFile.h\"" << false;
-        QTest::newRow("own room") << "engine" << "#include \"engine/Codec.h\"" << false;
-        QTest::newRow("up") << "app" << "#include \"viewer/Opening.h\"" << true;
-        QTest::newRow("across") << "engine" << "#  include \"platform/Shell.h\"" << true;
-        QTest::newRow("no room") << "app" << "#include \"nowhere/X.h\"" << true;
-        QTest::newRow("system header") << "engine" << "#include <sys/stat.h>" << false;
+        QTest::newRow("down") << "viewer"
+                              << "#include \"app/mFile.h\"" << false;
+        QTest::newRow("own room") << "engine"
+                                  << "#include \"engine/Codec.h\"" << false;
+        QTest::newRow("up") << "app"
+                            << "#include \"viewer/Opening.h\"" << true;
+        QTest::newRow("across") << "engine"
+                                << "#  include \"platform/Shell.h\"" << true;
+        QTest::newRow("no room") << "app"
+                                 << "#include \"nowhere/X.h\"" << true;
+        QTest::newRow("system header") << "engine"
+                                       << "#include <sys/stat.h>" << false;
     }
 
     void aForbiddenIncludeIsSeen()

@@ -42,7 +42,8 @@ class TestPublishing : public QObject
         QCOMPARE(common("Common\\ProgramPaths"), app::programPath());
         QCOMPARE(common("Common\\ProgramShortPaths"), app::programPath());
         QCOMPARE(common("Common\\ComponentPaths"), QString());
-        QCOMPARE(common("Web Sites"), QLatin1String(system::address::productPage) + QStringLiteral("?app=Quorvia100"));
+        QCOMPARE(common("Web Sites"),
+                 QLatin1String(system::address::productPage) + QStringLiteral("?app=Quorvia100"));
         QCOMPARE(common("Web Sites", "MenuShellReg"), QLatin1String(system::address::shellMenuPage));
     }
 
@@ -61,8 +62,10 @@ class TestPublishing : public QObject
         QTest::addColumn<QString>("after");
         const QString front = QLatin1String(system::address::frontPage);
         const QString query = QStringLiteral("?app=Quorvia100");
-        QTest::newRow("own page gets the query") << "https://mine.example/" << "https://mine.example/" + query;
-        QTest::newRow("a query that is there stays") << "https://mine.example/?app=x" << "https://mine.example/?app=x";
+        QTest::newRow("own page gets the query") << "https://mine.example/"
+                                                 << "https://mine.example/" + query;
+        QTest::newRow("a query that is there stays") << "https://mine.example/?app=x"
+                                                     << "https://mine.example/?app=x";
         QTest::newRow("the bare front page stays") << front << front;
     }
 

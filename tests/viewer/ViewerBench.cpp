@@ -83,7 +83,8 @@ QStringList ViewerBench::logTexts() const
     QStringList texts;
     if (file.open(QIODevice::ReadOnly)) {
         constexpr int stampLength = 21; // "mm-dd-yyyy - hh:mm:ss"
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        const QStringList lines =
+            QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         for (const QString& line : lines)
             texts.append(line.mid(stampLength));
     }

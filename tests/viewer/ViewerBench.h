@@ -1,4 +1,5 @@
-// A main window on the bench: a fresh home, pictures of one colour, message boxes written down instead of shown.
+// A main window on the bench: a fresh home, pictures of one colour, message boxes written down instead of
+// shown.
 #pragma once
 
 #include "platform/Dialogs.h"

@@ -27,10 +27,7 @@ class TestColors : public QObject
         QCOMPARE(toColorNumber(color), number);
     }
 
-    void upperBitsDoNotCount()
-    {
-        QCOMPARE(fromColorNumber(int(0x80ff0001u)), QColor(1, 0, 255));
-    }
+    void upperBitsDoNotCount() { QCOMPARE(fromColorNumber(int(0x80ff0001u)), QColor(1, 0, 255)); }
 };
 
 QTEST_GUILESS_MAIN(TestColors)

@@ -15,7 +15,8 @@ class TestImageLayout : public QObject
         QTest::addColumn<QRect>("rectangle");
         QTest::addColumn<int>("scaleMode");
         const QSize panel(12000, 9000);
-        const auto row = [&](const char* name, QSize image, double zoom, bool fit, QRect rectangle, int mode) {
+        const auto row = [&](const char* name, QSize image, double zoom, bool fit, QRect rectangle,
+                             int mode) {
             QTest::newRow(name) << ViewState{panel, image, zoom, fit, !image.isEmpty()} << rectangle << mode;
         };
         row("fit, larger", {24000, 9000}, 1.0, true, {0, 0, 12000, 9000}, 4);

@@ -152,7 +152,8 @@ class TestLoadStep : public QObject
         QVERIFY(!m_bench->wentOn);
         QVERIFY(!window.isVisible());
         QCOMPARE(m_bench->logTexts(), QStringList{"Init: Form_Load: frmImageView"});
-        QCOMPARE(app::GetCommonSetting(QStringLiteral("Common\\ProgramPaths"), QStringLiteral("Quorvia"), QString())
+        QCOMPARE(app::GetCommonSetting(QStringLiteral("Common\\ProgramPaths"), QStringLiteral("Quorvia"),
+                                       QString())
                      .toString(),
                  app::programPath());
     }

@@ -329,7 +329,8 @@ class TestOpening : public QObject
         window.OpenX(path);
         m_bench->document(QStringLiteral("a.tif"), {Qt::blue, Qt::green, Qt::red});
         auto* navigator = window.findChild<viewer::PageNavigator*>();
-        QTest::mouseClick(navigator->findChild<QToolButton*>(QStringLiteral("lTiffPrevious")), Qt::LeftButton);
+        QTest::mouseClick(navigator->findChild<QToolButton*>(QStringLiteral("lTiffPrevious")),
+                          Qt::LeftButton);
         QCOMPARE(m_bench->middle(), QColor(Qt::blue));
         QCOMPARE(navigator->total(), 3);
     }

@@ -14,15 +14,33 @@ class TestRecentList : public QObject
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("directory");
         QTest::addColumn<QString>("after");
-        QTest::newRow("the empty list") << ";;" << "/pics" << ";/pics";
-        QTest::newRow("nothing stored") << "" << "/pics" << ";/pics";
-        QTest::newRow("a new one goes to the end") << ";/a;/b" << "/c" << ";/a;/b;/c";
-        QTest::newRow("one that is there keeps its place") << ";/a;/b" << "/a" << ";/a;/b";
-        QTest::newRow("the last one again") << ";/a;/b" << "/b" << ";/a;/b";
-        QTest::newRow("the beginning of another counts as there") << ";/a/long" << "/a" << ";/a/long";
-        QTest::newRow("a longer one is new") << ";/a" << "/a/long" << ";/a;/a/long";
-        QTest::newRow("case counts") << ";/a" << "/A" << ";/a;/A";
-        QTest::newRow("empty entries in the middle go") << "/a;;/b" << "/c" << "/a/b;/c";
+        QTest::newRow("the empty list") << ";;"
+                                        << "/pics"
+                                        << ";/pics";
+        QTest::newRow("nothing stored") << ""
+                                        << "/pics"
+                                        << ";/pics";
+        QTest::newRow("a new one goes to the end") << ";/a;/b"
+                                                   << "/c"
+                                                   << ";/a;/b;/c";
+        QTest::newRow("one that is there keeps its place") << ";/a;/b"
+                                                           << "/a"
+                                                           << ";/a;/b";
+        QTest::newRow("the last one again") << ";/a;/b"
+                                            << "/b"
+                                            << ";/a;/b";
+        QTest::newRow("the beginning of another counts as there") << ";/a/long"
+                                                                  << "/a"
+                                                                  << ";/a/long";
+        QTest::newRow("a longer one is new") << ";/a"
+                                             << "/a/long"
+                                             << ";/a;/a/long";
+        QTest::newRow("case counts") << ";/a"
+                                     << "/A"
+                                     << ";/a;/A";
+        QTest::newRow("empty entries in the middle go") << "/a;;/b"
+                                                        << "/c"
+                                                        << "/a/b;/c";
     }
 
     void additions()
