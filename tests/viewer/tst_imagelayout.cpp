@@ -4,6 +4,8 @@
 
 using namespace quorvia::viewer;
 
+Q_DECLARE_METATYPE(quorvia::viewer::ViewState)
+
 class TestImageLayout : public QObject
 {
     Q_OBJECT
@@ -45,6 +47,5 @@ class TestImageLayout : public QObject
     }
 };
 
-Q_DECLARE_METATYPE(quorvia::viewer::ViewState)
 QTEST_GUILESS_MAIN(TestImageLayout)
 #include "tst_imagelayout.moc"

@@ -110,15 +110,6 @@ class TestLoadStep : public QObject
         QVERIFY(m_bench->wentOn);
     }
 
-    void aBareFileCarriesNoCommands()
-    {
-        // A file whose name holds what looks like a switch is still just a file.
-        m_bench->picture(QStringLiteral("a.png /miExit"), Qt::red);
-        QVERIFY(QFile::exists(in("a.png /miExit")));
-        m_bench->load({in("a.png"), QStringLiteral("/miExit")});
-        QVERIFY(m_bench->wentOn);
-    }
-
     void showing_data()
     {
         QTest::addColumn<QStringList>("arguments");
