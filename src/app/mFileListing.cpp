@@ -60,6 +60,34 @@ bool matchesFolded(const QString& name, const QString& pattern)
     return in == pattern.size();
 }
 
+/// A folded pattern. Most are "*.ext", which a look at the end of the name answers.
+class Pattern
+{
+  public:
+    explicit Pattern(const QString& text)
+        : m_text(text),
+          m_isEnding(text.startsWith(u'*') && text.lastIndexOf(u'*') == 0 && !text.contains(u'?'))
+    {
+    }
+    bool findsHidden() const { return m_text.startsWith(u'.'); }
+    bool matches(const QString& name) const
+    {
+        return m_isEnding ? name.endsWith(QStringView(m_text).mid(1)) : matchesFolded(name, m_text);
+    }
+
+  private:
+    QString m_text;
+    bool m_isEnding;
+};
+
+std::vector<Pattern> patternsOf(const QString& list)
+{
+    std::vector<Pattern> patterns;
+    for (const QString& text : folded(list).split(u';', Qt::SkipEmptyParts))
+        patterns.emplace_back(text);
+    return patterns;
+}
+
 /// The directories that a walk has entered, by their identity, so that links that lead back end it.
 class EnteredDirectories
 {
@@ -80,12 +108,12 @@ struct FileName
 {
     QString name;
     QString folded;
-    bool hidden;
+    bool hidden = false;
 };
 
 /// `directory` ends in "/".
 void addMatches(const QString& directory, const std::vector<DirectoryEntry>& entries,
-                const QStringList& patterns, QStringList& files)
+                const std::vector<Pattern>& patterns, QStringList& files)
 {
     std::vector<FileName> names;
     names.reserve(entries.size());
@@ -93,10 +121,9 @@ void addMatches(const QString& directory, const std::vector<DirectoryEntry>& ent
         if (entry.kind == EntryKind::File)
             names.push_back({entry.name, folded(entry.name), entry.isHidden()});
     }
-    for (const QString& pattern : patterns) {
-        const bool showHidden = pattern.startsWith(u'.');
+    for (const Pattern& pattern : patterns) {
         for (const FileName& file : names) {
-            if ((showHidden || !file.hidden) && matchesFolded(file.folded, pattern))
+            if ((!file.hidden || pattern.findsHidden()) && pattern.matches(file.folded))
                 files.append(directory + file.name);
         }
     }
@@ -107,7 +134,7 @@ bool isSubdirectory(const DirectoryEntry& entry)
     return entry.kind == EntryKind::Directory && !entry.isHidden();
 }
 
-void walkFiles(const QString& directory, const QStringList& patterns, bool recurse,
+void walkFiles(const QString& directory, const std::vector<Pattern>& patterns, bool recurse,
                EnteredDirectories& entered, QStringList& files)
 {
     if (!entered.enter(directory))
@@ -149,8 +176,7 @@ void ListFiles(const QString& directory, const QString& patterns, bool recurse, 
     if (directory.isEmpty())
         return;
     EnteredDirectories entered;
-    walkFiles(AddBackslash(directory), folded(patterns).split(u';', Qt::SkipEmptyParts), recurse, entered,
-              files);
+    walkFiles(AddBackslash(directory), patternsOf(patterns), recurse, entered, files);
 }
 
 void ListFolders(const QString& directory, bool recurse, QStringList& folders)

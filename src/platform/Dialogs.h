@@ -17,8 +17,8 @@ struct MessageBox
 {
     BoxKind kind = BoxKind::Plain;
     BoxButtons buttons = BoxButtons::Ok;
-    QString title;
-    QString text;
+    QString title = {};
+    QString text = {};
 };
 
 /// Shows `box` modally over `owner` (may be null) and waits for the answer. Closing the box answers Cancel,

@@ -116,6 +116,8 @@ ShellCode codeOfMissing(int number, const QString& path)
         return ShellCode::AccessDenied;
     if (number == ENOMEM)
         return ShellCode::OutOfMemory;
+    if (path.isEmpty())
+        return ShellCode::FileNotFound;
     return isDirectory(QFileInfo(path).path()) ? ShellCode::FileNotFound : ShellCode::PathNotFound;
 }
 
