@@ -20,8 +20,8 @@ bool FileExists(const QString& path);
 /// not created, and neither is a drive ("C:"). Failures pass without a word: the caller looks whether the
 /// directory stands.
 void MakePath(const QString& path);
-/// Part 1: up to and including the last "/"; part 2: what follows it. Any other part number shows a message
-/// box and gives "".
+/// With `part` 1 the path up to and including the last "/", with 2 what follows it. Any other part number
+/// shows a message box and gives "".
 QString SplitPathName(const QString& path, int part);
 /// The text after the last "." of the name, case as it stands; "" when the name has none. A ":" ends the name
 /// as a

@@ -264,7 +264,7 @@ class TestMFileListing : public QObject
     {
         QTemporaryDir directory;
         const QByteArray stem = QFile::encodeName(directory.path()) + "/picture";
-        constexpr int count = 20000;
+        constexpr int count = 2000;
         for (int number = 0; number < count; ++number) {
             const QByteArray name = stem + QByteArray::number(number) + (number % 2 == 0 ? ".JPG" : ".txt");
             const int file = ::open(name.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
