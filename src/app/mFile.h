@@ -24,8 +24,7 @@ void MakePath(const QString& path);
 /// shows a message box and gives "".
 QString SplitPathName(const QString& path, int part);
 /// The text after the last "." of the name, case as it stands; "" when the name has none. A ":" ends the name
-/// as a
-/// "/" does.
+/// as a "/" does.
 QString GetExtension(const QString& path);
 /// The name without its extension and the "." before it; with `keepDirectory` the path without them.
 QString GetBaseName(const QString& path, bool keepDirectory);
