@@ -66,7 +66,7 @@ void prepareDataDirectories(const QString& installPath)
             continue;
         const QString place = directoryBelow(installPath, directory.name);
         if (!FolderExists(place))
-            makeLogged(place);
+            MakePath(place); // a failure is told by the repair pass, which comes right after
         save(directory.key, place);
     }
 }

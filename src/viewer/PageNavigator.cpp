@@ -66,6 +66,12 @@ void PageNavigator::showPage(int page, int count)
 {
     m_lTiffImg->setText(pageCaption(page, count));
     adjustSize();
+    place();
+}
+
+void PageNavigator::place()
+{
+    move(parentWidget()->width() - width(), 0);
 }
 
 int PageNavigator::total() const

@@ -25,6 +25,8 @@ class PageNavigator : public QFrame
 
     /// Shows "PAGE of COUNT".
     void showPage(int page, int count);
+    /// Takes the top right corner of the pane that it stands on.
+    void place();
     /// The count on show.
     int total() const;
 

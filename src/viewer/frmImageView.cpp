@@ -128,7 +128,7 @@ void frmImageView::layoutPanes()
     m_pTop->setGeometry(m_pMain->rect());
     m_pContain->setGeometry(m_pTop->rect());
     if (m_pTiff)
-        m_pTiff->move(m_pTop->width() - m_pTiff->width(), 0);
+        m_pTiff->place();
     m_viewport->layout();
 }
 

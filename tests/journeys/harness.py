@@ -14,6 +14,7 @@ import time
 import unittest
 
 PROGRAM = os.environ["QUORVIA_PROGRAM"]
+SHOTS = os.environ.get("QUORVIA_SHOTS")  # where the screens of failed journeys go
 SCREEN = (1280, 800)
 PATIENCE = 20.0  # seconds that a condition may take; none of them does on a machine at rest
 
@@ -53,6 +54,13 @@ class Journey(unittest.TestCase):
             "HALVEXA_MACHINE_STORE": str(self.home / "machine" / "machine.db"),
         }
         self._start_display()
+
+    def tearDown(self):
+        failed = any(error for _, error in self._outcome.errors) if hasattr(self._outcome, "errors") else \
+            self._outcome.result.failures or self._outcome.result.errors
+        if SHOTS and failed:
+            os.makedirs(SHOTS, exist_ok=True)
+            self.output("import", "-silent", "-window", "root", os.path.join(SHOTS, self.id() + ".png"))
 
     def _start_display(self):
         reader, writer = os.pipe()
@@ -128,10 +136,20 @@ class Journey(unittest.TestCase):
         return self.output("xdotool", "search", "--onlyvisible", "--name", "^" + name).split()
 
     def geometry(self, window):
-        """Left, top (of the window inside its frame), width, height in pixels."""
-        lines = dict(line.split("=") for line in
-                     self.output("xdotool", "getwindowgeometry", "--shell", window).split())
-        return tuple(int(lines[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+        """Left, top (of the window inside its frame), width, height in pixels of the screen."""
+        facts = dict(line.strip().split(":", 1) for line in
+                     self.output("xwininfo", "-id", window).splitlines() if ":" in line)
+        return tuple(int(facts[name]) for name in
+                     ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+
+    def resize(self, window, width, height):
+        self.output("xdotool", "windowsize", window, str(width), str(height))
+        wait_until(lambda: self.geometry(window)[2:] == (width, height), "the size %d x %d" % (width, height))
+
+    def move(self, window, left, top):
+        before = self.geometry(window)
+        self.output("xdotool", "windowmove", window, str(left), str(top))
+        wait_until(lambda: self.geometry(window) != before, "the window to move")
 
     def key(self, *keys):
         """Presses keys one after the other, slower than the debounces."""
@@ -140,11 +158,13 @@ class Journey(unittest.TestCase):
             time.sleep(0.25)
 
     def focus(self, window):
-        self.output("xdotool", "windowactivate", "--sync", window)
-        wait_until(lambda: self.output("xdotool", "getactivewindow").strip() == window, "the focus")
+        def active():
+            self.output("xdotool", "windowactivate", window)
+            return self.output("xdotool", "getactivewindow").strip() == window
+        wait_until(active, "the focus")
 
     def click(self, x, y):
-        self.output("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
+        self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
 
     # --- what it leaves behind
 

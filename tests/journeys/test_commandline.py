@@ -107,9 +107,8 @@ class CommandLine(Journey):
         path = self.picture("red.png", "red")
         program = self.start(path)
         window = self.window()
-        self.output("xdotool", "windowsize", "--sync", window, "400", "300")
-        self.output("xdotool", "windowmove", "--sync", window, "700", "420")
-        wait_until(lambda: self.geometry(window)[2:] == (400, 300), "the new size")
+        self.resize(window, 400, 300)
+        self.move(window, 700, 420)
         self.send(program)
         self.ended(program)
 

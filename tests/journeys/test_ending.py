@@ -4,7 +4,7 @@ import os
 import signal
 import unittest
 
-from harness import Journey, RED, wait_until
+from harness import Journey, RED
 
 
 class Ending(Journey):
@@ -12,8 +12,7 @@ class Ending(Journey):
         program = self.start(self.picture("red.png", "red"))
         window = self.window()
         self.shows(window, RED)
-        self.output("xdotool", "windowsize", "--sync", window, "500", "300")
-        wait_until(lambda: self.geometry(window)[2:] == (500, 300), "the new size")
+        self.resize(window, 500, 300)
         (self.root / "untitled.pic").write_bytes(b"scratch")
         return program, window
 

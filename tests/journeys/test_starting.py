@@ -43,9 +43,8 @@ class Starting(Journey):
     def test_geometry_comes_back(self):
         program = self.start(self.picture("red.png", "red"))
         window = self.window()
-        self.output("xdotool", "windowsize", "--sync", window, "600", "420")
-        self.output("xdotool", "windowmove", "--sync", window, "200", "150")
-        wait_until(lambda: self.geometry(window)[2:] == (600, 420), "the new size")
+        self.resize(window, 600, 420)
+        self.move(window, 200, 150)
         before = self.geometry(window)
         self.focus(window)
         self.key("alt+F4")
@@ -63,8 +62,7 @@ class Starting(Journey):
     def test_a_maximised_window_comes_back_with_its_normal_size_kept(self):
         program = self.start(self.picture("red.png", "red"))
         window = self.window()
-        self.output("xdotool", "windowsize", "--sync", window, "640", "400")
-        wait_until(lambda: self.geometry(window)[2:] == (640, 400), "the new size")
+        self.resize(window, 640, 400)
         self.focus(window)
         self.maximise(window)
         wait_until(lambda: self.geometry(window)[2] == 1280, "the maximised width")
@@ -79,7 +77,7 @@ class Starting(Journey):
     def maximise(self, window):
         """Double click on the title bar, as a person does it."""
         left, top, width, _ = self.geometry(window)
-        self.output("xdotool", "mousemove", "--sync", str(left + width // 2), str(top - 8),
+        self.output("xdotool", "mousemove", str(left + width // 2), str(top - 10),
                     "click", "--repeat", "2", "--delay", "60", "1")
 
     def test_a_plain_start_shows_the_first_image_of_the_remembered_folder(self):
@@ -95,8 +93,7 @@ class Starting(Journey):
     def test_a_small_window_is_raised_to_the_smallest(self):
         program = self.start(self.picture("red.png", "red"))
         window = self.window()
-        self.output("xdotool", "windowsize", "--sync", window, "60", "60")
-        wait_until(lambda: self.geometry(window)[2] == 60, "the small size")
+        self.resize(window, 60, 60)
         self.send(program)
         self.ended(program)
         self.start(self.picture("red.png", "red"))
