@@ -1,11 +1,12 @@
-// One tree of the typed settings store: keys with named values, kept in one SQLite file. Opening costs about
-// a millisecond, a read microseconds, a write well under a millisecond. Several programs may use one file at
-// once.
+// One tree of the typed settings store: keys with named values, kept in one SQLite file. Opening costs some
+// tenths of a millisecond, a read microseconds, a write some tens of them. Several programs may use one file
+// at once; within a program one thread does.
 #pragma once
 
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -46,13 +47,16 @@ class SettingsStore
 
     QString path() const;
     OpenResult openResult() const;
-    /// Where the damaged file was put; empty unless openResult() is SetAside.
+    /// Where the damaged file was put; empty when none was found.
     QString setAsidePath() const;
+    /// Has `handler` called with the new setAsidePath() when damage shows up only later, at a read or a
+    /// write. The operation then goes on with the new, empty file.
+    void onSetAside(std::function<void(const QString& setAsidePath)> handler);
 
     /// The value under `key` and `name`, both compared without case; empty when absent.
     std::optional<StoredValue> read(const QString& key, const QString& name) const;
-    /// Stores `value` under `key` and `name`. An equal value already there is left alone, at the price of a
-    /// read.
+    /// Stores `value` under `key` and `name`: a QString for the texts, a QByteArray for Binary, an integer of
+    /// 16 or 32 bits for Number. An equal value already there is left alone, at the price of a read.
     WriteResult write(const QString& key, const QString& name, ValueType type, const QVariant& value);
     /// Removes one value; true when it was there.
     bool removeValue(const QString& key, const QString& name);
@@ -69,5 +73,7 @@ QString userStorePath();
 /// File of the machine-wide tree: `$HALVEXA_MACHINE_STORE`, else `/var/lib/halvexa/machine.db` when the user
 /// can write there, else `$XDG_CONFIG_HOME/halvexa/machine.db`.
 QString machineStorePath();
+/// The same with the shared directory named and the environment left out. The directory has to stand already.
+QString machineStorePathBelow(const QString& sharedDirectory);
 
 } // namespace quorvia::platform
