@@ -25,7 +25,7 @@ class InstanceGuard
     bool m_others = false;
 };
 
-/// `$XDG_RUNTIME_DIR/quorvia.lock`, else in the user's state directory.
+/// `$XDG_RUNTIME_DIR/quorvia.lock` when that directory stands, else `$XDG_STATE_HOME/quorvia/quorvia.lock`.
 QString instanceLockPath();
 
 } // namespace quorvia::platform
