@@ -25,7 +25,8 @@ struct PageKey
     bool operator==(const PageKey&) const = default;
 };
 
-/// One load under way or done. Shared between the asker and the thread; all members may be called from any
+/// One asker's hold on a load under way or done. Several askers may share the work; each has a hold of its
+/// own, and dropping or cancelling one leaves the others untouched. All members may be called from any
 /// thread. The waits return at once when the answer is there.
 class ImageLoad
 {
@@ -45,24 +46,35 @@ class ImageLoad
     /// Lets the full decode begin after the first picture, in the background.
     virtual void requestFull() = 0;
     /// `done` is called once from the loader's thread when the full picture stands or has failed (at once,
-    /// from the calling thread, when it does already). Does not start it.
+    /// from the calling thread, when it does already). Does not start it. Not called any more after cancel()
+    /// or after this hold is dropped, though a call that has begun may still be running.
     virtual void whenFull(std::function<void()> done) = 0;
-    /// Drops the load: a decode under way ends soon, waits give Cancelled.
+    /// Gives up this hold: its waits give Cancelled from now on. When no other hold is left, a decode under
+    /// way ends soon and the data are forgotten.
     virtual void cancel() = 0;
 };
+
+/// Opens the file of a load; called on the loader's threads.
+using DecoderOpener = std::function<Result<std::unique_ptr<Decoder>>(const QString& path)>;
 
 class ImageLoader
 {
   public:
     ImageLoader();
+    /// A loader that opens files by `opener` instead of by the table of codecs.
+    explicit ImageLoader(DecoderOpener opener);
+    /// Drops every load, waits for its threads (a decode under way ends at its next look at its flag). Holds
+    /// that outlive it keep what stood and give Cancelled for the rest.
     ~ImageLoader();
     ImageLoader(const ImageLoader&) = delete;
     ImageLoader& operator=(const ImageLoader&) = delete;
 
     /// Begins to load page `page` (from 1) of `path`; `box` in device pixels is the size that the first
     /// picture must cover, empty for the full one at once. A load of the same unchanged page that is under
-    /// way or held is shared instead of repeated, when its first picture covers `box`. Never waits for the
-    /// disk longer than a stat.
+    /// way or held is shared instead of repeated, when its first picture covers `box` and it has not failed.
+    /// The newest load is kept even when nobody holds it, until the next one or cancel(). First pictures are
+    /// decoded newest first and always go ahead of full decodes that nobody waits for: such a one under way
+    /// is broken off and begun again later. Never waits for the disk longer than a stat.
     std::shared_ptr<ImageLoad> load(const QString& path, int page, QSize box);
 
     /// Pages of a file without decoding it: 0 when it cannot be opened. Reads on the calling thread.
