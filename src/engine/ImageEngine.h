@@ -28,14 +28,16 @@ class ImageEngine : public QWidget
     /// pixels.
     QString FileName() const;
     /// Loads and shows the present page of `path`; the same name again reloads. "" clears the control. A
-    /// failed load leaves image and name as they were; LastError() tells why.
+    /// failed load leaves image and name as they were; LastError() tells why. Waits for the header only; when
+    /// the pixels turn out to be unreadable, the control goes back to what it held before. A selection frame
+    /// goes with the image that it was drawn on.
     void SetFileName(const QString& path);
     /// The page that the next load takes, from 1.
     int PageNumber() const;
     void SetPageNumber(int page);
     /// Pages of `path`, without loading it; 0 when it cannot be read.
     int PageCount(const QString& path) const;
-    /// The held image with every pixel; null when there is none. Waits for the full decode.
+    /// The held image with every pixel; null when there is none or the full decode fails. Waits for it.
     QImage Picture() const;
     /// Holds `picture`; FileName() becomes empty. A null image clears the control.
     void SetPicture(const QImage& picture);
@@ -48,7 +50,8 @@ class ImageEngine : public QWidget
     int ImageHeightTwips() const;
     int ImagePixelWidth() const;
     int ImagePixelHeight() const;
-    /// Colour depth of the file.
+    /// Colour depth of the file; of the image itself for one that was given, or that a transform brought to
+    /// another depth.
     int BitsPerPixel() const;
     /// Exact number of colours; counted when first read, kept until the image changes. Below 2 when none is
     /// held.
@@ -65,7 +68,8 @@ class ImageEngine : public QWidget
     int ScaleMode() const;
     /// With ScaleMode 4: 0 keeps the proportions, centred; any other value fills both axes.
     void SetScaleOption(int option);
-    /// False holds back repainting while a load is prepared; what is on the screen stays. True releases it.
+    /// False holds back repainting while a load is prepared; what is on the screen stays, at its place in the
+    /// window even when the control is moved. True releases it.
     void SetPaintEnabled(bool enabled);
     bool PaintEnabled() const;
     /// Repaints.
@@ -73,7 +77,8 @@ class ImageEngine : public QWidget
     /// Colour around the image and behind transparent pixels.
     void SetBackColor(const QColor& color);
     QColor BackColor() const;
-    /// 0 default, 25 pan, 30 selection.
+    /// 0 default, 25 pan (an open hand, closed while a button is down), 30 selection. Any other value is kept
+    /// and shows the default.
     void SetMousePointer(int pointer);
     int MousePointer() const;
     /// Draws the selection frame between two corners in image pixels, inclusive. `keep` true leaves the frame
@@ -82,6 +87,7 @@ class ImageEngine : public QWidget
     void ClearRubberBand();
 
     // --- transforms of the held image, in place; nothing happens when none is held
+    //     or when the result would be larger than Limits allow (LastError() tells)
     /// Turns by `degrees`, positive counter-clockwise; multiples of 90 are exact, others give a larger image
     /// filled with BackColor.
     void Rotate(double degrees);
@@ -107,7 +113,8 @@ class ImageEngine : public QWidget
     void SetLoadBox(QSize box);
 
   Q_SIGNALS:
-    /// The picture has been painted on the control for the first time since the load.
+    /// The picture has been painted on the control for the first time since it was loaded or given. Comes
+    /// from the event loop, not from inside the paint; not for a picture that is already replaced.
     void FirstPainted();
 
   protected:

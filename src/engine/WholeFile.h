@@ -1,0 +1,17 @@
+// Writes a file so that its name always stands for a whole content: the old one or the new one.
+#pragma once
+
+#include "engine/Result.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace quorvia::engine {
+
+/// Puts `bytes` at `path` (native path) through a file beside it that is renamed at the end. Permissions of
+/// an existing file are kept; a symbolic link stays and what it leads to is written. WriteFailed, with the
+/// old content untouched, when the file, its directory or the disk does not take it: a file in a directory
+/// without write permission is not written in place, since a failure half way would lose the old content.
+Status writeWholeFile(const QString& path, const QByteArray& bytes);
+
+} // namespace quorvia::engine
