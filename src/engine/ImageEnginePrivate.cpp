@@ -1,0 +1,203 @@
+#include "engine/ImageEnginePrivate.h"
+
+#include "engine/Limits.h"
+
+#include <QPainter>
+#include <QTimer>
+
+#include <utility>
+
+namespace quorvia::engine {
+
+int bitsOf(const QImage& image)
+{
+    switch (image.format()) {
+    case QImage::Format_Mono:
+        return 1;
+    case QImage::Format_Indexed8:
+    case QImage::Format_Grayscale8:
+        return 8;
+    case QImage::Format_RGB32:
+        return 24; // the fourth byte is padding
+    default:
+        return 32;
+    }
+}
+
+// --- what is held
+
+/// Waits until the held load is known to have pixels; when it has none, what was held before stands again.
+void ImageEngine::Private::settle()
+{
+    if (!content.unproven)
+        return;
+    content.unproven = false;
+    const auto first = content.load->first();
+    if (first) {
+        if (before)
+            letGo(*before);
+    } else {
+        lastError = first.error().text;
+        letGo(content);
+        content = before ? *std::move(before) : HeldContent();
+        repaintSoon();
+    }
+    before.reset();
+}
+
+/// Takes `next` in place of the settled content, which is kept while `next` is unproven.
+void ImageEngine::Private::hold(HeldContent next)
+{
+    next.number = ++lastNumber;
+    if (next.unproven)
+        before = std::move(content);
+    else
+        letGo(content);
+    content = std::move(next);
+    band.reset();
+    if (paintEnabled)
+        cache.clear();
+    repaintSoon();
+}
+
+void ImageEngine::Private::letGo(HeldContent& dropped)
+{
+    if (dropped.load)
+        dropped.load->cancel();
+    dropped = HeldContent();
+}
+
+QImage ImageEngine::Private::fullImage()
+{
+    settle();
+    if (!content.load)
+        return content.image;
+    const auto full = content.load->full();
+    if (full)
+        return full->image;
+    lastError = full.error().text;
+    return {};
+}
+
+/// False, with the reason in lastError, when an image of `size` is more than this machine takes.
+bool ImageEngine::Private::allowed(QSize size)
+{
+    const Status status = checkSize(size);
+    if (!status)
+        lastError = status.error().text;
+    return static_cast<bool>(status);
+}
+
+/// Puts what `change` makes of the full image in its place; the name stays.
+void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>& change)
+{
+    const QImage old = fullImage();
+    if (old.isNull())
+        return;
+    const QImage made = change(old);
+    if (made.isNull()) {
+        lastError = QStringLiteral("no memory for the changed image");
+        return;
+    }
+    HeldContent next;
+    next.name = content.name;
+    next.image = made;
+    next.size = made.size();
+    next.bitsPerPixel = made.format() == old.format() ? content.bitsPerPixel : bitsOf(made);
+    next.wasPainted = true; // not a load
+    lastError.clear();
+    hold(std::move(next));
+}
+
+// --- what is shown
+
+/// The picture to paint an image on `target` from: the first one when it covers that, else the full one.
+QImage ImageEngine::Private::sourceFor(QSize target)
+{
+    if (!content.load)
+        return content.image;
+    if (const engine::Picture full = content.load->fullIfReady(); !full.image.isNull())
+        return full.image;
+    const auto first = content.load->first();
+    if (first && coversTarget(first->image.size(), first->fullSize, target))
+        return first->image;
+    const auto full = content.load->full();
+    if (full)
+        return full->image;
+    return first ? first->image : QImage();
+}
+
+void ImageEngine::Private::repaintSoon()
+{
+    if (paintEnabled)
+        q->update();
+}
+
+void ImageEngine::Private::updateBand()
+{
+    if (!band || !paintEnabled)
+        return;
+    const QRect frame = bandFrame(band->from, band->to, content.size, placed()).boundingRect();
+    q->update(toLogicalPixels(frame, ratio()));
+}
+
+/// What was on the screen when painting was held back, where it was.
+void ImageEngine::Private::paintHeldBack(QPainter& painter)
+{
+    if (cache.pixels().isNull())
+        return;
+    const QPointF moved = QPointF(heldBackAt - q->mapTo(q->window(), QPoint())) * ratio();
+    painter.drawImage(cache.part().topLeft() + moved.toPoint(), cache.pixels());
+}
+
+/// Paints the part of the image that `exposed` shows. The visible part is computed once and kept; what is
+/// larger than any screen (a control painted into an image) goes in bands that are not kept.
+void ImageEngine::Private::paintImage(QPainter& painter, QRect exposed, const QRect& target)
+{
+    constexpr qint64 largestScreen = qint64(8192) * 4608;
+    const DisplayView view{content.number, target, backColor.rgb()};
+    const QRect part = exposed & target;
+    if (!cache.covers(view, part)) {
+        const QImage source = sourceFor(target.size());
+        const QRect visible = toDevicePixels(q->visibleRegion().boundingRect(), ratio()) & target;
+        const QRect wanted = part | visible;
+        if (qint64(wanted.width()) * wanted.height() > largestScreen) {
+            constexpr int bandRows = 256;
+            for (int y = part.top(); y <= part.bottom(); y += bandRows) {
+                const QRect rows = QRect(part.left(), y, part.width(), bandRows) & part;
+                painter.drawImage(rows.topLeft(), renderedPart(source, view, rows));
+            }
+            return;
+        }
+        if (cache.fill(source, view, wanted))
+            q->update(); // the rest of the screen was painted from the smaller picture
+    }
+    painter.drawImage(part.topLeft(), cache.pixels(), part.translated(-cache.part().topLeft()));
+}
+
+void ImageEngine::Private::paintBand(QPainter& painter, const QRect& target)
+{
+    if (!band)
+        return;
+    for (const QRect& line : bandFrame(band->from, band->to, content.size, target))
+        painter.fillRect(line, band->color);
+    if (!band->keep)
+        band.reset();
+}
+
+/// Once a content: tells that it stands on the screen, and lets the full decode follow.
+void ImageEngine::Private::notePainted()
+{
+    if (std::exchange(content.wasPainted, true))
+        return;
+    // From the event loop: what was painted then reaches the screen before anything else is begun.
+    QTimer::singleShot(0, q, [this, number = content.number] {
+        if (number != content.number)
+            return;
+        if (content.load)
+            content.load->requestFull();
+        Q_EMIT q->FirstPainted();
+    });
+}
+
+} // namespace quorvia::engine

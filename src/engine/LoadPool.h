@@ -1,0 +1,100 @@
+// The work behind ImageLoader: tasks, their queue, and what a thread does with them.
+#pragma once
+
+#include "engine/ImageLoader.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace quorvia::engine {
+
+using LoadCallback = std::function<void()>;
+
+/// The work of one load, shared by its holds and the thread that does it. Everything below the line is
+/// guarded by LoadPool::mutex, but for `decoder`, which belongs to the thread that set `running`.
+struct LoadTask
+{
+    LoadTask(PageKey pageKey, QSize firstBox) : key(std::move(pageKey)), box(firstBox) {}
+
+    const PageKey key;
+    const QSize box;
+    CancelFlag stop{false}; ///< the decoder looks at it; set under the mutex, cleared when a job is taken
+    std::unique_ptr<Decoder> decoder;
+    // ----
+    int holds = 0;
+    int fullWaiters = 0;
+    bool dropped = false;    ///< nobody wants it any more; what has not been done will not be
+    bool begun = false;      ///< the first picture is under way or done
+    bool running = false;    ///< a thread works on it
+    bool fullWanted = false; ///< asked for; stays set when the decode is broken off
+    std::optional<Result<PageHeader>> header;
+    std::optional<Result<Picture>> first; ///< gives way to the full one
+    std::optional<Result<Picture>> full;
+    std::vector<std::pair<const void*, LoadCallback>> callbacks; ///< with the hold that asked
+
+    bool failed() const { return (header && !*header) || (first && !*first) || (full && !*full); }
+    bool fullIsDue() const { return fullWanted && first && !full && !running && !dropped; }
+
+    /// True when the first picture is, or will be, enough for `wanted`.
+    bool covers(QSize wanted) const;
+};
+
+using LoadTaskPointer = std::shared_ptr<LoadTask>;
+
+/// A thread's next piece of work.
+struct LoadJob
+{
+    LoadTaskPointer task;
+    bool first = false; ///< header and first picture; else the full one
+};
+
+/// What the loader, its threads and all holds share. One mutex guards it all: it is only ever held for a few
+/// assignments, never while decoding, calling back or freeing what a callback holds.
+struct LoadPool
+{
+    explicit LoadPool(DecoderOpener decoderOpener) : opener(std::move(decoderOpener)) {}
+
+    const DecoderOpener opener;
+    std::mutex mutex;
+    std::condition_variable work;    ///< for the threads: there may be a job
+    std::condition_variable changed; ///< for the waits: some task came on
+    bool stopping = false;
+    int firstsRunning = 0;
+    LoadTaskPointer newest;
+    std::vector<std::weak_ptr<LoadTask>> known; ///< oldest first; all that are alive, for sharing
+    std::vector<LoadTaskPointer> queue;         ///< oldest first; all that a thread has still to work on
+
+    // --- all of these with the mutex held
+
+    /// Takes the most urgent job: a first picture (newest first), a full one that is waited for, and when no
+    /// first picture is under way either, any full one.
+    std::optional<LoadJob> take();
+
+    /// Puts `task` before the threads, unless it stands there already or nobody wants it any more.
+    void enqueue(const LoadTaskPointer& task);
+
+    /// Full decodes that nobody waits for end, to be begun again when the first pictures are done.
+    void breakOffBackground();
+
+    /// Ends the work on `task`; its waits give Cancelled for what does not stand.
+    void drop(LoadTask& task);
+
+    /// Drops a task that has no hold and is not the newest.
+    void dropUnlessHeld(const LoadTaskPointer& task);
+
+    /// A task of `key` that is good for `box`, or null.
+    LoadTaskPointer findShared(const PageKey& key, QSize box);
+};
+
+/// The callbacks of a finished task, taken out so that they run and die without the mutex.
+std::vector<LoadCallback> takeCallbacks(LoadTask& task);
+/// The same for those that one hold asked for.
+std::vector<LoadCallback> takeCallbacksOf(LoadTask& task, const void* hold);
+
+/// What each thread of the loader does, until LoadPool::stopping.
+void runThread(LoadPool& pool);
+
+} // namespace quorvia::engine
