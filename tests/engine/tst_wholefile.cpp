@@ -1,0 +1,121 @@
+#include "engine/WholeFile.h"
+
+#include <QtTest>
+
+#include <sys/stat.h>
+
+using namespace quorvia::engine;
+
+namespace {
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void put(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+} // namespace
+
+class tst_WholeFile : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init() { m_directory = std::make_unique<QTemporaryDir>(); }
+
+    void newFile()
+    {
+        QVERIFY(writeWholeFile(path("a"), "new"));
+        QCOMPARE(contentOf(path("a")), QByteArray("new"));
+        QCOMPARE(names(), QStringList{"a"});
+    }
+
+    void oldFile()
+    {
+        put(path("a"), "a longer old content");
+        QVERIFY(writeWholeFile(path("a"), "new"));
+        QCOMPARE(contentOf(path("a")), QByteArray("new"));
+        QCOMPARE(names(), QStringList{"a"});
+    }
+
+    void permissionsStay_data()
+    {
+        QTest::addColumn<uint>("mode");
+        QTest::newRow("private") << 0600U;
+        QTest::newRow("group") << 0664U;
+        QTest::newRow("executable") << 0755U;
+    }
+
+    void permissionsStay()
+    {
+        QFETCH(uint, mode);
+        put(path("a"), "old");
+        QCOMPARE(::chmod(QFile::encodeName(path("a")).constData(), mode), 0);
+        QVERIFY(writeWholeFile(path("a"), "new"));
+        struct stat facts = {};
+        QCOMPARE(::stat(QFile::encodeName(path("a")).constData(), &facts), 0);
+        QCOMPARE(facts.st_mode & 07777U, mode);
+    }
+
+    void linkStays()
+    {
+        QVERIFY(QDir(m_directory->path()).mkdir("deep"));
+        put(path("deep/real"), "old");
+        QVERIFY(QFile::link("deep/real", path("middle")));
+        QVERIFY(QFile::link("middle", path("outer"))); // a link to a link
+        QVERIFY(writeWholeFile(path("outer"), "new"));
+        QCOMPARE(contentOf(path("deep/real")), QByteArray("new"));
+        QVERIFY(QFileInfo(path("outer")).isSymLink());
+        QVERIFY(QFileInfo(path("middle")).isSymLink());
+        QVERIFY(!QFileInfo(path("deep/real")).isSymLink());
+    }
+
+    void directoryInPlace()
+    {
+        QVERIFY(QDir(m_directory->path()).mkdir("a"));
+        const Status status = writeWholeFile(path("a"), "new");
+        QVERIFY(!status);
+        QCOMPARE(status.error().kind, ErrorKind::WriteFailed);
+        QVERIFY(!status.error().text.isEmpty());
+        QVERIFY(QFileInfo(path("a")).isDir());
+    }
+
+    void belowARegularFile()
+    {
+        put(path("a"), "old");
+        const Status status = writeWholeFile(path("a/b"), "new");
+        QVERIFY(!status);
+        QCOMPARE(contentOf(path("a")), QByteArray("old"));
+    }
+
+    void directoryThatTakesNothing()
+    {
+        // Nobody, root neither, makes a new file in /proc; this one exists and can be written.
+        const QString target = QStringLiteral("/proc/self/oom_score_adj");
+        const QByteArray before = contentOf(target);
+        const Status status = writeWholeFile(target, "1000\n");
+        QVERIFY(!status);
+        QVERIFY2(status.error().text.contains(QStringLiteral("directory")), qPrintable(status.error().text));
+        QCOMPARE(contentOf(target), before);
+    }
+
+    void deviceInPlace() { QVERIFY(!writeWholeFile(QStringLiteral("/dev/full"), "new")); }
+
+    void noName() { QVERIFY(!writeWholeFile(QString(), "new")); }
+
+  private:
+    QString path(const char* name) const { return m_directory->filePath(QString::fromLatin1(name)); }
+    QStringList names() const { return QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden); }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+QTEST_GUILESS_MAIN(tst_WholeFile)
+#include "tst_wholefile.moc"
