@@ -1,0 +1,66 @@
+#include "engine/codecs/ImageRows.h"
+
+#include <algorithm>
+
+namespace quorvia::engine {
+
+namespace {
+
+constexpr QRgb opaqueBlack = 0xff000000U;
+
+int overWhite(int channel, int alpha)
+{
+    return (channel * alpha + 255 * (255 - alpha) + 127) / 255;
+}
+
+int largestEntry(const QImage& image)
+{
+    uchar largest = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar* row = image.constScanLine(y);
+        for (int x = 0; x < image.width(); ++x)
+            largest = std::max(largest, row[x]);
+        if (largest == 255)
+            break;
+    }
+    return largest;
+}
+
+} // namespace
+
+QImage rowsAs(const QImage& image, int first, int count, QImage::Format format)
+{
+    QImage rows(image.constBits() + qsizetype(first) * image.bytesPerLine(), image.width(), count,
+                image.bytesPerLine(), image.format());
+    if (image.colorCount() > 0)
+        rows.setColorTable(image.colorTable());
+    return rows.format() == format ? rows : rows.convertToFormat(format);
+}
+
+QImage overWhite(QImage rows)
+{
+    for (int y = 0; y < rows.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(rows.scanLine(y));
+        for (int x = 0; x < rows.width(); ++x) {
+            const QRgb pixel = row[x];
+            const int alpha = qAlpha(pixel);
+            if (alpha != 255)
+                row[x] = qRgb(overWhite(qRed(pixel), alpha), overWhite(qGreen(pixel), alpha),
+                              overWhite(qBlue(pixel), alpha));
+        }
+    }
+    rows.reinterpretAsFormat(QImage::Format_RGB32);
+    return rows;
+}
+
+void coverUsedEntries(QList<QRgb>& table, const QImage& image)
+{
+    const bool mono = image.depth() == 1;
+    if (table.size() >= (mono ? 2 : 256))
+        return;
+    const int needed = mono ? 2 : largestEntry(image) + 1;
+    while (table.size() < needed)
+        table.append(opaqueBlack);
+}
+
+} // namespace quorvia::engine

@@ -1,0 +1,25 @@
+// Takes an image apart into strips of rows in the format that an encoder wants, so that saving never holds a
+// second whole picture. No copy is made where the format is right already.
+#pragma once
+
+#include <QImage>
+#include <QList>
+
+namespace quorvia::engine {
+
+/// Rows that an encoder converts at a time.
+constexpr int stripRows = 64;
+
+/// Rows `first` to `first + count - 1` (from 0) of `image` in `format`. The result may share the pixels of
+/// `image`, which must outlive it.
+QImage rowsAs(const QImage& image, int first, int count, QImage::Format format);
+
+/// Lays the pixels of `rows` (ARGB32) over white and gives them back as RGB32:
+/// c' = (c * a + 255 * (255 - a)) / 255, rounded.
+QImage overWhite(QImage rows);
+
+/// Extends `table` with opaque black until it holds the largest pixel value used in `image` (Indexed8 or
+/// Mono). A damaged file may use entries that its palette does not have.
+void coverUsedEntries(QList<QRgb>& table, const QImage& image);
+
+} // namespace quorvia::engine

@@ -1,0 +1,41 @@
+#include "engine/codecs/JpegCodec.h"
+
+#include "engine/codecs/JpegDecoder.h"
+#include "engine/codecs/JpegEncode.h"
+
+namespace quorvia::engine {
+
+QString JpegCodec::name() const
+{
+    return QStringLiteral("JPEG");
+}
+
+QStringList JpegCodec::extensions() const
+{
+    return {QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jif")};
+}
+
+bool JpegCodec::sniff(const QByteArray& head, const QString&) const
+{
+    return head.startsWith("\xff\xd8\xff");
+}
+
+Result<std::unique_ptr<Decoder>> JpegCodec::open(std::shared_ptr<ByteSource> source) const
+{
+    const Result<JpegFrame> frame = readJpegFrame(*source);
+    if (!frame)
+        return frame.error();
+    return std::unique_ptr<Decoder>(std::make_unique<JpegDecoder>(std::move(source), *frame));
+}
+
+bool JpegCodec::canEncode(const QString& extension) const
+{
+    return extensions().contains(extension);
+}
+
+Result<QByteArray> JpegCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
+{
+    return encodeJpeg(image, options.jpeg);
+}
+
+} // namespace quorvia::engine
