@@ -1,0 +1,48 @@
+// Reads a byte source one byte after the other through a small buffer.
+#pragma once
+
+#include "engine/ByteSource.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quorvia::engine {
+
+class SourceReader
+{
+  public:
+    /// Reads `source` from `offset` (bytes) for at most `length` bytes.
+    SourceReader(const ByteSource& source, qint64 offset, qint64 length)
+        : m_source(source), m_offset(offset), m_left(std::max<qint64>(length, 0))
+    {
+    }
+
+    /// The next byte, or -1 at the end and for ever after.
+    int next()
+    {
+        if (m_at == m_filled && !fill())
+            return -1;
+        return m_buffer[m_at++];
+    }
+
+  private:
+    bool fill()
+    {
+        const qint64 wanted = std::min<qint64>(m_left, qint64(m_buffer.size()));
+        const qint64 got = m_source.read(m_offset, m_buffer.data(), wanted);
+        m_left = got > 0 ? m_left - got : 0;
+        m_offset += got;
+        m_at = 0;
+        m_filled = size_t(std::max<qint64>(got, 0));
+        return m_filled > 0;
+    }
+
+    const ByteSource& m_source;
+    qint64 m_offset;
+    qint64 m_left;
+    std::array<uchar, 16384> m_buffer;
+    size_t m_at = 0;
+    size_t m_filled = 0;
+};
+
+} // namespace quorvia::engine
