@@ -1,0 +1,231 @@
+#include "engine/codecs/TiffLayout.h"
+
+#include "engine/codecs/Orientation.h"
+#include "engine/Limits.h"
+
+#include <algorithm>
+
+namespace quorvia::engine {
+
+namespace {
+
+Error damaged(const QString& text)
+{
+    return Error{ErrorKind::Damaged, text};
+}
+
+Error unsupported(const QString& text)
+{
+    return Error{ErrorKind::Unsupported, text};
+}
+
+template <class T>
+T field(TIFF* tiff, quint32 tag, T absent)
+{
+    T value = absent;
+    return TIFFGetField(tiff, tag, &value) ? value : absent;
+}
+
+template <class T>
+T fieldOrDefault(TIFF* tiff, quint32 tag)
+{
+    T value = 0;
+    TIFFGetFieldDefaulted(tiff, tag, &value);
+    return value;
+}
+
+/// A side as a number that a QSize holds; anything greater is too large in any case.
+int side(quint32 pixels)
+{
+    return int(std::min<quint32>(pixels, std::numeric_limits<int>::max()));
+}
+
+Status readSizes(TIFF* tiff, TiffLayout& layout)
+{
+    layout.stored = QSize(side(field<uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0)),
+                          side(field<uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0)));
+    const Status page = checkSize(layout.stored);
+    if (!page)
+        return page;
+    layout.orientation = fieldOrDefault<uint16_t>(tiff, TIFFTAG_ORIENTATION);
+    layout.size = isTransposed(layout.orientation) ? layout.stored.transposed() : layout.stored;
+
+    layout.tiled = TIFFIsTiled(tiff) != 0;
+    if (layout.tiled) {
+        layout.strile = QSize(side(field<uint32_t>(tiff, TIFFTAG_TILEWIDTH, 0)),
+                              side(field<uint32_t>(tiff, TIFFTAG_TILELENGTH, 0)));
+        return checkSize(layout.strile);
+    }
+    const auto rows = fieldOrDefault<uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP);
+    const bool whole = rows == 0 || rows > quint32(layout.stored.height());
+    layout.strile = QSize(layout.stored.width(), whole ? layout.stored.height() : int(rows));
+    return ok();
+}
+
+Status readNumbers(TIFF* tiff, TiffLayout& layout)
+{
+    layout.bits = fieldOrDefault<uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE);
+    layout.samples = fieldOrDefault<uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL);
+    layout.planar = fieldOrDefault<uint16_t>(tiff, TIFFTAG_PLANARCONFIG) == PLANARCONFIG_SEPARATE;
+    if (layout.samples < 1 || layout.bits < 1)
+        return damaged(QStringLiteral("%1 samples of %2 bits").arg(layout.samples).arg(layout.bits));
+    bool known = false;
+    switch (fieldOrDefault<uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT)) {
+    case SAMPLEFORMAT_UINT:
+    case SAMPLEFORMAT_VOID:
+        layout.numbers = TiffNumbers::Unsigned;
+        known = layout.bits <= 16 || layout.bits == 32;
+        break;
+    case SAMPLEFORMAT_INT:
+        layout.numbers = TiffNumbers::Signed;
+        known = layout.bits == 8 || layout.bits == 16 || layout.bits == 32;
+        break;
+    case SAMPLEFORMAT_IEEEFP:
+        layout.numbers = TiffNumbers::Float;
+        known = layout.bits == 16 || layout.bits == 32 || layout.bits == 64;
+        break;
+    default:
+        break;
+    }
+    if (!known)
+        return unsupported(QStringLiteral("samples of %1 bits in their number format").arg(layout.bits));
+    return ok();
+}
+
+Status readPalette(TIFF* tiff, TiffLayout& layout)
+{
+    if (layout.bits > 8 || layout.numbers != TiffNumbers::Unsigned)
+        return unsupported(QStringLiteral("a palette with %1 bits").arg(layout.bits));
+    uint16_t* red = nullptr;
+    uint16_t* green = nullptr;
+    uint16_t* blue = nullptr;
+    if (!TIFFGetField(tiff, TIFFTAG_COLORMAP, &red, &green, &blue) || !red || !green || !blue)
+        return damaged(QStringLiteral("the palette is missing"));
+    const int count = 1 << layout.bits;
+    const auto isNarrow = [count](const uint16_t* values) {
+        return std::all_of(values, values + count, [](uint16_t value) { return value < 256; });
+    };
+    // Old writers store 8 bits where 16 belong. Of 16 the upper half is the colour, whether it was made by
+    // a shift or by 257.
+    const int shift = isNarrow(red) && isNarrow(green) && isNarrow(blue) ? 0 : 8;
+    for (int i = 0; i < count; ++i)
+        layout.palette.append(qRgb(red[i] >> shift, green[i] >> shift, blue[i] >> shift));
+    return ok();
+}
+
+bool isFax(int compression)
+{
+    return compression == COMPRESSION_CCITTRLE || compression == COMPRESSION_CCITTRLEW ||
+           compression == COMPRESSION_CCITTFAX3 || compression == COMPRESSION_CCITTFAX4;
+}
+
+int photometricOf(TIFF* tiff, const TiffLayout& layout, int compression)
+{
+    constexpr uint16_t absent = 0xFFFF;
+    const auto told = field<uint16_t>(tiff, TIFFTAG_PHOTOMETRIC, absent);
+    if (told != absent)
+        return told;
+    if (isFax(compression))
+        return PHOTOMETRIC_MINISWHITE;
+    return layout.samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
+}
+
+Status leaveToLibrary(TIFF* tiff, TiffLayout& layout)
+{
+    char text[1024] = "";
+    if (!TIFFRGBAImageOK(tiff, text))
+        return unsupported(QString::fromLocal8Bit(text));
+    layout.colors = TiffColors::Library;
+    return ok();
+}
+
+Status readColors(TIFF* tiff, TiffLayout& layout, int compression)
+{
+    switch (photometricOf(tiff, layout, compression)) {
+    case PHOTOMETRIC_MINISWHITE:
+        layout.colors = TiffColors::GreyInverted;
+        break;
+    case PHOTOMETRIC_MINISBLACK:
+    case PHOTOMETRIC_MASK:
+        layout.colors = TiffColors::Grey;
+        break;
+    case PHOTOMETRIC_PALETTE:
+        layout.colors = TiffColors::Palette;
+        if (const Status palette = readPalette(tiff, layout); !palette)
+            return palette;
+        break;
+    case PHOTOMETRIC_RGB:
+        layout.colors = TiffColors::Rgb;
+        break;
+    case PHOTOMETRIC_SEPARATED:
+        if (fieldOrDefault<uint16_t>(tiff, TIFFTAG_INKSET) != INKSET_CMYK)
+            return unsupported(QStringLiteral("inks other than CMYK"));
+        layout.colors = TiffColors::Cmyk;
+        break;
+    case PHOTOMETRIC_YCBCR:
+        if (compression != COMPRESSION_JPEG || layout.planar || layout.samples != 3)
+            return leaveToLibrary(tiff, layout);
+        TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE,
+                     JPEGCOLORMODE_RGB); // the JPEG decoder converts and upsamples
+        layout.colors = TiffColors::Rgb;
+        break;
+    default:
+        return leaveToLibrary(tiff, layout);
+    }
+    if (compression == COMPRESSION_OJPEG)
+        return leaveToLibrary(tiff, layout);
+    if (layout.samples < layout.colorSamples())
+        return damaged(QStringLiteral("%1 samples are too few").arg(layout.samples));
+    return ok();
+}
+
+void readAlpha(TIFF* tiff, TiffLayout& layout)
+{
+    uint16_t count = 0;
+    uint16_t* kinds = nullptr;
+    if (!TIFFGetField(tiff, TIFFTAG_EXTRASAMPLES, &count, &kinds) || count == 0 || !kinds ||
+        layout.samples <= layout.colorSamples())
+        return;
+    // A sample of unspecified meaning can be anything (an infrared band), so that it hides nothing.
+    if (kinds[0] == EXTRASAMPLE_ASSOCALPHA)
+        layout.alpha = TiffAlpha::Associated;
+    else if (kinds[0] == EXTRASAMPLE_UNASSALPHA)
+        layout.alpha = TiffAlpha::Unassociated;
+}
+
+} // namespace
+
+int TiffLayout::colorSamples() const
+{
+    switch (colors) {
+    case TiffColors::Rgb:
+    case TiffColors::Library:
+        return 3;
+    case TiffColors::Cmyk:
+        return 4;
+    default:
+        return 1;
+    }
+}
+
+Result<TiffLayout> readTiffLayout(TIFF* tiff)
+{
+    TiffLayout layout;
+    const Status sizes = readSizes(tiff, layout);
+    if (!sizes)
+        return sizes.error();
+    const auto compression = fieldOrDefault<uint16_t>(tiff, TIFFTAG_COMPRESSION);
+    if (!TIFFIsCODECConfigured(compression))
+        return unsupported(QStringLiteral("compression %1").arg(compression));
+    layout.compressed = compression != COMPRESSION_NONE;
+    const Status numbers = readNumbers(tiff, layout);
+    if (!numbers)
+        return numbers.error();
+    const Status colors = readColors(tiff, layout, compression);
+    if (!colors)
+        return colors.error();
+    readAlpha(tiff, layout);
+    return layout;
+}
+
+} // namespace quorvia::engine

@@ -1,0 +1,215 @@
+#include "engine/codecs/TiffPicture.h"
+
+#include "engine/codecs/Orientation.h"
+#include "engine/codecs/TiffRows.h"
+#include "engine/codecs/TiffStriles.h"
+
+#include <algorithm>
+
+namespace quorvia::engine {
+
+namespace {
+
+Error noMemory()
+{
+    return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+}
+
+Error cancelled()
+{
+    return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+}
+
+/// How much of a picture was drawn.
+struct Progress
+{
+    bool drawn = false;
+    bool complete = true;
+
+    void note(int good, int wanted)
+    {
+        drawn = drawn || good > 0;
+        complete = complete && good == wanted;
+    }
+};
+
+/// The page with our own conversion: strile after strile.
+class PageDecoder
+{
+  public:
+    PageDecoder(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout)
+        : m_layout(layout), m_striles(handle, std::move(source), layout), m_rows(layout)
+    {
+    }
+
+    Result<QImage> decode(const CancelFlag& cancel, Progress& progress);
+
+  private:
+    int piecesAcross() const
+    {
+        return (m_layout.stored.width() + m_layout.strile.width() - 1) / m_layout.strile.width();
+    }
+    int piecesDown() const
+    {
+        return (m_layout.stored.height() + m_layout.strile.height() - 1) / m_layout.strile.height();
+    }
+    int planes() const { return m_layout.planar ? m_layout.usedSamples() : 1; }
+    int decodePlanes(quint32 index, int first, int rows);
+    void drawRows(QImage& image, int x, int y, int rows);
+
+    const TiffLayout& m_layout;
+    TiffStriles m_striles;
+    TiffRows m_rows;
+    std::array<TiffBuffer, 5> m_buffers;
+};
+
+/// Decodes the strile of every plane that is needed; returns how many rows all of them have.
+int PageDecoder::decodePlanes(quint32 index, int first, int rows)
+{
+    const quint32 perPlane = quint32(piecesAcross()) * quint32(piecesDown());
+    int good = rows;
+    for (int plane = 0; plane < planes() && good > 0; ++plane)
+        good = std::min(good, m_striles.decode(index + quint32(plane) * perPlane, first, rows,
+                                               m_buffers[size_t(plane)].get()));
+    return good;
+}
+
+void PageDecoder::drawRows(QImage& image, int x, int y, int rows)
+{
+    const int count = std::min(m_layout.strile.width(), m_layout.stored.width() - x);
+    TiffSampleRow samples;
+    samples.step = m_layout.planar ? 1 : m_layout.samples;
+    for (int i = 0; i < rows; ++i) {
+        for (size_t s = 0; s < size_t(m_layout.usedSamples()); ++s) {
+            samples.bytes[s] = m_buffers[m_layout.planar ? s : 0].get() + i * m_striles.rowBytes();
+            samples.first[s] = m_layout.planar ? 0 : int(s);
+        }
+        m_rows.convert(samples, count, image.scanLine(y + i), x);
+    }
+}
+
+Result<QImage> PageDecoder::decode(const CancelFlag& cancel, Progress& progress)
+{
+    if (m_striles.rowBytes() == 0)
+        return Error{ErrorKind::Damaged, QStringLiteral("the rows are too short for their pixels")};
+    // Strips that are not compressed may be the whole page: they are taken in pieces.
+    constexpr qint64 pieceBytes = 1 << 20;
+    const int whole = m_layout.strile.height();
+    const bool pieces = !m_layout.tiled && !m_layout.compressed;
+    const int step = pieces ? int(std::clamp<qint64>(pieceBytes / m_striles.rowBytes(), 1, whole)) : whole;
+    for (int plane = 0; plane < planes(); ++plane) {
+        m_buffers[size_t(plane)] = m_striles.allocate(step);
+        if (!m_buffers[size_t(plane)])
+            return noMemory();
+    }
+    QImage image = allocateImage(m_layout.stored, m_rows.format());
+    if (image.isNull())
+        return noMemory();
+    image.setColorTable(m_rows.colorTable());
+
+    quint32 index = 0;
+    for (int top = 0; top < m_layout.stored.height(); top += whole) {
+        const int visible = std::min(whole, m_layout.stored.height() - top);
+        for (int x = 0; x < m_layout.stored.width(); x += m_layout.strile.width(), ++index) {
+            for (int first = 0; first < visible; first += step) {
+                if (cancel)
+                    return cancelled();
+                const int shown = std::min(step, visible - first);
+                const int good = std::min(decodePlanes(index, first, m_layout.tiled ? whole : shown), shown);
+                drawRows(image, x, top + first, good);
+                progress.note(good, shown);
+            }
+        }
+    }
+    return image;
+}
+
+/// libtiff packs its pixels as alpha, blue, green, red; with alpha the colours are multiplied by it.
+void fromLibraryPixels(QImage& image, int top, int rows)
+{
+    const bool hasAlpha = image.format() == QImage::Format_ARGB32;
+    for (int y = top; y < top + rows; ++y) {
+        auto* row = reinterpret_cast<quint32*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const quint32 pixel = row[x];
+            const QRgb color = qRgba(int(TIFFGetR(pixel)), int(TIFFGetG(pixel)), int(TIFFGetB(pixel)),
+                                     hasAlpha ? int(TIFFGetA(pixel)) : 255);
+            row[x] = hasAlpha ? qUnpremultiply(color) : color;
+        }
+    }
+}
+
+struct LibraryImage
+{
+    TIFFRGBAImage image = {};
+    bool open = false;
+    LibraryImage() = default;
+    LibraryImage(const LibraryImage&) = delete;
+    LibraryImage& operator=(const LibraryImage&) = delete;
+    ~LibraryImage()
+    {
+        if (open)
+            TIFFRGBAImageEnd(&image);
+    }
+};
+
+/// The page with libtiff's conversion, a row of striles at a time.
+Result<QImage> decodeByLibrary(TiffHandle& handle, const TiffLayout& layout, const CancelFlag& cancel,
+                               Progress& progress)
+{
+    LibraryImage reader;
+    char text[1024] = "";
+    reader.open = TIFFRGBAImageBegin(&reader.image, handle.get(), 0, text) != 0;
+    if (!reader.open)
+        return Error{ErrorKind::Unsupported, QString::fromLocal8Bit(text)};
+    // Both alike: the rows come as they are stored and are turned afterwards.
+    reader.image.orientation = ORIENTATION_TOPLEFT;
+    reader.image.req_orientation = ORIENTATION_TOPLEFT;
+
+    const bool hasAlpha = layout.alpha != TiffAlpha::None;
+    QImage image = allocateImage(layout.stored, hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (image.isNull())
+        return noMemory();
+    for (int top = 0; top < image.height(); top += layout.strile.height()) {
+        if (cancel)
+            return cancelled();
+        const int rows = std::min(layout.strile.height(), image.height() - top);
+        const int errorsBefore = handle.errorCount();
+        reader.image.row_offset = top;
+        reader.image.col_offset = 0;
+        auto* raster = reinterpret_cast<uint32_t*>(image.scanLine(top));
+        const bool read =
+            TIFFRGBAImageGet(&reader.image, raster, uint32_t(image.width()), uint32_t(rows)) != 0;
+        fromLibraryPixels(image, top, rows);
+        progress.drawn = progress.drawn || (read && handle.errorCount() == errorsBefore);
+        progress.complete = progress.complete && read && handle.errorCount() == errorsBefore;
+    }
+    return image;
+}
+
+} // namespace
+
+Result<Picture> decodeTiffPage(TiffHandle& handle, std::shared_ptr<ByteSource> source,
+                               const TiffLayout& layout, const CancelFlag& cancel)
+{
+    Progress progress;
+    Result<QImage> stored = layout.colors == TiffColors::Library
+                                ? decodeByLibrary(handle, layout, cancel, progress)
+                                : PageDecoder(handle, std::move(source), layout).decode(cancel, progress);
+    if (!stored)
+        return stored.error();
+    if (!progress.drawn)
+        return Error{ErrorKind::Damaged, handle.lastError().isEmpty()
+                                             ? QStringLiteral("the pixels are missing")
+                                             : handle.lastError()};
+    Picture picture;
+    picture.image = upright(*std::move(stored), layout.orientation);
+    if (picture.image.isNull())
+        return noMemory();
+    picture.fullSize = layout.size;
+    picture.bitsPerPixel = layout.bits * layout.samples;
+    picture.complete = progress.complete;
+    return picture;
+}
+
+} // namespace quorvia::engine

@@ -1,0 +1,43 @@
+// Decodes single strips and tiles of a page out of their own bytes. A strile that is cut short or breaks
+// gives the rows in front of the break.
+#pragma once
+
+#include "engine/codecs/TiffHandle.h"
+#include "engine/codecs/TiffLayout.h"
+
+#include <cstdlib>
+#include <memory>
+
+namespace quorvia::engine {
+
+/// Decoded rows. Not cleared: only the rows said to be good hold anything.
+struct FreeBytes
+{
+    void operator()(void* memory) const { std::free(memory); }
+};
+using TiffBuffer = std::unique_ptr<uchar, FreeBytes>;
+
+class TiffStriles
+{
+  public:
+    /// `layout` is the present directory of `handle`, whose bytes are `source`.
+    TiffStriles(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout);
+
+    /// Bytes from one decoded row to the next; 0 when the page's numbers contradict each other.
+    qint64 rowBytes() const { return m_rowBytes; }
+    /// Memory for `rows` rows; null when they are more than a picture may cost.
+    TiffBuffer allocate(int rows) const;
+    /// Decodes `rows` rows of strile `index` from its row `first` on; `first` other than 0 only for strips
+    /// that are not compressed. Returns how many rows at the top of `out` are good.
+    int decode(quint32 index, int first, int rows, uchar* out);
+
+  private:
+    bool tryRows(quint32 index, QByteArray& stored, int rows, uchar* out);
+
+    TiffHandle& m_handle;
+    std::shared_ptr<ByteSource> m_source;
+    const TiffLayout& m_layout;
+    qint64 m_rowBytes = 0;
+};
+
+} // namespace quorvia::engine
