@@ -170,7 +170,9 @@ QImage::Format Session::format() const
 /// in grey; those rows stay untouched, so that a cut file of a huge picture costs no memory.
 JDIMENSION Session::usefulRows() const
 {
-    const bool ended = !m_info.buffered_image && m_errors.dataEnded && m_info.unread_marker == JPEG_EOI;
+    // The arithmetic decoder takes what is missing for zeros and does not tell.
+    const bool noMore = m_info.arith_code ? m_errors.fileEnded : m_errors.dataEnded;
+    const bool ended = !m_info.buffered_image && noMore && m_info.unread_marker == JPEG_EOI;
     if (!ended)
         return m_info.output_height;
     // Upsampling holds rows back: up to one row of blocks and its neighbour.

@@ -49,6 +49,8 @@ void takeMessage(j_common_ptr info, int level)
         errors.damage++;
     if (info->err->msg_code == JWRN_HIT_MARKER)
         errors.dataEnded = true;
+    if (info->err->msg_code == JWRN_JPEG_EOF)
+        errors.fileEnded = true;
 }
 
 void printNothing(j_common_ptr) {}

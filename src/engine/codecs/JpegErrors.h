@@ -16,6 +16,7 @@ struct JpegErrors
     Landing landing;
     int damage = 0;         ///< warnings that tell of lost or wrong pixels
     bool dataEnded = false; ///< the entropy-coded data ended before its last block
+    bool fileEnded = false; ///< the file ended before its end mark
     bool cancelled = false; ///< left because the asker dropped the request
 
     /// Prepares the manager; assign the result to the `err` of the library's object.

@@ -128,6 +128,8 @@ bool Session::open()
         png_set_chunk_cache_max(m_png, mostChunks);
         png_set_chunk_malloc_max(m_png, chunkBytes);
         png_set_crc_action(m_png, PNG_CRC_WARN_USE, PNG_CRC_WARN_USE);
+        // The chunks have check sums of their own, and a wrong one of the stream would cost the last row.
+        png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
         png_set_progressive_read_fn(m_png, this, takeInfo, takeRow, nullptr);
     });
 }
@@ -189,7 +191,7 @@ Status Session::feedChunks()
         if (m_cancelled)
             break;
         if (chunk->type == PngChunk::data && m_image.isNull()) {
-            if (const Status prepared = prepare(); !prepared)
+            if (Status prepared = prepare(); !prepared)
                 return prepared;
         }
         if (!feedChunk(*chunk)) {
@@ -238,7 +240,7 @@ Status Session::prepare()
 {
     const QImage::Format format = chooseFormat();
     if (m_header.colors == PNG_COLOR_TYPE_PALETTE) {
-        if (const Status read = readPalette(); !read)
+        if (Status read = readPalette(); !read)
             return read;
     } else if (format == QImage::Format_Mono) {
         m_table = {qRgb(0, 0, 0), qRgb(255, 255, 255)};

@@ -49,6 +49,14 @@ Plan planFor(const QImage& image)
     }
 }
 
+/// zlib's level. A photo of 3.4 megapixels took 269 ms at level 1 (5.75 MB), 347 at 2 (5.71), 929 at 4 (4.93)
+/// and 1589 at 6 (4.95), each with libpng's choice of filters: 2 is where a person does not wait yet.
+/// Palettes are a quarter of the bytes and unfiltered; there 6 costs little and gains a tenth.
+int levelFor(const Plan& plan)
+{
+    return plan.colors == PNG_COLOR_TYPE_PALETTE || plan.depth < 8 ? 6 : 2;
+}
+
 /// One file under way: libpng's objects and what was written.
 class Session
 {
@@ -119,7 +127,7 @@ bool Session::begin(QSize size, const Plan& plan)
             std::longjmp(m_landing.place, 1);
         }
         png_set_write_fn(m_png, this, takeBytes, nullptr);
-        png_set_compression_level(m_png, 6);
+        png_set_compression_level(m_png, levelFor(plan));
         png_set_compression_buffer_size(m_png, 65536);
         png_set_IHDR(m_png, m_info, static_cast<png_uint_32>(size.width()),
                      static_cast<png_uint_32>(size.height()), plan.depth, plan.colors, PNG_INTERLACE_NONE,
