@@ -10,7 +10,7 @@
 
 namespace quorvia::engine {
 
-/// What the first chunk tells (PNG specification, 11.2.2).
+/// What the first chunk tells (ISO/IEC 15948, 11.2.2).
 struct PngHeader
 {
     QSize size;     ///< pixels
