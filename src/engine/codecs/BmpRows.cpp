@@ -2,10 +2,28 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
 namespace quorvia::engine {
+
+namespace {
+
+/// `value` of 0..`top` (up to 8 bits) as 0..255. Bits in a row are repeated to fill the byte, as is the
+/// custom for this format: 5 bits abcde give abcdeabc.
+quint32 scaledShort(quint32 value, quint32 top)
+{
+    const int bits = std::bit_width(top);
+    if (!std::has_single_bit(top + 1)) // a mask with gaps
+        return (value * 255 + top / 2) / top;
+    quint32 filled = 0;
+    for (int at = 8 - bits; at > -bits; at -= bits)
+        filled |= at >= 0 ? value << at : value >> -at;
+    return filled;
+}
+
+} // namespace
 
 MaskedChannel::MaskedChannel(quint32 mask, int absent) : m_mask(mask)
 {
@@ -15,10 +33,8 @@ MaskedChannel::MaskedChannel(quint32 mask, int absent) : m_mask(mask)
     }
     m_shift = std::countr_zero(mask);
     m_top = mask >> m_shift;
-    if (m_top <= 255) {
-        for (quint32 value = 0; value <= m_top; ++value)
-            m_scaled[value] = uchar((value * 255 + m_top / 2) / m_top);
-    }
+    for (quint32 value = 0; value <= std::min(m_top, 255u); ++value)
+        m_scaled[value] = uchar(scaledShort(value, m_top));
 }
 
 BmpRows::BmpRows(const BmpLayout& layout)

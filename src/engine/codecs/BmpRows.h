@@ -9,7 +9,7 @@
 
 namespace quorvia::engine {
 
-/// One channel of a pixel as a mask tells it, scaled to 0..255 by rounding.
+/// One channel of a pixel as a mask tells it, as 0..255.
 class MaskedChannel
 {
   public:
