@@ -38,7 +38,7 @@ class TiffHandle
     TIFF* get() const { return m_tiff; }
     /// Errors (not warnings) so far.
     int errorCount() const { return m_errors; }
-    /// The last of them, one line.
+    /// The last of them, one line; never empty.
     QString lastError() const { return m_lastError; }
 
   private:
@@ -55,7 +55,7 @@ class TiffHandle
     std::unique_ptr<TiffStream> m_stream;
     qint64 m_offset = 0;
     int m_errors = 0;
-    QString m_lastError;
+    QString m_lastError = QStringLiteral("the TIFF data is damaged");
     TIFF* m_tiff = nullptr;
 };
 

@@ -26,10 +26,10 @@ struct Progress
     bool drawn = false;
     bool complete = true;
 
-    void note(int good, int wanted)
+    void note(const StrileOutcome& outcome)
     {
-        drawn = drawn || good > 0;
-        complete = complete && good == wanted;
+        drawn = drawn || outcome.rows > 0;
+        complete = complete && outcome.whole;
     }
 };
 
@@ -54,7 +54,7 @@ class PageDecoder
         return (m_layout.stored.height() + m_layout.strile.height() - 1) / m_layout.strile.height();
     }
     int planes() const { return m_layout.planar ? m_layout.usedSamples() : 1; }
-    int decodePlanes(quint32 index, int first, int rows);
+    StrileOutcome decodePlanes(quint32 index, int first, int rows);
     void drawRows(QImage& image, int x, int y, int rows);
 
     const TiffLayout& m_layout;
@@ -63,15 +63,17 @@ class PageDecoder
     std::array<TiffBuffer, 5> m_buffers;
 };
 
-/// Decodes the strile of every plane that is needed; returns how many rows all of them have.
-int PageDecoder::decodePlanes(quint32 index, int first, int rows)
+/// Decodes the strile of every plane that is needed; the outcome is that of the worst of them.
+StrileOutcome PageDecoder::decodePlanes(quint32 index, int first, int rows)
 {
     const quint32 perPlane = quint32(piecesAcross()) * quint32(piecesDown());
-    int good = rows;
-    for (int plane = 0; plane < planes() && good > 0; ++plane)
-        good = std::min(good, m_striles.decode(index + quint32(plane) * perPlane, first, rows,
-                                               m_buffers[size_t(plane)].get()));
-    return good;
+    StrileOutcome worst = {rows, true};
+    for (int plane = 0; plane < planes() && worst.rows > 0; ++plane) {
+        const StrileOutcome one =
+            m_striles.decode(index + quint32(plane) * perPlane, first, rows, m_buffers[size_t(plane)].get());
+        worst = {std::min(worst.rows, one.rows), worst.whole && one.whole};
+    }
+    return worst;
 }
 
 void PageDecoder::drawRows(QImage& image, int x, int y, int rows)
@@ -115,9 +117,9 @@ Result<QImage> PageDecoder::decode(const CancelFlag& cancel, Progress& progress)
                 if (cancel)
                     return cancelled();
                 const int shown = std::min(step, visible - first);
-                const int good = std::min(decodePlanes(index, first, m_layout.tiled ? whole : shown), shown);
-                drawRows(image, x, top + first, good);
-                progress.note(good, shown);
+                const StrileOutcome outcome = decodePlanes(index, first, m_layout.tiled ? whole : shown);
+                drawRows(image, x, top + first, std::min(outcome.rows, shown));
+                progress.note(outcome);
             }
         }
     }
@@ -199,9 +201,7 @@ Result<Picture> decodeTiffPage(TiffHandle& handle, std::shared_ptr<ByteSource> s
     if (!stored)
         return stored.error();
     if (!progress.drawn)
-        return Error{ErrorKind::Damaged, handle.lastError().isEmpty()
-                                             ? QStringLiteral("the pixels are missing")
-                                             : handle.lastError()};
+        return Error{ErrorKind::Damaged, handle.lastError()};
     Picture picture;
     picture.image = upright(*std::move(stored), layout.orientation);
     if (picture.image.isNull())

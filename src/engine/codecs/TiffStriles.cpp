@@ -3,6 +3,7 @@
 #include "engine/Limits.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace quorvia::engine {
 
@@ -29,13 +30,13 @@ bool TiffStriles::tryRows(quint32 index, QByteArray& stored, int rows, uchar* ou
                                   tmsize_t(m_rowBytes * rows)) != 0;
 }
 
-int TiffStriles::decode(quint32 index, int first, int rows, uchar* out)
+StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out)
 {
     const quint64 at = TIFFGetStrileOffset(m_handle.get(), index);
     if (at == 0 || at >= quint64(m_source->size()))
-        return 0;
+        return {};
     qint64 length = m_rowBytes * rows; // without compression the rows tell, whatever the byte count says
-    qint64 begin = qint64(at) + first * m_rowBytes;
+    const qint64 begin = qint64(at) + first * m_rowBytes;
     if (m_layout.compressed) {
         // Compressed bytes are seldom more than the rows; a count far beyond would only cost time.
         const qint64 sensible = length * 10 + 65536;
@@ -43,13 +44,16 @@ int TiffStriles::decode(quint32 index, int first, int rows, uchar* out)
     }
     QByteArray stored = m_source->bytes(begin, length);
     if (stored.isEmpty())
-        return 0;
+        return {};
     if (!m_layout.compressed) {
         const int there = int(stored.size() / m_rowBytes);
-        return there > 0 && tryRows(index, stored, there, out) ? there : 0;
+        const int good = there > 0 && tryRows(index, stored, there, out) ? there : 0;
+        return {good, good == rows};
     }
+    std::memset(out, 0, size_t(m_rowBytes * rows)); // fax decoders stop early and call it a success
+    const int errorsBefore = m_handle.errorCount();
     if (tryRows(index, stored, rows, out))
-        return rows;
+        return {rows, stored.size() == length && m_handle.errorCount() == errorsBefore};
     // A decoder that fails leaves its rows half done. The most rows that it can do are looked for by halving.
     int good = 0;
     int bad = rows;
@@ -57,7 +61,7 @@ int TiffStriles::decode(quint32 index, int first, int rows, uchar* out)
         const int middle = good + (bad - good) / 2;
         (tryRows(index, stored, middle, out) ? good : bad) = middle;
     }
-    return good > 0 && tryRows(index, stored, good, out) ? good : 0;
+    return {good > 0 && tryRows(index, stored, good, out) ? good : 0, false};
 }
 
 } // namespace quorvia::engine

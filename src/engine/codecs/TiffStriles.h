@@ -10,12 +10,18 @@
 
 namespace quorvia::engine {
 
-/// Decoded rows. Not cleared: only the rows said to be good hold anything.
 struct FreeBytes
 {
     void operator()(void* memory) const { std::free(memory); }
 };
 using TiffBuffer = std::unique_ptr<uchar, FreeBytes>;
+
+/// What of a strile was decoded.
+struct StrileOutcome
+{
+    int rows = 0; ///< at the top of the buffer; some decoders leave the last of them blank after a break
+    bool whole = false; ///< nothing was missing or broken
+};
 
 class TiffStriles
 {
@@ -27,9 +33,9 @@ class TiffStriles
     qint64 rowBytes() const { return m_rowBytes; }
     /// Memory for `rows` rows; null when they are more than a picture may cost.
     TiffBuffer allocate(int rows) const;
-    /// Decodes `rows` rows of strile `index` from its row `first` on; `first` other than 0 only for strips
-    /// that are not compressed. Returns how many rows at the top of `out` are good.
-    int decode(quint32 index, int first, int rows, uchar* out);
+    /// Decodes `rows` rows of strile `index` from its row `first` on into `out`; `first` other than 0 only
+    /// for strips that are not compressed.
+    StrileOutcome decode(quint32 index, int first, int rows, uchar* out);
 
   private:
     bool tryRows(quint32 index, QByteArray& stored, int rows, uchar* out);
