@@ -1,0 +1,23 @@
+// Broken children of good files, and what every codec owes them.
+#pragma once
+
+#include "engine/Codec.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace quorvia::test {
+
+/// `good` with a few faults (flipped, overwritten, removed, doubled or cut bytes), always the same for one
+/// `seed`.
+QByteArray brokenChild(const QByteArray& good, quint32 seed);
+
+/// Opens `bytes`, asks for every fact and decodes the first pages. Empty when whatever came back keeps the
+/// rules of Decoder (sizes within the limits, the header's promise kept, an error with a text), else what
+/// broke them.
+QString misbehaviour(const engine::Codec& codec, const QByteArray& bytes);
+
+/// The first page of `bytes`, all pixels; the error when it fails.
+engine::Result<engine::Picture> decoded(const engine::Codec& codec, const QByteArray& bytes, int page = 1);
+
+} // namespace quorvia::test
