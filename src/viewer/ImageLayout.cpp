@@ -6,12 +6,16 @@ namespace quorvia::viewer {
 
 namespace {
 
-/// A rectangle of `size` in the middle of `panel`; a side that is larger than the panel begins at 0.
+/// The corner of something of `size` in the middle of `panel`; along a side that is larger than the panel, 0.
+QPoint centredCorner(QSize panel, QSize size)
+{
+    return {std::max(0, panel.width() / 2 - size.width() / 2),
+            std::max(0, panel.height() / 2 - size.height() / 2)};
+}
+
 QRect centred(QSize panel, QSize size)
 {
-    const int left = std::max(0, panel.width() / 2 - size.width() / 2);
-    const int top = std::max(0, panel.height() / 2 - size.height() / 2);
-    return {QPoint(left, top), size};
+    return {centredCorner(panel, size), size};
 }
 
 } // namespace
@@ -22,9 +26,12 @@ ImagePlacement layoutImage(const ViewState& view)
         return {centred(view.panel, view.image * view.zoom), 0};
     if (!view.fitToWindow)
         return {centred(view.panel, view.image), 0};
-    // In a fit the control is always as large as the panel; a small image is centred in it by the control.
+    // In a fit the control is always as large as the panel. It shows a small image from its corner, so the
+    // corner goes where the image is to begin.
     const bool smaller = view.panel.width() > view.image.width() && view.panel.height() > view.image.height();
-    return {QRect(QPoint(0, 0), view.panel), view.fileOpen && smaller ? 0 : 4};
+    if (view.fileOpen && smaller)
+        return {QRect(centredCorner(view.panel, view.image), view.panel), 0};
+    return {QRect(QPoint(0, 0), view.panel), 4};
 }
 
 } // namespace quorvia::viewer

@@ -24,7 +24,7 @@ class TestImageLayout : public QObject
         row("fit, larger", {24000, 9000}, 1.0, true, {0, 0, 12000, 9000}, 4);
         row("fit, wider only", {12001, 100}, 1.0, true, {0, 0, 12000, 9000}, 4);
         row("fit, higher only", {100, 9001}, 1.0, true, {0, 0, 12000, 9000}, 4);
-        row("fit, smaller stands at natural size", {3000, 1500}, 1.0, true, {0, 0, 12000, 9000}, 0);
+        row("fit, smaller stands at natural size", {3000, 1500}, 1.0, true, {4500, 3750, 12000, 9000}, 0);
         row("fit, exactly as large counts as not smaller", {12000, 9000}, 1.0, true, {0, 0, 12000, 9000}, 4);
         row("fit, exactly as wide", {12000, 100}, 1.0, true, {0, 0, 12000, 9000}, 4);
         row("fit, nothing open", {0, 0}, 1.0, true, {0, 0, 12000, 9000}, 4);
