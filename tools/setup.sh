@@ -3,16 +3,13 @@
 
 # ensure_packages FILE...: installs what is missing of the packages named in the files. "a | b" is one or the other.
 ensure_packages() {
-    local missing=() line choice
+    local missing=() chosen=() as_root=() line
     while IFS= read -r line; do
         line=${line%%#*}
-        [ -n "${line// /}" ] || continue
-        choice=$(pick_package "$line")
-        [ "$choice" = installed ] || missing+=("$choice")
+        [ -z "${line// /}" ] || is_installed "$line" || missing+=("$line")
     done < <(cat "$@")
     [ ${#missing[@]} -gt 0 ] || return 0
 
-    local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         if ! command -v sudo >/dev/null; then
             echo "These packages are missing; please install them as root: ${missing[*]}" >&2
@@ -20,26 +17,29 @@ ensure_packages() {
         fi
         as_root=(sudo)
     fi
-    echo "Installing packages: ${missing[*]}"
     local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq)
     "${apt[@]}" update
-    "${apt[@]}" -y -o Dpkg::Use-Pty=0 install --no-install-recommends "${missing[@]}" >/dev/null
+    for line in "${missing[@]}"; do
+        chosen+=("$(first_known "$line")")
+    done
+    echo "Installing packages: ${chosen[*]}"
+    "${apt[@]}" -y -o Dpkg::Use-Pty=0 install --no-install-recommends "${chosen[@]}" >/dev/null
 }
 
+# is_installed "a | b": true when one of them is.
 is_installed() {
-    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
-}
-
-# pick_package "a | b": prints "installed" when one of them is, else the first that apt knows, else the first.
-pick_package() {
     local names name
     IFS='|' read -ra names <<<"${1// /}"
     for name in "${names[@]}"; do
-        if is_installed "$name"; then
-            echo installed
-            return
-        fi
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" != installed ] || return 0
     done
+    return 1
+}
+
+# first_known "a | b": prints the first one that apt knows, else the first.
+first_known() {
+    local names name
+    IFS='|' read -ra names <<<"${1// /}"
     for name in "${names[@]}"; do
         if apt-cache show "$name" >/dev/null 2>&1; then
             echo "$name"
