@@ -25,7 +25,7 @@ enum class Journal {
     Rollback, ///< for a file whose write-ahead log turned out unusable at a write
 };
 
-/// Opens or creates the store at `path` with its table. About a fifth of a millisecond for a good file.
+/// Opens or creates the store at `path` with its table. About half a millisecond for a good file.
 StoreFile openStoreFile(const QString& path, Journal journal = Journal::Ahead);
 
 /// Turns syncing on for all further writes. The first write into a new, empty write-ahead log would otherwise
