@@ -31,7 +31,7 @@ struct SettingsTrees
 
 /// Opens both trees at their usual places and makes them the ones that all operations below use. Logs a store
 /// that was set aside or cannot be written. Called once by main; again by tests, which then see the new
-/// places. Less than a millisecond for both.
+/// places. About a millisecond for both.
 void openSettings();
 /// Closes both trees. Reads then give defaults and writes report false.
 void closeSettings();
