@@ -553,6 +553,11 @@ void TestTiffCodec::refuses_data()
     TiffMaker away = page(4, 4, 8, 1, 1);
     away.set(273, 4, {0x7FFFFFF0});
     row("pixels past the end", away, ErrorKind::Damaged);
+    TiffMaker jbig = page(4, 4, 1, 1, 1);
+    jbig.set(259, 3, {34661});
+    jbig.set(266, 3, {2}); // the lowest bit first: the header below stands as it is
+    jbig.strips = {hex("00000100 7fffffff 7fffffff 00000001 00000000 0000")};
+    row("JBIG that asks for more than its page", jbig, ErrorKind::Damaged);
     TiffMaker garbage = page(4, 4, 8, 1, 1);
     garbage.set(259, 3, {8});
     row("pixels that are no deflate", garbage, ErrorKind::Damaged);

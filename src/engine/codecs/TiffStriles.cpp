@@ -7,12 +7,51 @@
 
 namespace quorvia::engine {
 
+namespace {
+
+uchar reversed(uchar bits)
+{
+    uchar result = 0;
+    for (int i = 0; i < 8; ++i)
+        result = uchar(result << 1 | (bits >> i & 1));
+    return result;
+}
+
+/// True when the header of JBIG data asks for no more than `strile`: its decoder allocates whatever the
+/// header says. Source: ITU-T T.82, section 6.2: planes in byte 2, width and height from bytes 4 and 8.
+bool isModestJbig(const QByteArray& stored, bool reverse, QSize strile)
+{
+    constexpr int headerBytes = 20;
+    if (stored.size() < headerBytes)
+        return false;
+    const auto byteAt = [&](int at) { return reverse ? reversed(uchar(stored[at])) : uchar(stored[at]); };
+    const auto numberAt = [&](int at) {
+        return quint32(byteAt(at)) << 24 | quint32(byteAt(at + 1)) << 16 | quint32(byteAt(at + 2)) << 8 |
+               quint32(byteAt(at + 3));
+    };
+    return byteAt(2) == 1 && numberAt(4) <= quint32(strile.width()) &&
+           numberAt(8) <= quint32(strile.height());
+}
+
+template <class T>
+T field(TIFF* tiff, quint32 tag)
+{
+    T value = 0;
+    TIFFGetFieldDefaulted(tiff, tag, &value);
+    return value;
+}
+
+} // namespace
+
 TiffStriles::TiffStriles(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout)
     : m_handle(handle), m_source(std::move(source)), m_layout(layout)
 {
     const auto told = layout.tiled ? TIFFTileRowSize64(handle.get()) : TIFFScanlineSize64(handle.get());
     const quint64 samples = quint64(layout.strile.width()) * quint64(layout.planar ? 1 : layout.samples);
     const quint64 needed = (samples * quint64(layout.bits) + 7) / 8;
+    m_isJbig = field<uint16_t>(handle.get(), TIFFTAG_COMPRESSION) == COMPRESSION_JBIG;
+    // libtiff turns JBIG's bits round when the tag says what is usual elsewhere.
+    m_isReversed = field<uint16_t>(handle.get(), TIFFTAG_FILLORDER) == FILLORDER_MSB2LSB;
     if (told >= needed && told <= quint64(Limits::machine().maxBytes))
         m_rowBytes = qint64(told);
 }
@@ -43,7 +82,7 @@ StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out
         length = qint64(std::min<quint64>(TIFFGetStrileByteCount(m_handle.get(), index), quint64(sensible)));
     }
     QByteArray stored = m_source->bytes(begin, length);
-    if (stored.isEmpty())
+    if (stored.isEmpty() || (m_isJbig && !isModestJbig(stored, m_isReversed, m_layout.strile)))
         return {};
     if (!m_layout.compressed) {
         const int there = int(stored.size() / m_rowBytes);

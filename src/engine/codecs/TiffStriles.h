@@ -44,6 +44,8 @@ class TiffStriles
     std::shared_ptr<ByteSource> m_source;
     const TiffLayout& m_layout;
     qint64 m_rowBytes = 0;
+    bool m_isJbig = false;
+    bool m_isReversed = false; ///< the bits of JBIG data
 };
 
 } // namespace quorvia::engine
