@@ -41,6 +41,8 @@ constexpr Expected expectedRows[] = {
     {"Settings", "MainWidth", 'n', nullptr},
     {"Settings", "MainHeight", 'n', nullptr},
     {"Settings", "MainWindowState", 'n', "0"},
+    {"Settings", "ViewportWidth", 'n', nullptr},
+    {"Settings", "ViewportHeight", 'n', nullptr},
     {"Settings", "ToggleInterface", 'n', "1"},
     {"Settings", "cLayout", 'n', "1"},
     {"Settings", "cLayoutFiles", 'n', "-1"},
