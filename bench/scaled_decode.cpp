@@ -1,12 +1,15 @@
 // The other yardstick: the bare library's decode of a JPEG at the smallest scale that covers a box, file to
 // pixels. scaled_decode FILE WIDTH HEIGHT RUNS prints the median milliseconds and the size decoded to.
-#include <jpeglib.h>
-
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <vector>
+
+// jpeglib.h wants FILE to be known
+// clang-format off
+#include <cstdio>
+#include <jpeglib.h>
+// clang-format on
 
 namespace {
 
