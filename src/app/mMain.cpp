@@ -75,7 +75,7 @@ void repairDataDirectories(const QString& installPath)
 {
     const QString thumbs = read(common::ThumbnailPath, directoryBelow(installPath, "Thumbs/"));
     if (!FolderExists(thumbs))
-        makeLogged(AddBackslash(thumbs));
+        makeLogged(thumbs);
 
     const QString description = directoryBelow(installPath, "Description/");
     if (!FolderExists(read(common::ThumbnailPath, description)))

@@ -280,7 +280,9 @@ WriteResult SettingsStore::write(const QString& key, const QString& name, ValueT
         [](sqlite3_stmt*) {});
     if (code == SQLITE_OK)
         return WriteResult::Written;
-    return sqlite::saysBusy(code) ? WriteResult::Busy : WriteResult::NoKey;
+    if (sqlite::saysBusy(code))
+        return WriteResult::Busy;
+    return sqlite::saysClosed(code) ? WriteResult::NoKey : WriteResult::Failed;
 }
 
 bool SettingsStore::removeValue(const QString& key, const QString& name)

@@ -26,6 +26,7 @@ enum class WriteResult {
     Refused, ///< the value's type is not one that the store writes
     NoKey,   ///< the key could not be created: the store cannot be written
     Busy,    ///< another program held the store longer than the time-out
+    Failed,  ///< the store can be written, but this write failed: a full disk, a value too long
 };
 
 /// What was found when the store was opened; for the log.

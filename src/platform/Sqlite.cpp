@@ -99,4 +99,10 @@ bool saysBusy(int code)
     return primary(code) == SQLITE_BUSY || primary(code) == SQLITE_LOCKED;
 }
 
+bool saysClosed(int code)
+{
+    return primary(code) == SQLITE_CANTOPEN || primary(code) == SQLITE_READONLY ||
+           primary(code) == SQLITE_PERM || primary(code) == SQLITE_AUTH;
+}
+
 } // namespace quorvia::platform::sqlite

@@ -51,5 +51,7 @@ Statement prepare(sqlite3* database, const char* sql, int* code = nullptr);
 bool saysDamaged(int code);
 /// True for the result codes that say that another program holds the file.
 bool saysBusy(int code);
+/// True when the file may not be written at all, whatever is written.
+bool saysClosed(int code);
 
 } // namespace quorvia::platform::sqlite

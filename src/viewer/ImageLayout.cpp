@@ -1,6 +1,7 @@
 #include "viewer/ImageLayout.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace quorvia::viewer {
 
@@ -13,6 +14,16 @@ QPoint centredCorner(QSize panel, QSize size)
             std::max(0, panel.height() / 2 - size.height() / 2)};
 }
 
+/// `image` at `zoom`; a side beyond what an int of twips holds stays at that.
+QSize zoomed(QSize image, double zoom)
+{
+    constexpr double most = 1 << 30;
+    const auto side = [zoom, most](int length) {
+        return static_cast<int>(std::lround(std::min(length * zoom, most)));
+    };
+    return {side(image.width()), side(image.height())};
+}
+
 QRect centred(QSize panel, QSize size)
 {
     return {centredCorner(panel, size), size};
@@ -23,7 +34,7 @@ QRect centred(QSize panel, QSize size)
 ImagePlacement layoutImage(const ViewState& view)
 {
     if (view.zoom != 1.0)
-        return {centred(view.panel, view.image * view.zoom), 0};
+        return {centred(view.panel, zoomed(view.image, view.zoom)), 0};
     if (!view.fitToWindow)
         return {centred(view.panel, view.image), 0};
     // In a fit the control is always as large as the panel. It shows a small image from its corner, so the

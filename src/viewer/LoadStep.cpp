@@ -32,19 +32,29 @@ void colourChrome(frmImageView& window)
     setPaneColor(window.pTop(), QColor(0, 121, 191));
 }
 
+QSize inTwips(QSize pixels)
+{
+    return {app::toTwips(pixels.width()), app::toTwips(pixels.height())};
+}
+
 void restoreGeometry(frmImageView& window, bool othersWereRunning)
 {
-    const QSize screenPixels = window.screen()->geometry().size();
-    const QSize screen(app::toTwips(screenPixels.width()), app::toTwips(screenPixels.height()));
-    const QRect usual = defaultGeometry(screen);
+    const QSize screen = inTwips(window.screen()->size());
+    const QSize usual = defaultSize(screen);
+    const QSize stored(app::read(app::setting::MainWidth, usual.width()),
+                       app::read(app::setting::MainHeight, usual.height()));
+    const QPoint centred = defaultCorner(screen, stored);
 
-    const QSize size = usableSize({app::read(app::setting::MainWidth, usual.width()),
-                                   app::read(app::setting::MainHeight, usual.height())});
+    const QRect desktopPixels = window.screen()->virtualGeometry();
+    const QRect desktop(QPoint(app::toTwips(desktopPixels.x()), app::toTwips(desktopPixels.y())),
+                        inTwips(desktopPixels.size()));
+    const QSize size = usableSize(stored, desktop.size());
     window.resize(app::toPixels(size.width()), app::toPixels(size.height()));
     if (!othersWereRunning) {
-        const QPoint centred(screen.width() / 2 - size.width() / 2, screen.height() / 2 - size.height() / 2);
-        window.move(app::toPixels(app::read(app::setting::MainLeft, centred.x())),
-                    app::toPixels(app::read(app::setting::MainTop, centred.y())));
+        const QPoint corner = visibleCorner(
+            {app::read(app::setting::MainLeft, centred.x()), app::read(app::setting::MainTop, centred.y())},
+            size, desktop, defaultCorner(screen, size));
+        window.move(app::toPixels(corner.x()), app::toPixels(corner.y()));
     }
     if (app::read(app::setting::MainWindowState) == maximisedState)
         window.setWindowState(Qt::WindowMaximized);
@@ -103,6 +113,20 @@ bool openFirst(frmImageView& window)
     return bareFile;
 }
 
+/// Runs the commands of the line, or without any what the preferences ask for. Ends when one of them ended
+/// the window.
+void runLine(frmImageView& window)
+{
+    const app::CommandLine& line = window.commandLine();
+    for (const QString& command : line.commands) {
+        if (window.isUnloaded())
+            return;
+        window.RunTool(command);
+    }
+    if (!line.holdsSwitch() && app::read(app::setting::cView) == 1)
+        window.RunTool(QStringLiteral("miActualSize"));
+}
+
 } // namespace
 
 bool runLoadStep(frmImageView& window, bool othersWereRunning)
@@ -138,20 +162,17 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     window.list()->SetPattern(QLatin1String(app::ImageExtensionList));
     log("End: frmImageViewPlaylist_Load");
 
-    const bool bareFile = openFirst(window);
-    if (!bareFile) {
-        for (const QString& command : line.commands)
-            window.RunTool(command);
-        if (!line.holdsSwitch() && app::read(app::setting::cView) == 1)
-            window.RunTool(QStringLiteral("miActualSize"));
-    }
+    if (!openFirst(window))
+        runLine(window);
+    if (window.isUnloaded())
+        return false;
 
     window.layoutPanes();
     window.ix1()->show();
     window.opening()->setRecent(recentFromText(app::read(app::setting::Recent)));
     window.setLoading(false);
     log("Finish: Form_Load: frmImageView");
-    return !window.isUnloaded();
+    return true;
 }
 
 } // namespace quorvia::viewer

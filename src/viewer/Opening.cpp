@@ -12,7 +12,19 @@
 #include "viewer/RecentList.h"
 #include "viewer/Viewport.h"
 
+#include <limits>
+
 namespace quorvia::viewer {
+
+namespace {
+
+/// One more than `count`, for as long as the store can hold it.
+int countAfter(int count)
+{
+    return count < std::numeric_limits<int>::max() ? count + 1 : count;
+}
+
+} // namespace
 
 Opening::Opening(Parts parts, QObject* parent) : QObject(parent), m_parts(std::move(parts)) {}
 
@@ -34,7 +46,7 @@ void Opening::OpenX(const QString& path)
     ix1->SetFileName(path);
     if (const QString error = ix1->LastError(); !error.isEmpty())
         app::WriteLog(QStringLiteral("Not opened: %1: %2").arg(path, error));
-    app::save(app::setting::ImageOpenCount, app::read(app::setting::ImageOpenCount) + 1);
+    app::save(app::setting::ImageOpenCount, countAfter(app::read(app::setting::ImageOpenCount)));
 
     m_parts.list->setPath(app::SplitPathName(path, 1));
     rememberDirectory();

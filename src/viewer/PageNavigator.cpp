@@ -44,6 +44,10 @@ PageNavigator::PageNavigator(QWidget* parent) : QFrame(parent), m_lTiffImg(new Q
     setObjectName(QStringLiteral("pTiff"));
     setAccessibleName(tr("Pages of the document"));
     setAutoFillBackground(true);
+    QPalette colours = palette(); // as the chrome that it stands on: white on its colour
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text})
+        colours.setColor(role, Qt::white);
+    setPalette(colours);
     setFrameShape(QFrame::StyledPanel);
 
     m_lTiffImg->setObjectName(QStringLiteral("lTiffImg"));

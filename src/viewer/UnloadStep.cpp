@@ -34,7 +34,8 @@ QRect restoredGeometry(const frmImageView& window)
 {
     if (!window.isMinimized() && !window.isMaximized())
         return {window.pos(), window.size()};
-    return window.normalGeometry().isEmpty() ? window.geometry() : window.normalGeometry();
+    const QRect inside = window.normalGeometry();
+    return {inside.topLeft() - window.frameOffset(), inside.size()};
 }
 
 void saveGeometry(const QRect& pixels)
@@ -65,7 +66,8 @@ void runUnloadStep(frmImageView& window)
         app::save(app::setting::MainWindowState, window.isMaximized() ? maximisedState : normalState);
     saveGeometry(restoredGeometry(window));
     saveViewport(*window.pContain());
-    app::save(app::setting::Recent, recentToText(window.opening()->recent()));
+    if (!window.isLoading()) // until then it has not been read
+        app::save(app::setting::Recent, recentToText(window.opening()->recent()));
 
     app::letPendingEventsRun();
     const QString scratch = app::InstallPath() + QStringLiteral("untitled.pic");

@@ -1,15 +1,23 @@
 // Place and size of the main window: plain arithmetic in twips.
 #pragma once
 
+#include <QPoint>
 #include <QRect>
 #include <QSize>
 
 namespace quorvia::viewer {
 
-/// The window of a first start on a screen of `screen` twips: seven eighths of it each way, centred.
-QRect defaultGeometry(QSize screen);
+/// The size of a first start on a screen of `screen`: seven eighths of it each way.
+QSize defaultSize(QSize screen);
 
-/// `size` raised to the smallest that the window takes: 1500 x 2000 twips.
-QSize usableSize(QSize size);
+/// The corner that puts a window of `size` in the middle of `screen`.
+QPoint defaultCorner(QSize screen, QSize size);
+
+/// `stored`, or `fallback` when nothing of a window of `size` at `stored` would lie on `desktop`.
+QPoint visibleCorner(QPoint stored, QSize size, QRect desktop, QPoint fallback);
+
+/// `size` raised to the smallest that the window takes, 1500 x 2000, and lowered to `desktop`, the size of
+/// all screens together: a damaged setting must not ask for a window that no display server makes.
+QSize usableSize(QSize size, QSize desktop);
 
 } // namespace quorvia::viewer

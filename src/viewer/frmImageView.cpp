@@ -72,8 +72,14 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     });
     connect(m_list, &collections::FolderList::OpenFile, this, &frmImageView::OpenX);
 
-    for (QTimer* timer : {&m_tUpdate, &m_tWait, &m_tKey})
-        timer->setSingleShot(true);
+    const auto prepare = [this](QTimer& timer, const char* name) {
+        timer.setObjectName(QLatin1String(name));
+        timer.setParent(this);
+        timer.setSingleShot(true);
+    };
+    prepare(m_tUpdate, "tUpdate");
+    prepare(m_tWait, "tWait");
+    prepare(m_tKey, "tKey");
     m_tWait.setInterval(keyDebounce);
     m_tKey.setInterval(keyDebounce);
     connect(&m_tUpdate, &QTimer::timeout, this, [this] { SetUpdate(true, 0); });
@@ -83,6 +89,7 @@ frmImageView::~frmImageView() = default;
 
 void frmImageView::RunTool(const QString& name)
 {
+    m_lastTool = name;
     m_dispatcher->RunTool(name);
 }
 
@@ -145,8 +152,20 @@ void frmImageView::closeEvent(QCloseEvent* event)
     QCoreApplication::quit();
 }
 
+void frmImageView::noteFrame()
+{
+    if (isVisible() && !isMinimized() && !isMaximized())
+        m_frameOffset = geometry().topLeft() - pos();
+}
+
+void frmImageView::moveEvent(QMoveEvent*)
+{
+    noteFrame();
+}
+
 void frmImageView::resizeEvent(QResizeEvent*)
 {
+    noteFrame();
     if (!m_loading)
         SetUpdate(false, resizeDelay);
     layoutPanes();

@@ -47,6 +47,11 @@ class frmImageView : public QWidget, public app::MainWindow
     collections::FolderList* list() const { return m_list; }
     bool interfaceFlag() const { return m_interfaceFlag; }
     void setInterfaceFlag(bool flag) { m_interfaceFlag = flag; }
+    /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
+    /// maximised.
+    QPoint frameOffset() const { return m_frameOffset; }
+    /// The name of the last command.
+    QString lastTool() const { return m_lastTool; }
     /// True until the load step has ended; resizes are then taken without the repaint guard.
     bool isLoading() const { return m_loading; }
     void setLoading(bool loading) { m_loading = loading; }
@@ -60,6 +65,7 @@ class frmImageView : public QWidget, public app::MainWindow
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -67,6 +73,7 @@ class frmImageView : public QWidget, public app::MainWindow
 
   private:
     PageNavigator* makeNavigator();
+    void noteFrame();
 
     app::CommandLine m_commandLine;
     QWidget* m_pMain;
@@ -81,6 +88,8 @@ class frmImageView : public QWidget, public app::MainWindow
     QTimer m_tUpdate;
     QTimer m_tWait;
     QTimer m_tKey;
+    QPoint m_frameOffset;
+    QString m_lastTool;
     bool m_interfaceFlag = true;
     bool m_loading = true;
     bool m_unloaded = false;

@@ -12,6 +12,9 @@ class TestImageTypes : public QObject
   private Q_SLOTS:
     void listHoldsTwentyOneTypes()
     {
+        QCOMPARE(ImageExtensionList,
+                 "*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.tif;*.tiff;*.wmf;*.ico;*.dcx;*.jif;*.ljp;*.pbm;"
+                 "*.pcx;*.pgm;*.pic;*.png;*.ppm;*.rle;*.tga;*.wpg");
         const QStringList patterns = QString::fromLatin1(ImageExtensionList).split(u';');
         QCOMPARE(patterns.size(), 21);
         QCOMPARE(patterns.first(), QStringLiteral("*.bmp"));

@@ -5,6 +5,7 @@ Everything that a journey starts is ended by its process id. Waits have a bound 
 
 import os
 import pathlib
+import pwd
 import shutil
 import signal
 import sqlite3
@@ -110,7 +111,7 @@ class Journey(unittest.TestCase):
     def start(self, *arguments, wait=True, **environment):
         """Starts the program; with `wait` until its load step has ended."""
         process = subprocess.Popen([PROGRAM, *map(str, arguments)], env={**self.environment, **environment},
-                                   cwd=self.home, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+                                   cwd=self.home, user=self.user, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         self.addCleanup(process.stdout.close)
         self.addCleanup(self._end, process)
         if wait:
@@ -122,6 +123,16 @@ class Journey(unittest.TestCase):
         return process
 
     finishes = 0
+    user = None  # of the programs started from now on; None: the journey's own
+
+    def become_nobody(self):
+        """The programs that start from now on run as an ordinary user, who owns the home."""
+        if os.getuid() != 0:
+            return
+        nobody = pwd.getpwnam("nobody").pw_uid
+        for path in [self.home, *self.home.rglob("*")]:
+            os.chown(path, nobody, -1, follow_symlinks=False)
+        self.user = nobody
 
     def ended(self, process, status=0):
         """Waits for the program's end and checks its exit status."""

@@ -1,10 +1,11 @@
 """Files that are no pictures, or hardly: one clear line in the log, and nothing lost."""
 
+import os
 import struct
 import unittest
 import zlib
 
-from harness import Journey, RED
+from harness import Journey, RED, wait_until
 
 
 def png_header(width, height):
@@ -77,13 +78,46 @@ class BadInput(Journey):
         self.window()
         self.assertEqual(len([line for line in self.log_lines() if str(path) in line]), 1)
 
-    def test_a_folder_that_cannot_be_read_gives_an_empty_list(self):
-        # /proc/PID/task/TID/fdinfo style places deny even the super-user; a folder that has gone does the same to all.
-        folder = self.home / "gone"
+    def test_a_folder_without_pictures(self):
+        folder = self.home / "bare"
         folder.mkdir()
         self.start(folder)
         self.window()
         self.assertIsNone(self.setting("ImageOpenCount"))
+
+    def test_what_may_not_be_read(self):
+        """As an ordinary user: the super-user may read everything."""
+        locked = self.home / "locked"
+        locked.mkdir()
+        self.make("convert", "-size", "20x20", "xc:blue", locked / "a.png")
+        closed = self.pictures / "b.png"
+        self.make("convert", "-size", "20x20", "xc:blue", closed)
+        closed.chmod(0)
+        locked.chmod(0)
+        self.become_nobody()
+        self.addCleanup(locked.chmod, 0o700)
+
+        self.start(self.pictures)
+        window = self.window()
+        self.focus(window)
+        self.shows(window, RED)
+        self.key("Right")
+        self.shows(window, RED)
+        self.assertEqual(len([line for line in self.log_lines() if str(closed) in line]), 1)
+        self.key("Escape")
+        wait_until(lambda: not self.windows(), "the window to close")
+
+        opened = self.setting("ImageOpenCount")
+        self.start(locked)
+        self.window()
+        self.assertEqual(self.setting("ImageOpenCount"), opened)
+
+    def test_a_pipe_holds_nothing_up(self):
+        pipe = self.pictures / "pipe.png"
+        os.mkfifo(pipe)
+        self.start(pipe)
+        self.window()
+        self.assertEqual(len([line for line in self.log_lines() if str(pipe) in line]), 1)
 
 
 if __name__ == "__main__":

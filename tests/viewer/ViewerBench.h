@@ -36,6 +36,8 @@ class ViewerBench
     bool wentOn = false;
     /// Ends the window, as closing it does.
     void close();
+    /// Ends the window without closing it, as the end of the process does.
+    void forget() { m_window.reset(); }
 
     /// The log's texts without date and time.
     QStringList logTexts() const;

@@ -35,6 +35,7 @@ class TestImageLayout : public QObject
         row("zoom in, centred", {3000, 1500}, 2.0, false, {3000, 3000, 6000, 3000}, 0);
         row("zoom in, beyond the panel", {6000, 6000}, 4.0, false, {0, 0, 24000, 24000}, 0);
         row("zoom out", {24000, 18000}, 0.2, false, {3600, 2700, 4800, 3600}, 0);
+        row("zoom beyond an int", {983025, 983025}, 1e6, false, {0, 0, 1 << 30, 1 << 30}, 0);
         row("zoom overrides the fit", {3000, 1500}, 2.0, true, {3000, 3000, 6000, 3000}, 0);
     }
 

@@ -10,8 +10,12 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
+#include <QUrl>
 
 using namespace quorvia;
 using test::ViewerBench;
@@ -72,6 +76,8 @@ class TestLoadStep : public QObject
         row("a file", {"@/b.png"}, 1, 1, "", "b.png");
         row("a file in quotes", {"\"@/b.png\""}, 1, 1, "", "b.png");
         row("a file with blanks", {"@/two", "words.png"}, 1, 1, "", "two words.png");
+        row("a folder in quotes is none", {"\"@\""}, 1, 1, "", "");
+        row("a file in quotes with a command is none", {"\"@/b.png\"", "/miCmd"}, 1, 1, "", "");
         row("a relative file", {"pics/b.png"}, 1, 1, "", "b.png");
         row("a folder", {"@"}, 1, 1, "", "a.png");
         row("a folder without cLoad", {"@"}, 0, 1, "", "");
@@ -202,6 +208,31 @@ class TestLoadStep : public QObject
         QCOMPARE(app::read(setting::ToggleInterface), flag ? 1 : 0);
     }
 
+    void theFirstPlace()
+    {
+        frmImageView& window = m_bench->load();
+        const QSize screen = window.screen()->size();
+        QCOMPARE(window.pos(),
+                 QPoint(screen.width() / 2 - window.width() / 2, screen.height() / 2 - window.height() / 2));
+    }
+
+    void theFirstPlaceGoesByTheStoredWidth()
+    {
+        app::save(setting::MainWidth, 100 * 15);
+        app::save(setting::MainHeight, 20 * 15); // raised to 133 pixels, but centred as 20
+        frmImageView& window = m_bench->load();
+        QCOMPARE(window.size(), QSize(100, 133));
+        QCOMPARE(window.y(), window.screen()->size().height() / 2 - 10);
+    }
+
+    void aPlaceOffTheDesktopIsNotTaken()
+    {
+        app::save(setting::MainLeft, -2000000000);
+        app::save(setting::MainTop, 2147483647);
+        frmImageView& window = m_bench->load();
+        QVERIFY(window.screen()->geometry().contains(window.pos()));
+    }
+
     void geometry_data()
     {
         QTest::addColumn<QVariant>("width");
@@ -212,6 +243,9 @@ class TestLoadStep : public QObject
         QTest::newRow("stored as text") << QVariant("6000") << QVariant("4500") << QSize(400, 300);
         QTest::newRow("too small") << QVariant(100) << QVariant(100) << QSize(100, 133);
         QTest::newRow("empty text counts as absent") << QVariant("") << QVariant("") << QSize();
+        QTest::newRow("no number") << QVariant("wide") << QVariant("high") << QSize();
+        QTest::newRow("absurd") << QVariant(2000000000) << QVariant(2147483647)
+                                << QApplication::primaryScreen()->virtualSize();
     }
 
     void geometry()
@@ -312,6 +346,107 @@ class TestLoadStep : public QObject
         QCOMPARE(app::read(setting::MainWidth, 0), 4711);
     }
 
+    void theBareFileStandsBeforeTheProperOpen()
+    {
+        QString early;
+        bool shown = false;
+        int counted = -1;
+        frmImageView& window = m_bench->make({in("pics/a.png")});
+        QTimer::singleShot(0, &window, [&] { // runs while the first picture is waited for
+            early = window.currentFile();
+            shown = window.isVisible();
+            counted = app::read(setting::ImageOpenCount);
+        });
+        QVERIFY(viewer::runLoadStep(window, false));
+        QCOMPARE(early, in("pics/a.png"));
+        QVERIFY(shown);
+        QCOMPARE(counted, 0);
+        QCOMPARE(app::read(setting::ImageOpenCount), 1);
+    }
+
+    void aBareFileOfAnotherTypeWaitsForTheProperOpen()
+    {
+        QVERIFY(QFile::copy(in("pics/a.png"), in("pics/a.xyzzy")));
+        int counted = -1;
+        frmImageView& window = m_bench->make({in("pics/a.xyzzy")});
+        QTimer::singleShot(0, &window, [&] { counted = app::read(setting::ImageOpenCount); });
+        QVERIFY(viewer::runLoadStep(window, false));
+        QCOMPARE(window.currentFile(), in("pics/a.xyzzy"));
+        QCOMPARE(counted, 1);
+    }
+
+    void anEarlyEndKeepsTheRecentList_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("a command") << QStringList{"/miExit"};
+        QTest::newRow("after a folder") << QStringList{"@", "/miExit"};
+        QTest::newRow("install") << QStringList{"/install"};
+    }
+
+    void anEarlyEndKeepsTheRecentList()
+    {
+        QFETCH(QStringList, arguments);
+        app::save(setting::Recent, QStringLiteral(";/one;/two"));
+        for (QString& argument : arguments)
+            argument.replace(QLatin1Char('@'), in("pics"));
+        m_bench->load(arguments);
+        QVERIFY(!m_bench->wentOn);
+        QCOMPARE(app::read(setting::Recent), QStringLiteral(";/one;/two"));
+    }
+
+    void closingWhileTheFirstPictureIsWaitedFor()
+    {
+        app::save(setting::Recent, QStringLiteral(";/one"));
+        frmImageView& window = m_bench->make({in("pics/a.png")});
+        QTimer::singleShot(0, &window, &QWidget::close);
+        QVERIFY(!viewer::runLoadStep(window, false));
+        QCOMPARE(app::read(setting::Recent), QStringLiteral(";/one"));
+        QCOMPARE(m_bench->logTexts().last(), QStringLiteral("Start: First_CommandLineParsing"));
+    }
+
+    void nothingRunsAfterTheEnd()
+    {
+        m_bench->load({QStringLiteral("/miExit"), QStringLiteral("/miMsg_late"), QStringLiteral("/miShow")});
+        QVERIFY(!m_bench->wentOn);
+        QVERIFY(m_bench->boxes.empty());
+    }
+
+    void installLeavesTheGeometryAlone()
+    {
+        app::save(setting::MainWidth, 4711);
+        app::save(setting::ToggleInterface, 0);
+        m_bench->load({QStringLiteral("/install")});
+        m_bench->forget();
+        QCOMPARE(app::read(setting::MainWidth, 0), 4711);
+        QCOMPARE(app::read(setting::ToggleInterface), 0);
+    }
+
+    void unloadingClosesTheOtherWindows()
+    {
+        frmImageView& window = m_bench->load();
+        QWidget other;
+        other.show();
+        window.close();
+        QVERIFY(!other.isVisible());
+    }
+
+    void aResizeHidesThePictureForAMoment()
+    {
+        frmImageView& window = m_bench->load({in("pics")});
+        QVERIFY(!window.ix1()->isHidden());
+        window.resize(window.size() - QSize(40, 30));
+        QVERIFY(window.ix1()->isHidden());
+        QCOMPARE(window.pContain()->size(), window.size());
+        QTRY_VERIFY(!window.ix1()->isHidden());
+    }
+
+    void theLastCommandIsKept()
+    {
+        frmImageView& window = m_bench->load();
+        window.RunTool(QStringLiteral("miCmd_x"));
+        QCOMPARE(window.lastTool(), QStringLiteral("miCmd_x"));
+    }
+
     void commandsOfTheTable()
     {
         frmImageView& window = m_bench->load({in("pics")});
@@ -349,14 +484,55 @@ class TestLoadStep : public QObject
     void keysAreDebounced()
     {
         frmImageView& window = m_bench->load({in("pics")});
+        auto* tWait = window.findChild<QTimer*>(QStringLiteral("tWait"));
+        auto* tKey = window.findChild<QTimer*>(QStringLiteral("tKey"));
+        QVERIFY(tWait && tKey);
+        QCOMPARE(tWait->interval(), 100);
+        QCOMPARE(tKey->interval(), 100);
+        constexpr int longerThanTheTest = 1000 * 1000;
+        tWait->setInterval(longerThanTheTest);
+        tKey->setInterval(longerThanTheTest);
         QTest::keyClick(&window, Qt::Key_Right);
         QCOMPARE(window.currentFile(), in("pics/b.png"));
-        QTest::keyClick(&window, Qt::Key_Right); // at once: lost
+        QTest::keyClick(&window, Qt::Key_Right); // lost at the first debounce
         QCOMPARE(window.currentFile(), in("pics/b.png"));
-        QTRY_VERIFY([&] {
-            QTest::keyClick(&window, Qt::Key_Right);
-            return window.currentFile() == in("pics/two words.png");
-        }());
+        tWait->stop();
+        QTest::keyClick(&window, Qt::Key_Right); // lost at the second
+        QCOMPARE(window.currentFile(), in("pics/b.png"));
+        QVERIFY(tWait->isActive());
+        tWait->stop();
+        tKey->stop();
+        QTest::keyClick(&window, Qt::Key_Right);
+        QCOMPARE(window.currentFile(), in("pics/two words.png"));
+    }
+
+    void dropsOpen_data()
+    {
+        QTest::addColumn<QStringList>("dropped");
+        QTest::addColumn<QString>("open");
+        QTest::newRow("a file") << QStringList{"file:@/b.png"} << "b.png";
+        QTest::newRow("a folder") << QStringList{"file:@"} << "a.png";
+        QTest::newRow("the first local one of several")
+            << QStringList{"https://x.example/y.png", "file:@/b.png", "file:@/a.png"} << "b.png";
+        QTest::newRow("nothing local") << QStringList{"https://x.example/y.png"} << "";
+    }
+
+    void dropsOpen()
+    {
+        QFETCH(QStringList, dropped);
+        QFETCH(QString, open);
+        frmImageView& window = m_bench->load();
+        QMimeData data;
+        QList<QUrl> urls;
+        for (QString& text : dropped)
+            urls.append(QUrl(text.replace(QLatin1Char('@'), QStringLiteral("//") + in("pics"))));
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &drop);
+        QCOMPARE(window.currentFile(), open.isEmpty() ? QString() : in("pics/") + open);
     }
 };
 

@@ -59,6 +59,47 @@ class TestOpening : public QObject
         QVERIFY(m_bench->boxes.empty());
     }
 
+    void paintingIsHeldBackWhileAnImageComes()
+    {
+        const QString red = m_bench->picture(QStringLiteral("pics/red.png"), Qt::red);
+        frmImageView& window = m_bench->load();
+        bool heldBack = false;
+        connect(window.opening(), &viewer::Opening::ImageFileChanged, &window,
+                [&] { heldBack = !window.ix1()->PaintEnabled(); });
+        window.OpenX(red);
+        QVERIFY(heldBack);
+        QVERIFY(window.ix1()->PaintEnabled());
+    }
+
+    void theControlIsPlacedForEachImage()
+    {
+        const QString small = m_bench->picture(QStringLiteral("pics/small.png"), Qt::red, {40, 30});
+        const QString wide = m_bench->picture(QStringLiteral("pics/wide.png"), Qt::red, {4000, 30});
+        frmImageView& window = m_bench->load();
+        const QSize panel = window.pContain()->size();
+        window.OpenX(small);
+        QCOMPARE(window.ix1()->ScaleMode(), 0);
+        QCOMPARE(window.ix1()->pos(), QPoint(panel.width() / 2 - 20, panel.height() / 2 - 15));
+        QCOMPARE(window.ix1()->size(), panel);
+        window.OpenX(wide);
+        QCOMPARE(window.ix1()->ScaleMode(), 4);
+        QCOMPARE(window.ix1()->geometry(), QRect(QPoint(0, 0), panel));
+        window.RunTool(QStringLiteral("miActualSize"));
+        QCOMPARE(window.ix1()->ScaleMode(), 0);
+        QCOMPARE(window.ix1()->geometry(), QRect(0, panel.height() / 2 - 15, 4000, 30));
+        const QImage shot = window.pContain()->grab().toImage();
+        QCOMPARE(shot.pixelColor(0, panel.height() / 2), QColor(Qt::red));
+        QCOMPARE(shot.pixelColor(0, panel.height() / 2 - 16), QColor(48, 48, 48));
+    }
+
+    void theCountEndsWhereItsNumberDoes()
+    {
+        app::save(app::setting::ImageOpenCount, 2147483647);
+        frmImageView& window = m_bench->load();
+        window.OpenX(m_bench->picture(QStringLiteral("a.png"), Qt::red));
+        QCOMPARE(openCount(), 2147483647);
+    }
+
     void theSameFileReloadsAndCountsAgain()
     {
         const QString path = m_bench->picture(QStringLiteral("pics/a.png"), Qt::red);

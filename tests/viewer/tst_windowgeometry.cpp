@@ -21,7 +21,28 @@ class TestWindowGeometry : public QObject
     void defaults()
     {
         QFETCH(QSize, screen);
-        QTEST(defaultGeometry(screen), "window");
+        const QSize size = defaultSize(screen);
+        QTEST(QRect(defaultCorner(screen, size), size), "window");
+    }
+
+    void corners_data()
+    {
+        QTest::addColumn<QPoint>("stored");
+        QTest::addColumn<QPoint>("used");
+        const QPoint fallback(7, 9);
+        QTest::newRow("inside") << QPoint(100, 200) << QPoint(100, 200);
+        QTest::newRow("partly outside") << QPoint(-2900, 14000) << QPoint(-2900, 14000);
+        QTest::newRow("just outside, left") << QPoint(-3000, 0) << fallback;
+        QTest::newRow("just outside, right") << QPoint(24000, 0) << fallback;
+        QTest::newRow("just outside, above") << QPoint(0, -2000) << fallback;
+        QTest::newRow("just outside, below") << QPoint(0, 15000) << fallback;
+        QTest::newRow("far out") << QPoint(-2000000000, 2147483647) << fallback;
+    }
+
+    void corners()
+    {
+        QFETCH(QPoint, stored);
+        QTEST(visibleCorner(stored, QSize(3000, 2000), QRect(0, 0, 24000, 15000), QPoint(7, 9)), "used");
     }
 
     void smallest_data()
@@ -32,12 +53,14 @@ class TestWindowGeometry : public QObject
         QTest::newRow("too low") << QSize(9000, 1999) << QSize(9000, 2000);
         QTest::newRow("just right") << QSize(1500, 2000) << QSize(1500, 2000);
         QTest::newRow("negative") << QSize(-5, -5) << QSize(1500, 2000);
+        QTest::newRow("as large as the desktop") << QSize(24000, 15000) << QSize(24000, 15000);
+        QTest::newRow("larger than the desktop") << QSize(2000000000, 24001) << QSize(24000, 15000);
     }
 
     void smallest()
     {
         QFETCH(QSize, stored);
-        QTEST(usableSize(stored), "used");
+        QTEST(usableSize(stored, QSize(24000, 15000)), "used");
     }
 };
 
