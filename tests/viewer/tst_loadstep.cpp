@@ -1,4 +1,4 @@
-// The load step and the unload step of the main window.
+// The load step of the main window.
 #include "app/mFile.h"
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
@@ -9,13 +9,9 @@
 #include "viewer/ViewerBench.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QDropEvent>
-#include <QMimeData>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
-#include <QUrl>
 
 using namespace quorvia;
 using test::ViewerBench;
@@ -280,45 +276,6 @@ class TestLoadStep : public QObject
         QVERIFY(second.pos() != QPoint(200, 100) || before == QPoint(200, 100));
     }
 
-    void closingSaves()
-    {
-        frmImageView& window = m_bench->load();
-        window.resize(500, 320);
-        window.move(40, 30);
-        const QString scratch = m_bench->home.write(QStringLiteral("root/untitled.pic"), "scratch");
-        QCOMPARE(QFileInfo(scratch).path() + QLatin1Char('/'), app::InstallPath());
-        m_bench->close();
-        QCOMPARE(app::read(setting::MainWidth, 0), 500 * 15);
-        QCOMPARE(app::read(setting::MainHeight, 0), 320 * 15);
-        QCOMPARE(app::read(setting::MainLeft, 0), 40 * 15);
-        QCOMPARE(app::read(setting::MainTop, 0), 30 * 15);
-        QCOMPARE(app::read(setting::MainWindowState), 0);
-        QVERIFY(!QFile::exists(scratch));
-    }
-
-    void closingMaximisedKeepsTheNormalSize()
-    {
-        app::save(setting::MainWidth, 6000);
-        app::save(setting::MainHeight, 4500);
-        frmImageView& window = m_bench->load();
-        window.showMaximized();
-        QVERIFY(window.isMaximized());
-        m_bench->close();
-        QCOMPARE(app::read(setting::MainWindowState), 2);
-        QCOMPARE(app::read(setting::MainWidth, 0), 6000);
-        QCOMPARE(app::read(setting::MainHeight, 0), 4500);
-        QVERIFY(m_bench->load().isMaximized());
-    }
-
-    void closingMinimisedLeavesTheState()
-    {
-        app::save(setting::MainWindowState, 2);
-        frmImageView& window = m_bench->load();
-        window.showMinimized();
-        m_bench->close();
-        QCOMPARE(app::read(setting::MainWindowState), 2);
-    }
-
     void theRecentListIsReadAfterTheFirstOpen()
     {
         app::save(setting::Recent, QStringLiteral(";/somewhere"));
@@ -326,24 +283,6 @@ class TestLoadStep : public QObject
         QCOMPARE(window.opening()->recent(), (QStringList{QString(), "/somewhere"}));
         window.OpenX(in("pics/b.png"));
         QCOMPARE(window.opening()->recent(), (QStringList{QString(), "/somewhere", in("pics")}));
-    }
-
-    void theRecentListCanBeCleared()
-    {
-        frmImageView& window = m_bench->load();
-        window.OpenX(in("pics/a.png"));
-        window.RunTool(QStringLiteral("miRecentClear"));
-        QCOMPARE(app::read(setting::Recent), QStringLiteral(";;"));
-        QCOMPARE(window.opening()->recent(), (QStringList{"", "", ""}));
-    }
-
-    void closingTwiceSavesOnce()
-    {
-        frmImageView& window = m_bench->load();
-        window.close();
-        app::save(setting::MainWidth, 4711);
-        window.close();
-        QCOMPARE(app::read(setting::MainWidth, 0), 4711);
     }
 
     void theBareFileStandsBeforeTheProperOpen()
@@ -375,59 +314,11 @@ class TestLoadStep : public QObject
         QCOMPARE(counted, 1);
     }
 
-    void anEarlyEndKeepsTheRecentList_data()
-    {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("a command") << QStringList{"/miExit"};
-        QTest::newRow("after a folder") << QStringList{"@", "/miExit"};
-        QTest::newRow("install") << QStringList{"/install"};
-    }
-
-    void anEarlyEndKeepsTheRecentList()
-    {
-        QFETCH(QStringList, arguments);
-        app::save(setting::Recent, QStringLiteral(";/one;/two"));
-        for (QString& argument : arguments)
-            argument.replace(QLatin1Char('@'), in("pics"));
-        m_bench->load(arguments);
-        QVERIFY(!m_bench->wentOn);
-        QCOMPARE(app::read(setting::Recent), QStringLiteral(";/one;/two"));
-    }
-
-    void closingWhileTheFirstPictureIsWaitedFor()
-    {
-        app::save(setting::Recent, QStringLiteral(";/one"));
-        frmImageView& window = m_bench->make({in("pics/a.png")});
-        QTimer::singleShot(0, &window, &QWidget::close);
-        QVERIFY(!viewer::runLoadStep(window, false));
-        QCOMPARE(app::read(setting::Recent), QStringLiteral(";/one"));
-        QCOMPARE(m_bench->logTexts().last(), QStringLiteral("Start: First_CommandLineParsing"));
-    }
-
     void nothingRunsAfterTheEnd()
     {
         m_bench->load({QStringLiteral("/miExit"), QStringLiteral("/miMsg_late"), QStringLiteral("/miShow")});
         QVERIFY(!m_bench->wentOn);
         QVERIFY(m_bench->boxes.empty());
-    }
-
-    void installLeavesTheGeometryAlone()
-    {
-        app::save(setting::MainWidth, 4711);
-        app::save(setting::ToggleInterface, 0);
-        m_bench->load({QStringLiteral("/install")});
-        m_bench->forget();
-        QCOMPARE(app::read(setting::MainWidth, 0), 4711);
-        QCOMPARE(app::read(setting::ToggleInterface), 0);
-    }
-
-    void unloadingClosesTheOtherWindows()
-    {
-        frmImageView& window = m_bench->load();
-        QWidget other;
-        other.show();
-        window.close();
-        QVERIFY(!other.isVisible());
     }
 
     void aResizeHidesThePictureForAMoment()
@@ -438,101 +329,6 @@ class TestLoadStep : public QObject
         QVERIFY(window.ix1()->isHidden());
         QCOMPARE(window.pContain()->size(), window.size());
         QTRY_VERIFY(!window.ix1()->isHidden());
-    }
-
-    void theLastCommandIsKept()
-    {
-        frmImageView& window = m_bench->load();
-        window.RunTool(QStringLiteral("miCmd_x"));
-        QCOMPARE(window.lastTool(), QStringLiteral("miCmd_x"));
-    }
-
-    void commandsOfTheTable()
-    {
-        frmImageView& window = m_bench->load({in("pics")});
-        QCOMPARE(window.currentFile(), in("pics/a.png"));
-        window.RunTool(QStringLiteral("miPrevious"));
-        QCOMPARE(window.currentFile(), in("pics/two words.png"));
-        window.RunTool(QStringLiteral("miNext"));
-        QCOMPARE(window.currentFile(), in("pics/a.png"));
-        window.RunTool(QStringLiteral("miCloseImage"));
-        QCOMPARE(window.currentFile(), QString());
-        window.RunTool(QStringLiteral("miNext")); // with no image open: the first entry again
-        QCOMPARE(window.currentFile(), in("pics/a.png"));
-        window.RunTool(QStringLiteral("miBestFit"));
-        QVERIFY(!window.viewport()->FitToWindow());
-        window.RunTool(QStringLiteral("miActualSize"));
-        QVERIFY(window.viewport()->FitToWindow());
-        const int opened = app::read(setting::ImageOpenCount);
-        window.RunTool(QStringLiteral("miRefresh"));
-        QCOMPARE(app::read(setting::ImageOpenCount), opened + 1);
-        window.RunTool(QStringLiteral("miHide"));
-        QVERIFY(!window.isVisible());
-        window.RunTool(QStringLiteral("miShow"));
-        QVERIFY(window.isVisible());
-    }
-
-    void anEmptyListHoldsNoSteps()
-    {
-        frmImageView& window = m_bench->load();
-        for (const char* tool : {"miNext", "miPrevious", "miRandom", "miLoadFirst", "miRefresh"})
-            window.RunTool(QLatin1String(tool));
-        QCOMPARE(window.currentFile(), QString());
-        QVERIFY(m_bench->boxes.empty());
-    }
-
-    void keysAreDebounced()
-    {
-        frmImageView& window = m_bench->load({in("pics")});
-        auto* tWait = window.findChild<QTimer*>(QStringLiteral("tWait"));
-        auto* tKey = window.findChild<QTimer*>(QStringLiteral("tKey"));
-        QVERIFY(tWait && tKey);
-        QCOMPARE(tWait->interval(), 100);
-        QCOMPARE(tKey->interval(), 100);
-        constexpr int longerThanTheTest = 1000 * 1000;
-        tWait->setInterval(longerThanTheTest);
-        tKey->setInterval(longerThanTheTest);
-        QTest::keyClick(&window, Qt::Key_Right);
-        QCOMPARE(window.currentFile(), in("pics/b.png"));
-        QTest::keyClick(&window, Qt::Key_Right); // lost at the first debounce
-        QCOMPARE(window.currentFile(), in("pics/b.png"));
-        tWait->stop();
-        QTest::keyClick(&window, Qt::Key_Right); // lost at the second
-        QCOMPARE(window.currentFile(), in("pics/b.png"));
-        QVERIFY(tWait->isActive());
-        tWait->stop();
-        tKey->stop();
-        QTest::keyClick(&window, Qt::Key_Right);
-        QCOMPARE(window.currentFile(), in("pics/two words.png"));
-    }
-
-    void dropsOpen_data()
-    {
-        QTest::addColumn<QStringList>("dropped");
-        QTest::addColumn<QString>("open");
-        QTest::newRow("a file") << QStringList{"file:@/b.png"} << "b.png";
-        QTest::newRow("a folder") << QStringList{"file:@"} << "a.png";
-        QTest::newRow("the first local one of several")
-            << QStringList{"https://x.example/y.png", "file:@/b.png", "file:@/a.png"} << "b.png";
-        QTest::newRow("nothing local") << QStringList{"https://x.example/y.png"} << "";
-    }
-
-    void dropsOpen()
-    {
-        QFETCH(QStringList, dropped);
-        QFETCH(QString, open);
-        frmImageView& window = m_bench->load();
-        QMimeData data;
-        QList<QUrl> urls;
-        for (QString& text : dropped)
-            urls.append(QUrl(text.replace(QLatin1Char('@'), QStringLiteral("//") + in("pics"))));
-        data.setUrls(urls);
-        QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&window, &enter);
-        QVERIFY(enter.isAccepted());
-        QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(&window, &drop);
-        QCOMPARE(window.currentFile(), open.isEmpty() ? QString() : in("pics/") + open);
     }
 };
 

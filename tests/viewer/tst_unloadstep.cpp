@@ -1,0 +1,133 @@
+// The unload step of the main window.
+#include "app/Paths.h"
+#include "app/Settings.h"
+#include "viewer/LoadStep.h"
+#include "viewer/ViewerBench.h"
+
+#include <QFileInfo>
+#include <QTest>
+#include <QTimer>
+
+using namespace quorvia;
+using test::ViewerBench;
+using viewer::frmImageView;
+namespace setting = app::setting;
+
+class TestUnloadStep : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<ViewerBench> m_bench;
+
+    QString in(const char* name) const { return m_bench->home.path(QLatin1String(name)); }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<ViewerBench>();
+        m_bench->picture(QStringLiteral("pics/a.png"), Qt::red);
+        m_bench->picture(QStringLiteral("pics/b.png"), Qt::green);
+        m_bench->picture(QStringLiteral("pics/two words.png"), Qt::blue);
+    }
+    void cleanup() { m_bench.reset(); }
+
+    void closingSaves()
+    {
+        frmImageView& window = m_bench->load();
+        window.resize(500, 320);
+        window.move(40, 30);
+        const QString scratch = m_bench->home.write(QStringLiteral("root/untitled.pic"), "scratch");
+        QCOMPARE(QFileInfo(scratch).path() + QLatin1Char('/'), app::InstallPath());
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWidth, 0), 500 * 15);
+        QCOMPARE(app::read(setting::MainHeight, 0), 320 * 15);
+        QCOMPARE(app::read(setting::MainLeft, 0), 40 * 15);
+        QCOMPARE(app::read(setting::MainTop, 0), 30 * 15);
+        QCOMPARE(app::read(setting::MainWindowState), 0);
+        QVERIFY(!QFile::exists(scratch));
+    }
+
+    void closingMaximisedKeepsTheNormalSize()
+    {
+        app::save(setting::MainWidth, 6000);
+        app::save(setting::MainHeight, 4500);
+        frmImageView& window = m_bench->load();
+        window.showMaximized();
+        QVERIFY(window.isMaximized());
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWindowState), 2);
+        QCOMPARE(app::read(setting::MainWidth, 0), 6000);
+        QCOMPARE(app::read(setting::MainHeight, 0), 4500);
+        QVERIFY(m_bench->load().isMaximized());
+    }
+
+    void closingMinimisedLeavesTheState()
+    {
+        app::save(setting::MainWindowState, 2);
+        frmImageView& window = m_bench->load();
+        window.showMinimized();
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWindowState), 2);
+    }
+
+    void anEarlyEndKeepsTheRecentList_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("a command") << QStringList{"/miExit"};
+        QTest::newRow("after a folder") << QStringList{"@", "/miExit"};
+        QTest::newRow("install") << QStringList{"/install"};
+    }
+
+    void anEarlyEndKeepsTheRecentList()
+    {
+        QFETCH(QStringList, arguments);
+        app::save(setting::Recent, QStringLiteral(";/one;/two"));
+        for (QString& argument : arguments)
+            argument.replace(QLatin1Char('@'), in("pics"));
+        m_bench->load(arguments);
+        QVERIFY(!m_bench->wentOn);
+        QCOMPARE(app::read(setting::Recent), QStringLiteral(";/one;/two"));
+    }
+
+    void closingWhileTheFirstPictureIsWaitedFor()
+    {
+        app::save(setting::Recent, QStringLiteral(";/one"));
+        frmImageView& window = m_bench->make({in("pics/a.png")});
+        QTimer::singleShot(0, &window, &QWidget::close);
+        QVERIFY(!viewer::runLoadStep(window, false));
+        QCOMPARE(app::read(setting::Recent), QStringLiteral(";/one"));
+        QCOMPARE(m_bench->logTexts().last(), QStringLiteral("Start: First_CommandLineParsing"));
+    }
+
+    void installLeavesTheGeometryAlone()
+    {
+        app::save(setting::MainWidth, 4711);
+        app::save(setting::ToggleInterface, 0);
+        m_bench->load({QStringLiteral("/install")});
+        m_bench->forget();
+        QCOMPARE(app::read(setting::MainWidth, 0), 4711);
+        QCOMPARE(app::read(setting::ToggleInterface), 0);
+    }
+
+    void unloadingClosesTheOtherWindows()
+    {
+        frmImageView& window = m_bench->load();
+        QWidget other;
+        other.show();
+        window.close();
+        QVERIFY(!other.isVisible());
+    }
+
+    void closingTwiceSavesOnce()
+    {
+        frmImageView& window = m_bench->load();
+        window.close();
+        app::save(setting::MainWidth, 4711);
+        window.close();
+        QCOMPARE(app::read(setting::MainWidth, 0), 4711);
+    }
+};
+
+QTEST_MAIN(TestUnloadStep)
+#include "tst_unloadstep.moc"
