@@ -23,7 +23,14 @@ ensure_packages() {
         chosen+=("$(first_known "$line")")
     done
     echo "Installing packages: ${chosen[*]}"
-    "${apt[@]}" -y -o Dpkg::Use-Pty=0 install --no-install-recommends "${chosen[@]}" >/dev/null
+    local log
+    log=$(mktemp)
+    if ! "${apt[@]}" -y -o Dpkg::Use-Pty=0 install --no-install-recommends "${chosen[@]}" >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
 }
 
 # is_installed "a | b": true when one of them is.
