@@ -11,6 +11,9 @@
 #include <QApplication>
 #include <QFile>
 
+#include <algorithm>
+#include <utility>
+
 namespace quorvia::viewer {
 
 namespace {
@@ -18,10 +21,12 @@ namespace {
 constexpr int normalState = 0;
 constexpr int maximisedState = 2;
 
+/// Closes the other windows from the last to the first.
 void closeOtherWindows(frmImageView& window)
 {
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget* other : windows) {
+    QWidgetList windows = QApplication::topLevelWidgets();
+    std::reverse(windows.begin(), windows.end());
+    for (QWidget* other : std::as_const(windows)) {
         if (other != &window && other->isVisible())
             other->close();
     }

@@ -113,11 +113,6 @@ void frmImageView::SetUpdate(bool visible, int delay)
 void frmImageView::closeAll()
 {
     app::letPendingEventsRun();
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-        if (*window != this && (*window)->isWindow() && (*window)->isVisible())
-            (*window)->close();
-    }
     close();
 }
 
