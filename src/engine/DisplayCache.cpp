@@ -11,9 +11,9 @@ namespace quorvia::engine {
 QImage renderedPart(const QImage& source, const DisplayView& view, QRect part)
 {
     const QSize target = view.target.size();
-    const QImage pixels = resampled(source, target, part.translated(-view.target.topLeft()),
-                                    displayFilter(source.width(), target.width()),
-                                    displayFilter(source.height(), target.height()));
+    QImage pixels = resampled(source, target, part.translated(-view.target.topLeft()),
+                              displayFilter(source.width(), target.width()),
+                              displayFilter(source.height(), target.height()));
     if (pixels.isNull() || !pixels.hasAlphaChannel())
         return pixels;
     QImage blended(pixels.size(), QImage::Format_RGB32);

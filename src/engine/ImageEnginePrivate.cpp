@@ -54,9 +54,7 @@ void ImageEngine::Private::hold(HeldContent next)
     else
         letGo(content);
     content = std::move(next);
-    band.reset();
-    if (paintEnabled)
-        cache.clear();
+    band.reset(); // the cache stays: until the next paint it is what the screen shows
     repaintSoon();
 }
 

@@ -167,7 +167,7 @@ LoadTaskPointer LoadPool::findShared(const PageKey& key, QSize box)
 {
     std::erase_if(known, [](const std::weak_ptr<LoadTask>& entry) { return entry.expired(); });
     for (const std::weak_ptr<LoadTask>& entry : known) {
-        const LoadTaskPointer task = entry.lock();
+        LoadTaskPointer task = entry.lock();
         if (task && !task->dropped && !task->failed() && task->key == key && task->covers(box))
             return task;
     }

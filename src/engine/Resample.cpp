@@ -174,13 +174,13 @@ class RowReader
 void sumRows(const RowReader& reader, int low, int high, const Axis& down, const Axis::Taps& taps,
              std::vector<QRgb>& room, std::vector<std::int32_t>& sums, Channels* out)
 {
-    const size_t channels = size_t(high - low) * 4;
+    const size_t channels = static_cast<size_t>(high - low) * 4;
     std::int32_t* sum = sums.data();
     std::fill_n(sum, channels, 1 << (weightBits - betweenBits - 1)); // half of what is cut off
     for (int i = 0; i < taps.count; ++i) {
         const auto* bytes =
             reinterpret_cast<const std::uint8_t*>(reader.read(taps.first + i, low, high, room));
-        const std::int16_t weight = down.weights[static_cast<size_t>(taps.weights + i)];
+        const std::int16_t weight = down.weights[static_cast<size_t>(taps.weights) + static_cast<size_t>(i)];
         for (size_t c = 0; c < channels; ++c)
             sum[c] += static_cast<std::int16_t>(bytes[c]) * weight;
     }

@@ -186,7 +186,7 @@ QImage resized(const QImage& image, QSize size)
 {
     if (image.isNull() || size.isEmpty())
         return {};
-    const QImage plain = normalized(image);
+    QImage plain = normalized(image);
     if (plain.size() == size)
         return plain;
     const QImage pixels =

@@ -525,6 +525,16 @@ class tst_ImageEngine : public QObject
         QCOMPARE(shot().copy(0, 0, 60, 30), graded(60, 30));
     }
 
+    void paintHeldBackBeforeALoadWasPainted()
+    {
+        m_engine->SetPicture(plain(60, 30, blue));
+        const QImage before = shot();
+        m_engine->SetPicture(plain(60, 30, red)); // not on the screen yet
+        m_engine->SetPaintEnabled(false);
+        m_engine->SetPicture(plain(60, 30, green));
+        QCOMPARE(shot(), before);
+    }
+
     void paintHeldBackStaysAtItsPlace()
     {
         QWidget window;
