@@ -132,6 +132,8 @@ class TestGifCodec : public QObject
     void writesWhatOthersRead();
     void keepsOneClearEntry();
     void quantisesWell();
+    void keepsUndecodedPixelsOpaque_data();
+    void keepsUndecodedPixelsOpaque();
     void refusesToWrite();
     void stopsWhenCancelled();
     void survivesBrokenFiles();
@@ -483,6 +485,65 @@ void TestGifCodec::quantisesWell()
     QCOMPARE(qAlpha(clear->image.pixel(5, 5)), 0);
     QCOMPARE(qAlpha(clear->image.pixel(6, 5)), 255);
     QVERIFY(clear->image.colorCount() <= 256);
+}
+
+void TestGifCodec::keepsUndecodedPixelsOpaque_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const auto cutJpeg = [](const QImage& picture) {
+        const QByteArray whole =
+            outputOf(QStringLiteral("convert"), words("ppm:- -quality 90 jpeg:-"), writePnm(picture));
+        return whole.left(whole.size() * 2 / 3);
+    };
+    QImage flat(QSize(200, 400), QImage::Format_RGB32);
+    flat.fill(qRgb(200, 40, 90));
+    QTest::newRow("JPEG of one colour, cut") << cutJpeg(flat);
+    QTest::newRow("JPEG of many colours, cut") << cutJpeg(smoothPicture(QSize(200, 400)));
+    // A bitmap of 300 x 2 pixels in RLE24: a run in each row, the rest is never drawn.
+    const QByteArray header = QByteArray::fromHex("28000000 2c010000 02000000 0100 1800 04000000"
+                                                  "00000000 00000000 00000000 00000000 00000000");
+    const auto runs = [&header](const QByteArray& codes) {
+        const QByteArray start = QByteArray::fromHex("424d 00000000 00000000 36000000");
+        return start + header + codes + QByteArray::fromHex("0000 0001");
+    };
+    QTest::newRow("RLE24 with a gap, two colours") << runs(QByteArray::fromHex("05 102030"));
+    QByteArray close; // more colours than a palette holds, so much alike that four entries do
+    for (int i = 0; i < 299; ++i) {
+        close += '\1';
+        close += char(40 + i / 10);
+        close += char(100 + i / 8 % 4);
+        close += char(200 + i % 8);
+    }
+    QTest::newRow("RLE24 with a gap, many colours alike") << runs(close);
+}
+
+void TestGifCodec::keepsUndecodedPixelsOpaque()
+{
+    QFETCH(QByteArray, bytes);
+    const auto decoder = openDecoder(ByteSource::fromBytes(bytes), QString());
+    QVERIFY2(decoder, decoder ? "" : qPrintable(decoder.error().text));
+    const CancelFlag go = false;
+    const auto picture = (*decoder)->decode(1, QSize(), go);
+    QVERIFY2(picture, picture ? "" : qPrintable(picture.error().text));
+    const QImage& image = picture->image;
+    QCOMPARE(image.format(), QImage::Format_RGB32);
+    // The first row of a bitmap is the last one stored.
+    const QPoint blank = bytes.startsWith("BM") ? QPoint(299, 0) : QPoint(199, 399);
+    QCOMPARE(reinterpret_cast<const QRgb*>(image.constScanLine(blank.y()))[blank.x()], 0u);
+
+    const auto written = decoded(m_codec, encoded(image));
+    QVERIFY(written);
+    const QImage shown = written->image.convertToFormat(QImage::Format_ARGB32);
+    int clear = 0;
+    for (int y = 0; y < shown.height(); ++y) {
+        for (int x = 0; x < shown.width(); ++x)
+            clear += qAlpha(shown.pixel(x, y)) == 255 ? 0 : 1;
+    }
+    QCOMPARE(clear, 0);
+    const QRgb black = shown.pixel(blank);
+    QVERIFY2(qRed(black) < 16 && qGreen(black) < 16 && qBlue(black) < 16,
+             qPrintable(QString::number(black, 16)));
+    QVERIFY(written->image.colorCount() <= 256);
 }
 
 void TestGifCodec::refusesToWrite()

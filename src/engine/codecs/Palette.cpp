@@ -17,16 +17,15 @@ namespace {
 constexpr int halfOpaque = 128;
 constexpr QRgb clear = 0;
 
-/// The colour as far as a palette tells it: opaque or clear.
-QRgb keyOf(QRgb pixel)
+bool isClear(QRgb pixel)
 {
-    return qAlpha(pixel) < halfOpaque ? clear : pixel | 0xFF000000;
+    return qAlpha(pixel) < halfOpaque;
 }
 
-/// The image with its exact colours, or nothing when there are more than `colors`.
-std::optional<QImage> exactly(const QImage& deep, int colors)
+/// Draws `deep` into `result` with its exact colours; false when there are more than `colors`.
+bool drawExactly(const QImage& deep, int colors, QImage& result)
 {
-    QImage result = allocateImage(deep.size(), QImage::Format_Indexed8);
+    const bool mayBeClear = deep.hasAlphaChannel(); // else the fourth byte says nothing, and may be 0
     QHash<QRgb, int> indexOf;
     QList<QRgb> palette;
     QRgb lastKey = 1; // no key has this value
@@ -35,12 +34,12 @@ std::optional<QImage> exactly(const QImage& deep, int colors)
         const auto* in = reinterpret_cast<const QRgb*>(deep.constScanLine(y));
         uchar* out = result.scanLine(y);
         for (int x = 0; x < deep.width(); ++x) {
-            const QRgb key = keyOf(in[x]);
+            const QRgb key = mayBeClear && isClear(in[x]) ? clear : in[x] | 0xFF000000;
             if (key != lastKey) {
                 auto found = indexOf.constFind(key);
                 if (found == indexOf.constEnd()) {
                     if (palette.size() == colors)
-                        return std::nullopt;
+                        return false;
                     found = indexOf.insert(key, int(palette.size()));
                     palette.append(key);
                 }
@@ -51,7 +50,7 @@ std::optional<QImage> exactly(const QImage& deep, int colors)
         }
     }
     result.setColorTable(palette);
-    return result;
+    return true;
 }
 
 using Point = std::array<double, 3>; // red, green, blue, 0..255
@@ -78,12 +77,13 @@ struct Box
 
 std::vector<Cell> cellsOf(const QImage& deep)
 {
+    const bool mayBeClear = deep.hasAlphaChannel();
     std::vector<Cell> cells(size_t(1) << 16);
     for (int y = 0; y < deep.height(); ++y) {
         const auto* in = reinterpret_cast<const QRgb*>(deep.constScanLine(y));
         for (int x = 0; x < deep.width(); ++x) {
             const QRgb pixel = in[x];
-            if (keyOf(pixel) == clear)
+            if (mayBeClear && isClear(pixel))
                 continue;
             Cell& cell = cells[size_t(qRed(pixel) >> 3 << 11 | qGreen(pixel) >> 2 << 5 | qBlue(pixel) >> 3)];
             cell.count += 1;
@@ -219,12 +219,13 @@ class Nearest
 using Errors = std::vector<std::array<int, 3>>;
 
 /// Maps one row by Floyd and Steinberg's error diffusion; `here` holds what the row above has handed on.
-void diffuseRow(const QRgb* in, uchar* out, int width, Nearest& nearest, int clearIndex, Errors& here,
-                Errors& below)
+/// Without a `clearIndex` every pixel is opaque.
+void diffuseRow(const QRgb* in, uchar* out, int width, Nearest& nearest, std::optional<int> clearIndex,
+                Errors& here, Errors& below)
 {
     for (int x = 0; x < width; ++x) {
-        if (keyOf(in[x]) == clear) {
-            out[x] = uchar(clearIndex);
+        if (clearIndex && isClear(in[x])) {
+            out[x] = uchar(*clearIndex);
             continue;
         }
         const std::array<int, 3> wanted = {qRed(in[x]), qGreen(in[x]), qBlue(in[x])};
@@ -250,22 +251,24 @@ bool hasClearPixel(const QImage& deep)
 {
     for (int y = 0; y < deep.height(); ++y) {
         const auto* in = reinterpret_cast<const QRgb*>(deep.constScanLine(y));
-        if (std::any_of(in, in + deep.width(), [](QRgb pixel) { return keyOf(pixel) == clear; }))
+        if (std::any_of(in, in + deep.width(), isClear))
             return true;
     }
     return false;
 }
 
-QImage diffused(const QImage& deep, int colors)
+/// Draws `deep` into `result` with the best palette of `colors` entries.
+void diffuse(const QImage& deep, int colors, QImage& result)
 {
-    const bool needsClear = deep.format() == QImage::Format_ARGB32 && hasClearPixel(deep);
+    const bool needsClear = deep.hasAlphaChannel() && hasClearPixel(deep);
     QList<QRgb> palette = bestPalette(deep, needsClear ? colors - 1 : colors);
-    const int clearIndex = int(palette.size());
     Nearest nearest(palette);
-    if (needsClear)
+    std::optional<int> clearIndex;
+    if (needsClear) {
+        clearIndex = int(palette.size());
         palette.append(clear);
+    }
 
-    QImage result = allocateImage(deep.size(), QImage::Format_Indexed8);
     Errors here(size_t(deep.width()) + 2);
     Errors below(here.size());
     for (int y = 0; y < deep.height(); ++y) {
@@ -275,7 +278,6 @@ QImage diffused(const QImage& deep, int colors)
         std::fill(below.begin(), below.end(), std::array<int, 3>{});
     }
     result.setColorTable(palette);
-    return result;
 }
 
 } // namespace
@@ -307,11 +309,12 @@ QImage reducedToPalette(const QImage& image, int colors)
 {
     const QImage deep =
         image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-    if (deep.isNull())
+    QImage result = deep.isNull() ? QImage() : allocateImage(deep.size(), QImage::Format_Indexed8);
+    if (result.isNull())
         return {};
-    if (std::optional<QImage> exact = exactly(deep, colors))
-        return *exact;
-    return diffused(deep, colors);
+    if (!drawExactly(deep, colors, result))
+        diffuse(deep, colors, result);
+    return result;
 }
 
 } // namespace quorvia::engine

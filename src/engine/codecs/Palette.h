@@ -17,7 +17,7 @@ QImage storable(const QImage& image);
 
 /// `image` as Indexed8 with at most `colors` (2 to 256) palette entries. The colours stay exact when there
 /// are no more than that. Pixels whose alpha is below 128 share one entry with alpha 0; all others become
-/// opaque.
+/// opaque. The unused byte of RGB32 is not looked at. A null image when there is no memory for the result.
 QImage reducedToPalette(const QImage& image, int colors);
 
 } // namespace quorvia::engine
