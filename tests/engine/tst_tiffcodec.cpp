@@ -1,6 +1,9 @@
 #include "engine/codecs/TiffCodec.h"
+#include "engine/codecs/TiffLayout.h"
 #include "engine/codecs/TiffPages.h"
+#include "engine/codecs/TiffStriles.h"
 #include "engine/Limits.h"
+#include "CodecFixtures.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "TiffMaker.h"
@@ -134,6 +137,8 @@ class TestTiffCodec : public QObject
     void refusesToWriteNothing();
     void printsNothing();
     void stopsWhenCancelled();
+    void stopsLookingForABreak();
+    void looksForABreakAFewTimes();
     void survivesBrokenFiles();
 
   private:
@@ -712,6 +717,67 @@ void TestTiffCodec::stopsWhenCancelled()
         cancel = false;
         QVERIFY((*decoder)->decode(1, QSize(), cancel));
     }
+}
+
+namespace {
+
+/// One strip of deflate data that is the whole page and breaks in its middle.
+TiffMaker brokenStrip(int height)
+{
+    const QByteArray rows(16 * height, '\x33');
+    QByteArray packed = qCompress(rows).mid(4); // without Qt's own length
+    const QByteArray noise(reinterpret_cast<const char*>(greyPicture(QSize(16, 1)).constScanLine(0)), 16);
+    packed.replace(packed.size() / 2, 8, noise.left(8));
+    TiffMaker tiff;
+    tiff.page(16, height, 8, 1, 1, packed);
+    tiff.set(259, 3, {8});
+    return tiff;
+}
+
+} // namespace
+
+void TestTiffCodec::stopsLookingForABreak()
+{
+    const TiffMaker tiff = brokenStrip(60000);
+    const QByteArray bytes = tiff.bytes();
+    const qint64 stripAt = bytes.size() - tiff.strips[0].size();
+    CancelFlag cancel = false;
+    bool armed = false;
+    const auto source = std::make_shared<WatchedSource>(bytes, [&](qint64 offset) {
+        if (armed && offset == stripAt)
+            cancel = true; // the strip is read just before it is decoded for the first time
+    });
+    const auto decoder = m_codec.open(source);
+    QVERIFY(decoder);
+    const auto found = (*decoder)->decode(1, QSize(), cancel);
+    QVERIFY(found);
+    QVERIFY(!found->complete);
+    armed = true;
+    const auto result = (*decoder)->decode(1, QSize(), cancel);
+    QVERIFY(cancel);
+    QVERIFY(!result);
+    QCOMPARE(result.error().kind, ErrorKind::Cancelled);
+}
+
+void TestTiffCodec::looksForABreakAFewTimes()
+{
+    TiffMaker tiff = brokenStrip(60000);
+    const auto errorsOf = [&tiff](bool cancelled) {
+        const auto source = ByteSource::fromBytes(tiff.bytes());
+        const auto handle = TiffHandle::reading(source);
+        TIFFSetSubDirectory(handle->get(), 8);
+        const auto layout = readTiffLayout(handle->get());
+        TiffStriles striles(*handle, source, *layout);
+        const TiffBuffer rows = striles.allocate(60000);
+        const CancelFlag cancel = cancelled;
+        striles.decode(0, 0, 60000, rows.get(), cancel);
+        return handle->errorCount();
+    };
+    tiff.strips[0].fill('\xFF'); // broken from its first byte: every try fails
+    const int once = errorsOf(true);
+    QVERIFY(once > 0);
+    const int tries = errorsOf(false) / once;
+    QVERIFY2(tries > 1 && tries <= 9, qPrintable(QString::number(tries)));
 }
 
 void TestTiffCodec::survivesBrokenFiles()

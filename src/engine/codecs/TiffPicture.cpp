@@ -54,7 +54,7 @@ class PageDecoder
         return (m_layout.stored.height() + m_layout.strile.height() - 1) / m_layout.strile.height();
     }
     int planes() const { return m_layout.planar ? m_layout.usedSamples() : 1; }
-    StrileOutcome decodePlanes(quint32 index, int first, int rows);
+    StrileOutcome decodePlanes(quint32 index, int first, int rows, const CancelFlag& cancel);
     void drawRows(QImage& image, int x, int y, int rows);
 
     const TiffLayout& m_layout;
@@ -64,13 +64,14 @@ class PageDecoder
 };
 
 /// Decodes the strile of every plane that is needed; the outcome is that of the worst of them.
-StrileOutcome PageDecoder::decodePlanes(quint32 index, int first, int rows)
+StrileOutcome PageDecoder::decodePlanes(quint32 index, int first, int rows, const CancelFlag& cancel)
 {
     const quint32 perPlane = quint32(piecesAcross()) * quint32(piecesDown());
     StrileOutcome worst = {rows, true};
     for (int plane = 0; plane < planes() && worst.rows > 0; ++plane) {
         const StrileOutcome one =
-            m_striles.decode(index + quint32(plane) * perPlane, first, rows, m_buffers[size_t(plane)].get());
+            m_striles.decode(index + quint32(plane) * perPlane, first, rows, m_buffers[size_t(plane)].get(),
+                             cancel);
         worst = {std::min(worst.rows, one.rows), worst.whole && one.whole};
     }
     return worst;
@@ -117,7 +118,9 @@ Result<QImage> PageDecoder::decode(const CancelFlag& cancel, Progress& progress)
                 if (cancel)
                     return cancelled();
                 const int shown = std::min(step, visible - first);
-                const StrileOutcome outcome = decodePlanes(index, first, m_layout.tiled ? whole : shown);
+                const StrileOutcome outcome = decodePlanes(index, first, m_layout.tiled ? whole : shown, cancel);
+                if (cancel)
+                    return cancelled(); // the search for a break may have ended early
                 drawRows(image, x, top + first, std::min(outcome.rows, shown));
                 progress.note(outcome);
             }

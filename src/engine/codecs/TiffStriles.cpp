@@ -69,7 +69,29 @@ bool TiffStriles::tryRows(quint32 index, QByteArray& stored, int rows, uchar* ou
                                   tmsize_t(m_rowBytes * rows)) != 0;
 }
 
-StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out)
+/// How many of `rows` rows stand in front of the break that decoding all of them met, with those rows in
+/// `out`. A decoder that fails leaves its rows half done, so that they are looked for by halving. Each try may
+/// cost as much as the whole page: there are so many that the break is known to a part in 256.
+int TiffStriles::rowsBeforeBreak(quint32 index, QByteArray& stored, int rows, uchar* out,
+                                 const CancelFlag& cancel)
+{
+    constexpr int mostTries = 8;
+    int good = 0;
+    int bad = rows;
+    bool done = true; // the rows in `out` are the good ones
+    for (int tries = 0; tries < mostTries && bad - good > 1; ++tries) {
+        if (cancel)
+            return 0;
+        const int middle = good + (bad - good) / 2;
+        done = tryRows(index, stored, middle, out);
+        (done ? good : bad) = middle;
+    }
+    if (cancel || good == 0)
+        return 0;
+    return done || tryRows(index, stored, good, out) ? good : 0;
+}
+
+StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out, const CancelFlag& cancel)
 {
     const quint64 at = TIFFGetStrileOffset(m_handle.get(), index);
     if (at == 0 || at >= quint64(m_source->size()))
@@ -93,14 +115,7 @@ StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out
     const int errorsBefore = m_handle.errorCount();
     if (tryRows(index, stored, rows, out))
         return {rows, stored.size() == length && m_handle.errorCount() == errorsBefore};
-    // A decoder that fails leaves its rows half done. The most rows that it can do are looked for by halving.
-    int good = 0;
-    int bad = rows;
-    while (bad - good > 1) {
-        const int middle = good + (bad - good) / 2;
-        (tryRows(index, stored, middle, out) ? good : bad) = middle;
-    }
-    return {good > 0 && tryRows(index, stored, good, out) ? good : 0, false};
+    return {rowsBeforeBreak(index, stored, rows, out, cancel), false};
 }
 
 } // namespace quorvia::engine

@@ -2,6 +2,7 @@
 // gives the rows in front of the break.
 #pragma once
 
+#include "engine/Codec.h"
 #include "engine/codecs/TiffHandle.h"
 #include "engine/codecs/TiffLayout.h"
 
@@ -34,11 +35,13 @@ class TiffStriles
     /// Memory for `rows` rows; null when they are more than a picture may cost.
     TiffBuffer allocate(int rows) const;
     /// Decodes `rows` rows of strile `index` from its row `first` on into `out`; `first` other than 0 only
-    /// for strips that are not compressed.
-    StrileOutcome decode(quint32 index, int first, int rows, uchar* out);
+    /// for strips that are not compressed. A strile that breaks is decoded a bounded number of times, in
+    /// search of the break; the search ends, with no rows, when `cancel` is set.
+    StrileOutcome decode(quint32 index, int first, int rows, uchar* out, const CancelFlag& cancel);
 
   private:
     bool tryRows(quint32 index, QByteArray& stored, int rows, uchar* out);
+    int rowsBeforeBreak(quint32 index, QByteArray& stored, int rows, uchar* out, const CancelFlag& cancel);
 
     TiffHandle& m_handle;
     std::shared_ptr<ByteSource> m_source;
