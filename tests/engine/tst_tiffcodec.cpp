@@ -555,6 +555,25 @@ void TestTiffCodec::refuses_data()
     TiffMaker hugeTile = page(1, 1, 8, 1, 1);
     hugeTile.tile(1 << 20, 1 << 20);
     row("a tile beyond the limits", hugeTile, ErrorKind::TooLarge);
+    TiffMaker largeTile = page(1, 1, 8, 1, 1);
+    largeTile.tile(4096, 4096);
+    row("a tile far larger than its page", largeTile, ErrorKind::TooLarge);
+    // Each plane fits into the limit, and so does the picture; all of them together do not.
+    const qint64 most = Limits::machine().maxBytes;
+    constexpr int wide = 60000;
+    const auto high = int(std::min<qint64>(most / 4 / wide, 60000));
+    if (qint64(wide) * high * (4 + 3 * 2) > most) {
+        TiffMaker planes = page(wide, high, 16, 3, 2);
+        planes.set(284, 3, {2});
+        planes.set(259, 3, {8});
+        planes.set(273, 4, {0x7FFFFFF0, 0x7FFFFFF0, 0x7FFFFFF0});
+        planes.set(279, 4, {8, 8, 8});
+        row("planes beyond the limits", planes, ErrorKind::TooLarge);
+        TiffMaker chroma = page(wide, high, 8, 3, 6);
+        chroma.set(273, 4, {0x7FFFFFF0});
+        chroma.set(530, 3, {1, 1});
+        row("a strip for the library beyond the limits", chroma, ErrorKind::TooLarge);
+    }
     TiffMaker away = page(4, 4, 8, 1, 1);
     away.set(273, 4, {0x7FFFFFF0});
     row("pixels past the end", away, ErrorKind::Damaged);

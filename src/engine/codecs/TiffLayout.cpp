@@ -40,6 +40,23 @@ int side(quint32 pixels)
     return int(std::min<quint32>(pixels, std::numeric_limits<int>::max()));
 }
 
+/// A tile may reach beyond the page, but one that is many times as large only costs memory.
+Status checkTile(QSize tile, QSize page)
+{
+    const Status allowed = checkSize(tile);
+    if (!allowed)
+        return allowed;
+    constexpr qint64 usual = qint64(2048) * 2048; // pixels; small pages have tiles like their large kin
+    const qint64 pixels = qint64(tile.width()) * tile.height();
+    if (pixels > std::max(usual, 4 * qint64(page.width()) * page.height()))
+        return Error{ErrorKind::TooLarge, QStringLiteral("tiles of %1 x %2 pixels for a page of %3 x %4")
+                                              .arg(tile.width())
+                                              .arg(tile.height())
+                                              .arg(page.width())
+                                              .arg(page.height())};
+    return ok();
+}
+
 Status readSizes(TIFF* tiff, TiffLayout& layout)
 {
     layout.stored = QSize(side(field<uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0)),
@@ -54,7 +71,7 @@ Status readSizes(TIFF* tiff, TiffLayout& layout)
     if (layout.tiled) {
         layout.strile = QSize(side(field<uint32_t>(tiff, TIFFTAG_TILEWIDTH, 0)),
                               side(field<uint32_t>(tiff, TIFFTAG_TILELENGTH, 0)));
-        return checkSize(layout.strile);
+        return checkTile(layout.strile, layout.stored);
     }
     const auto rows = fieldOrDefault<uint32_t>(tiff, TIFFTAG_ROWSPERSTRIP);
     const bool whole = rows == 0 || rows > quint32(layout.stored.height());

@@ -3,6 +3,7 @@
 #include "engine/codecs/Orientation.h"
 #include "engine/codecs/TiffRows.h"
 #include "engine/codecs/TiffStriles.h"
+#include "engine/Limits.h"
 
 #include <algorithm>
 
@@ -18,6 +19,19 @@ Error noMemory()
 Error cancelled()
 {
     return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+}
+
+/// TooLarge when a picture of `format` and the `workBytes` that it takes to decode it are, together, more
+/// than a picture may cost. Asked before anything is allocated.
+Status checkMemory(const TiffLayout& layout, QImage::Format format, qint64 workBytes)
+{
+    const qint64 bits = QImage::toPixelFormat(format).bitsPerPixel();
+    const qint64 rowBytes = (layout.stored.width() * bits + 31) / 32 * 4;
+    if (workBytes > Limits::machine().maxBytes - rowBytes * layout.stored.height())
+        return Error{ErrorKind::TooLarge,
+                     QStringLiteral("%1 MB to decode it are more than a picture may take on this machine")
+                         .arg(workBytes >> 20)};
+    return ok();
 }
 
 /// How much of a picture was drawn.
@@ -100,6 +114,9 @@ Result<QImage> PageDecoder::decode(const CancelFlag& cancel, Progress& progress)
     const int whole = m_layout.strile.height();
     const bool pieces = !m_layout.tiled && !m_layout.compressed;
     const int step = pieces ? int(std::clamp<qint64>(pieceBytes / m_striles.rowBytes(), 1, whole)) : whole;
+    const Status affordable = checkMemory(m_layout, m_rows.format(), m_striles.memoryFor(step, planes()));
+    if (!affordable)
+        return affordable.error();
     for (int plane = 0; plane < planes(); ++plane) {
         m_buffers[size_t(plane)] = m_striles.allocate(step);
         if (!m_buffers[size_t(plane)])
@@ -172,7 +189,14 @@ Result<QImage> decodeByLibrary(TiffHandle& handle, const TiffLayout& layout, con
     reader.image.req_orientation = ORIENTATION_TOPLEFT;
 
     const bool hasAlpha = layout.alpha != TiffAlpha::None;
-    QImage image = allocateImage(layout.stored, hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    const QImage::Format format = hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32;
+    const quint64 strile = layout.tiled ? TIFFTileSize64(handle.get()) : TIFFStripSize64(handle.get());
+    constexpr quint64 beyond = quint64(1) << 44; // so that what follows cannot overflow
+    const qint64 planes = layout.planar ? layout.samples : 1;
+    const Status affordable = checkMemory(layout, format, qint64(std::min(strile, beyond)) * planes);
+    if (!affordable)
+        return affordable.error();
+    QImage image = allocateImage(layout.stored, format);
     if (image.isNull())
         return noMemory();
     for (int top = 0; top < image.height(); top += layout.strile.height()) {

@@ -56,10 +56,20 @@ TiffStriles::TiffStriles(TiffHandle& handle, std::shared_ptr<ByteSource> source,
         m_rowBytes = qint64(told);
 }
 
+/// Compressed bytes are seldom more than the rows; a count far beyond would only cost time.
+qint64 TiffStriles::mostStoredBytes(int rows) const
+{
+    const qint64 sensible = m_rowBytes * rows * 10 + 65536;
+    return m_layout.compressed ? sensible : m_rowBytes * rows;
+}
+
+qint64 TiffStriles::memoryFor(int rows, int planes) const
+{
+    return m_rowBytes * rows * planes + std::min(mostStoredBytes(rows), m_source->size());
+}
+
 TiffBuffer TiffStriles::allocate(int rows) const
 {
-    if (m_rowBytes > Limits::machine().maxBytes / std::max(rows, 1))
-        return {};
     return TiffBuffer(static_cast<uchar*>(std::malloc(size_t(m_rowBytes) * size_t(rows))));
 }
 
@@ -98,11 +108,9 @@ StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out
         return {};
     qint64 length = m_rowBytes * rows; // without compression the rows tell, whatever the byte count says
     const qint64 begin = qint64(at) + first * m_rowBytes;
-    if (m_layout.compressed) {
-        // Compressed bytes are seldom more than the rows; a count far beyond would only cost time.
-        const qint64 sensible = length * 10 + 65536;
-        length = qint64(std::min<quint64>(TIFFGetStrileByteCount(m_handle.get(), index), quint64(sensible)));
-    }
+    if (m_layout.compressed)
+        length = qint64(std::min<quint64>(TIFFGetStrileByteCount(m_handle.get(), index),
+                                          quint64(mostStoredBytes(rows))));
     QByteArray stored = m_source->bytes(begin, length);
     if (stored.isEmpty() || (m_isJbig && !isModestJbig(stored, m_isReversed, m_layout.strile)))
         return {};

@@ -32,7 +32,9 @@ class TiffStriles
 
     /// Bytes from one decoded row to the next; 0 when the page's numbers contradict each other.
     qint64 rowBytes() const { return m_rowBytes; }
-    /// Memory for `rows` rows; null when they are more than a picture may cost.
+    /// Bytes that decoding `rows` rows of `planes` planes side by side takes besides the picture.
+    qint64 memoryFor(int rows, int planes) const;
+    /// Memory for `rows` rows; null when there is none.
     TiffBuffer allocate(int rows) const;
     /// Decodes `rows` rows of strile `index` from its row `first` on into `out`; `first` other than 0 only
     /// for strips that are not compressed. A strile that breaks is decoded a bounded number of times, in
@@ -40,6 +42,7 @@ class TiffStriles
     StrileOutcome decode(quint32 index, int first, int rows, uchar* out, const CancelFlag& cancel);
 
   private:
+    qint64 mostStoredBytes(int rows) const;
     bool tryRows(quint32 index, QByteArray& stored, int rows, uchar* out);
     int rowsBeforeBreak(quint32 index, QByteArray& stored, int rows, uchar* out, const CancelFlag& cancel);
 
