@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 
@@ -34,6 +35,8 @@ class FileSource final : public ByteSource
                                         static_cast<size_t>(length - done), offset + done);
             if (got < 0 && errno == EINTR)
                 continue;
+            if (got < 0)
+                m_failed = true;
             if (got <= 0)
                 break;
             done += got;
@@ -41,9 +44,12 @@ class FileSource final : public ByteSource
         return done;
     }
 
+    bool failed() const override { return m_failed; }
+
   private:
     int m_descriptor;
     qint64 m_size;
+    mutable std::atomic<bool> m_failed = false;
 };
 
 class MemorySource final : public ByteSource
@@ -64,6 +70,32 @@ class MemorySource final : public ByteSource
 
   private:
     QByteArray m_bytes;
+};
+
+class WindowSource final : public ByteSource
+{
+  public:
+    WindowSource(std::shared_ptr<const ByteSource> source, qint64 offset, qint64 length)
+        : m_source(std::move(source)), m_offset(std::clamp<qint64>(offset, 0, m_source->size())),
+          m_size(std::clamp<qint64>(length, 0, m_source->size() - m_offset))
+    {
+    }
+
+    qint64 size() const override { return m_size; }
+
+    qint64 read(qint64 offset, void* out, qint64 length) const override
+    {
+        if (offset < 0 || offset >= m_size)
+            return 0;
+        return m_source->read(m_offset + offset, out, std::min(length, m_size - offset));
+    }
+
+    bool failed() const override { return m_source->failed(); }
+
+  private:
+    std::shared_ptr<const ByteSource> m_source;
+    qint64 m_offset;
+    qint64 m_size;
 };
 
 } // namespace
@@ -91,6 +123,12 @@ Result<std::shared_ptr<ByteSource>> ByteSource::open(const QString& path)
 std::shared_ptr<ByteSource> ByteSource::fromBytes(QByteArray bytes)
 {
     return std::make_shared<MemorySource>(std::move(bytes));
+}
+
+std::shared_ptr<ByteSource> ByteSource::window(std::shared_ptr<const ByteSource> source, qint64 offset,
+                                               qint64 length)
+{
+    return std::make_shared<WindowSource>(std::move(source), offset, length);
 }
 
 QByteArray ByteSource::bytes(qint64 offset, qint64 length) const

@@ -19,6 +19,9 @@ class ByteSource
     static Result<std::shared_ptr<ByteSource>> open(const QString& path);
     /// A source over bytes in memory.
     static std::shared_ptr<ByteSource> fromBytes(QByteArray bytes);
+    /// The part of `source` from `offset` on, `length` bytes at most, as a source of its own. Copies nothing.
+    static std::shared_ptr<ByteSource> window(std::shared_ptr<const ByteSource> source, qint64 offset,
+                                              qint64 length);
 
     virtual ~ByteSource();
 
@@ -27,6 +30,8 @@ class ByteSource
     /// Reads up to `length` bytes at `offset` (bytes, from 0) into `out`; returns how many were there (0 at
     /// or past the end, and on a read error). Safe from several threads at once.
     virtual qint64 read(qint64 offset, void* out, qint64 length) const = 0;
+    /// True once a read has met an error: what looked like the end of the file was none.
+    virtual bool failed() const { return false; }
 
     /// Up to `length` bytes from `offset`; shorter at the end.
     QByteArray bytes(qint64 offset, qint64 length) const;

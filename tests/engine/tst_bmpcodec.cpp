@@ -1,6 +1,7 @@
 #include "engine/codecs/BmpCodec.h"
 #include "engine/codecs/BmpLayout.h"
 #include "engine/codecs/BmpRows.h"
+#include "CodecFixtures.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 
@@ -195,6 +196,7 @@ class TestBmpCodec : public QObject
     void agreesWithMagick_data();
     void agreesWithMagick();
     void readsEmbeddedPictures();
+    void readsEmbeddedPicturesInPlace();
     void refuses_data();
     void refuses();
     void showsWhatACutFileHolds_data();
@@ -573,6 +575,32 @@ void TestBmpCodec::readsEmbeddedPictures()
     const auto nested = decoded(m_codec, holder.bytes());
     QVERIFY(!nested);
     QCOMPARE(nested.error().kind, ErrorKind::Damaged);
+}
+
+void TestBmpCodec::readsEmbeddedPicturesInPlace()
+{
+    constexpr qint64 huge = qint64(6) << 30; // bytes; a file with a hole, which takes none of the disk
+    for (const QByteArray& embedded : {jpegBytes(), pngBytes(), QByteArray("no picture")}) {
+        Bitmap holder;
+        holder.bits = 0;
+        holder.width = 9;
+        holder.height = 5;
+        holder.compression = embedded.startsWith("\x89") ? 5 : 4;
+        holder.pixels = embedded;
+        const ScratchFiles files;
+        const QString path = files.write(QStringLiteral("huge.bmp"), holder.bytes());
+        QVERIFY(QFile::resize(path, huge));
+        QSize size;
+        const qint64 growth = peakGrowth([&] {
+            const auto source = ByteSource::open(path);
+            const auto decoder = m_codec.open(*source);
+            const CancelFlag go = false;
+            const auto picture = decoder ? (*decoder)->decode(1, QSize(), go) : decoder.error();
+            size = picture ? picture->image.size() : QSize();
+        });
+        QCOMPARE(size, embedded.startsWith("no") ? QSize() : QSize(9, 5));
+        QVERIFY2(growth >= 0 && growth < 32 << 20, qPrintable(QString::number(growth)));
+    }
 }
 
 void TestBmpCodec::refuses_data()

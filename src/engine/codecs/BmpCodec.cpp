@@ -129,15 +129,14 @@ Result<Picture> BmpDecoder::decodeRuns(const CancelFlag& cancel) const
 }
 
 /// Opens the JPEG or PNG inside a bitmap. Its mark is looked for first, so that a bitmap cannot nest itself.
-Result<std::unique_ptr<Decoder>> openEmbedded(const ByteSource& source, const BmpLayout& layout)
+Result<std::unique_ptr<Decoder>> openEmbedded(std::shared_ptr<ByteSource> source, const BmpLayout& layout)
 {
-    QByteArray bytes = source.bytes(layout.pixelOffset, layout.pixelLength);
+    auto inner = ByteSource::window(std::move(source), layout.pixelOffset, layout.pixelLength);
     const bool jpeg = layout.packing == BmpPacking::Jpeg;
     const QByteArray mark = jpeg ? QByteArrayLiteral("\xFF\xD8\xFF") : QByteArrayLiteral("\x89PNG");
-    if (!bytes.startsWith(mark))
+    if (inner->bytes(0, mark.size()) != mark)
         return Error{ErrorKind::Damaged, QStringLiteral("the embedded picture is missing")};
-    return openDecoder(ByteSource::fromBytes(std::move(bytes)),
-                       jpeg ? QStringLiteral("jpg") : QStringLiteral("png"));
+    return openDecoder(std::move(inner), jpeg ? QStringLiteral("jpg") : QStringLiteral("png"));
 }
 
 } // namespace
@@ -163,7 +162,7 @@ Result<std::unique_ptr<Decoder>> BmpCodec::open(std::shared_ptr<ByteSource> sour
     if (!layout)
         return layout.error();
     if (layout->packing == BmpPacking::Jpeg || layout->packing == BmpPacking::Png)
-        return openEmbedded(*source, *layout);
+        return openEmbedded(std::move(source), *layout);
     return std::unique_ptr<Decoder>(std::make_unique<BmpDecoder>(std::move(source), *layout));
 }
 
