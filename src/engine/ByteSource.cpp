@@ -139,9 +139,4 @@ QByteArray ByteSource::bytes(qint64 offset, qint64 length) const
     return result;
 }
 
-QByteArray ByteSource::all() const
-{
-    return bytes(0, size());
-}
-
 } // namespace quorvia::engine

@@ -14,8 +14,8 @@ namespace quorvia::engine {
 class ByteSource
 {
   public:
-    /// Opens `path` (native path). NotFound or Unreadable on failure; anything but a regular file is
-    /// Unreadable.
+    /// Opens `path` (native path). NotFound when there is nothing of that name, Unreadable when it does not
+    /// open or is anything but a regular file.
     static Result<std::shared_ptr<ByteSource>> open(const QString& path);
     /// A source over bytes in memory.
     static std::shared_ptr<ByteSource> fromBytes(QByteArray bytes);
@@ -35,8 +35,6 @@ class ByteSource
 
     /// Up to `length` bytes from `offset`; shorter at the end.
     QByteArray bytes(qint64 offset, qint64 length) const;
-    /// The whole content.
-    QByteArray all() const;
 };
 
 } // namespace quorvia::engine

@@ -26,7 +26,10 @@ std::span<const Codec* const> codecTable()
     return table;
 }
 
-Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source, const QString& extension)
+namespace {
+
+Result<std::unique_ptr<Decoder>> openBySniffing(const std::shared_ptr<ByteSource>& source,
+                                                const QString& extension)
 {
     constexpr qint64 headLength = 512;
     const QByteArray head = source->bytes(0, headLength);
@@ -35,9 +38,19 @@ Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source,
     const QString folded = extension.toLower();
     for (const Codec* codec : codecTable()) {
         if (codec->sniff(head, folded))
-            return codec->open(std::move(source));
+            return codec->open(source);
     }
     return Error{ErrorKind::NotAnImage, QStringLiteral("no known image format")};
+}
+
+} // namespace
+
+Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source, const QString& extension)
+{
+    auto decoder = openBySniffing(source, extension);
+    if (!decoder && source->failed())
+        return Error{ErrorKind::Unreadable, QStringLiteral("the file cannot be read")};
+    return decoder;
 }
 
 const Codec* encoderFor(const QString& extension)

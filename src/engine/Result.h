@@ -9,8 +9,8 @@
 namespace quorvia::engine {
 
 enum class ErrorKind {
-    NotFound,    ///< the file does not exist or is not a regular file
-    Unreadable,  ///< the file exists but its bytes cannot be read
+    NotFound,    ///< nothing of that name exists
+    Unreadable,  ///< it exists, but its bytes cannot be read or it is not a regular file
     NotAnImage,  ///< no codec knows the content
     Unsupported, ///< a known format in a variant that is not decoded or encoded
     Damaged,     ///< a known format whose content breaks its rules beyond use
