@@ -459,6 +459,27 @@ void TestBmpCodec::readsVariants_data()
     v5.headerSize = 56;
     add("32 bits, alpha, header of 56", v5,
         {blue, qRgba(255, 255, 255, 1), qRgba(255, 0, 0, 128), qRgba(0, 255, 0, 0)}, QImage::Format_ARGB32);
+    Bitmap blank = rows(32, "0000ff0000ff0000 ff000000ffffff00");
+    blank.compression = 3;
+    blank.masksInHeader = masks({0xFF0000, 0xFF00, 0xFF, 0xFF000000});
+    for (const quint32 headerSize : {56u, 108u, 124u}) {
+        blank.headerSize = headerSize;
+        add(qPrintable(QStringLiteral("32 bits, alpha 0 everywhere, header of %1").arg(headerSize)), blank,
+            {blue, white, red, green}, QImage::Format_RGB32);
+    }
+    blank.headerSize = 40;
+    blank.compression = 6;
+    blank.behindHeader = blank.masksInHeader;
+    blank.masksInHeader.clear();
+    add("32 bits, alpha 0 everywhere, loose masks", blank, {blue, white, red, green}, QImage::Format_RGB32);
+    blank.pixels.chop(4);
+    add("32 bits, alpha 0 everywhere, cut short", blank, {blue, black, red, green}, QImage::Format_RGB32,
+        false);
+    Bitmap blank1555 = rows(16, "007ce003 1f00ff7f");
+    blank1555.compression = 6;
+    blank1555.behindHeader = masks({0x7C00, 0x03E0, 0x001F, 0x8000});
+    add("16 bits, alpha 0 everywhere, loose masks", blank1555, {blue, white, red, green},
+        QImage::Format_RGB32);
     v5.headerSize = 52;
     v5.masksInHeader.truncate(12);
     add("32 bits, header of 52 has no alpha", v5, {blue, white, red, green}, QImage::Format_RGB32);

@@ -28,6 +28,12 @@ Error cancelled()
     return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
 }
 
+bool isAllClear(const uchar* row, int count)
+{
+    const auto* pixels = reinterpret_cast<const QRgb*>(row);
+    return std::all_of(pixels, pixels + count, [](QRgb pixel) { return qAlpha(pixel) == 0; });
+}
+
 /// A bitmap whose pixels are stored as rows or runs.
 class BmpDecoder final : public Decoder
 {
@@ -90,6 +96,7 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
     uchar* bits = picture.image.bits();
     const qint64 stride = picture.image.bytesPerLine();
     bool drawn = false;
+    bool clear = rows.format() == QImage::Format_ARGB32;
     for (int first = 0; first < height && picture.complete; first += chunkRows) {
         if (cancel)
             return cancelled();
@@ -103,12 +110,18 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
             const int y = m_layout.topDown ? first + i : height - 1 - (first + i);
             if (pixels > 0)
                 rows.convert(chunk.data() + i * rowBytes, pixels, bits + y * stride);
+            clear = clear && isAllClear(bits + y * stride, pixels);
             drawn = drawn || pixels > 0;
             picture.complete = picture.complete && pixels == m_layout.size.width();
         }
     }
     if (!drawn)
         return nothingToShow();
+    if (clear) { // writers exist that name an alpha mask and leave its bits at 0: the picture is opaque
+        picture.image = std::move(picture.image).convertToFormat(QImage::Format_RGB32);
+        if (picture.image.isNull())
+            return noMemory();
+    }
     return picture;
 }
 
