@@ -96,8 +96,8 @@ class Codec
 /// All codecs, in the order in which they are asked.
 std::span<const Codec* const> codecTable();
 
-/// Opens `source` with the first codec whose sniff() accepts it; NotAnImage when none does, Unreadable when it
-/// fails and a read met an error.
+/// Opens `source` with the first codec whose sniff() accepts it; NotAnImage when none does, Unreadable when
+/// it fails and a read met an error.
 Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source, const QString& extension);
 
 /// The codec that writes `extension` (no point, any case), or null.

@@ -1,7 +1,7 @@
+#include "CodecFixtures.h"
 #include "engine/codecs/BmpCodec.h"
 #include "engine/codecs/BmpLayout.h"
 #include "engine/codecs/BmpRows.h"
-#include "CodecFixtures.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 

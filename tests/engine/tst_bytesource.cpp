@@ -1,7 +1,7 @@
+#include "CodecFixtures.h"
 #include "engine/ByteSource.h"
 #include "engine/Codec.h"
 #include "support/Unprivileged.h"
-#include "CodecFixtures.h"
 
 #include <QDir>
 #include <QtTest>

@@ -83,9 +83,8 @@ StrileOutcome PageDecoder::decodePlanes(quint32 index, int first, int rows, cons
     const quint32 perPlane = quint32(piecesAcross()) * quint32(piecesDown());
     StrileOutcome worst = {rows, true};
     for (int plane = 0; plane < planes() && worst.rows > 0; ++plane) {
-        const StrileOutcome one =
-            m_striles.decode(index + quint32(plane) * perPlane, first, rows, m_buffers[size_t(plane)].get(),
-                             cancel);
+        const StrileOutcome one = m_striles.decode(index + quint32(plane) * perPlane, first, rows,
+                                                   m_buffers[size_t(plane)].get(), cancel);
         worst = {std::min(worst.rows, one.rows), worst.whole && one.whole};
     }
     return worst;
@@ -135,7 +134,8 @@ Result<QImage> PageDecoder::decode(const CancelFlag& cancel, Progress& progress)
                 if (cancel)
                     return cancelled();
                 const int shown = std::min(step, visible - first);
-                const StrileOutcome outcome = decodePlanes(index, first, m_layout.tiled ? whole : shown, cancel);
+                const StrileOutcome outcome =
+                    decodePlanes(index, first, m_layout.tiled ? whole : shown, cancel);
                 if (cancel)
                     return cancelled(); // the search for a break may have ended early
                 drawRows(image, x, top + first, std::min(outcome.rows, shown));

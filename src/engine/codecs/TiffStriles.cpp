@@ -80,8 +80,8 @@ bool TiffStriles::tryRows(quint32 index, QByteArray& stored, int rows, uchar* ou
 }
 
 /// How many of `rows` rows stand in front of the break that decoding all of them met, with those rows in
-/// `out`. A decoder that fails leaves its rows half done, so that they are looked for by halving. Each try may
-/// cost as much as the whole page: there are so many that the break is known to a part in 256.
+/// `out`. A decoder that fails leaves its rows half done, so that they are looked for by halving. Each try
+/// may cost as much as the whole page: there are so many that the break is known to a part in 256.
 int TiffStriles::rowsBeforeBreak(quint32 index, QByteArray& stored, int rows, uchar* out,
                                  const CancelFlag& cancel)
 {
@@ -109,8 +109,8 @@ StrileOutcome TiffStriles::decode(quint32 index, int first, int rows, uchar* out
     qint64 length = m_rowBytes * rows; // without compression the rows tell, whatever the byte count says
     const qint64 begin = qint64(at) + first * m_rowBytes;
     if (m_layout.compressed)
-        length = qint64(std::min<quint64>(TIFFGetStrileByteCount(m_handle.get(), index),
-                                          quint64(mostStoredBytes(rows))));
+        length = qint64(
+            std::min<quint64>(TIFFGetStrileByteCount(m_handle.get(), index), quint64(mostStoredBytes(rows))));
     QByteArray stored = m_source->bytes(begin, length);
     if (stored.isEmpty() || (m_isJbig && !isModestJbig(stored, m_isReversed, m_layout.strile)))
         return {};
