@@ -13,6 +13,7 @@
 #include <QPaintEvent>
 
 #include <cmath>
+#include <new>
 #include <utility>
 
 namespace quorvia::engine {
@@ -278,7 +279,7 @@ void ImageEngine::SetSaveFileName(const QString& path)
 
 bool ImageEngine::SaveFile()
 {
-    const auto save = [this]() -> Status {
+    const auto write = [this]() -> Status {
         const QImage image = d->fullImage();
         if (image.isNull())
             return Error{ErrorKind::WriteFailed, QStringLiteral("no image is held")};
@@ -289,6 +290,13 @@ bool ImageEngine::SaveFile()
                          QStringLiteral("no format is written for the extension \"%1\"").arg(extension)};
         const auto bytes = codec->encode(image, extension, d->encodeOptions);
         return bytes ? writeWholeFile(d->saveFileName, *bytes) : Status(bytes.error());
+    };
+    const auto save = [&write]() -> Status {
+        try {
+            return write();
+        } catch (const std::bad_alloc&) {
+            return Error{ErrorKind::WriteFailed, QStringLiteral("no memory to write the file")};
+        }
     };
     const Status saved = save();
     d->lastError = saved ? QString() : saved.error().text;

@@ -228,8 +228,12 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
 
 int ImageLoader::pageCount(const QString& path)
 {
-    const auto decoder = openFile(path);
-    return decoder ? (*decoder)->pageCount() : 0;
+    try {
+        const auto decoder = openFile(path);
+        return decoder ? (*decoder)->pageCount() : 0;
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
 }
 
 } // namespace quorvia::engine

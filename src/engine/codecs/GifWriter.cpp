@@ -1,5 +1,6 @@
 #include "engine/codecs/GifWriter.h"
 
+#include "engine/codecs/Growing.h"
 #include "engine/codecs/Palette.h"
 
 #include <gif_lib.h>
@@ -18,10 +19,17 @@ struct MapDeleter
 };
 using ColorMap = std::unique_ptr<ColorMapObject, MapDeleter>;
 
+struct Output
+{
+    QByteArray bytes;
+    bool full = false; ///< there was no memory for all of it; giflib does not look at every write
+};
+
 int appendBytes(GifFileType* gif, const GifByteType* bytes, int length)
 {
-    static_cast<QByteArray*>(gif->UserData)->append(reinterpret_cast<const char*>(bytes), length);
-    return length;
+    auto& out = *static_cast<Output*>(gif->UserData);
+    out.full = out.full || !appended(out.bytes, bytes, length);
+    return out.full ? 0 : length;
 }
 
 /// True when the palette can be written as it stands: opaque but for at most one clear entry.
@@ -55,7 +63,9 @@ ColorMap mapOf(const QList<QRgb>& palette)
     return map;
 }
 
-bool writeFrame(GifFileType* gif, const QImage& image, const ColorMapObject* map)
+/// `row` has the width of `image`: giflib writes into the row that it is given.
+bool writeFrame(GifFileType* gif, const QImage& image, const ColorMapObject* map,
+                std::vector<GifByteType>& row)
 {
     const int clear = clearEntry(image.colorTable());
     EGifSetGifVersion(gif, clear != NO_TRANSPARENT_COLOR); // transparency came with 89a
@@ -71,7 +81,6 @@ bool writeFrame(GifFileType* gif, const QImage& image, const ColorMapObject* map
     }
     if (EGifPutImageDesc(gif, 0, 0, image.width(), image.height(), false, nullptr) != GIF_OK)
         return false;
-    std::vector<GifByteType> row(size_t(image.width())); // giflib writes into the row it is given
     for (int y = 0; y < image.height(); ++y) {
         std::copy_n(image.constScanLine(y), image.width(), row.begin());
         if (EGifPutLine(gif, row.data(), image.width()) != GIF_OK)
@@ -90,16 +99,19 @@ Result<QByteArray> writeGif(const QImage& image)
     constexpr int mostColors = 256;
     const QImage indexed = isWritable(image) ? image : reducedToPalette(image, mostColors);
     const ColorMap map = mapOf(indexed.colorTable());
-    QByteArray out;
+    std::vector<GifByteType> row(size_t(image.width()));
+    Output out;
     int error = 0;
     GifFileType* gif = indexed.isNull() || !map ? nullptr : EGifOpen(&out, appendBytes, &error);
     if (!gif)
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the GIF")};
-    const bool written = writeFrame(gif, indexed, map.get());
+    const bool written = writeFrame(gif, indexed, map.get(), row);
     const bool closed = EGifCloseFile(gif, &error) == GIF_OK;
+    if (out.full)
+        return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the GIF")};
     if (!written || !closed)
         return Error{ErrorKind::Unsupported, QStringLiteral("giflib cannot write the image")};
-    return out;
+    return out.bytes;
 }
 
 } // namespace quorvia::engine

@@ -41,6 +41,8 @@ QImage overWhite(QImage rows)
 {
     for (int y = 0; y < rows.height(); ++y) {
         auto* row = reinterpret_cast<QRgb*>(rows.scanLine(y));
+        if (!row)
+            return {}; // the pixels were shared, and there is no memory for a copy
         for (int x = 0; x < rows.width(); ++x) {
             const QRgb pixel = row[x];
             const int alpha = qAlpha(pixel);

@@ -15,7 +15,7 @@ constexpr int stripRows = 64;
 QImage rowsAs(const QImage& image, int first, int count, QImage::Format format);
 
 /// Lays the pixels of `rows` (ARGB32) over white and gives them back as RGB32:
-/// c' = (c * a + 255 * (255 - a)) / 255, rounded.
+/// c' = (c * a + 255 * (255 - a)) / 255, rounded. A null image when there is no memory.
 QImage overWhite(QImage rows);
 
 /// Extends `table` with opaque black until it holds the largest pixel value used in `image` (Indexed8 or

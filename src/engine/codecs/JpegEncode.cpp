@@ -1,9 +1,12 @@
 #include "engine/codecs/JpegEncode.h"
 
+#include "engine/codecs/Growing.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/JpegErrors.h"
 
 #include <QtEndian>
+
+#include <jerror.h>
 
 #include <algorithm>
 
@@ -39,7 +42,7 @@ struct Destination
     JOCTET buffer[65536];
 
     jpeg_destination_mgr* attach();
-    void take(size_t count) noexcept; ///< no exception may pass through libjpeg
+    void take(j_compress_ptr info, size_t count);
     void rewind();
 };
 
@@ -48,9 +51,10 @@ Destination& destinationOf(j_compress_ptr info)
     return *reinterpret_cast<Destination*>(info->dest);
 }
 
-void Destination::take(size_t count) noexcept
+void Destination::take(j_compress_ptr info, size_t count)
 {
-    bytes.append(reinterpret_cast<const char*>(buffer), static_cast<qsizetype>(count));
+    if (!appended(bytes, buffer, static_cast<qsizetype>(count)))
+        ERREXIT1(info, JERR_OUT_OF_MEMORY, 0);
 }
 
 void Destination::rewind()
@@ -63,12 +67,12 @@ jpeg_destination_mgr* Destination::attach()
 {
     manager.init_destination = [](j_compress_ptr info) { destinationOf(info).rewind(); };
     manager.empty_output_buffer = [](j_compress_ptr info) -> boolean {
-        destinationOf(info).take(sizeof buffer);
+        destinationOf(info).take(info, sizeof buffer);
         destinationOf(info).rewind();
         return TRUE;
     };
     manager.term_destination = [](j_compress_ptr info) {
-        destinationOf(info).take(sizeof buffer - info->dest->free_in_buffer);
+        destinationOf(info).take(info, sizeof buffer - info->dest->free_in_buffer);
     };
     return &manager;
 }
@@ -179,6 +183,8 @@ Result<QByteArray> encodeJpeg(const QImage& image, const JpegOptions& options)
         QImage rows = rowsAs(image, y, std::min(stripRows, image.height() - y), format);
         if (alpha)
             rows = overWhite(std::move(rows));
+        if (rows.isNull())
+            return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the JPEG")};
         if (!session->write(rows))
             return session->error();
     }

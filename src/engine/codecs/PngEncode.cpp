@@ -1,5 +1,6 @@
 #include "engine/codecs/PngEncode.h"
 
+#include "engine/codecs/Growing.h"
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
 
@@ -74,7 +75,7 @@ class Session
 
   private:
     static void takeError(png_structp png, png_const_charp message);
-    static void takeBytes(png_structp png, png_bytep data, size_t count) noexcept;
+    static void takeBytes(png_structp png, png_bytep data, size_t count);
     void setPalette(const Plan& plan);
 
     Landing m_landing;
@@ -90,10 +91,10 @@ void Session::takeError(png_structp png, png_const_charp message)
     std::longjmp(landing.place, 1);
 }
 
-void Session::takeBytes(png_structp png, png_bytep data, size_t count) noexcept
+void Session::takeBytes(png_structp png, png_bytep data, size_t count)
 {
-    static_cast<Session*>(png_get_io_ptr(png))
-        ->m_bytes.append(reinterpret_cast<const char*>(data), static_cast<qsizetype>(count));
+    if (!appended(static_cast<Session*>(png_get_io_ptr(png))->m_bytes, data, static_cast<qsizetype>(count)))
+        png_error(png, "no memory to write the PNG");
 }
 
 /// Runs below guarded().
@@ -171,7 +172,10 @@ Result<QByteArray> encodePng(const QImage& image)
     if (!session.begin(image.size(), plan))
         return session.error();
     for (int y = 0; y < image.height(); y += stripRows) {
-        if (!session.write(rowsAs(image, y, std::min(stripRows, image.height() - y), plan.rows)))
+        const QImage rows = rowsAs(image, y, std::min(stripRows, image.height() - y), plan.rows);
+        if (rows.isNull())
+            return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the PNG")};
+        if (!session.write(rows))
             return session.error();
     }
     if (!session.finish())

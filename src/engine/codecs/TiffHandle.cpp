@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 namespace quorvia::engine {
 
@@ -42,8 +43,12 @@ class BufferStream final : public TiffStream
 
     qint64 write(qint64 offset, const void* bytes, qint64 length) override
     {
-        if (offset + length > m_buffer.size())
-            m_buffer.resize(offset + length, '\0');
+        try { // libtiff's frames are below
+            if (offset + length > m_buffer.size())
+                m_buffer.resize(offset + length, '\0');
+        } catch (const std::bad_alloc&) {
+            return -1;
+        }
         std::memcpy(m_buffer.data() + offset, bytes, size_t(length));
         return length;
     }
@@ -94,6 +99,11 @@ TiffHandle::~TiffHandle()
         TIFFClose(m_tiff);
 }
 
+QString TiffHandle::lastError() const
+{
+    return QString::fromLocal8Bit(m_lastError);
+}
+
 tmsize_t TiffHandle::readBytes(thandle_t handle, void* out, tmsize_t length)
 {
     TiffHandle& self = of(handle);
@@ -133,12 +143,13 @@ toff_t TiffHandle::sizeOf(thandle_t handle)
 int TiffHandle::noteError(TIFF*, void* user, const char* module, const char* format, va_list arguments)
 {
     auto* self = static_cast<TiffHandle*>(user);
-    char text[512];
-    std::vsnprintf(text, sizeof text, format, arguments);
-    ++self->m_errors;
-    self->m_lastError = QString::fromLocal8Bit(text);
+    char* text = self->m_lastError;
+    int length = 0;
     if (module && *module)
-        self->m_lastError.prepend(QString::fromLocal8Bit(module) + QStringLiteral(": "));
+        length = std::snprintf(text, sizeof self->m_lastError, "%s: ", module);
+    length = std::clamp(length, 0, int(sizeof self->m_lastError) - 1);
+    std::vsnprintf(text + length, sizeof self->m_lastError - size_t(length), format, arguments);
+    ++self->m_errors;
     return 1; // handled: the process-wide handler stays out of it
 }
 

@@ -39,7 +39,7 @@ class TiffHandle
     /// Errors (not warnings) so far.
     int errorCount() const { return m_errors; }
     /// The last of them, one line; never empty.
-    QString lastError() const { return m_lastError; }
+    QString lastError() const;
 
   private:
     TiffHandle(std::unique_ptr<TiffStream> stream, const char* mode);
@@ -55,7 +55,7 @@ class TiffHandle
     std::unique_ptr<TiffStream> m_stream;
     qint64 m_offset = 0;
     int m_errors = 0;
-    QString m_lastError = QStringLiteral("the TIFF data is damaged");
+    char m_lastError[512] = "the TIFF data is damaged"; ///< filled below C frames: nothing there may throw
     TIFF* m_tiff = nullptr;
 };
 

@@ -145,9 +145,10 @@ Result<QByteArray> writeTiff(const QImage& image)
     std::unique_ptr<TiffHandle> handle = TiffHandle::writing(out);
     if (source.isNull() || !handle->get())
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the TIFF")};
-    if (!writePage(handle->get(), source, shapeOf(source)))
+    if (!writePage(handle->get(), source, shapeOf(source)) || !TIFFFlush(handle->get()) ||
+        handle->errorCount() > 0)
         return Error{ErrorKind::Unsupported, handle->lastError()};
-    handle.reset(); // closing may write
+    handle.reset();
     return out;
 }
 

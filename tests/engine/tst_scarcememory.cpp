@@ -1,0 +1,81 @@
+#include "engine/Codec.h"
+#include "engine/ImageEngine.h"
+#include "IndependentReader.h"
+#include "support/ScarceMemory.h"
+
+#include <QDir>
+#include <QtTest>
+
+using namespace quorvia::engine;
+using namespace quorvia::test;
+
+/// Memory that runs out is an error like any other: it neither throws nor ends the program.
+class TestScarceMemory : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void saves_data();
+    void saves();
+    void countsPages();
+};
+
+void TestScarceMemory::saves_data()
+{
+    QTest::addColumn<QString>("extension");
+    QTest::addColumn<QImage>("picture");
+    const QSize size(600, 400);
+    for (const Codec* codec : codecTable()) {
+        const QString extension = codec->extensions().first();
+        QTest::newRow(qPrintable(extension)) << extension << colorPicture(size);
+        QTest::newRow(qPrintable(extension + QStringLiteral(", alpha"))) << extension << alphaPicture(size);
+        QTest::newRow(qPrintable(extension + QStringLiteral(", grey"))) << extension << greyPicture(size);
+    }
+    const QString runs = QStringLiteral("rle");
+    QTest::newRow("rle, alpha") << runs << alphaPicture(size);
+}
+
+void TestScarceMemory::saves()
+{
+    QFETCH(QString, extension);
+    QFETCH(QImage, picture);
+    QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("out.") + extension);
+    ImageEngine engine(std::make_shared<ImageLoader>());
+    engine.SetPicture(picture);
+    engine.SetSaveFileName(path);
+    int failures = 0;
+    int successes = 0;
+    for (const qint64 kilobytes : {50, 100, 200, 400, 700, 1000, 1500, 2500, 4000, 200000}) {
+        const int saved = heldWithMemory(kilobytes << 10, [&engine] { return engine.SaveFile(); });
+        if (saved == -2)
+            return; // a sanitizer needs the address space for itself
+        QVERIFY2(saved >= 0, qPrintable(QString::number(kilobytes)));
+        QCOMPARE(QFile::exists(path), saved == 1);
+        QFile::remove(path);
+        (saved ? successes : failures) += 1;
+    }
+    QVERIFY2(failures > 1 && successes > 0, qPrintable(QString::number(failures)));
+}
+
+void TestScarceMemory::countsPages()
+{
+    // Directories without end: each of them one entry, each one followed by the next.
+    QByteArray many = QByteArray::fromHex("49492a0008000000");
+    for (int i = 0; i < 40000; ++i) {
+        many += QByteArray::fromHex("0100 000103000100000001000000");
+        const quint32 next = quint32(many.size()) + 4;
+        many += QByteArray(reinterpret_cast<const char*>(&next), 4);
+    }
+    QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("many.tif"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(many) == many.size());
+    file.close();
+    QVERIFY(ImageLoader::pageCount(path) > 30000);
+    const int none = heldWithMemory(0, [&path] { return ImageLoader::pageCount(path) == 0; });
+    QVERIFY2(none == 1 || none == -2, qPrintable(QString::number(none)));
+}
+
+QTEST_MAIN(TestScarceMemory)
+#include "tst_scarcememory.moc"
