@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
 
 namespace quorvia::test {
 
@@ -13,62 +12,6 @@ namespace {
 using engine::Error;
 using engine::Picture;
 using engine::Result;
-
-class Faults
-{
-  public:
-    Faults(QByteArray bytes, quint32 seed) : m_bytes(std::move(bytes)), m_random(seed) {}
-
-    QByteArray apply()
-    {
-        const int count = 1 + int(upTo(5));
-        for (int i = 0; i < count && !m_bytes.isEmpty(); ++i)
-            applyOne();
-        return m_bytes;
-    }
-
-  private:
-    qint64 upTo(qint64 most) { return std::uniform_int_distribution<qint64>(0, most)(m_random); }
-
-    /// A place in the file: one in two lies in the headers, where faults do most.
-    qint64 place()
-    {
-        constexpr qint64 headers = 160;
-        const qint64 last = m_bytes.size() - 1;
-        return upTo(upTo(1) == 0 ? std::min(last, headers) : last);
-    }
-
-    void applyOne()
-    {
-        const qint64 at = place();
-        const qint64 length = std::min<qint64>(1 + upTo(7), m_bytes.size() - at);
-        switch (upTo(5)) {
-        case 0:
-            m_bytes[at] = char(m_bytes[at] ^ (1 << upTo(7)));
-            break;
-        case 1:
-            m_bytes[at] = char(upTo(255));
-            break;
-        case 2: {
-            constexpr std::array<char, 4> extremes = {'\0', '\xFF', '\x7F', '\x80'};
-            std::fill_n(m_bytes.begin() + at, length, extremes[size_t(upTo(3))]);
-            break;
-        }
-        case 3:
-            m_bytes.remove(at, length);
-            break;
-        case 4:
-            m_bytes.insert(at, m_bytes.mid(at, length));
-            break;
-        default:
-            m_bytes.truncate(std::max<qint64>(at, 1));
-            break;
-        }
-    }
-
-    QByteArray m_bytes;
-    std::mt19937 m_random;
-};
 
 bool isAllowedFormat(QImage::Format format)
 {
@@ -110,11 +53,6 @@ QString pictureFault(const Result<engine::PageHeader>& header, const Result<Pict
 }
 
 } // namespace
-
-QByteArray brokenChild(const QByteArray& good, quint32 seed)
-{
-    return Faults(good, seed).apply();
-}
 
 QString misbehaviour(const engine::Codec& codec, const QByteArray& bytes)
 {

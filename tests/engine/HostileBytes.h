@@ -1,4 +1,4 @@
-// Broken children of good files, and what every codec owes them.
+// What every codec owes a broken file.
 #pragma once
 
 #include "engine/Codec.h"
@@ -7,10 +7,6 @@
 #include <QString>
 
 namespace quorvia::test {
-
-/// `good` with a few faults (flipped, overwritten, removed, doubled or cut bytes), always the same for one
-/// `seed`.
-QByteArray brokenChild(const QByteArray& good, quint32 seed);
 
 /// Opens `bytes`, asks for every fact and decodes the first pages. Empty when whatever came back keeps the
 /// rules of Decoder (sizes within the limits, the header's promise kept, an error with a text), else what

@@ -4,6 +4,7 @@
 #include "engine/codecs/BmpRows.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
+#include "Mutator.h"
 
 #include <QDir>
 #include <QFile>
@@ -868,7 +869,7 @@ void TestBmpCodec::survivesBrokenFiles()
                                        holder.bytes()};
     quint32 seed = 1;
     for (int child = 0; child < 320; ++child, ++seed) {
-        const QByteArray bytes = brokenChild(parents[child % parents.size()], seed);
+        const QByteArray bytes = Mutator(parents[child % parents.size()], seed).next();
         const QString fault = misbehaviour(m_codec, bytes);
         QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(fault)));
     }

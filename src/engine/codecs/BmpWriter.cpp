@@ -1,8 +1,8 @@
 #include "engine/codecs/BmpWriter.h"
 
+#include "engine/codecs/ImageRows.h"
 #include "engine/codecs/Palette.h"
 
-#include <QPainter>
 #include <QtEndian>
 
 #include <algorithm>
@@ -135,13 +135,7 @@ QImage laidOverWhite(const QImage& image)
 {
     if (!image.hasAlphaChannel())
         return image.convertToFormat(QImage::Format_RGB32);
-    QImage result(image.size(), QImage::Format_RGB32);
-    if (result.isNull())
-        return result;
-    result.fill(Qt::white);
-    QPainter painter(&result);
-    painter.drawImage(0, 0, image);
-    return result;
+    return overWhite(image.convertToFormat(QImage::Format_ARGB32));
 }
 
 void packRow(const uchar* row, int width, int bits, char* out)
