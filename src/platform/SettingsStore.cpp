@@ -320,7 +320,7 @@ QString machineStorePath()
 
 QString machineStorePathBelow(const QString& sharedDirectory)
 {
-    const QString shared = sharedDirectory + QStringLiteral("/machine.db");
+    QString shared = sharedDirectory + QStringLiteral("/machine.db");
     const auto writable = [](const QString& path, int mode) {
         return ::access(QFile::encodeName(path).constData(), mode) == 0;
     };
