@@ -37,7 +37,8 @@ void Viewport::layout()
 
 void Viewport::announceLoadBox()
 {
-    m_ix1->SetLoadBox(m_fitToWindow ? m_pContain->size() * m_pContain->devicePixelRatioF() : QSize());
+    const bool fitted = m_fitToWindow && m_ix1->ZoomFactor() == 1.0;
+    m_ix1->SetLoadBox(fitted ? m_pContain->size() * m_pContain->devicePixelRatioF() : QSize());
 }
 
 } // namespace quorvia::viewer
