@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -55,9 +56,12 @@ int heldWithMemory(qint64 spare, const std::function<bool()>& check)
         return -2;
     const pid_t child = ::fork();
     if (child == 0) {
+        for (const int fatal : {SIGABRT, SIGBUS, SIGSEGV})
+            std::signal(fatal, SIG_DFL); // the test program's own handlers want memory
         if (!limitMemory(spare))
             std::abort();
-        ::_exit(check() ? 1 : 0);
+        // What gets out ends the child here: further up, the test runner would catch it and go on.
+        ::_exit([&check]() noexcept { return check(); }() ? 1 : 0);
     }
     int status = 0;
     const bool ended = child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status);
