@@ -171,7 +171,9 @@ class Journey(unittest.TestCase):
     def focus(self, window):
         def active():
             self.output("xdotool", "windowactivate", window)
-            return self.output("xdotool", "getactivewindow").strip() == window
+            # The manager says so first, and gives the keyboard over a moment later.
+            return (self.output("xdotool", "getactivewindow").strip() == window and
+                    self.output("xdotool", "getwindowfocus", "-f").strip() == window)
         wait_until(active, "the focus")
 
     def click(self, x, y):
