@@ -179,6 +179,11 @@ class Journey(unittest.TestCase):
     def click(self, x, y):
         self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
 
+    def close_by_frame(self, window):
+        """A click on the close button of the window's frame."""
+        left, top, width, _ = self.geometry(window)
+        self.click(left + width - 10, top - 10)
+
     # --- what it leaves behind
 
     def screen(self):

@@ -33,8 +33,7 @@ class Ending(Journey):
 
     def test_window_manager(self):
         program, window = self.start_sized()
-        self.focus(window)
-        self.key("alt+F4")
+        self.close_by_frame(window)
         self.ended(program)
         self.assert_saved()
 

@@ -46,8 +46,7 @@ class Starting(Journey):
         self.resize(window, 600, 420)
         self.move(window, 200, 150)
         before = self.geometry(window)
-        self.focus(window)
-        self.key("alt+F4")
+        self.close_by_frame(window)
         self.ended(program)
         self.assertEqual((self.setting("MainWidth"), self.setting("MainHeight")), (600 * 15, 420 * 15))
         for _ in range(2):  # more than once: a frame must not shift it bit by bit
