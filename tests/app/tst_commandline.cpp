@@ -150,17 +150,6 @@ class TestCommandLine : public QObject
         QCOMPARE(line.holdsSwitch(), !line.commands.isEmpty());
     }
 
-    void existingFileBelowTheRoot()
-    {
-        const QFileInfoList files = QDir(QStringLiteral("/")).entryInfoList(QDir::Files | QDir::Hidden);
-        if (files.isEmpty())
-            QSKIP("this machine has no file in the root directory");
-        const QString file = files.first().filePath();
-        const CommandLine line = parseCommandLine({file, QStringLiteral("/miHide")}, m_work);
-        QCOMPARE(line.path, file);
-        QCOMPARE(line.commands, QStringList{"miHide"});
-    }
-
     void mentions_data()
     {
         QTest::addColumn<QStringList>("arguments");
