@@ -45,7 +45,8 @@ Result<std::unique_ptr<Decoder>> openBySniffing(const std::shared_ptr<ByteSource
 
 } // namespace
 
-Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source, const QString& extension)
+Result<std::unique_ptr<Decoder>> openDecoder(const std::shared_ptr<ByteSource>& source,
+                                             const QString& extension)
 {
     auto decoder = openBySniffing(source, extension);
     if (!decoder && source->failed())

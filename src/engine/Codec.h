@@ -98,7 +98,8 @@ std::span<const Codec* const> codecTable();
 
 /// Opens `source` with the first codec whose sniff() accepts it; NotAnImage when none does, Unreadable when
 /// it fails and a read met an error.
-Result<std::unique_ptr<Decoder>> openDecoder(std::shared_ptr<ByteSource> source, const QString& extension);
+Result<std::unique_ptr<Decoder>> openDecoder(const std::shared_ptr<ByteSource>& source,
+                                             const QString& extension);
 
 /// The codec that writes `extension` (no point, any case), or null.
 const Codec* encoderFor(const QString& extension);

@@ -43,7 +43,7 @@ int side(quint32 pixels)
 /// A tile may reach beyond the page, but one that is many times as large only costs memory.
 Status checkTile(QSize tile, QSize page)
 {
-    const Status allowed = checkSize(tile);
+    Status allowed = checkSize(tile);
     if (!allowed)
         return allowed;
     constexpr qint64 usual = qint64(2048) * 2048; // pixels; small pages have tiles like their large kin
@@ -61,7 +61,7 @@ Status readSizes(TIFF* tiff, TiffLayout& layout)
 {
     layout.stored = QSize(side(field<uint32_t>(tiff, TIFFTAG_IMAGEWIDTH, 0)),
                           side(field<uint32_t>(tiff, TIFFTAG_IMAGELENGTH, 0)));
-    const Status page = checkSize(layout.stored);
+    Status page = checkSize(layout.stored);
     if (!page)
         return page;
     layout.orientation = fieldOrDefault<uint16_t>(tiff, TIFFTAG_ORIENTATION);
@@ -168,7 +168,7 @@ Status readColors(TIFF* tiff, TiffLayout& layout, int compression)
         break;
     case PHOTOMETRIC_PALETTE:
         layout.colors = TiffColors::Palette;
-        if (const Status palette = readPalette(tiff, layout); !palette)
+        if (Status palette = readPalette(tiff, layout); !palette)
             return palette;
         break;
     case PHOTOMETRIC_RGB:
