@@ -41,6 +41,13 @@ QString ViewerBench::picture(const QString& name, const QColor& color, QSize siz
     return home.write(name, *bytes);
 }
 
+void ViewerBench::threePictures()
+{
+    picture(QStringLiteral("pics/a.png"), Qt::red);
+    picture(QStringLiteral("pics/b.png"), Qt::green);
+    picture(QStringLiteral("pics/two words.png"), Qt::blue);
+}
+
 QString ViewerBench::document(const QString& name, const std::vector<QColor>& pages)
 {
     const QString path = home.path(name);

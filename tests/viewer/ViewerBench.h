@@ -26,6 +26,10 @@ class ViewerBench
 
     /// Writes a picture of one colour; the format follows the name. Returns its full path.
     QString picture(const QString& name, const QColor& color, QSize size = {40, 30});
+    /// Writes the folder "pics" with a.png (red), b.png (green) and "two words.png" (blue).
+    void threePictures();
+    /// Path of `name` inside the home directory.
+    QString in(const char* name) const { return home.path(QLatin1String(name)); }
     /// Writes a TIFF with one page a colour.
     QString document(const QString& name, const std::vector<QColor>& pages);
 

@@ -21,15 +21,13 @@ class TestCommandTable : public QObject
   private:
     std::unique_ptr<ViewerBench> m_bench;
 
-    QString in(const char* name) const { return m_bench->home.path(QLatin1String(name)); }
+    QString in(const char* name) const { return m_bench->in(name); }
 
   private Q_SLOTS:
     void init()
     {
         m_bench = std::make_unique<ViewerBench>();
-        m_bench->picture(QStringLiteral("pics/a.png"), Qt::red);
-        m_bench->picture(QStringLiteral("pics/b.png"), Qt::green);
-        m_bench->picture(QStringLiteral("pics/two words.png"), Qt::blue);
+        m_bench->threePictures();
     }
     void cleanup() { m_bench.reset(); }
 
