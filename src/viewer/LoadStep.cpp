@@ -51,9 +51,12 @@ void restoreGeometry(frmImageView& window, bool othersWereRunning)
     const QSize size = usableSize(stored, desktop.size());
     window.resize(app::toPixels(size.width()), app::toPixels(size.height()));
     if (!othersWereRunning) {
-        const QPoint corner = visibleCorner(
-            {app::read(app::setting::MainLeft, centred.x()), app::read(app::setting::MainTop, centred.y())},
-            size, desktop, defaultCorner(screen, size));
+        const QPoint middle = defaultCorner(screen, size);
+        const QPoint asked(app::read(app::setting::MainLeft, centred.x()),
+                           app::read(app::setting::MainTop, centred.y()));
+        // A size that had to be lowered was stored for another desktop, and so was its place.
+        const bool lowered = size.width() < stored.width() || size.height() < stored.height();
+        const QPoint corner = lowered ? middle : visibleCorner(asked, size, desktop, middle);
         window.move(app::toPixels(corner.x()), app::toPixels(corner.y()));
     }
     if (app::read(app::setting::MainWindowState) == maximisedState)

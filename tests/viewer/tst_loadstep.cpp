@@ -227,6 +227,18 @@ class TestLoadStep : public QObject
         QVERIFY(window.screen()->geometry().contains(window.pos()));
     }
 
+    void aSizeOfALargerDesktopDropsItsPlace()
+    {
+        app::save(setting::MainLeft, 300);
+        app::save(setting::MainTop, 300);
+        app::save(setting::MainWidth, 1000000);
+        app::save(setting::MainHeight, 4500);
+        frmImageView& window = m_bench->load();
+        const QSize screen = window.screen()->size();
+        QCOMPARE(window.size(), QSize(screen.width(), 300));
+        QCOMPARE(window.pos(), QPoint(0, screen.height() / 2 - 150));
+    }
+
     void geometry_data()
     {
         QTest::addColumn<QVariant>("width");
