@@ -1,10 +1,6 @@
 #include "engine/Codec.h"
 
-#include "engine/codecs/BmpCodec.h"
-#include "engine/codecs/GifCodec.h"
-#include "engine/codecs/JpegCodec.h"
-#include "engine/codecs/PngCodec.h"
-#include "engine/codecs/TiffCodec.h"
+#include "engine/codecs/Codecs.h"
 
 #include <algorithm>
 #include <array>
@@ -15,14 +11,20 @@ namespace quorvia::engine {
 Decoder::~Decoder() = default;
 Codec::~Codec() = default;
 
+bool Codec::keepsProfile(const QString&) const
+{
+    return false;
+}
+
 std::span<const Codec* const> codecTable()
 {
-    static const JpegCodec jpeg;
-    static const PngCodec png;
-    static const GifCodec gif;
-    static const TiffCodec tiff;
-    static const BmpCodec bmp; // last: a headerless bitmap is the weakest mark
-    static const std::array<const Codec*, 5> table = {&jpeg, &png, &gif, &tiff, &bmp};
+    // Strong marks before weak ones: a headerless bitmap begins with a small number, a TGA has only its name.
+    static const std::array table = {
+        &losslessJpegCodec(), &jpegCodec(), &pngCodec(),     &gifCodec(), &tiffCodec(),
+        &webpCodec(),         &avifCodec(), &jpegXlCodec(),  &wpgCodec(), &dcxCodec(),
+        &softimageCodec(),    &pnmCodec(),  &utahRleCodec(), &wmfCodec(), &icoCodec(),
+        &pcxCodec(),          &pictCodec(), &bmpCodec(),     &tgaCodec(),
+    };
     return table;
 }
 
@@ -31,7 +33,7 @@ namespace {
 Result<std::unique_ptr<Decoder>> openBySniffing(const std::shared_ptr<ByteSource>& source,
                                                 const QString& extension)
 {
-    constexpr qint64 headLength = 512;
+    constexpr qint64 headLength = 1024;
     const QByteArray head = source->bytes(0, headLength);
     if (head.isEmpty())
         return Error{ErrorKind::NotAnImage, QStringLiteral("the file is empty")};

@@ -29,9 +29,10 @@ struct PageHeader
 struct Picture
 {
     QImage image;
-    QSize fullSize;       ///< size of the page in pixels; `image` is smaller when a box allowed it
-    int bitsPerPixel = 0; ///< of the file, not of `image`
-    bool complete = true; ///< false when the file ended early or broke: the rest is blank
+    QSize fullSize;          ///< size of the page in pixels; `image` is smaller when a box allowed it
+    int bitsPerPixel = 0;    ///< of the file, not of `image`
+    bool complete = true;    ///< false when the file ended early or broke: the rest is blank
+    QByteArray profile = {}; ///< ICC profile of the colours in `image` (RGB or grey); empty for sRGB
 
     /// True when `image` holds every pixel of the page.
     bool isFull() const { return image.size() == fullSize; }
@@ -70,6 +71,8 @@ struct JpegOptions
 struct EncodeOptions
 {
     JpegOptions jpeg;
+    QByteArray profile =
+        {}; ///< ICC profile to embed, for codecs whose keepsProfile() is true; empty for none
 };
 
 class Codec
@@ -81,13 +84,15 @@ class Codec
     virtual QString name() const = 0;
     /// Extensions without the point, lower case, the usual one first.
     virtual QStringList extensions() const = 0;
-    /// True when a file that begins with `head` (up to 512 bytes) is of this format. Content decides before
+    /// True when a file that begins with `head` (up to 1024 bytes) is of this format. Content decides before
     /// the extension; `extension` (lower case, no point) matters only to formats without a mark of their own.
     virtual bool sniff(const QByteArray& head, const QString& extension) const = 0;
     /// Opens a file that sniff() accepted; reads the header only.
     virtual Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const = 0;
     /// True when encode() can write this extension.
     virtual bool canEncode(const QString& extension) const = 0;
+    /// True when encode() embeds EncodeOptions::profile in files of this extension.
+    virtual bool keepsProfile(const QString& extension) const;
     /// The whole file's bytes for `image` (any QImage format). Unsupported when the image cannot be held.
     virtual Result<QByteArray> encode(const QImage& image, const QString& extension,
                                       const EncodeOptions& options) const = 0;

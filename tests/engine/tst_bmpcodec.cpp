@@ -1,7 +1,7 @@
 #include "CodecFixtures.h"
-#include "engine/codecs/BmpCodec.h"
 #include "engine/codecs/BmpLayout.h"
 #include "engine/codecs/BmpRows.h"
+#include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "Mutator.h"
@@ -144,7 +144,7 @@ class MeteredSource final : public ByteSource
 
 QByteArray encoded(const QImage& image, const char* extension)
 {
-    const auto bytes = BmpCodec().encode(image, QLatin1String(extension), {});
+    const auto bytes = bmpCodec().encode(image, QLatin1String(extension), {});
     return bytes ? *bytes : QByteArray();
 }
 
@@ -215,7 +215,7 @@ class TestBmpCodec : public QObject
     void readsRealSamples();
 
   private:
-    BmpCodec m_codec;
+    const Codec& m_codec = bmpCodec();
 };
 
 void TestBmpCodec::sniffs_data()

@@ -1,4 +1,4 @@
-#include "engine/codecs/GifCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
@@ -90,7 +90,7 @@ struct Gif
 
 QByteArray encoded(const QImage& image)
 {
-    const auto bytes = GifCodec().encode(image, QStringLiteral("gif"), {});
+    const auto bytes = gifCodec().encode(image, QStringLiteral("gif"), {});
     return bytes ? *bytes : QByteArray();
 }
 
@@ -140,7 +140,7 @@ class TestGifCodec : public QObject
     void survivesBrokenFiles();
 
   private:
-    GifCodec m_codec;
+    const Codec& m_codec = gifCodec();
 };
 
 void TestGifCodec::sniffs()

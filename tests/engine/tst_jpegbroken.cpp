@@ -1,4 +1,4 @@
-#include "engine/codecs/JpegCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "JpegFixtures.h"
 #include "Mutator.h"
 
@@ -11,7 +11,7 @@ using namespace quorvia::test;
 
 namespace {
 
-const JpegCodec codec;
+const Codec& codec = jpegCodec();
 
 /// How many rows from the top are the same in both.
 int sameRows(const QImage& one, const QImage& other)

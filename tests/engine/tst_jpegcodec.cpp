@@ -1,4 +1,4 @@
-#include "engine/codecs/JpegCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/JpegDecoder.h"
 #include "JpegFixtures.h"
 
@@ -11,7 +11,7 @@ using namespace quorvia::test;
 
 namespace {
 
-const JpegCodec codec;
+const Codec& codec = jpegCodec();
 
 } // namespace
 

@@ -1,4 +1,4 @@
-#include "engine/codecs/JpegCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/JpegEncode.h"
 #include "JpegFixtures.h"
 
@@ -13,7 +13,7 @@ using namespace quorvia::test;
 
 namespace {
 
-const JpegCodec codec;
+const Codec& codec = jpegCodec();
 
 struct Frame
 {

@@ -1,4 +1,4 @@
-#include "engine/codecs/PngCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
 #include "Mutator.h"
 #include "PngFixtures.h"
@@ -13,7 +13,7 @@ using namespace quorvia::test;
 
 namespace {
 
-const PngCodec codec;
+const Codec& codec = pngCodec();
 
 /// Rows that stand in `part` as in `whole`, from the top; -1 when one of the others is not blank.
 int rowsRead(const QImage& part, const QImage& whole)

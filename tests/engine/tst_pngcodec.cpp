@@ -1,4 +1,4 @@
-#include "engine/codecs/PngCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "PngFixtures.h"
 
 #include <QTest>
@@ -10,7 +10,7 @@ using namespace quorvia::test;
 
 namespace {
 
-const PngCodec codec;
+const Codec& codec = pngCodec();
 
 struct Kind
 {

@@ -1,5 +1,5 @@
 #include "CodecFixtures.h"
-#include "engine/codecs/TiffCodec.h"
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/TiffLayout.h"
 #include "engine/codecs/TiffPages.h"
 #include "engine/codecs/TiffStriles.h"
@@ -50,7 +50,7 @@ QByteArray madeByTools(const QImage& picture, const QStringList& convertOptions,
 
 QByteArray encoded(const QImage& image)
 {
-    const auto bytes = TiffCodec().encode(image, QStringLiteral("tif"), {});
+    const auto bytes = tiffCodec().encode(image, QStringLiteral("tif"), {});
     return bytes ? *bytes : QByteArray();
 }
 
@@ -143,7 +143,7 @@ class TestTiffCodec : public QObject
     void survivesBrokenFiles();
 
   private:
-    TiffCodec m_codec;
+    const Codec& m_codec = tiffCodec();
 };
 
 void TestTiffCodec::sniffs()

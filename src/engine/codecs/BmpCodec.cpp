@@ -1,15 +1,30 @@
-#include "engine/codecs/BmpCodec.h"
-
 #include "engine/codecs/BmpLayout.h"
 #include "engine/codecs/BmpRle.h"
 #include "engine/codecs/BmpRows.h"
 #include "engine/codecs/BmpWriter.h"
+#include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
 #include <vector>
 
 namespace quorvia::engine {
+
+namespace {
+
+class BmpCodec final : public Codec
+{
+  public:
+    QString name() const override;
+    QStringList extensions() const override;
+    bool sniff(const QByteArray& head, const QString& extension) const override;
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
+    bool canEncode(const QString& extension) const override;
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override;
+};
+
+} // namespace
 
 namespace {
 
@@ -187,6 +202,12 @@ bool BmpCodec::canEncode(const QString& extension) const
 Result<QByteArray> BmpCodec::encode(const QImage& image, const QString& extension, const EncodeOptions&) const
 {
     return extension == QLatin1String("rle") ? writeRleBmp(image) : writeBmp(image);
+}
+
+const Codec& bmpCodec()
+{
+    static const BmpCodec codec;
+    return codec;
 }
 
 } // namespace quorvia::engine

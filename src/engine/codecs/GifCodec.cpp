@@ -1,5 +1,4 @@
-#include "engine/codecs/GifCodec.h"
-
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/GifStream.h"
 #include "engine/codecs/GifWriter.h"
 #include "engine/Limits.h"
@@ -10,6 +9,22 @@
 #include <vector>
 
 namespace quorvia::engine {
+
+namespace {
+
+class GifCodec final : public Codec
+{
+  public:
+    QString name() const override;
+    QStringList extensions() const override;
+    bool sniff(const QByteArray& head, const QString& extension) const override;
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
+    bool canEncode(const QString& extension) const override;
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override;
+};
+
+} // namespace
 
 namespace {
 
@@ -231,6 +246,12 @@ bool GifCodec::canEncode(const QString& extension) const
 Result<QByteArray> GifCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
 {
     return writeGif(image);
+}
+
+const Codec& gifCodec()
+{
+    static const GifCodec codec;
+    return codec;
 }
 
 } // namespace quorvia::engine

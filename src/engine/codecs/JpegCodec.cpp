@@ -1,9 +1,24 @@
-#include "engine/codecs/JpegCodec.h"
-
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/JpegDecoder.h"
 #include "engine/codecs/JpegEncode.h"
 
 namespace quorvia::engine {
+
+namespace {
+
+class JpegCodec final : public Codec
+{
+  public:
+    QString name() const override;
+    QStringList extensions() const override;
+    bool sniff(const QByteArray& head, const QString& extension) const override;
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
+    bool canEncode(const QString& extension) const override;
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override;
+};
+
+} // namespace
 
 QString JpegCodec::name() const
 {
@@ -36,6 +51,12 @@ bool JpegCodec::canEncode(const QString& extension) const
 Result<QByteArray> JpegCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
 {
     return encodeJpeg(image, options.jpeg);
+}
+
+const Codec& jpegCodec()
+{
+    static const JpegCodec codec;
+    return codec;
 }
 
 } // namespace quorvia::engine

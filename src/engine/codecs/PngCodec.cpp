@@ -1,9 +1,24 @@
-#include "engine/codecs/PngCodec.h"
-
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/PngDecoder.h"
 #include "engine/codecs/PngEncode.h"
 
 namespace quorvia::engine {
+
+namespace {
+
+class PngCodec final : public Codec
+{
+  public:
+    QString name() const override;
+    QStringList extensions() const override;
+    bool sniff(const QByteArray& head, const QString& extension) const override;
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
+    bool canEncode(const QString& extension) const override;
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override;
+};
+
+} // namespace
 
 QString PngCodec::name() const
 {
@@ -36,6 +51,12 @@ bool PngCodec::canEncode(const QString& extension) const
 Result<QByteArray> PngCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
 {
     return encodePng(image);
+}
+
+const Codec& pngCodec()
+{
+    static const PngCodec codec;
+    return codec;
 }
 
 } // namespace quorvia::engine

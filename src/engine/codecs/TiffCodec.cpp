@@ -1,5 +1,4 @@
-#include "engine/codecs/TiffCodec.h"
-
+#include "engine/codecs/Codecs.h"
 #include "engine/codecs/TiffHandle.h"
 #include "engine/codecs/TiffLayout.h"
 #include "engine/codecs/TiffPages.h"
@@ -7,6 +6,22 @@
 #include "engine/codecs/TiffWriter.h"
 
 namespace quorvia::engine {
+
+namespace {
+
+class TiffCodec final : public Codec
+{
+  public:
+    QString name() const override;
+    QStringList extensions() const override;
+    bool sniff(const QByteArray& head, const QString& extension) const override;
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
+    bool canEncode(const QString& extension) const override;
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override;
+};
+
+} // namespace
 
 namespace {
 
@@ -101,6 +116,12 @@ bool TiffCodec::canEncode(const QString& extension) const
 Result<QByteArray> TiffCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
 {
     return writeTiff(image);
+}
+
+const Codec& tiffCodec()
+{
+    static const TiffCodec codec;
+    return codec;
 }
 
 } // namespace quorvia::engine

@@ -1,0 +1,99 @@
+// Codecs that are still being built: they know no file.
+#include "engine/codecs/Codecs.h"
+
+namespace quorvia::engine {
+
+namespace {
+
+class NoCodec final : public Codec
+{
+  public:
+    QString name() const override { return QStringLiteral("none"); }
+    QStringList extensions() const override { return {}; }
+    bool sniff(const QByteArray&, const QString&) const override { return false; }
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource>) const override
+    {
+        return Error{ErrorKind::Unsupported, QStringLiteral("not built")};
+    }
+    bool canEncode(const QString&) const override { return false; }
+    Result<QByteArray> encode(const QImage&, const QString&, const EncodeOptions&) const override
+    {
+        return Error{ErrorKind::Unsupported, QStringLiteral("not built")};
+    }
+};
+
+const NoCodec none;
+
+} // namespace
+
+const Codec& losslessJpegCodec()
+{
+    return none;
+}
+
+const Codec& icoCodec()
+{
+    return none;
+}
+
+const Codec& tgaCodec()
+{
+    return none;
+}
+
+const Codec& softimageCodec()
+{
+    return none;
+}
+
+const Codec& wmfCodec()
+{
+    return none;
+}
+
+const Codec& wpgCodec()
+{
+    return none;
+}
+
+const Codec& pnmCodec()
+{
+    return none;
+}
+
+const Codec& pcxCodec()
+{
+    return none;
+}
+
+const Codec& dcxCodec()
+{
+    return none;
+}
+
+const Codec& utahRleCodec()
+{
+    return none;
+}
+
+const Codec& pictCodec()
+{
+    return none;
+}
+
+const Codec& webpCodec()
+{
+    return none;
+}
+
+const Codec& avifCodec()
+{
+    return none;
+}
+
+const Codec& jpegXlCodec()
+{
+    return none;
+}
+
+} // namespace quorvia::engine
