@@ -31,11 +31,6 @@ const Codec& losslessJpegCodec()
     return none;
 }
 
-const Codec& icoCodec()
-{
-    return none;
-}
-
 const Codec& tgaCodec()
 {
     return none;
@@ -47,11 +42,6 @@ const Codec& softimageCodec()
 }
 
 const Codec& wmfCodec()
-{
-    return none;
-}
-
-const Codec& wpgCodec()
 {
     return none;
 }

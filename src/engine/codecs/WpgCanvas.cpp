@@ -1,0 +1,156 @@
+#include "engine/codecs/WpgCanvas.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quorvia::engine {
+
+namespace {
+
+constexpr double dotsPerInch = 96;
+constexpr double shortest = 64; // pixels of the longer side
+constexpr double longest = 4096;
+constexpr double farthest = 100'000; // pixels from the corner that a point may lie
+
+double bounded(double value)
+{
+    return std::isfinite(value) ? std::clamp(value, -farthest, farthest) : 0;
+}
+
+/// What the edges of `path` add up to, in pixels.
+double lengthOf(const QPainterPath& path)
+{
+    double length = 0;
+    for (int i = 1; i < path.elementCount(); ++i) {
+        const auto one = path.elementAt(i - 1);
+        const auto other = path.elementAt(i);
+        if (!other.isMoveTo())
+            length += std::abs(other.x - one.x) + std::abs(other.y - one.y);
+    }
+    return length;
+}
+
+} // namespace
+
+QSize WpgCanvas::pixelsFor(QSizeF inches)
+{
+    if (!(inches.width() > 0 && inches.height() > 0) || !std::isfinite(inches.width() + inches.height()))
+        return {};
+    const double side = std::max(inches.width(), inches.height());
+    const double scale = std::clamp(side * dotsPerInch, shortest, longest) / side;
+    return QSize(int(std::lround(inches.width() * scale)), int(std::lround(inches.height() * scale)))
+        .expandedTo(QSize(1, 1));
+}
+
+WpgCanvas::WpgCanvas(QImage& image, QSizeF inches, const CancelFlag& cancel)
+    : m_size(image.size()), m_painter(&image), m_cancel(cancel), m_scaleX(image.width() / inches.width()),
+      m_scaleY(image.height() / inches.height())
+{
+    constexpr double layers = 400; // a drawing may cover the whole canvas so many times
+    constexpr double least = 5e8;
+    constexpr double most = 4e9;
+    m_budget = std::clamp(layers * image.width() * image.height(), least, most);
+    m_painter.fillRect(image.rect(), Qt::white);
+    m_painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+}
+
+bool WpgCanvas::afford(double pixels)
+{
+    if (pixels > m_budget) {
+        m_budget = -1;
+        return false;
+    }
+    m_budget -= pixels;
+    return true;
+}
+
+QPainterPath WpgCanvas::toPixels(const QPainterPath& inches) const
+{
+    QPainterPath path = inches;
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const auto element = path.elementAt(i);
+        path.setElementPositionAt(i, bounded(element.x * m_scaleX), bounded(element.y * m_scaleY));
+    }
+    return path;
+}
+
+QPen WpgCanvas::penFor(const WpgStyle& style, double length) const
+{
+    if (!style.stroked)
+        return Qt::NoPen;
+    const double width = std::max(1.0, bounded(style.lineWidth * (m_scaleX + m_scaleY) / 2));
+    QPen pen(style.line, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    QList<qreal> dashes; // in line widths, as a pen counts them
+    double period = 0;
+    for (const double dash : style.dashes) {
+        const double pixels = std::max(0.0, bounded(dash * m_scaleX));
+        period += pixels;
+        dashes.append(pixels / width);
+    }
+    constexpr double mostDashes = 50'000;
+    if (dashes.size() % 2 == 0 && period >= 1 && length / period < mostDashes)
+        pen.setDashPattern(dashes);
+    return pen;
+}
+
+void WpgCanvas::drawPath(const QPainterPath& inches, const WpgStyle& style)
+{
+    if (stopped() || inches.isEmpty())
+        return;
+    QPainterPath path = toPixels(inches);
+    path.setFillRule(inches.fillRule());
+    const double length = lengthOf(path);
+    const QPen pen = penFor(style, length);
+    const QRectF covered = path.boundingRect() & QRectF(QPointF(), QSizeF(m_size));
+    double cost = 4 * length + 64 * path.elementCount();
+    if (style.fill.style() != Qt::NoBrush)
+        cost += covered.width() * covered.height();
+    if (style.stroked)
+        cost += length * std::min(pen.widthF(), double(std::max(m_size.width(), m_size.height())));
+    if (!afford(cost))
+        return;
+    m_painter.setPen(pen);
+    m_painter.setBrush(style.fill);
+    m_painter.drawPath(path);
+    ++m_drawn;
+}
+
+void WpgCanvas::drawImage(const QImage& picture, const QRectF& inches)
+{
+    const QRectF target(bounded(inches.x() * m_scaleX), bounded(inches.y() * m_scaleY),
+                        bounded(inches.width() * m_scaleX), bounded(inches.height() * m_scaleY));
+    const QRectF shown = target & QRectF(QPointF(), QSizeF(m_size));
+    if (stopped() || picture.isNull() || target.isEmpty() ||
+        !afford(double(picture.width()) * picture.height() + 4 * shown.width() * shown.height()))
+        return;
+    // A picture that is made much smaller is averaged first: the painter looks at four pixels only.
+    const bool shrinks = target.width() * 2 < picture.width() || target.height() * 2 < picture.height();
+    const QSize size = target.size().toSize().expandedTo(QSize(1, 1)).boundedTo(picture.size());
+    const QImage source = shrinks ? picture.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                                        .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                                  : picture;
+    m_painter.drawImage(target, source);
+    ++m_drawn;
+}
+
+void WpgCanvas::drawText(QPointF inches, const QString& text, QFont font, double size, const QColor& color,
+                         int alignment, double degrees)
+{
+    constexpr qsizetype longestText = 4096;
+    constexpr double charCost = 20'000; // shaping and drawing a letter
+    const QString shown = text.left(longestText);
+    if (stopped() || shown.trimmed().isEmpty() || !afford(charCost * double(shown.size())))
+        return;
+    font.setPixelSize(int(std::clamp(size * m_scaleY, 1.0, double(m_size.height()))));
+    m_painter.save();
+    m_painter.translate(bounded(inches.x() * m_scaleX), bounded(inches.y() * m_scaleY));
+    m_painter.rotate(-degrees);
+    m_painter.setFont(font);
+    m_painter.setPen(color);
+    const int advance = alignment == 0 ? 0 : m_painter.fontMetrics().horizontalAdvance(shown);
+    m_painter.drawText(QPointF(-advance * alignment / 2.0, 0), shown);
+    m_painter.restore();
+    ++m_drawn;
+}
+
+} // namespace quorvia::engine
