@@ -59,6 +59,9 @@ Result<IcoEntry> readPngEntry(const QByteArray& head, IcoEntry entry)
     entry.png = true;
     entry.size = QSize(side(16), side(20));
     entry.bitsPerPixel = pngBits(head[24], head[25]);
+    const Status allowed = checkSize(entry.size);
+    if (!allowed)
+        return allowed.error();
     return entry;
 }
 
@@ -77,6 +80,9 @@ Result<IcoEntry> readBitmapEntry(const QByteArray& head, int toldHeight, qint64 
     if (entry.masked)
         entry.size.setHeight(layout->size.height() / 2);
     entry.bitsPerPixel = layout->bitsPerPixel;
+    const Status allowed = checkSize(entry.size);
+    if (!allowed)
+        return allowed.error();
     if (layout->pixelLength < layout->usedRowBytes())
         return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
     return entry;
@@ -90,15 +96,9 @@ Result<IcoEntry> readEntry(const ByteSource& source, const QByteArray& slot)
     // A told length that is too short is common; what counts is where the file ends.
     const QByteArray head = source.bytes(entry.offset, bmpHeadLength);
     const int toldHeight = slot[1] == 0 ? 256 : uchar(slot[1]);
-    Result<IcoEntry> read = head.startsWith("\x89PNG\r\n\x1A\n")
-                                ? readPngEntry(head, entry)
-                                : readBitmapEntry(head, toldHeight, length, entry);
-    if (!read)
-        return read;
-    const Status allowed = checkSize(read->size);
-    if (!allowed)
-        return allowed.error();
-    return read;
+    if (head.startsWith("\x89PNG\r\n\x1A\n"))
+        return readPngEntry(head, entry);
+    return readBitmapEntry(head, toldHeight, length, entry);
 }
 
 } // namespace

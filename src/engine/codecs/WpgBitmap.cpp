@@ -196,6 +196,8 @@ Result<WpgBitmap> readWpgBitmap(const ByteSource& source, const WpgFile& file, s
     WpgBitmap bitmap;
     const Status read = file.version == 1 ? readVersion1(in, record.type == wpg1::placedBitmap, bitmap)
                                           : readVersion2(in, bitmap);
+    if (in.cut())
+        return Error{ErrorKind::Damaged, QStringLiteral("the header of the bitmap is cut short")};
     if (!read)
         return read.error();
     const Status allowed = checkSize(bitmap.stored);

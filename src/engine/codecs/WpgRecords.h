@@ -93,6 +93,8 @@ class WpgNumbers
     void skip(qsizetype count) { m_at += count; }
     /// Bytes that are left.
     qsizetype left() const { return std::max<qsizetype>(m_bytes.size() - m_at, 0); }
+    /// Whether numbers were asked for that are not there.
+    bool cut() const { return m_at > m_bytes.size(); }
     /// Bytes passed so far, those behind the end counted.
     qsizetype at() const { return m_at; }
     QByteArray rest() const { return m_bytes.mid(m_at); }
