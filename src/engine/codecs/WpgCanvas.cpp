@@ -10,6 +10,14 @@ namespace {
 constexpr double dotsPerInch = 96;
 constexpr double shortest = 64; // pixels of the longer side
 constexpr double longest = 4096;
+
+// What drawing costs is counted in pixels filled. The others were measured against these, rounded up.
+constexpr double leastBudget = 5e9; // five seconds on a slow machine
+constexpr double mostBudget = 6e9;
+constexpr double elementCost = 300; // a point
+constexpr double thinCost = 30;     // a pixel's length of a thin line
+constexpr double letterCost = 20'000;
+
 constexpr double farthest = 100'000; // pixels from the corner that a point may lie
 
 double bounded(double value)
@@ -47,19 +55,16 @@ WpgCanvas::WpgCanvas(QImage& image, QSizeF inches, const CancelFlag& cancel)
       m_scaleY(image.height() / inches.height())
 {
     constexpr double layers = 400; // a drawing may cover the whole canvas so many times
-    constexpr double least = 5e8;
-    constexpr double most = 4e9;
-    m_budget = std::clamp(layers * image.width() * image.height(), least, most);
+    m_budget = std::clamp(layers * image.width() * image.height(), leastBudget, mostBudget);
     m_painter.fillRect(image.rect(), Qt::white);
     m_painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
 }
 
 bool WpgCanvas::afford(double pixels)
 {
-    if (pixels > m_budget) {
-        m_budget = -1;
+    m_exhausted = m_exhausted || pixels > m_budget;
+    if (pixels > m_budget)
         return false;
-    }
     m_budget -= pixels;
     return true;
 }
@@ -72,6 +77,20 @@ QPainterPath WpgCanvas::toPixels(const QPainterPath& inches) const
         path.setElementPositionAt(i, bounded(element.x * m_scaleX), bounded(element.y * m_scaleY));
     }
     return path;
+}
+
+double WpgCanvas::costOf(const QPainterPath& path, double length, const QPen& pen, bool filled) const
+{
+    const QRectF covered = path.boundingRect() & QRectF(QPointF(), QSizeF(m_size));
+    // The rasteriser sorts the edges that meet a row of pixels: crowded ones cost far more than lonely ones.
+    const double crowd = std::min(length / std::max(covered.height(), 1.0), covered.width());
+    const double edges = length * (20 + 12 * crowd);
+    double cost = elementCost * path.elementCount();
+    if (filled)
+        cost += edges + covered.width() * covered.height();
+    if (pen.style() != Qt::NoPen)
+        cost += pen.widthF() <= 1 ? thinCost * length : 2.5 * edges + length * pen.widthF();
+    return cost;
 }
 
 QPen WpgCanvas::penFor(const WpgStyle& style, double length) const
@@ -101,13 +120,7 @@ void WpgCanvas::drawPath(const QPainterPath& inches, const WpgStyle& style)
     path.setFillRule(inches.fillRule());
     const double length = lengthOf(path);
     const QPen pen = penFor(style, length);
-    const QRectF covered = path.boundingRect() & QRectF(QPointF(), QSizeF(m_size));
-    double cost = 4 * length + 64 * path.elementCount();
-    if (style.fill.style() != Qt::NoBrush)
-        cost += covered.width() * covered.height();
-    if (style.stroked)
-        cost += length * std::min(pen.widthF(), double(std::max(m_size.width(), m_size.height())));
-    if (!afford(cost))
+    if (!afford(costOf(path, length, pen, style.fill.style() != Qt::NoBrush)))
         return;
     m_painter.setPen(pen);
     m_painter.setBrush(style.fill);
@@ -137,9 +150,8 @@ void WpgCanvas::drawText(QPointF inches, const QString& text, QFont font, double
                          int alignment, double degrees)
 {
     constexpr qsizetype longestText = 4096;
-    constexpr double charCost = 20'000; // shaping and drawing a letter
     const QString shown = text.left(longestText);
-    if (stopped() || shown.trimmed().isEmpty() || !afford(charCost * double(shown.size())))
+    if (stopped() || shown.trimmed().isEmpty() || !afford(letterCost * double(shown.size())))
         return;
     font.setPixelSize(int(std::clamp(size * m_scaleY, 1.0, double(m_size.height()))));
     m_painter.save();

@@ -40,17 +40,21 @@ class WpgCanvas
                   int alignment = 0, double degrees = 0);
 
     /// True when nothing more is drawn: the asker has cancelled, or the shapes' cost is beyond all bounds.
-    bool stopped() const { return m_cancel || m_budget < 0; }
-    bool exhausted() const { return m_budget < 0; }
+    bool stopped() const { return m_cancel || m_budget < least; }
+    /// True when a shape was left out for its cost.
+    bool exhausted() const { return m_exhausted; }
     /// The asker's flag, for what is decoded on the way.
     const CancelFlag& cancel() const { return m_cancel; }
     /// How many things were drawn so far.
     int drawn() const { return m_drawn; }
-    /// Takes the cost of `pixels` from what is left; false when that is not enough.
+    /// Takes the cost of `pixels` from what is left; false, and nothing is taken, when that is not enough.
     bool afford(double pixels);
 
   private:
+    static constexpr double least = 1e5; ///< what the smallest shapes cost
+
     QPainterPath toPixels(const QPainterPath& inches) const;
+    double costOf(const QPainterPath& path, double length, const QPen& pen, bool filled) const;
     QPen penFor(const WpgStyle& style, double length) const;
 
     QSize m_size;
@@ -58,7 +62,8 @@ class WpgCanvas
     const CancelFlag& m_cancel;
     double m_scaleX;
     double m_scaleY;
-    double m_budget;
+    double m_budget; ///< what may still be spent, in pixels
+    bool m_exhausted = false;
     int m_drawn = 0;
 };
 
