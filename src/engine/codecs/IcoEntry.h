@@ -1,5 +1,5 @@
-// Decodes one entry of an icon file. Not through Qt's icon reader, which multiplies colours by their alpha and
-// so loses them where it is low, keeps no palette and stops at Qt's own limit of memory.
+// Decodes one entry of an icon file. Not through Qt's icon reader, which multiplies colours by their alpha
+// and so loses them where it is low, keeps no palette and stops at Qt's own limit of memory.
 #pragma once
 
 #include "engine/Codec.h"
