@@ -31,7 +31,7 @@ const Codec& losslessJpegCodec()
     return none;
 }
 
-const Codec& tgaCodec()
+const Codec& icoCodec()
 {
     return none;
 }

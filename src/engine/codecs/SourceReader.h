@@ -1,4 +1,4 @@
-// Reads a byte source one byte after the other through a small buffer.
+// Reads a byte source from front to back through a small buffer, byte by byte or in pieces.
 #pragma once
 
 #include "engine/ByteSource.h"
@@ -23,6 +23,19 @@ class SourceReader
         if (m_at == m_filled && !fill())
             return -1;
         return m_buffer[m_at++];
+    }
+
+    /// The next `count` bytes into `out`; how many there were.
+    qint64 read(uchar* out, qint64 count)
+    {
+        qint64 got = 0;
+        while (got < count && (m_at < m_filled || fill())) {
+            const qint64 step = std::min(count - got, qint64(m_filled - m_at));
+            std::copy_n(m_buffer.data() + m_at, step, out + got);
+            m_at += size_t(step);
+            got += step;
+        }
+        return got;
     }
 
   private:
