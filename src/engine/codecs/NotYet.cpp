@@ -36,11 +36,6 @@ const Codec& icoCodec()
     return none;
 }
 
-const Codec& softimageCodec()
-{
-    return none;
-}
-
 const Codec& wmfCodec()
 {
     return none;
