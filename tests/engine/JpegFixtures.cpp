@@ -48,7 +48,7 @@ qsizetype markerAt(const QByteArray& file, uchar code, qsizetype from)
 
 qsizetype frameAt(const QByteArray& file)
 {
-    for (const int code : {0xc0, 0xc1, 0xc2, 0xc9, 0xca}) {
+    for (const int code : {0xc0, 0xc1, 0xc2, 0xc3, 0xc9, 0xca}) {
         if (const qsizetype at = markerAt(file, uchar(code)); at >= 0)
             return at;
     }

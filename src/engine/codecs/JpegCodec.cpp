@@ -40,6 +40,9 @@ Result<std::unique_ptr<Decoder>> JpegCodec::open(std::shared_ptr<ByteSource> sou
     const Result<JpegFrame> frame = readJpegFrame(*source);
     if (!frame)
         return frame.error();
+    constexpr int lossless = 3;
+    if (frame->process == lossless)
+        return losslessJpegCodec().open(std::move(source));
     return std::unique_ptr<Decoder>(std::make_unique<JpegDecoder>(std::move(source), *frame));
 }
 

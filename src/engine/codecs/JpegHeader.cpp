@@ -105,7 +105,7 @@ Result<JpegFrame> readJpegFrame(const ByteSource& source)
             if (length < frameLength || components < 0)
                 return noFrame();
             return JpegFrame{code - 0xc0, window.at(offset + 2),
-                             QSize(window.wordAt(offset + 5), window.wordAt(offset + 3)), components};
+                             QSize(window.wordAt(offset + 5), window.wordAt(offset + 3)), components, offset};
         }
         offset += length;
     }

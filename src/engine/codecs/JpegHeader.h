@@ -14,6 +14,7 @@ struct JpegFrame
     int precision = 0;  ///< bits a sample
     QSize size;         ///< pixels; a height of 0 is told only after the first scan
     int components = 0; ///< samples a pixel
+    qint64 offset = 0;  ///< bytes from the start to the segment's length, behind the marker
 };
 
 /// The frame header of the JPEG in `source`. Damaged when there is none before the first scan. Format: ITU-T

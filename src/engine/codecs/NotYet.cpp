@@ -26,11 +26,6 @@ const NoCodec none;
 
 } // namespace
 
-const Codec& losslessJpegCodec()
-{
-    return none;
-}
-
 const Codec& icoCodec()
 {
     return none;
