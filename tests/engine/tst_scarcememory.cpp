@@ -34,7 +34,9 @@ void TestScarceMemory::saves_data()
     QTest::addColumn<QImage>("picture");
     const QSize size(600, 400);
     for (const Codec* codec : codecTable()) {
-        const QString extension = codec->extensions().first();
+        const QString extension = codec->extensions().value(0);
+        if (!codec->canEncode(extension))
+            continue;
         QTest::newRow(qPrintable(extension)) << extension << colorPicture(size);
         QTest::newRow(qPrintable(extension + QStringLiteral(", alpha"))) << extension << alphaPicture(size);
         QTest::newRow(qPrintable(extension + QStringLiteral(", grey"))) << extension << greyPicture(size);

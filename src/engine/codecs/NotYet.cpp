@@ -36,7 +36,7 @@ const Codec& wmfCodec()
     return none;
 }
 
-const Codec& pnmCodec()
+const Codec& wpgCodec()
 {
     return none;
 }
