@@ -41,16 +41,6 @@ const Codec& wpgCodec()
     return none;
 }
 
-const Codec& pcxCodec()
-{
-    return none;
-}
-
-const Codec& dcxCodec()
-{
-    return none;
-}
-
 const Codec& utahRleCodec()
 {
     return none;
