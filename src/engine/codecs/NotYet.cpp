@@ -41,11 +41,6 @@ const Codec& wpgCodec()
     return none;
 }
 
-const Codec& utahRleCodec()
-{
-    return none;
-}
-
 const Codec& pictCodec()
 {
     return none;
