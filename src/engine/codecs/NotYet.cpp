@@ -41,11 +41,6 @@ const Codec& wpgCodec()
     return none;
 }
 
-const Codec& pictCodec()
-{
-    return none;
-}
-
 const Codec& webpCodec()
 {
     return none;
