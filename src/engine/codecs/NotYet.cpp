@@ -41,11 +41,6 @@ const Codec& wpgCodec()
     return none;
 }
 
-const Codec& webpCodec()
-{
-    return none;
-}
-
 const Codec& avifCodec()
 {
     return none;

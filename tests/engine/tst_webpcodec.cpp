@@ -1,0 +1,333 @@
+#include "CodecChecks.h"
+#include "corpus/MapTools.h"
+#include "engine/codecs/Codecs.h"
+#include "engine/Limits.h"
+#include "HostileBytes.h"
+
+#include <QtEndian>
+#include <QtTest>
+
+using namespace quorvia::engine;
+using namespace quorvia::test;
+
+namespace {
+
+QByteArray cwebp(const char* options, const QByteArray& map, const char* extension = "ppm")
+{
+    return converted((QByteArray("cwebp -quiet ") + options + " @in -o @out").constData(), map, extension,
+                     "webp");
+}
+
+/// A profile that only its header makes one.
+QByteArray profileOf(const char* space)
+{
+    QByteArray profile(200, 'p');
+    return profile.replace(16, 4, space);
+}
+
+QByteArray extended(int flags, QSize size)
+{
+    QByteArray chunk = "VP8X" + QByteArray::fromHex("0a000000") + char(flags) + QByteArray(3, '\0');
+    for (const int side : {size.width() - 1, size.height() - 1}) {
+        for (int shift = 0; shift < 24; shift += 8)
+            chunk += char(side >> shift & 255);
+    }
+    QByteArray file = "RIFF" + QByteArray(4, '\0') + "WEBP" + chunk;
+    qToLittleEndian<quint32>(quint32(file.size() - 8), file.data() + 4);
+    return file;
+}
+
+} // namespace
+
+class TestWebpCodec : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void sniffs();
+    void readsWhatOthersWrite_data();
+    void readsWhatOthersWrite();
+    void tellsTheDepth_data();
+    void tellsTheDepth();
+    void readsOnlyTheBeginningToOpen();
+    void coversTheBox_data();
+    void coversTheBox();
+    void readsTheProfile();
+    void refuses_data();
+    void refuses();
+    void showsWhatACutFileHolds_data();
+    void showsWhatACutFileHolds();
+    void writesWhatOthersRead_data();
+    void writesWhatOthersRead();
+    void keepsColorsUnderFullTransparency();
+    void writesTheProfile();
+    void refusesToWrite();
+    void stopsWhenCancelled();
+    void survivesBrokenFiles();
+
+  private:
+    const Codec& m_codec = webpCodec();
+    std::vector<Fixture> m_corpus;
+};
+
+void TestWebpCodec::initTestCase()
+{
+    m_corpus = webpCorpus();
+    QVERIFY(m_corpus.size() >= 10);
+}
+
+void TestWebpCodec::sniffs()
+{
+    QVERIFY(m_codec.sniff(m_corpus[0].file.left(1024), QString()));
+    QVERIFY(m_codec.sniff("RIFF....WEBP", QStringLiteral("jpg")));
+    QVERIFY(!m_codec.sniff("RIFF....WAVE", QStringLiteral("webp")));
+    QVERIFY(!m_codec.sniff("RIFX....WEBP", QStringLiteral("webp")));
+    QVERIFY(!m_codec.sniff("RIFF....WEB", QStringLiteral("webp")));
+}
+
+void TestWebpCodec::readsWhatOthersWrite_data()
+{
+    QTest::addColumn<int>("index");
+    for (size_t i = 0; i < m_corpus.size(); ++i)
+        QTest::newRow(qPrintable(m_corpus[i].name)) << int(i);
+}
+
+void TestWebpCodec::readsWhatOthersWrite()
+{
+    QFETCH(int, index);
+    QCOMPARE(fixtureFault(m_codec, m_corpus[size_t(index)]), QString());
+}
+
+void TestWebpCodec::tellsTheDepth_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("bits");
+    const QByteArray clear = samplePng({9, 5}, true);
+    QTest::newRow("lossy") << cwebp("-q 50", sampleMap({9, 5})) << 24;
+    QTest::newRow("lossless") << cwebp("-lossless", sampleMap({9, 5})) << 24;
+    QTest::newRow("lossy with alpha") << cwebp("-q 50", clear, "png") << 32;
+    QTest::newRow("lossless with alpha") << cwebp("-lossless", clear, "png") << 32;
+}
+
+void TestWebpCodec::tellsTheDepth()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(int, bits);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture);
+    QCOMPARE(picture->bitsPerPixel, bits);
+    QCOMPARE(picture->image.format(), bits == 32 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    QCOMPARE(picture->image.size(), QSize(9, 5));
+}
+
+void TestWebpCodec::readsOnlyTheBeginningToOpen()
+{
+    const auto source = std::make_shared<WatchedSource>(cwebp("-q 90", sampleMap({300, 200})));
+    const auto decoder = m_codec.open(source);
+    QVERIFY(decoder);
+    QCOMPARE((*decoder)->header(1)->size, QSize(300, 200));
+    QVERIFY(source->reached() < 64);
+}
+
+void TestWebpCodec::coversTheBox_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QSize>("box");
+    QTest::addColumn<QSize>("size");
+    const QByteArray lossy = cwebp("-q 90", sampleMap({400, 300}));
+    QTest::newRow("every pixel") << lossy << QSize() << QSize(400, 300);
+    QTest::newRow("a smaller box") << lossy << QSize(100, 100) << QSize(100, 75);
+    QTest::newRow("a larger box") << lossy << QSize(1000, 1000) << QSize(400, 300);
+    QTest::newRow("lossless") << cwebp("-lossless", sampleMap({400, 300})) << QSize(100, 100)
+                              << QSize(100, 75);
+    QTest::newRow("alpha") << cwebp("-q 90", samplePng({400, 300}, true), "png") << QSize(100, 100)
+                           << QSize(100, 75);
+}
+
+void TestWebpCodec::coversTheBox()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QSize, box);
+    const auto picture = decodeBytes(m_codec, file, box);
+    QVERIFY(picture && picture->complete);
+    QTEST(picture->image.size(), "size");
+    QCOMPARE(picture->fullSize, QSize(400, 300));
+    const auto full = decoded(m_codec, file);
+    QVERIFY(full);
+    const QImage small = full->image.convertToFormat(QImage::Format_RGB32)
+                             .scaled(picture->image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (!picture->image.hasAlphaChannel())
+        QVERIFY(psnr(rgbaOf(picture->image), rgbaOf(small)) > 30);
+}
+
+void TestWebpCodec::readsTheProfile()
+{
+    const ScratchFiles files;
+    const QString picture = files.write(QStringLiteral("in.webp"), cwebp("-lossless", sampleMap({20, 10})));
+    for (const char* space : {"RGB ", "GRAY"}) {
+        const QString profile = files.write(QStringLiteral("profile.icc"), profileOf(space));
+        runTool(QStringLiteral("webpmux"), {QStringLiteral("-set"), QStringLiteral("icc"), profile, picture,
+                                            QStringLiteral("-o"), files.path(QStringLiteral("out.webp"))});
+        const auto read = decoded(m_codec, files.read(QStringLiteral("out.webp")));
+        QVERIFY(read && read->complete);
+        QCOMPARE(read->profile, QByteArray(space) == "RGB " ? profileOf(space) : QByteArray());
+        QCOMPARE(firstDifference(rgbaOf(read->image), fromPnm(sampleMap({20, 10}))), QString());
+    }
+}
+
+void TestWebpCodec::refuses_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("kind");
+    const QByteArray good = cwebp("-lossless", sampleMap({20, 10}));
+    QTest::newRow("mark only") << good.left(12) << int(ErrorKind::Damaged);
+    QTest::newRow("no size") << good.left(24) << int(ErrorKind::Damaged);
+    QTest::newRow("no pixel") << good.left(31) << int(ErrorKind::Damaged);
+    QTest::newRow("another first chunk")
+        << "RIFF" + QByteArray(4, 'x') + "WEBPVP9 " + QByteArray(40, 'x') << int(ErrorKind::Unsupported);
+    QByteArray unmarked = good;
+    unmarked[20] = 'x';
+    QTest::newRow("lossless without its mark") << unmarked << int(ErrorKind::Damaged);
+    QTest::newRow("too wide") << extended(0, {70000, 3}) << int(ErrorKind::TooLarge);
+    QTest::newRow("animation without a frame") << extended(2, {30, 30}) << int(ErrorKind::Damaged);
+    QTest::newRow("extended without a picture") << extended(0, {30, 30}) << int(ErrorKind::Damaged);
+}
+
+void TestWebpCodec::refuses()
+{
+    QFETCH(QByteArray, file);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(!picture);
+    QTEST(int(picture.error().kind), "kind");
+    QVERIFY(!picture.error().text.isEmpty());
+}
+
+void TestWebpCodec::showsWhatACutFileHolds_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("lossless") << cwebp("-lossless", sampleMap({60, 50}));
+    QTest::newRow("lossless, alpha") << cwebp("-lossless", samplePng({60, 50}, true), "png");
+    QTest::newRow("lossy") << cwebp("-q 90", sampleMap({100, 160}));
+    QTest::newRow("animation") << m_corpus.back().file;
+}
+
+void TestWebpCodec::showsWhatACutFileHolds()
+{
+    QFETCH(QByteArray, file);
+    // The filter of a lossy picture still changes the last rows that a cut file shows, so rows are not
+    // counted.
+    QCOMPARE(cutFault(m_codec, {QStringLiteral("file"), file, {}}, false), QString());
+    const auto part = decoded(m_codec, file.left(file.size() * 3 / 4));
+    QVERIFY(part);
+    const auto whole = decoded(m_codec, file);
+    QVERIFY(whole && whole->complete);
+    QCOMPARE(part->image.size(), whole->image.size());
+    if (file != m_corpus.back().file) { // the first frame of the animation is whole by then
+        QVERIFY(!part->complete);
+        const int sure = whole->image.height() / 4;
+        QCOMPARE(rgbaOf(part->image.copy(0, 0, whole->image.width(), sure)).pixels,
+                 rgbaOf(whole->image.copy(0, 0, whole->image.width(), sure)).pixels);
+    }
+}
+
+void TestWebpCodec::writesWhatOthersRead_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("format");
+    for (const QSize size : {QSize(1, 1), QSize(13, 7), QSize(1, 2000), QSize(70, 150)}) {
+        for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format)
+            QTest::newRow(qPrintable(
+                QStringLiteral("%1 x %2, format %3").arg(size.width()).arg(size.height()).arg(format)))
+                << size << format;
+    }
+}
+
+void TestWebpCodec::writesWhatOthersRead()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, format);
+    const QImage image = imageOf(samplePicture(size)).convertToFormat(QImage::Format(format));
+    const Rgba expected =
+        rgbaOf(image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32));
+    const auto bytes = m_codec.encode(image, QStringLiteral("webp"), {});
+    QVERIFY2(bytes, bytes ? "" : qPrintable(bytes.error().text));
+    const ScratchFiles files;
+    const QString path = files.write(QStringLiteral("x.webp"), *bytes);
+    const QByteArray pam =
+        runTool(QStringLiteral("dwebp"), words("-quiet -pam -o -") + QStringList{QStringLiteral("--"), path});
+    QCOMPARE(firstDifference(fromPnm(pam), expected), QString());
+    const auto own = decoded(m_codec, *bytes);
+    QVERIFY(own && own->complete);
+    QCOMPARE(firstDifference(rgbaOf(own->image), expected), QString());
+}
+
+void TestWebpCodec::keepsColorsUnderFullTransparency()
+{
+    QImage image(4, 1, QImage::Format_ARGB32);
+    for (int x = 0; x < 4; ++x)
+        image.setPixel(x, 0, qRgba(10 * x, 200, 30, x == 1 ? 0 : 255));
+    const auto bytes = m_codec.encode(image, QStringLiteral("webp"), {});
+    QVERIFY(bytes);
+    const auto own = decoded(m_codec, *bytes);
+    QVERIFY(own);
+    QCOMPARE(own->image.pixel(1, 0), qRgba(10, 200, 30, 0));
+    QCOMPARE(image.pixel(1, 0), qRgba(10, 200, 30, 0));
+}
+
+void TestWebpCodec::writesTheProfile()
+{
+    QVERIFY(m_codec.keepsProfile(QStringLiteral("webp")));
+    QVERIFY(!m_codec.keepsProfile(QStringLiteral("png")));
+    const QImage image = imageOf(samplePicture({20, 10}));
+    EncodeOptions options;
+    options.profile = profileOf("RGB ");
+    const auto bytes = m_codec.encode(image, QStringLiteral("webp"), options);
+    QVERIFY(bytes);
+    const ScratchFiles files;
+    const QString path = files.write(QStringLiteral("x.webp"), *bytes);
+    runTool(QStringLiteral("webpmux"), {QStringLiteral("-get"), QStringLiteral("icc"), path,
+                                        QStringLiteral("-o"), files.path(QStringLiteral("x.icc"))});
+    QCOMPARE(files.read(QStringLiteral("x.icc")), options.profile);
+    const auto own = decoded(m_codec, *bytes);
+    QVERIFY(own && own->complete);
+    QCOMPARE(own->profile, options.profile);
+    QCOMPARE(firstDifference(rgbaOf(own->image), samplePicture({20, 10})), QString());
+    options.profile = profileOf("GRAY");
+    const auto without = m_codec.encode(image, QStringLiteral("webp"), options);
+    QVERIFY(without);
+    QVERIFY(!without->contains("ICCP"));
+}
+
+void TestWebpCodec::refusesToWrite()
+{
+    QVERIFY(m_codec.canEncode(QStringLiteral("webp")));
+    QVERIFY(!m_codec.canEncode(QStringLiteral("png")));
+    for (const QImage& image :
+         {QImage(), QImage(16384, 1, QImage::Format_Mono), QImage(1, 16384, QImage::Format_Mono)}) {
+        const auto bytes = m_codec.encode(image, QStringLiteral("webp"), {});
+        QVERIFY(!bytes);
+        QCOMPARE(bytes.error().kind, ErrorKind::Unsupported);
+    }
+}
+
+void TestWebpCodec::stopsWhenCancelled()
+{
+    const QByteArray file = cwebp("-q 95", sampleMap({1500, 1500}));
+    CancelFlag cancel = true;
+    const auto decoder = m_codec.open(ByteSource::fromBytes(file));
+    QVERIFY(decoder);
+    const auto result = (*decoder)->decode(1, QSize(), cancel);
+    QVERIFY(!result);
+    QCOMPARE(result.error().kind, ErrorKind::Cancelled);
+    cancel = false;
+    QVERIFY((*decoder)->decode(1, QSize(), cancel));
+}
+
+void TestWebpCodec::survivesBrokenFiles()
+{
+    QCOMPARE(mutantFault(m_codec, m_corpus, 400), QString());
+}
+
+QTEST_GUILESS_MAIN(TestWebpCodec)
+#include "tst_webpcodec.moc"
