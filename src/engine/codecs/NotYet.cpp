@@ -41,14 +41,4 @@ const Codec& wpgCodec()
     return none;
 }
 
-const Codec& avifCodec()
-{
-    return none;
-}
-
-const Codec& jpegXlCodec()
-{
-    return none;
-}
-
 } // namespace quorvia::engine
