@@ -31,7 +31,12 @@ const Codec& icoCodec()
     return none;
 }
 
-const Codec& wmfCodec()
+const Codec& tgaCodec()
+{
+    return none;
+}
+
+const Codec& softimageCodec()
 {
     return none;
 }

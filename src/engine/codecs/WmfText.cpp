@@ -1,0 +1,435 @@
+#include "engine/codecs/WmfText.h"
+
+#include "engine/codecs/WmfCharset.h"
+#include "engine/Toolkit.h"
+
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QTransform>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace quorvia::engine {
+
+namespace {
+
+/// One text as a record asks for it.
+struct Request
+{
+    QByteArray text;
+    QPoint at; ///< units
+    int options = 0;
+    std::optional<QRectF> box; ///< pixels; for Opaque and Clipped
+    QList<int> steps;          ///< units from letter to letter, one a byte; may be empty
+    QList<int> drops;          ///< the same downwards, with PairedSteps
+};
+
+constexpr int opaqueOption = 0x2;
+constexpr int clippedOption = 0x4;
+constexpr int glyphOption = 0x10;
+constexpr int rightToLeftOption = 0x80;
+constexpr int pairedStepsOption = 0x2000;
+
+constexpr int updatePosition = 0x1; // of the text alignment
+constexpr int horizontalMask = 0x6;
+constexpr int rightAligned = 0x2;
+constexpr int centered = 0x6;
+constexpr int verticalMask = 0x18;
+constexpr int bottomAligned = 0x8;
+constexpr int baselineAligned = 0x18;
+constexpr int rightToLeftAlign = 0x100;
+
+Request textOutOf(const WmfParams& params)
+{
+    const qsizetype count = params.unsignedWord(0);
+    const qsizetype behind = 1 + (count + 1) / 2;
+    Request request;
+    request.text = params.bytes(2, count);
+    request.at = params.pointYX(behind);
+    return request;
+}
+
+Request extTextOutOf(const WmfContext& context, const WmfParams& params)
+{
+    Request request;
+    request.at = params.pointYX(0);
+    const qsizetype count = params.unsignedWord(2);
+    request.options = params.unsignedWord(3);
+    qsizetype at = 4;
+    if ((request.options & (opaqueOption | clippedOption)) != 0) {
+        request.box = pixelBox(context.state.mapping, params.point(at), params.point(at + 2));
+        at += 4;
+    }
+    request.text = params.bytes(2 * at, count);
+    at += (count + 1) / 2;
+    const bool paired = (request.options & pairedStepsOption) != 0;
+    const qsizetype words = request.text.size() * (paired ? 2 : 1);
+    if (words == 0 || params.words() - at < words)
+        return request;
+    for (qsizetype i = 0; i < words; i += paired ? 2 : 1) {
+        request.steps.append(params.word(at + i));
+        if (paired)
+            request.drops.append(params.word(at + i + 1));
+    }
+    return request;
+}
+
+/// A font that is there, and how it is stretched to the measures that are asked for.
+struct Face
+{
+    QFont font;
+    double across = 1; ///< factor from the font's own measures to pixels
+    double down = 1;
+    double ascent = 0; ///< pixels above and below the baseline that a line takes up
+    double descent = 0;
+};
+
+/// The part of the em above and below the baseline in the usual faces; stands in for that of a face that is
+/// not there, since the one in its place may be made for wider lines.
+constexpr double usualAscent = 0.9;
+constexpr double usualDescent = 0.215;
+
+QString faceName(const WmfFont& font)
+{
+    QString name;
+    for (const WmfLetter& letter : wmfLetters(font.face, font.charset))
+        name += letter.text;
+    return name.startsWith(QLatin1Char('@')) ? name.mid(1) : name;
+}
+
+QStringList familiesOf(const WmfFont& font, const QString& name)
+{
+    switch (wmfSignsOf(name)) {
+    case WmfSigns::Symbol:
+        return {QStringLiteral("Liberation Serif"), QStringLiteral("Nimbus Roman"),
+                QStringLiteral("DejaVu Serif"), QStringLiteral("DejaVu Sans")};
+    case WmfSigns::Wingdings:
+    case WmfSigns::Dingbats:
+        return {QStringLiteral("DejaVu Sans"), QStringLiteral("D050000L")};
+    case WmfSigns::None:
+        break;
+    }
+    return wmfFamilies(name, font.pitchAndFamily);
+}
+
+/// The height that the font is asked for, in pixels. None given: a line of 16 pixels at the usual size.
+double askedHeight(const WmfState& state)
+{
+    constexpr double usual = 16;
+    constexpr double greatest = 8000;
+    const double units = state.font.height != 0 ? std::abs(state.font.height) : usual;
+    return std::clamp(std::abs(state.mapping.mapVector(QPointF(0, units)).y()), 0.5, greatest);
+}
+
+Face faceOf(const WmfState& state)
+{
+    const WmfFont& wanted = state.font;
+    const double height = askedHeight(state);
+    constexpr double largestLaidOut = 200; // pixels; above it the painter enlarges outlines
+    const int pixels = int(std::clamp(std::round(height), 4.0, largestLaidOut));
+
+    Face face;
+    const QString name = faceName(wanted);
+    face.font.setFamilies(familiesOf(wanted, name));
+    face.font.setPixelSize(pixels);
+    face.font.setHintingPreference(QFont::PreferNoHinting);
+    constexpr int boldFrom = 600;
+    face.font.setBold(wanted.weight >= boldFrom);
+    face.font.setItalic(wanted.italic);
+    const QFontMetricsF metrics(face.font);
+    const bool isThere = QFontInfo(face.font).family().compare(name, Qt::CaseInsensitive) == 0;
+    const double ascent = isThere ? metrics.ascent() : usualAscent * pixels;
+    const double descent = isThere ? metrics.descent() : usualDescent * pixels;
+    face.down = height / std::max(wanted.height > 0 ? ascent + descent : pixels, 1.0);
+    face.across = face.down;
+    face.ascent = ascent * face.down;
+    face.descent = descent * face.down;
+    const double mean = metrics.averageCharWidth();
+    if (wanted.width != 0 && mean > 0) {
+        const double width = std::abs(state.mapping.mapVector(QPointF(wanted.width, 0)).x());
+        face.across = std::clamp(width / mean, face.down / 8, face.down * 8);
+    }
+    return face;
+}
+
+QList<WmfLetter> lettersOf(const WmfFont& font, const QByteArray& text)
+{
+    const WmfSigns signs = wmfSignsOf(faceName(font));
+    return signs == WmfSigns::None ? wmfLetters(text, font.charset) : wmfSignLetters(text, signs);
+}
+
+bool runsFromTheRight(const QString& text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar letter) {
+        return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+    });
+}
+
+/// A text on its baseline, in pixels from its beginning.
+struct Line
+{
+    struct Piece
+    {
+        QString text;
+        QPointF at;
+        double across = 1; ///< further stretching, for a text that is drawn as a whole
+    };
+    QList<Piece> pieces;
+    double width = 0;
+};
+
+/// Distances in pixels that the records give in units.
+double across(const WmfState& state, double units)
+{
+    return std::copysign(state.mapping.mapVector(QPointF(units, 0)).x(), units);
+}
+
+/// The letters at the places that the record gives.
+Line steppedLine(const WmfState& state, const Request& request, const QList<WmfLetter>& letters)
+{
+    Line line;
+    QPointF at;
+    qsizetype byte = 0;
+    for (const WmfLetter& letter : letters) {
+        line.pieces.append({letter.text, at, 1});
+        for (int i = 0; i < letter.bytes && byte < request.steps.size(); ++i, ++byte) {
+            at.rx() += across(state, request.steps[byte]);
+            if (!request.drops.isEmpty())
+                at.ry() += state.mapping.mapVector(QPointF(0, request.drops[byte])).y();
+        }
+    }
+    line.width = at.x();
+    return line;
+}
+
+/// The letters one behind the other, with extra room as the context asks for it.
+Line spacedLine(const WmfState& state, const Face& face, const QList<WmfLetter>& letters)
+{
+    const QFontMetricsF metrics(face.font);
+    const double extra = across(state, state.charExtra);
+    const double blank =
+        state.breakCount > 0 ? across(state, double(state.breakExtra) / state.breakCount) : 0;
+    Line line;
+    for (const WmfLetter& letter : letters) {
+        line.pieces.append({letter.text, {line.width, 0}, 1});
+        line.width += metrics.horizontalAdvance(letter.text) * face.across + extra;
+        if (letter.text == QLatin1String(" "))
+            line.width += blank;
+    }
+    return line;
+}
+
+/// The text as a whole, so that its letters join and run as its script has it; stretched to `width` pixels
+/// when that is above 0.
+Line wholeLine(const Face& face, const QString& text, double width)
+{
+    const double own = QFontMetricsF(face.font).horizontalAdvance(text) * face.across;
+    const double stretch = width > 0 && own > 0 ? std::clamp(width / own, 0.5, 2.0) : 1;
+    return {{{text, {}, stretch}}, own * stretch};
+}
+
+Line lineOf(const WmfState& state, const Request& request, const Face& face)
+{
+    const QList<WmfLetter> letters = lettersOf(state.font, request.text);
+    QString text;
+    for (const WmfLetter& letter : letters)
+        text += letter.text;
+    const bool stepped = !request.steps.isEmpty();
+    if (runsFromTheRight(text))
+        return wholeLine(face, text, stepped ? steppedLine(state, request, letters).width : 0);
+    if (stepped)
+        return steppedLine(state, request, letters);
+    if (state.charExtra != 0 || (state.breakExtra != 0 && state.breakCount > 0))
+        return spacedLine(state, face, letters);
+    return wholeLine(face, text, 0);
+}
+
+/// Where a text begins on its baseline relative to its reference point, before it is turned.
+QPointF alignment(int align, double width, double ascent, double descent)
+{
+    QPointF shift(0, ascent);
+    if ((align & horizontalMask) == centered)
+        shift.setX(-width / 2);
+    else if ((align & horizontalMask) == rightAligned)
+        shift.setX(-width);
+    if ((align & verticalMask) == baselineAligned)
+        shift.setY(0);
+    else if ((align & verticalMask) == bottomAligned)
+        shift.setY(-descent);
+    return shift;
+}
+
+void drawBar(QPainter& painter, double middle, double thickness, double width, QColor color)
+{
+    painter.fillRect(QRectF(0, middle - thickness / 2, width, thickness), color);
+}
+
+void drawLine(QPainter& painter, const WmfState& state, const Face& face, const Line& line, bool fromRight)
+{
+    const QColor color(state.rgb(state.textColor));
+    painter.setPen(color);
+    painter.setFont(face.font);
+    painter.setLayoutDirection(fromRight ? Qt::RightToLeft : Qt::LeftToRight);
+    const QTransform base = painter.transform();
+    for (const Line::Piece& piece : line.pieces) {
+        painter.translate(piece.at);
+        painter.scale(face.across * piece.across, face.down);
+        painter.drawText(QPointF(), piece.text);
+        painter.setTransform(base);
+    }
+    const QFontMetricsF metrics(face.font);
+    const double thickness = std::max(metrics.lineWidth() * face.down, 1.0);
+    if (state.font.underline)
+        drawBar(painter, metrics.underlinePos() * face.down, thickness, line.width, color);
+    if (state.font.strikeOut)
+        drawBar(painter, -metrics.strikeOutPos() * face.down, thickness, line.width, color);
+}
+
+/// What a text of the request's length takes up about, where no font can be asked.
+QRectF roughBox(const WmfState& state, const Request& request)
+{
+    constexpr double meanLetter = 0.55; // of the height
+    const double height = askedHeight(state);
+    double width = (meanLetter * height + across(state, state.charExtra)) * double(request.text.size());
+    if (!request.steps.isEmpty()) {
+        width = 0;
+        for (const int step : request.steps)
+            width += across(state, step);
+    }
+    const QRectF line(0, -usualAscent * height, width, height);
+    const QPointF at = state.mapping.map(request.at);
+    return QTransform::fromTranslate(at.x(), at.y())
+        .rotate(-state.font.escapement / 10.0)
+        .mapRect(
+            line.translated(alignment(state.textAlign, width, usualAscent * height, usualDescent * height)));
+}
+
+void movePosition(WmfState& state, double width)
+{
+    if ((state.textAlign & updatePosition) == 0 || (state.textAlign & horizontalMask) == centered)
+        return;
+    const double sign = (state.textAlign & horizontalMask) == rightAligned ? -1 : 1;
+    const double angle = state.font.escapement * 3.14159265358979 / 1800;
+    const QPointF moved =
+        state.mapping.map(state.position) + QPointF(std::cos(angle), -std::sin(angle)) * width * sign;
+    const QPointF units = state.mapping.unmap(moved);
+    constexpr double farthest = 1e6;
+    state.position = QPoint(int(std::clamp(std::round(units.x()), -farthest, farthest)),
+                            int(std::clamp(std::round(units.y()), -farthest, farthest)));
+}
+
+void paintText(WmfContext& context, const Request& request)
+{
+    const WmfState& state = context.state;
+    const Face face = faceOf(state);
+    const Line line = lineOf(state, request, face);
+    constexpr double workPerLetter = 5000;
+    const double area = askedHeight(state) * askedHeight(state) * double(request.text.size());
+    const QRect reach = context.canvas.reach();
+    const double shown = double(reach.width()) * reach.height();
+    if (!context.canvas.spend(workPerLetter * double(request.text.size()) + 2 * std::min(area, 4 * shown)))
+        return;
+
+    QPainter& painter = context.canvas.painter();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if ((request.options & clippedOption) != 0)
+        painter.setClipRect(*request.box, Qt::IntersectClip);
+    painter.translate(state.mapping.map(request.at));
+    painter.rotate(-state.font.escapement / 10.0);
+    painter.translate(alignment(state.textAlign, line.width, face.ascent, face.descent));
+    if (state.opaque)
+        painter.fillRect(QRectF(0, -face.ascent, line.width, face.ascent + face.descent),
+                         QColor(state.rgb(state.bkColor)));
+    const bool fromRight =
+        (request.options & rightToLeftOption) != 0 || (state.textAlign & rightToLeftAlign) != 0;
+    drawLine(painter, state, face, line, fromRight);
+    painter.restore();
+    movePosition(context.state, line.width);
+}
+
+void drawText(WmfContext& context, Request request)
+{
+    WmfState& state = context.state;
+    if ((state.textAlign & updatePosition) != 0)
+        request.at = state.position;
+    if ((request.options & opaqueOption) != 0)
+        context.canvas.fill({QPolygonF{request.box->topLeft(), request.box->topRight(),
+                                       request.box->bottomRight(), request.box->bottomLeft()}},
+                            {QColor(state.rgb(state.bkColor))});
+    // Numbers of glyphs mean nothing outside of the font that they were taken from.
+    if (request.text.isEmpty() || (request.options & glyphOption) != 0)
+        return;
+    const QRectF rough = roughBox(state, request);
+    context.canvas.note(rough.normalized());
+    if (context.canvas.isMeasuring()) {
+        movePosition(state, rough.width());
+        return;
+    }
+    if (waitForToolkit(context.cancel))
+        paintText(context, request);
+    else
+        context.complete = false;
+}
+
+} // namespace
+
+QStringList wmfFamilies(const QString& face, int pitchAndFamily)
+{
+    struct Group
+    {
+        QStringList marks; ///< parts of names, lower case
+        QStringList families;
+    };
+    static const QStringList serif = {QStringLiteral("Liberation Serif"), QStringLiteral("Nimbus Roman"),
+                                      QStringLiteral("DejaVu Serif")};
+    static const QStringList mono = {QStringLiteral("Liberation Mono"), QStringLiteral("Nimbus Mono PS"),
+                                     QStringLiteral("DejaVu Sans Mono")};
+    static const QStringList sans = {QStringLiteral("Liberation Sans"), QStringLiteral("Nimbus Sans"),
+                                     QStringLiteral("DejaVu Sans")};
+    static const std::array<Group, 3> groups = {
+        Group{{QStringLiteral("courier"), QStringLiteral("mono"), QStringLiteral("consol"),
+               QStringLiteral("fixedsys"), QStringLiteral("terminal"), QStringLiteral("typewriter")},
+              mono},
+        Group{{QStringLiteral("sans"), QStringLiteral("arial"), QStringLiteral("helv"),
+               QStringLiteral("gothic"), QStringLiteral("system")},
+              sans},
+        Group{{QStringLiteral("times"), QStringLiteral("roman"), QStringLiteral("serif"),
+               QStringLiteral("tms rmn"), QStringLiteral("garamond"), QStringLiteral("bookman"),
+               QStringLiteral("georgia"), QStringLiteral("palatino"), QStringLiteral("schoolbook"),
+               QStringLiteral("cambria"), QStringLiteral("antiqua"), QStringLiteral("book")},
+              serif}};
+    const QStringList own = face.isEmpty() ? QStringList() : QStringList(face);
+    const QString name = face.toLower();
+    for (const Group& group : groups) {
+        for (const QString& mark : group.marks) {
+            if (name.contains(mark))
+                return own + group.families;
+        }
+    }
+    constexpr int fixedPitch = 1;
+    constexpr int romanFamily = 0x10;
+    constexpr int modernFamily = 0x30;
+    const int family = pitchAndFamily & 0xF0;
+    if (family == modernFamily || (pitchAndFamily & 3) == fixedPitch)
+        return own + mono;
+    return own + (family == romanFamily ? serif : sans);
+}
+
+bool playText(WmfContext& context, const WmfRecord& record, const WmfParams& params)
+{
+    switch (record.function) {
+    case WmfFunction::TextOut:
+        drawText(context, textOutOf(params));
+        return true;
+    case WmfFunction::ExtTextOut:
+        drawText(context, extTextOutOf(context, params));
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace quorvia::engine

@@ -1,0 +1,904 @@
+#include "CodecFixtures.h"
+#include "corpus/Corpus.h"
+#include "corpus/WmfMaker.h"
+#include "engine/codecs/Codecs.h"
+#include "engine/codecs/WmfCharset.h"
+#include "engine/codecs/WmfGeometry.h"
+#include "engine/codecs/WmfHeader.h"
+#include "engine/codecs/WmfPixels.h"
+#include "engine/codecs/WmfText.h"
+#include "HostileBytes.h"
+#include "IndependentReader.h"
+#include "Mutator.h"
+
+#include <QDir>
+#include <QFile>
+#include <QtTest>
+
+#include <functional>
+
+using namespace quorvia::engine;
+using namespace quorvia::test;
+
+namespace {
+
+constexpr QRgb red = qRgb(255, 0, 0);
+constexpr QRgb blue = qRgb(0, 0, 255);
+constexpr QRgb black = qRgb(0, 0, 0);
+constexpr QRgb white = qRgb(255, 255, 255);
+constexpr double pi = 3.14159265358979;
+
+/// The place of one pixel and what must be there.
+struct Probe
+{
+    int x = 0;
+    int y = 0;
+    QRgb color = 0;
+};
+using Probes = QList<Probe>;
+
+QString wrongProbe(const QImage& image, const Probes& probes)
+{
+    for (const Probe& probe : probes) {
+        if (!image.valid(probe.x, probe.y) || image.pixel(probe.x, probe.y) != probe.color)
+            return QStringLiteral("%1, %2 is %3")
+                .arg(probe.x)
+                .arg(probe.y)
+                .arg(image.pixel(probe.x, probe.y), 8, 16, QLatin1Char('0'));
+    }
+    return {};
+}
+
+/// The smallest box around all pixels of `image` that are not white.
+QRect inkOf(const QImage& image)
+{
+    QRect ink;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) != white)
+                ink |= QRect(x, y, 1, 1);
+        }
+    }
+    return ink;
+}
+
+WmfMaker big()
+{
+    return WmfMaker::pixels(QSize(100, 100));
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(quorvia::test::WmfMaker)
+
+class TestWmfCodec : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase();
+    void sniffs_data();
+    void sniffs();
+    void drawsTheCorpus_data();
+    void drawsTheCorpus();
+    void sizes_data();
+    void sizes();
+    void draws_data();
+    void draws();
+    void textLiesWhereItShould_data();
+    void textLiesWhereItShould();
+    void updatesThePosition();
+    void maps_data();
+    void maps();
+    void sweepsAgainstTheClock_data();
+    void sweepsAgainstTheClock();
+    void clipsFigures();
+    void clipsLines();
+    void combinesBits_data();
+    void combinesBits();
+    void readsCharsets_data();
+    void readsCharsets();
+    void readsSigns_data();
+    void readsSigns();
+    void findsFamilies_data();
+    void findsFamilies();
+    void refuses_data();
+    void refuses();
+    void showsWhatACutFileHolds();
+    void showsTheRowsOfACutBitmap();
+    void boundsTheWork_data();
+    void boundsTheWork();
+    void writesWhatOthersRead_data();
+    void writesWhatOthersRead();
+    void keepsDepthAndPalette_data();
+    void keepsDepthAndPalette();
+    void laysAlphaOverWhite();
+    void refusesToWrite();
+    void stopsWhenCancelled();
+    void survivesBrokenFiles();
+    void readsRealSamples();
+
+  private:
+    const Codec& m_codec = wmfCodec();
+    std::vector<Fixture> m_corpus;
+};
+
+void TestWmfCodec::initTestCase()
+{
+    m_corpus = wmfCorpus();
+    QVERIFY(m_corpus.size() >= 10);
+}
+
+void TestWmfCodec::sniffs_data()
+{
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<bool>("is");
+    QTest::newRow("placeable") << QByteArray::fromHex("d7cdc69a0000") << true;
+    QTest::newRow("plain") << QByteArray::fromHex("010009000003") << true;
+    QTest::newRow("plain, on disk, old") << QByteArray::fromHex("020009000001") << true;
+    QTest::newRow("other header size") << QByteArray::fromHex("01000a000003") << false;
+    QTest::newRow("other version") << QByteArray::fromHex("010009000002") << false;
+    QTest::newRow("enhanced") << QByteArray::fromHex("010000006c000000") << false;
+    QTest::newRow("cut") << QByteArray::fromHex("0100090000") << false;
+    QTest::newRow("nothing") << QByteArray() << false;
+}
+
+void TestWmfCodec::sniffs()
+{
+    QFETCH(QByteArray, head);
+    QFETCH(bool, is);
+    QCOMPARE(m_codec.sniff(head, QStringLiteral("wmf")), is);
+    QCOMPARE(m_codec.sniff(head, QString()), is);
+}
+
+void TestWmfCodec::drawsTheCorpus_data()
+{
+    QTest::addColumn<int>("index");
+    for (size_t i = 0; i < m_corpus.size(); ++i)
+        QTest::newRow(qPrintable(m_corpus[i].name)) << int(i);
+}
+
+void TestWmfCodec::drawsTheCorpus()
+{
+    QFETCH(int, index);
+    const Fixture& fixture = m_corpus[size_t(index)];
+    const auto picture = decoded(m_codec, fixture.file);
+    QVERIFY(picture);
+    QVERIFY(picture->complete);
+    if (fixture.expected.size.isEmpty())
+        QVERIFY(!inkOf(picture->image).isEmpty());
+    else
+        QCOMPARE(firstDifference(rgbaOf(picture->image), fixture.expected, fixture.tolerance), QString());
+}
+
+void TestWmfCodec::sizes_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QSize>("size");
+    const auto placed = [](int left, int top, int right, int bottom, int inch) {
+        return WmfMaker().placed(left, top, right, bottom, inch).fillWith(red).rectangle(0, 0, 9, 9).file();
+    };
+    QTest::newRow("an inch") << placed(0, 0, 1440, 720, 1440) << QSize(96, 48);
+    QTest::newRow("rounded") << placed(0, 0, 1000, 1016, 1440) << QSize(67, 68);
+    QTest::newRow("mirrored") << placed(100, 300, -100, 0, 96) << QSize(200, 300);
+    QTest::newRow("inch of 0") << placed(0, 0, 30, 20, 0) << QSize(30, 20);
+    QTest::newRow("less than a pixel") << placed(0, 0, 1, 1, 5000) << QSize(1, 1);
+    QTest::newRow("the widest box") << placed(-32768, 0, 32767, 10, 96) << QSize(65535, 10);
+    QTest::newRow("the largest box") << placed(-32768, -32768, 32767, 32767, 96) << QSize(5793, 5793);
+    QTest::newRow("too large an inch") << placed(0, 0, 20000, 10000, 1) << QSize(8192, 4096);
+    QTest::newRow("no box: as drawn") << placed(5, 5, 5, 90, 96) << QSize(10, 10);
+    const auto plain = [](QSize extent) {
+        return WmfMaker().window(0, 0, extent).fillWith(red).rectangle(0, 0, 9, 9).file();
+    };
+    QTest::newRow("plain") << plain(QSize(1024, 300)) << QSize(1024, 300);
+    QTest::newRow("plain, mirrored") << plain(QSize(-200, -100)) << QSize(200, 100);
+    QTest::newRow("plain, large units") << plain(QSize(10240, 20480)) << QSize(512, 1024);
+    QTest::newRow("plain, tall and thin") << plain(QSize(1, 32767)) << QSize(1, 1024);
+    QTest::newRow("plain, empty extent: as drawn") << plain(QSize(0, 300)) << QSize(10, 10);
+    QTest::newRow("plain with a viewport") << WmfMaker()
+                                                  .window(0, 0, QSize(9000, 9000))
+                                                  .record(0x020E, {150, 200})
+                                                  .fillWith(red)
+                                                  .rectangle(0, 0, 9, 9)
+                                                  .file()
+                                           << QSize(200, 150);
+    QTest::newRow("tenths of millimetres")
+        << WmfMaker().record(0x0103, {2}).fillWith(red).rectangle(0, 0, 254, 508).file() << QSize(97, 193);
+}
+
+void TestWmfCodec::sizes()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QSize, size);
+    const auto decoder = m_codec.open(ByteSource::fromBytes(file));
+    QVERIFY(decoder);
+    const auto header = (*decoder)->header(1);
+    QVERIFY(header);
+    QCOMPARE(header->size, size);
+    QCOMPARE(header->bitsPerPixel, 24);
+}
+
+void TestWmfCodec::draws_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<Probes>("probes");
+    QTest::newRow("ellipse") << big().fillWith(red).record(0x0418, {80, 90, 20, 10}).file()
+                             << Probes{{50, 50, red}, {12, 50, red},   {87, 50, red},
+                                       {50, 22, red}, {15, 25, white}, {88, 76, white}};
+    QTest::newRow("ellipse far beyond the picture")
+        << big().fillWith(red).record(0x0418, {32000, 32000, -32000, -32000}).file()
+        << Probes{{0, 0, red}, {99, 99, red}};
+    QTest::newRow("round rectangle")
+        << big().fillWith(red).record(0x061C, {40, 40, 90, 90, 10, 10}).file()
+        << Probes{{50, 50, red}, {50, 10, red}, {10, 50, red}, {11, 11, white}, {88, 88, white}};
+    QTest::newRow("pie of the upper right quarter")
+        << big().fillWith(red).record(0x081A, {0, 50, 50, 100, 100, 100, 0, 0}).file()
+        << Probes{{70, 30, red}, {52, 47, red}, {30, 30, white}, {70, 70, white}, {97, 3, white}};
+    QTest::newRow("chord of the lower half")
+        << big().fillWith(red).record(0x0830, {50, 100, 50, 0, 100, 100, 0, 0}).file()
+        << Probes{{50, 60, red}, {50, 97, red}, {50, 40, white}};
+    QTest::newRow("arc of the upper half")
+        << big().pen(0, 5, blue).select(0).record(0x0817, {50, 0, 50, 100, 90, 90, 10, 10}).file()
+        << Probes{{50, 10, blue}, {50, 50, white}, {50, 89, white}};
+    QTest::newRow("arc with a box turned round")
+        << big().pen(0, 5, blue).select(0).record(0x0817, {50, 0, 50, 100, 10, 10, 90, 90}).file()
+        << Probes{{50, 10, blue}, {50, 89, white}};
+    QTest::newRow("star, alternating")
+        << big().fillWith(red).record(0x0324, {5, 50, 5, 75, 90, 5, 35, 95, 35, 25, 90}).file()
+        << Probes{{50, 50, white}, {50, 20, red}};
+    QTest::newRow("star, winding") << big()
+                                          .fillWith(red)
+                                          .record(0x0106, {2})
+                                          .record(0x0324, {5, 50, 5, 75, 90, 5, 35, 95, 35, 25, 90})
+                                          .file()
+                                   << Probes{{50, 50, red}, {50, 20, red}};
+    QTest::newRow("triangle with corners far outside")
+        << big().fillWith(red).record(0x0324, {3, -32000, -32000, 32000, -32000, 50, 50}).file()
+        << Probes{{50, 40, red}, {50, 60, white}, {20, 60, white}};
+    QTest::newRow("wide pen") << big().pen(0x200, 11, blue).select(0).line(20, 50, 80, 50).file()
+                              << Probes{{50, 45, blue},  {50, 55, blue},  {50, 44, white},
+                                        {50, 56, white}, {18, 50, white}, {83, 50, white}};
+    QTest::newRow("line far beyond the picture")
+        << big().pen(0, 3, blue).select(0).line(-32000, 50, 32000, 50).file()
+        << Probes{{0, 50, blue}, {99, 49, blue}, {50, 53, white}};
+    QTest::newRow("dashes on a filled ground")
+        << big().record(0x0201, {0xFF, 0}).pen(1, 1, blue).select(0).line(0, 50, 100, 50).file()
+        << Probes{{0, 50, blue}, {17, 50, blue}, {18, 50, red}, {23, 50, red}, {24, 50, blue}};
+    QTest::newRow("dashes on a clear ground")
+        << big().record(0x0102, {1}).pen(1, 1, blue).select(0).line(0, 50, 100, 50).file()
+        << Probes{{0, 50, blue}, {17, 50, blue}, {18, 50, white}, {23, 50, white}, {24, 50, blue}};
+    QTest::newRow("frame inside")
+        << big().pen(6, 10, blue).brush(1, 0).select(0).select(1).rectangle(20, 20, 80, 80).file()
+        << Probes{{20, 50, blue},  {29, 50, blue},  {79, 50, blue},
+                  {19, 50, white}, {80, 50, white}, {31, 50, white}};
+    QTest::newRow("isotropic keeps the proportions")
+        << WmfMaker()
+               .placed(0, 0, 100, 100, 96)
+               .record(0x0103, {7})
+               .record(0x020C, {50, 100})
+               .fillWith(red)
+               .rectangle(0, 0, 50, 50)
+               .file()
+        << Probes{{49, 49, red}, {49, 51, white}, {51, 49, white}};
+    QTest::newRow("tenths of millimetres, y up")
+        << big().record(0x0103, {2}).fillWith(red).rectangle(0, 0, 127, -127).file()
+        << Probes{{47, 47, red}, {48, 10, white}, {10, 48, white}};
+    QTest::newRow("smooth where it shrinks")
+        << big()
+               .record(0x0F43, {0x20, 0xCC, 0, 40, 40, 0, 0, 10, 10, 20, 20},
+                       WmfMaker::dib(QSize(40, 40), 24, {}, 0,
+                                     [](int x, int y) { return qRgb((x + y) % 2 == 0 ? 100 : 200, 0, 0); }))
+               .file()
+        << Probes{{25, 25, qRgb(150, 0, 0)}, {19, 25, white}, {30, 25, white}};
+    QTest::newRow("unknown records are passed over")
+        << big().record(0x0626, {15, 0}).record(0x1234, {1, 2, 3}).fillWith(red).rectangle(0, 0, 5, 5).file()
+        << Probes{{2, 2, red}, {6, 6, white}};
+    QTest::newRow("objects that are not there")
+        << big().select(7).record(0x01F0, {9}).record(0x012D, {-1}).fillWith(red).rectangle(0, 0, 5, 5).file()
+        << Probes{{2, 2, red}};
+    QTest::newRow("restore without save") << big()
+                                                 .record(0x0127, {-1})
+                                                 .record(0x0127, {3})
+                                                 .record(0x0127, {0})
+                                                 .fillWith(red)
+                                                 .rectangle(0, 0, 5, 5)
+                                                 .file()
+                                          << Probes{{2, 2, red}};
+}
+
+void TestWmfCodec::draws()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(Probes, probes);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture && picture->complete);
+    QCOMPARE(picture->image.format(), QImage::Format_RGB32);
+    QCOMPARE(wrongProbe(picture->image, probes), QString());
+}
+
+void TestWmfCodec::textLiesWhereItShould_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QRect>("within"); ///< all ink lies in here
+    QTest::addColumn<QRect>("covers"); ///< and goes at least as far as this
+    const auto text = [](int align, int escapement = 0) {
+        return WmfMaker::pixels(QSize(200, 200))
+            .record(0x0102, {1})
+            .record(0x012E, {align})
+            .font(-20, "Arial", 0, escapement)
+            .select(0);
+    };
+    const QByteArray letters("HHHHH");
+    QTest::newRow("from the top left")
+        << text(0).text(100, 100, letters).file() << QRect(100, 100, 90, 24) << QRect(104, 104, 55, 12);
+    QTest::newRow("on the baseline") << text(24).text(100, 100, letters).file() << QRect(100, 83, 90, 18)
+                                     << QRect(104, 88, 55, 10);
+    QTest::newRow("from the bottom") << text(8).text(100, 100, letters).file() << QRect(100, 76, 90, 24)
+                                     << QRect(104, 84, 55, 8);
+    QTest::newRow("from the right") << text(2).text(100, 100, letters).file() << QRect(20, 100, 80, 24)
+                                    << QRect(42, 104, 52, 12);
+    QTest::newRow("centred") << text(6).text(100, 100, letters).file() << QRect(50, 100, 100, 24)
+                             << QRect(74, 104, 52, 12);
+    QTest::newRow("upwards") << text(24, 900).text(100, 100, letters).file() << QRect(83, 10, 18, 91)
+                             << QRect(88, 42, 10, 54);
+    QTest::newRow("upside down") << text(24, 1800).text(100, 100, letters).file() << QRect(10, 99, 91, 18)
+                                 << QRect(42, 102, 54, 10);
+    QTest::newRow("extra room between letters") << text(0).record(0x0108, {10}).text(10, 10, letters).file()
+                                                << QRect(10, 10, 140, 24) << QRect(14, 14, 105, 12);
+    QTest::newRow("in steps") << text(0)
+                                     .record(0x0A32, {10, 10, 3, 0},
+                                             QByteArray("HHH\0", 4) + WmfMaker::words({50, 60, 10}))
+                                     .file()
+                              << QRect(10, 10, 130, 24) << QRect(14, 14, 116, 12);
+    QTest::newRow("narrowed") << text(0).font(-20, "Arial", 0, 0, 3).select(1).text(10, 10, letters).file()
+                              << QRect(10, 10, 40, 24) << QRect(13, 14, 12, 12);
+    QTest::newRow("clipped") << text(0).record(0x0A32, {10, 10, 5, 4, 20, 10, 50, 20}, letters + '\0').file()
+                             << QRect(20, 10, 30, 10) << QRect(22, 15, 27, 5);
+    QTest::newRow("numbers of glyphs are not letters; their ground is drawn")
+        << text(0)
+               .record(0x0201, {0xFF, 0})
+               .record(0x0A32, {10, 10, 5, 0x12, 20, 10, 50, 20}, letters + '\0')
+               .file()
+        << QRect(20, 10, 30, 10) << QRect(20, 10, 30, 10);
+    QTest::newRow("underlined")
+        << text(24).font(-20, "Arial", 0, 0, 0, true).select(1).text(10, 50, "    .").file()
+        << QRect(10, 46, 60, 10) << QRect(11, 51, 20, 1);
+    QTest::newRow("from right to left")
+        << text(0).font(-20, "Arial", 177).select(1).text(10, 10, "\xE0\xE1\xE2").file()
+        << QRect(8, 8, 60, 30) << QRect(14, 17, 20, 8);
+}
+
+void TestWmfCodec::textLiesWhereItShould()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QRect, within);
+    QFETCH(QRect, covers);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture && picture->complete);
+    const QRect ink = inkOf(picture->image);
+    const QString found =
+        QStringLiteral("%1, %2, %3 x %4").arg(ink.x()).arg(ink.y()).arg(ink.width()).arg(ink.height());
+    QVERIFY2(within.contains(ink), qPrintable(found));
+    QVERIFY2(ink.contains(covers), qPrintable(found));
+}
+
+void TestWmfCodec::updatesThePosition()
+{
+    const QByteArray file = big()
+                                .record(0x0102, {1})
+                                .record(0x012E, {1})
+                                .font(-20, "Arial")
+                                .select(0)
+                                .record(0x0214, {10, 10})
+                                .record(0x0A32, {0, 0, 1, 0}, QByteArray("H\0", 2) + WmfMaker::words({40}))
+                                .record(0x0A32, {0, 0, 1, 0}, QByteArray("H\0", 2) + WmfMaker::words({20}))
+                                .pen(0, 1, red)
+                                .select(1)
+                                .record(0x0213, {10, 90})
+                                .file();
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture);
+    QCOMPARE(wrongProbe(picture->image, {{69, 10, white}, {70, 10, red}, {89, 10, red}, {90, 10, white}}),
+             QString());
+    QVERIFY(!inkOf(picture->image.copy(50, 11, 20, 30)).isEmpty());
+    QVERIFY(inkOf(picture->image.copy(30, 11, 20, 30)).isEmpty());
+}
+
+void TestWmfCodec::maps_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QPoint>("units");
+    QTest::addColumn<QPointF>("pixels");
+    QTest::newRow("by window and viewport") << 8 << QPoint(60, 70) << QPointF(25, 40);
+    QTest::newRow("at one scale") << 7 << QPoint(60, 70) << QPointF(25, 20);
+    QTest::newRow("tenths of millimetres") << 2 << QPoint(10 + 254, 30 + 254) << QPointF(96, -96);
+    QTest::newRow("hundredths of millimetres") << 3 << QPoint(10 + 2540, 30) << QPointF(96, 0);
+    QTest::newRow("hundredths of an inch") << 4 << QPoint(10 + 100, 30) << QPointF(96, 0);
+    QTest::newRow("thousandths of an inch") << 5 << QPoint(10 + 1000, 30) << QPointF(96, 0);
+    QTest::newRow("twips") << 6 << QPoint(10 + 1440, 30) << QPointF(96, 0);
+    QTest::newRow("unknown mode") << 99 << QPoint(60, 70) << QPointF(25, 40);
+}
+
+void TestWmfCodec::maps()
+{
+    QFETCH(int, mode);
+    QFETCH(QPoint, units);
+    QFETCH(QPointF, pixels);
+    WmfMapping mapping(QRectF(0, 0, 100, 100), QSize(100, 100), true);
+    mapping.setWindowOrg(QPoint(10, 30));
+    mapping.setWindowExt(QSize(200, 100));
+    mapping.setWindowExt(QSize(0, 100)); // changes nothing
+    mapping.scaleWindowExt({1, 1}, {0, 1});
+    mapping.setMode(mode);
+    QVERIFY(QLineF(mapping.map(units), pixels).length() < 1e-6);
+    QVERIFY(QLineF(mapping.unmap(pixels), units).length() < 1e-6);
+}
+
+void TestWmfCodec::sweepsAgainstTheClock_data()
+{
+    QTest::addColumn<QPointF>("from");
+    QTest::addColumn<QPointF>("to");
+    QTest::addColumn<double>("start");
+    QTest::addColumn<double>("sweep");
+    QTest::newRow("right to top") << QPointF(200, 50) << QPointF(100, 0) << 0.0 << -pi / 2;
+    QTest::newRow("top to right") << QPointF(100, 0) << QPointF(200, 50) << -pi / 2 << -3 * pi / 2;
+    QTest::newRow("whole") << QPointF(200, 50) << QPointF(300, 50) << 0.0 << -2 * pi;
+    QTest::newRow("left to bottom") << QPointF(0, 50) << QPointF(100, 90) << pi
+                                    << -3 * pi / 2 - 2 * pi + 2 * pi;
+}
+
+void TestWmfCodec::sweepsAgainstTheClock()
+{
+    QFETCH(QPointF, from);
+    QFETCH(QPointF, to);
+    QFETCH(double, start);
+    QFETCH(double, sweep);
+    const WmfSweep arc = arcSweep(QRectF(0, 0, 200, 100), from, to);
+    QVERIFY(std::abs(arc.start - start) < 1e-6);
+    if (qstrcmp(QTest::currentDataTag(), "left to bottom") == 0)
+        sweep = -pi / 2; // from pi down to pi / 2
+    QVERIFY2(std::abs(arc.sweep - sweep) < 1e-6, qPrintable(QString::number(arc.sweep)));
+}
+
+void TestWmfCodec::clipsFigures()
+{
+    const QRectF box(0, 0, 10, 10);
+    const QPolygonF around = {{-1e6, -1e6}, {1e6, -1e6}, {1e6, 1e6}, {-1e6, 1e6}};
+    QCOMPARE(clippedFigure(around, box).boundingRect(), box);
+    QVERIFY(clippedFigure({{20, 20}, {30, 20}, {30, 30}}, box).isEmpty());
+    const QPolygonF within = {{1, 1}, {9, 1}, {5, 9}};
+    QCOMPARE(clippedFigure(within, box), within);
+    const QPolygonF half = clippedFigure({{5, 5}, {15, 5}, {15, 8}, {5, 8}}, box);
+    QCOMPARE(half.boundingRect(), QRectF(5, 5, 5, 3));
+}
+
+void TestWmfCodec::clipsLines()
+{
+    const QRectF box(0, 0, 10, 10);
+    QCOMPARE(clippedLine({{-5, 5}, {15, 5}}, box), (QList<QPolygonF>{{{0, 5}, {10, 5}}}));
+    QCOMPARE(clippedLine({{1, 1}, {2, 2}, {3, 1}}, box), (QList<QPolygonF>{{{1, 1}, {2, 2}, {3, 1}}}));
+    QCOMPARE(clippedLine({{5, 5}, {15, 5}, {15, 7}, {5, 7}}, box),
+             (QList<QPolygonF>{{{5, 5}, {10, 5}}, {{10, 7}, {5, 7}}}));
+    QVERIFY(clippedLine({{-5, -5}, {15, -5}}, box).isEmpty());
+}
+
+void TestWmfCodec::combinesBits_data()
+{
+    QTest::addColumn<int>("rop");
+    QTest::addColumn<uint>("wanted");
+    // Pattern F0F0F0, source CCCCCC, target AAAAAA: the result spells the operation's own number.
+    for (int rop = 0; rop < 256; rop += 5)
+        QTest::newRow(QByteArray::number(rop, 16).constData())
+            << rop << uint(0xFF000000 | rop << 16 | rop << 8 | rop);
+}
+
+void TestWmfCodec::combinesBits()
+{
+    QFETCH(int, rop);
+    QFETCH(uint, wanted);
+    QCOMPARE(combined(rop, 0xFFF0F0F0, 0xFFCCCCCC, 0xFFAAAAAA), wanted);
+    const bool source = combined(rop, 0xF0F0F0, 0, 0xAAAAAA) != combined(rop, 0xF0F0F0, 0xFFFFFF, 0xAAAAAA);
+    QCOMPARE(ropNeedsSource(rop), source);
+}
+
+void TestWmfCodec::readsCharsets_data()
+{
+    QTest::addColumn<int>("charset");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QList<int>>("lengths");
+    const auto row = [](const char* name, int charset, const char* bytes, const char16_t* text,
+                        const QList<int>& lengths) {
+        QTest::newRow(name) << charset << QByteArray(bytes) << QString::fromUtf16(text) << lengths;
+    };
+    row("western", 0, "A\x80\xE4", u"A€ä", {1, 1, 1});
+    row("default", 1, "\xFC", u"ü", {1});
+    row("Macintosh", 77, "\x8A", u"ä", {1});
+    row("Japanese", 128, "a\x93\xFA\xB1", u"a日ｱ", {1, 2, 1});
+    row("Korean", 129, "\xC7\xD1", u"한", {2});
+    row("Korean, Johab", 130, "\xD0\x65", u"한", {2});
+    row("Chinese, simplified", 134, "\xD6\xD0z", u"中z", {2, 1});
+    row("Chinese, traditional", 136, "\xA4\xA4", u"中", {2});
+    row("Greek", 161, "\xE1", u"α", {1});
+    row("Turkish", 162, "\xFE", u"ş", {1});
+    row("Vietnamese", 163, "\xF5", u"ơ", {1});
+    row("Hebrew", 177, "\xE0", u"א", {1});
+    row("Arabic", 178, "\xC8", u"ب", {1});
+    row("Baltic", 186, "\xE0", u"ą", {1});
+    row("Cyrillic", 204, "\xC6", u"Ж", {1});
+    row("Thai", 222, "\xA1", u"ก", {1});
+    row("East European", 238, "\xB9", u"ą", {1});
+    row("of the console", 255, "\x81", u"ü", {1});
+    row("a letter cut in two", 128, "a\x93", u"a\uFFFD", {1, 1});
+    row("no letter", 128, "\x81\x20", u"\uFFFD", {2});
+    row("unknown set", 99, "\xE4", u"ä", {1});
+}
+
+void TestWmfCodec::readsCharsets()
+{
+    QFETCH(int, charset);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, text);
+    QFETCH(QList<int>, lengths);
+    QString got;
+    QList<int> gotLengths;
+    for (const WmfLetter& letter : wmfLetters(bytes, charset)) {
+        got += letter.text;
+        gotLengths.append(letter.bytes);
+    }
+    QCOMPARE(got, text);
+    QCOMPARE(gotLengths, lengths);
+}
+
+void TestWmfCodec::readsSigns_data()
+{
+    QTest::addColumn<QString>("face");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("sign");
+    QTest::newRow("alpha") << QStringLiteral("Symbol") << 0x61 << 0x3B1;
+    QTest::newRow("Delta") << QStringLiteral("SYMBOL") << 0x44 << 0x394;
+    QTest::newRow("minus") << QStringLiteral("Symbol") << 0x2D << 0x2212;
+    QTest::newRow("integral") << QStringLiteral("Symbol") << 0xF2 << 0x222B;
+    QTest::newRow("sum") << QStringLiteral("Symbol") << 0xE5 << 0x2211;
+    QTest::newRow("left bracket, top") << QStringLiteral("Symbol") << 0xE9 << 0x23A1;
+    QTest::newRow("infinity") << QStringLiteral("Symbol") << 0xA5 << 0x221E;
+    QTest::newRow("last") << QStringLiteral("Symbol") << 0xFE << 0x23AD;
+    QTest::newRow("tick") << QStringLiteral("Wingdings") << 0xFC << 0x2713;
+    QTest::newRow("square") << QStringLiteral("wingdings") << 0xA7 << 0x25AA;
+    QTest::newRow("scissors") << QStringLiteral("ZapfDingbats") << 0x22 << 0x2702;
+    QTest::newRow("star") << QStringLiteral("Monotype Sorts") << 0x48 << 0x2605;
+    QTest::newRow("circled one") << QStringLiteral("ITC Zapf Dingbats") << 0xAC << 0x2460;
+    QTest::newRow("letters stay") << QStringLiteral("Arial") << 0x61 << 0x61;
+}
+
+void TestWmfCodec::readsSigns()
+{
+    QFETCH(QString, face);
+    QFETCH(int, code);
+    QFETCH(int, sign);
+    QCOMPARE(int(wmfSign(wmfSignsOf(face), uchar(code)).unicode()), sign);
+}
+
+void TestWmfCodec::findsFamilies_data()
+{
+    QTest::addColumn<QString>("face");
+    QTest::addColumn<int>("pitchAndFamily");
+    QTest::addColumn<QString>("last");
+    const QString serif = QStringLiteral("DejaVu Serif");
+    const QString sans = QStringLiteral("DejaVu Sans");
+    const QString mono = QStringLiteral("DejaVu Sans Mono");
+    QTest::newRow("Times") << QStringLiteral("Times New Roman") << 0 << serif;
+    QTest::newRow("Courier") << QStringLiteral("Courier New") << 0 << mono;
+    QTest::newRow("Arial") << QStringLiteral("Arial") << 0 << sans;
+    QTest::newRow("MS Sans Serif") << QStringLiteral("MS Sans Serif") << 0 << sans;
+    QTest::newRow("MS Serif") << QStringLiteral("MS Serif") << 0 << serif;
+    QTest::newRow("Century Gothic") << QStringLiteral("Century Gothic") << 0x10 << sans;
+    QTest::newRow("a roman one") << QStringLiteral("Quire") << 0x12 << serif;
+    QTest::newRow("a modern one") << QStringLiteral("Quire") << 0x31 << mono;
+    QTest::newRow("a swiss one") << QStringLiteral("Quire") << 0x22 << sans;
+    QTest::newRow("no name") << QString() << 0 << sans;
+}
+
+void TestWmfCodec::findsFamilies()
+{
+    QFETCH(QString, face);
+    QFETCH(int, pitchAndFamily);
+    QFETCH(QString, last);
+    const QStringList families = wmfFamilies(face, pitchAndFamily);
+    QCOMPARE(families.last(), last);
+    QCOMPARE(families.contains(face), !face.isEmpty());
+}
+
+void TestWmfCodec::refuses_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    const QByteArray good = big().fillWith(red).rectangle(0, 0, 9, 9).file();
+    QTest::newRow("mark only") << good.left(4);
+    QTest::newRow("cut in the plain header") << good.left(39);
+    QTest::newRow("no record") << good.left(40);
+    QTest::newRow("nothing drawn before the end of the file") << big().file(false);
+    QTest::newRow("plain, no extent, nothing drawn") << WmfMaker().file();
+    QTest::newRow("a record of no size") << big().file(false) + QByteArray(6, '\0');
+    QTest::newRow("a bitmap that is none")
+        << big().record(0x0F43, {0x20, 0xCC, 0, 9, 9, 0, 0, 9, 9, 0, 0}, QByteArray(60, '\x77')).file();
+}
+
+void TestWmfCodec::refuses()
+{
+    QFETCH(QByteArray, file);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(!picture);
+    QCOMPARE(picture.error().kind, ErrorKind::Damaged);
+    QVERIFY(!picture.error().text.isEmpty());
+}
+
+void TestWmfCodec::showsWhatACutFileHolds()
+{
+    WmfMaker maker = WmfMaker::pixels(QSize(80, 10)).fillWith(red);
+    QList<qsizetype> ends; // of the record of each square, bytes
+    for (int i = 0; i < 8; ++i) {
+        maker.rectangle(10 * i, 0, 10 * i + 10, 10);
+        ends.append(maker.file(false).size());
+    }
+    const QByteArray file = maker.file();
+    for (qsizetype length = 0; length < file.size(); ++length) {
+        const qsizetype squares =
+            std::count_if(ends.begin(), ends.end(), [=](qsizetype end) { return end <= length; });
+        const auto picture = decoded(m_codec, file.left(length));
+        QCOMPARE(bool(picture), squares > 0);
+        if (!picture) {
+            QCOMPARE(picture.error().kind, ErrorKind::Damaged);
+            continue;
+        }
+        QVERIFY(!picture->complete);
+        const Rgba wanted = Paper(QSize(80, 10)).box(0, 0, int(10 * squares), 10, red).rgba();
+        QCOMPARE(firstDifference(rgbaOf(picture->image), wanted), QString());
+    }
+}
+
+void TestWmfCodec::showsTheRowsOfACutBitmap()
+{
+    const auto file = m_codec.encode(colorPicture(QSize(20, 30)), QStringLiteral("wmf"), {});
+    QVERIFY(file);
+    const auto whole = decoded(m_codec, *file);
+    const auto part = decoded(m_codec, file->left(file->size() - 6 - 10 * 60));
+    QVERIFY(whole && part);
+    QVERIFY(whole->complete && !part->complete);
+    QCOMPARE(part->image.copy(0, 10, 20, 20), whole->image.copy(0, 10, 20, 20));
+}
+
+void TestWmfCodec::boundsTheWork_data()
+{
+    using Step = std::function<void(WmfMaker&, int)>;
+    QTest::addColumn<WmfMaker>("start");
+    QTest::addColumn<Step>("step"); ///< repeated
+    QTest::addColumn<int>("times");
+    const auto row = [](const char* name, const WmfMaker& start, int times, const Step& step) {
+        QTest::newRow(name) << start << step << times;
+    };
+    QList<int> zigzag = {30000};
+    for (int i = 0; i < 30000; ++i)
+        zigzag << (i % 2 == 0 ? -30000 : 30000) << i;
+    QList<int> crowd = {30000};
+    for (int i = 0; i < 30000; ++i)
+        crowd << i * 7919 % 5700 << i * 4729 % 5700;
+    const WmfMaker small = WmfMaker().placed(0, 0, 1000, 1000, 96);
+    const WmfMaker large = WmfMaker().placed(0, 0, 5700, 5700, 96);
+    row("polygons of many points", WmfMaker(large).fillWith(red), 100,
+        [=](WmfMaker& maker, int) { maker.record(0x0324, crowd); });
+    row("dashes", WmfMaker(large).pen(2, 1, blue).select(0), 100,
+        [=](WmfMaker& maker, int) { maker.record(0x0325, zigzag); });
+    row("thin lines", WmfMaker(large).pen(0, 1, blue).select(0), 100,
+        [=](WmfMaker& maker, int) { maker.record(0x0325, crowd); });
+    row("wide pens", WmfMaker(large).pen(0, 32767, blue).select(0), 100,
+        [=](WmfMaker& maker, int) { maker.record(0x0325, crowd); });
+    row("hatches", WmfMaker(large).brush(2, blue, 5).select(0), 9000, [](WmfMaker& maker, int i) {
+        maker.record(0x0418, {5700, 5700, i % 7, 0});
+    });
+    row("gigantic arcs", WmfMaker(small).pen(0, 9, blue).select(0), 9000, [](WmfMaker& maker, int i) {
+        maker.record(0x0817, {0, 100, 0, 100, 30000, 50, -30000, i % 99 - 30000});
+    });
+    row("gigantic letters", WmfMaker(small).font(-30000, "Arial").select(0), 9000,
+        [](WmfMaker& maker, int) { maker.text(-20000, 1000, "HHHHHHHHHHHHHHHH"); });
+    row("many letters", WmfMaker(small).font(-20, "Arial").select(0), 2000,
+        [](WmfMaker& maker, int) { maker.text(0, 0, QByteArray(30000, 'W')); });
+    row("patterns", WmfMaker(large).brush(2, blue, 5).select(0), 9000, [](WmfMaker& maker, int) {
+        maker.record(0x061D, {0x49, 0x5A, 5700, 5700, 0, 0});
+    });
+    row("saved contexts", WmfMaker(small).fillWith(red).rectangle(0, 0, 9, 9), 20000,
+        [](WmfMaker& maker, int) { maker.record(0x001E); });
+    row("clips of many pieces", WmfMaker(small).fillWith(red), 9000, [](WmfMaker& maker, int i) {
+        const int x = i * 7 % 900;
+        const int y = i % 900;
+        maker.record(0x0415, {y + 1, x + 1, y, x}).rectangle(0, 0, 1000, 1000);
+    });
+    const QByteArray promise = WmfMaker::number<quint32>(40) + WmfMaker::number<qint32>(4000) +
+                               WmfMaker::number<qint32>(4000) + WmfMaker::words({1, 8, 1, 0}) +
+                               QByteArray(20, '\0') + QByteArray(2048, '\1');
+    row("bitmaps that promise much", WmfMaker(small).fillWith(red).rectangle(0, 0, 9, 9), 3000,
+        [promise](WmfMaker& maker, int) {
+            maker.record(0x0F43, {0x20, 0xCC, 0, 4000, 4000, 0, 0, 100, 100, 0, 0}, promise);
+        });
+}
+
+void TestWmfCodec::boundsTheWork()
+{
+    using Step = std::function<void(WmfMaker&, int)>;
+    QFETCH(WmfMaker, start);
+    QFETCH(Step, step);
+    QFETCH(int, times);
+    for (int i = 0; i < times; ++i)
+        step(start, i);
+    const auto picture = decoded(m_codec, start.file());
+    QVERIFY(picture);
+    QVERIFY(!inkOf(picture->image.copy(0, 0, 100, 100)).isEmpty() || !picture->complete);
+}
+
+void TestWmfCodec::writesWhatOthersRead_data()
+{
+    QTest::addColumn<QImage>("picture");
+    for (const QSize size : {QSize(1, 1), QSize(1, 300), QSize(37, 5), QSize(64, 20)}) {
+        const auto name = [size](const char* kind) {
+            return QStringLiteral("%1 %2x%3")
+                .arg(QLatin1String(kind))
+                .arg(size.width())
+                .arg(size.height())
+                .toLatin1();
+        };
+        QTest::newRow(name("mono").constData()) << dotPicture(size);
+        QTest::newRow(name("few colours").constData()) << palettePicture(size, 7);
+        QTest::newRow(name("palette").constData()) << palettePicture(size, 200);
+        QTest::newRow(name("grey").constData()) << greyPicture(size);
+        QTest::newRow(name("colour").constData()) << colorPicture(size);
+    }
+}
+
+void TestWmfCodec::writesWhatOthersRead()
+{
+    QFETCH(QImage, picture);
+    const auto file = m_codec.encode(picture, QStringLiteral("wmf"), {});
+    QVERIFY(file);
+    const auto own = decoded(m_codec, *file);
+    QVERIFY(own && own->complete);
+    QCOMPARE(difference(own->image, picture), QString());
+}
+
+void TestWmfCodec::keepsDepthAndPalette_data()
+{
+    QTest::addColumn<QImage>("picture");
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<int>("format");
+    const QSize size(21, 9);
+    QImage tinted = dotPicture(size);
+    tinted.setColorTable({red, blue});
+    const QImage color = colorPicture(size);
+    QTest::newRow("1 bit") << dotPicture(size) << 1 << int(QImage::Format_Mono);
+    QTest::newRow("1 bit, tinted") << tinted << 1 << int(QImage::Format_Mono);
+    QTest::newRow("1 bit, lowest first")
+        << tinted.convertToFormat(QImage::Format_MonoLSB) << 1 << int(QImage::Format_Mono);
+    QTest::newRow("16 colours") << palettePicture(size, 16) << 4 << int(QImage::Format_Indexed8);
+    QTest::newRow("17 colours") << palettePicture(size, 17) << 8 << int(QImage::Format_Indexed8);
+    QTest::newRow("256 colours") << palettePicture(size, 256) << 8 << int(QImage::Format_Indexed8);
+    QTest::newRow("grey") << greyPicture(size) << 8 << int(QImage::Format_Indexed8);
+    QTest::newRow("16-bit grey") << greyPicture(size).convertToFormat(QImage::Format_Grayscale16) << 24
+                                 << int(QImage::Format_RGB32);
+    for (const QImage::Format format : {QImage::Format_RGB32, QImage::Format_RGB888, QImage::Format_BGR888,
+                                        QImage::Format_RGBX8888, QImage::Format_RGBX64, QImage::Format_RGB30})
+        QTest::newRow(qPrintable(QStringLiteral("colour format %1").arg(format)))
+            << color.convertToFormat(format) << 24 << int(QImage::Format_RGB32);
+    QTest::newRow("565") << color.convertToFormat(QImage::Format_RGB16) << 24 << int(QImage::Format_RGB32);
+}
+
+void TestWmfCodec::keepsDepthAndPalette()
+{
+    QFETCH(QImage, picture);
+    QFETCH(int, bits);
+    QFETCH(int, format);
+    const auto file = m_codec.encode(picture, QStringLiteral("wmf"), {});
+    QVERIFY(file);
+    const auto decoder = m_codec.open(ByteSource::fromBytes(*file));
+    QVERIFY(decoder);
+    const auto header = (*decoder)->header(1);
+    QVERIFY(header);
+    const auto own = decoded(m_codec, *file);
+    QVERIFY(own && own->complete);
+    if (picture.format() != QImage::Format_Grayscale16)
+        QCOMPARE(header->bitsPerPixel, bits);
+    QCOMPARE(own->bitsPerPixel, header->bitsPerPixel);
+    if (picture.format() != QImage::Format_Grayscale16)
+        QCOMPARE(int(own->image.format()), format);
+    QCOMPARE(difference(own->image, picture.convertToFormat(QImage::Format_RGB32)), QString());
+    if (picture.format() == QImage::Format_Indexed8)
+        QCOMPARE(own->image.colorTable().first(picture.colorCount()), picture.colorTable());
+}
+
+void TestWmfCodec::laysAlphaOverWhite()
+{
+    QImage picture(3, 1, QImage::Format_ARGB32);
+    picture.setPixel(0, 0, qRgba(10, 20, 30, 255));
+    picture.setPixel(1, 0, qRgba(10, 20, 30, 0));
+    picture.setPixel(2, 0, qRgba(255, 0, 0, 51));
+    const auto file = m_codec.encode(picture, QStringLiteral("wmf"), {});
+    QVERIFY(file);
+    const auto own = decoded(m_codec, *file);
+    QVERIFY(own);
+    QCOMPARE(wrongProbe(own->image, {{0, 0, qRgb(10, 20, 30)}, {1, 0, white}, {2, 0, qRgb(255, 204, 204)}}),
+             QString());
+    QImage clear = palettePicture(QSize(5, 5), 9);
+    clear.setColor(3, qRgba(1, 2, 3, 0));
+    const auto second = m_codec.encode(clear, QStringLiteral("wmf"), {});
+    QVERIFY(second);
+    const auto read = decoded(m_codec, *second);
+    QVERIFY(read && read->bitsPerPixel == 24);
+}
+
+void TestWmfCodec::refusesToWrite()
+{
+    const auto none = m_codec.encode(QImage(), QStringLiteral("wmf"), {});
+    QVERIFY(!none);
+    QCOMPARE(none.error().kind, ErrorKind::Unsupported);
+    const auto wide = m_codec.encode(QImage(32768, 1, QImage::Format_Mono), QStringLiteral("wmf"), {});
+    QVERIFY(!wide);
+    QCOMPARE(wide.error().kind, ErrorKind::Unsupported);
+    QVERIFY(wide.error().text.contains(QLatin1String("32767")));
+    QVERIFY(m_codec.encode(dotPicture(QSize(32767, 1)), QStringLiteral("wmf"), {}));
+    QVERIFY(m_codec.canEncode(QStringLiteral("wmf")) && !m_codec.canEncode(QStringLiteral("emf")));
+}
+
+void TestWmfCodec::stopsWhenCancelled()
+{
+    WmfMaker maker = big().fillWith(red);
+    for (int i = 0; i < 100; ++i)
+        maker.rectangle(0, 0, 100, 100);
+    CancelFlag cancel = false;
+    const QByteArray file = maker.file();
+    const auto source = std::make_shared<WatchedSource>(
+        file, [&](qint64 offset) { cancel = cancel || offset > file.size() / 2; });
+    const auto decoder = m_codec.open(source);
+    QVERIFY(decoder && (*decoder)->header(1));
+    cancel = false;
+    const auto stopped = (*decoder)->decode(1, QSize(), cancel);
+    QVERIFY(!stopped);
+    QCOMPARE(stopped.error().kind, ErrorKind::Cancelled);
+}
+
+void TestWmfCodec::survivesBrokenFiles()
+{
+    quint32 seed = 1;
+    for (int round = 0; round < 6; ++round) {
+        for (const Fixture& fixture : m_corpus) {
+            const QByteArray bytes = Mutator(fixture.file, seed).next();
+            const QString fault = misbehaviour(m_codec, bytes);
+            QVERIFY2(fault.isEmpty(),
+                     qPrintable(QStringLiteral("%1, seed %2: %3").arg(fixture.name).arg(seed).arg(fault)));
+            ++seed;
+        }
+    }
+}
+
+void TestWmfCodec::readsRealSamples()
+{
+    const QString folder = qEnvironmentVariable("QUORVIA_SAMPLES");
+    const QDir place(folder + QStringLiteral("/wmf"));
+    if (folder.isEmpty() || !place.exists()) {
+        qInfo("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
+        return;
+    }
+    int read = 0;
+    for (const QString& name : place.entryList(QDir::Files)) {
+        QFile file(place.filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QVERIFY2(m_codec.sniff(bytes.left(1024), QString()), qPrintable(name));
+        const auto picture = decoded(m_codec, bytes);
+        QVERIFY2(picture && picture->complete, qPrintable(name));
+        const QRect ink = inkOf(picture->image);
+        QVERIFY2(ink.width() > picture->image.width() / 3 && ink.height() > picture->image.height() / 4,
+                 qPrintable(name));
+        ++read;
+    }
+    QVERIFY(read > 0);
+}
+
+QTEST_MAIN(TestWmfCodec)
+#include "tst_wmfcodec.moc"
