@@ -42,6 +42,8 @@ void select(WmfContext& context, int number)
         state.brush = *brush;
     else if (const auto* font = std::get_if<WmfFont>(object))
         state.font = *font;
+    else if (std::holds_alternative<WmfRegion>(*object))
+        selectClip(context, number);
 }
 
 void selectPalette(WmfContext& context, int number)

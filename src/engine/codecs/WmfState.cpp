@@ -170,6 +170,8 @@ void cutClip(WmfContext& context, const WmfParams& params, bool keepInside)
     setClip(context, keepInside ? clip & box : clip - box);
 }
 
+} // namespace
+
 void selectClip(WmfContext& context, int number)
 {
     const auto* region = context.objects.findAs<WmfRegion>(number);
@@ -185,6 +187,8 @@ void selectClip(WmfContext& context, int number)
                                      rect.topLeft() + QPoint(rect.width(), rect.height())));
     setClip(context, clip);
 }
+
+namespace {
 
 void offsetClip(WmfContext& context, QPoint by)
 {

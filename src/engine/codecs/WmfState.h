@@ -47,8 +47,9 @@ struct WmfContext
     WmfState state;
     WmfObjects objects = {};
     std::vector<WmfState> saved = {};
-    QImage whole = {};    ///< the bitmap that was drawn first and covers the picture pixel by pixel
-    bool complete = true; ///< false once something could not be drawn that should have been
+    QImage whole = {}; ///< the bitmap that was drawn first and covers the picture pixel by pixel
+    std::optional<bool> hasFonts = {}; ///< whether text can be drawn; known from the first text on
+    bool complete = true;              ///< false once something could not be drawn that should have been
 };
 
 /// The box of the pixels between two opposite corners in units.
@@ -67,6 +68,9 @@ std::optional<WmfFill> fillOf(const WmfState& state);
 std::optional<WmfStroke> strokeOf(const WmfState& state);
 /// The solid line under a dashed one whose gaps are filled; nothing for other pens.
 std::optional<WmfStroke> groundStrokeOf(const WmfState& state);
+
+/// Makes region `number` the clip; takes the clip away when there is no region of that number.
+void selectClip(WmfContext& context, int number);
 
 /// Plays the records that change the context: modes, colours, mapping, clip, saving. False for other records.
 bool playState(WmfContext& context, const WmfRecord& record, const WmfParams& params);

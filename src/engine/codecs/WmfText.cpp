@@ -1,14 +1,13 @@
 #include "engine/codecs/WmfText.h"
 
 #include "engine/codecs/WmfCharset.h"
+#include "engine/codecs/WmfFonts.h"
 #include "engine/Toolkit.h"
 
-#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QTransform>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace quorvia::engine {
@@ -76,87 +75,9 @@ Request extTextOutOf(const WmfContext& context, const WmfParams& params)
     return request;
 }
 
-/// A font that is there, and how it is stretched to the measures that are asked for.
-struct Face
-{
-    QFont font;
-    double across = 1; ///< factor from the font's own measures to pixels
-    double down = 1;
-    double ascent = 0; ///< pixels above and below the baseline that a line takes up
-    double descent = 0;
-};
-
-/// The part of the em above and below the baseline in the usual faces; stands in for that of a face that is
-/// not there, since the one in its place may be made for wider lines.
-constexpr double usualAscent = 0.9;
-constexpr double usualDescent = 0.215;
-
-QString faceName(const WmfFont& font)
-{
-    QString name;
-    for (const WmfLetter& letter : wmfLetters(font.face, font.charset))
-        name += letter.text;
-    return name.startsWith(QLatin1Char('@')) ? name.mid(1) : name;
-}
-
-QStringList familiesOf(const WmfFont& font, const QString& name)
-{
-    switch (wmfSignsOf(name)) {
-    case WmfSigns::Symbol:
-        return {QStringLiteral("Liberation Serif"), QStringLiteral("Nimbus Roman"),
-                QStringLiteral("DejaVu Serif"), QStringLiteral("DejaVu Sans")};
-    case WmfSigns::Wingdings:
-    case WmfSigns::Dingbats:
-        return {QStringLiteral("DejaVu Sans"), QStringLiteral("D050000L")};
-    case WmfSigns::None:
-        break;
-    }
-    return wmfFamilies(name, font.pitchAndFamily);
-}
-
-/// The height that the font is asked for, in pixels. None given: a line of 16 pixels at the usual size.
-double askedHeight(const WmfState& state)
-{
-    constexpr double usual = 16;
-    constexpr double greatest = 8000;
-    const double units = state.font.height != 0 ? std::abs(state.font.height) : usual;
-    return std::clamp(std::abs(state.mapping.mapVector(QPointF(0, units)).y()), 0.5, greatest);
-}
-
-Face faceOf(const WmfState& state)
-{
-    const WmfFont& wanted = state.font;
-    const double height = askedHeight(state);
-    constexpr double largestLaidOut = 200; // pixels; above it the painter enlarges outlines
-    const int pixels = int(std::clamp(std::round(height), 4.0, largestLaidOut));
-
-    Face face;
-    const QString name = faceName(wanted);
-    face.font.setFamilies(familiesOf(wanted, name));
-    face.font.setPixelSize(pixels);
-    face.font.setHintingPreference(QFont::PreferNoHinting);
-    constexpr int boldFrom = 600;
-    face.font.setBold(wanted.weight >= boldFrom);
-    face.font.setItalic(wanted.italic);
-    const QFontMetricsF metrics(face.font);
-    const bool isThere = QFontInfo(face.font).family().compare(name, Qt::CaseInsensitive) == 0;
-    const double ascent = isThere ? metrics.ascent() : usualAscent * pixels;
-    const double descent = isThere ? metrics.descent() : usualDescent * pixels;
-    face.down = height / std::max(wanted.height > 0 ? ascent + descent : pixels, 1.0);
-    face.across = face.down;
-    face.ascent = ascent * face.down;
-    face.descent = descent * face.down;
-    const double mean = metrics.averageCharWidth();
-    if (wanted.width != 0 && mean > 0) {
-        const double width = std::abs(state.mapping.mapVector(QPointF(wanted.width, 0)).x());
-        face.across = std::clamp(width / mean, face.down / 8, face.down * 8);
-    }
-    return face;
-}
-
 QList<WmfLetter> lettersOf(const WmfFont& font, const QByteArray& text)
 {
-    const WmfSigns signs = wmfSignsOf(faceName(font));
+    const WmfSigns signs = wmfSignsOf(wmfFaceName(font));
     return signs == WmfSigns::None ? wmfLetters(text, font.charset) : wmfSignLetters(text, signs);
 }
 
@@ -205,7 +126,7 @@ Line steppedLine(const WmfState& state, const Request& request, const QList<WmfL
 }
 
 /// The letters one behind the other, with extra room as the context asks for it.
-Line spacedLine(const WmfState& state, const Face& face, const QList<WmfLetter>& letters)
+Line spacedLine(const WmfState& state, const WmfFace& face, const QList<WmfLetter>& letters)
 {
     const QFontMetricsF metrics(face.font);
     const double extra = across(state, state.charExtra);
@@ -223,14 +144,14 @@ Line spacedLine(const WmfState& state, const Face& face, const QList<WmfLetter>&
 
 /// The text as a whole, so that its letters join and run as its script has it; stretched to `width` pixels
 /// when that is above 0.
-Line wholeLine(const Face& face, const QString& text, double width)
+Line wholeLine(const WmfFace& face, const QString& text, double width)
 {
     const double own = QFontMetricsF(face.font).horizontalAdvance(text) * face.across;
     const double stretch = width > 0 && own > 0 ? std::clamp(width / own, 0.5, 2.0) : 1;
     return {{{text, {}, stretch}}, own * stretch};
 }
 
-Line lineOf(const WmfState& state, const Request& request, const Face& face)
+Line lineOf(const WmfState& state, const Request& request, const WmfFace& face)
 {
     const QList<WmfLetter> letters = lettersOf(state.font, request.text);
     QString text;
@@ -266,7 +187,7 @@ void drawBar(QPainter& painter, double middle, double thickness, double width, Q
     painter.fillRect(QRectF(0, middle - thickness / 2, width, thickness), color);
 }
 
-void drawLine(QPainter& painter, const WmfState& state, const Face& face, const Line& line, bool fromRight)
+void drawLine(QPainter& painter, const WmfState& state, const WmfFace& face, const Line& line, bool fromRight)
 {
     const QColor color(state.rgb(state.textColor));
     painter.setPen(color);
@@ -291,19 +212,19 @@ void drawLine(QPainter& painter, const WmfState& state, const Face& face, const 
 QRectF roughBox(const WmfState& state, const Request& request)
 {
     constexpr double meanLetter = 0.55; // of the height
-    const double height = askedHeight(state);
+    const double height = wmfTextHeight(state);
     double width = (meanLetter * height + across(state, state.charExtra)) * double(request.text.size());
     if (!request.steps.isEmpty()) {
         width = 0;
         for (const int step : request.steps)
             width += across(state, step);
     }
-    const QRectF line(0, -usualAscent * height, width, height);
+    const QRectF line(0, -wmfUsualAscent * height, width, height);
     const QPointF at = state.mapping.map(request.at);
     return QTransform::fromTranslate(at.x(), at.y())
         .rotate(-state.font.escapement / 10.0)
-        .mapRect(
-            line.translated(alignment(state.textAlign, width, usualAscent * height, usualDescent * height)));
+        .mapRect(line.translated(
+            alignment(state.textAlign, width, wmfUsualAscent * height, wmfUsualDescent * height)));
 }
 
 void movePosition(WmfState& state, double width)
@@ -323,10 +244,10 @@ void movePosition(WmfState& state, double width)
 void paintText(WmfContext& context, const Request& request)
 {
     const WmfState& state = context.state;
-    const Face face = faceOf(state);
+    const WmfFace face = wmfFace(state);
     const Line line = lineOf(state, request, face);
     constexpr double workPerLetter = 5000;
-    const double area = askedHeight(state) * askedHeight(state) * double(request.text.size());
+    const double area = wmfTextHeight(state) * wmfTextHeight(state) * double(request.text.size());
     const QRect reach = context.canvas.reach();
     const double shown = double(reach.width()) * reach.height();
     if (!context.canvas.spend(workPerLetter * double(request.text.size()) + 2 * std::min(area, 4 * shown)))
@@ -368,55 +289,15 @@ void drawText(WmfContext& context, Request request)
         movePosition(state, rough.width());
         return;
     }
-    if (waitForToolkit(context.cancel))
+    if (!context.hasFonts)
+        context.hasFonts = waitForToolkit(context.cancel);
+    if (*context.hasFonts)
         paintText(context, request);
     else
         context.complete = false;
 }
 
 } // namespace
-
-QStringList wmfFamilies(const QString& face, int pitchAndFamily)
-{
-    struct Group
-    {
-        QStringList marks; ///< parts of names, lower case
-        QStringList families;
-    };
-    static const QStringList serif = {QStringLiteral("Liberation Serif"), QStringLiteral("Nimbus Roman"),
-                                      QStringLiteral("DejaVu Serif")};
-    static const QStringList mono = {QStringLiteral("Liberation Mono"), QStringLiteral("Nimbus Mono PS"),
-                                     QStringLiteral("DejaVu Sans Mono")};
-    static const QStringList sans = {QStringLiteral("Liberation Sans"), QStringLiteral("Nimbus Sans"),
-                                     QStringLiteral("DejaVu Sans")};
-    static const std::array<Group, 3> groups = {
-        Group{{QStringLiteral("courier"), QStringLiteral("mono"), QStringLiteral("consol"),
-               QStringLiteral("fixedsys"), QStringLiteral("terminal"), QStringLiteral("typewriter")},
-              mono},
-        Group{{QStringLiteral("sans"), QStringLiteral("arial"), QStringLiteral("helv"),
-               QStringLiteral("gothic"), QStringLiteral("system")},
-              sans},
-        Group{{QStringLiteral("times"), QStringLiteral("roman"), QStringLiteral("serif"),
-               QStringLiteral("tms rmn"), QStringLiteral("garamond"), QStringLiteral("bookman"),
-               QStringLiteral("georgia"), QStringLiteral("palatino"), QStringLiteral("schoolbook"),
-               QStringLiteral("cambria"), QStringLiteral("antiqua"), QStringLiteral("book")},
-              serif}};
-    const QStringList own = face.isEmpty() ? QStringList() : QStringList(face);
-    const QString name = face.toLower();
-    for (const Group& group : groups) {
-        for (const QString& mark : group.marks) {
-            if (name.contains(mark))
-                return own + group.families;
-        }
-    }
-    constexpr int fixedPitch = 1;
-    constexpr int romanFamily = 0x10;
-    constexpr int modernFamily = 0x30;
-    const int family = pitchAndFamily & 0xF0;
-    if (family == modernFamily || (pitchAndFamily & 3) == fixedPitch)
-        return own + mono;
-    return own + (family == romanFamily ? serif : sans);
-}
 
 bool playText(WmfContext& context, const WmfRecord& record, const WmfParams& params)
 {
