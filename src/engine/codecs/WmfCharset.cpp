@@ -66,7 +66,7 @@ class Converter
     /// The one letter in `bytes`; the replacement character when it is none.
     QString letter(QByteArray bytes) const
     {
-        const QString unknown(QChar(QChar::ReplacementCharacter));
+        QString unknown{QChar{QChar::ReplacementCharacter}};
         if (!isOpen())
             return unknown;
         std::array<char16_t, 8> out = {};
@@ -84,7 +84,7 @@ class Converter
     }
 
   private:
-    bool isOpen() const { return m_handle != iconv_t(-1); }
+    bool isOpen() const { return reinterpret_cast<std::intptr_t>(m_handle) != -1; }
 
     iconv_t m_handle;
 };
