@@ -1,0 +1,13 @@
+// A conversion by interpolation in a grid of colours, for profiles that are no curves and a matrix. Its nodes
+// are not clipped to the gamut of sRGB, so that colours near its edge come out right; the result is clipped.
+#pragma once
+
+#include "engine/ProfileSampler.h"
+
+namespace quorvia::engine {
+
+/// The grid of an Rgb or Cmyk profile; costs some ten milliseconds and a megabyte. Null when the profile is
+/// to be given up.
+std::shared_ptr<const ColorConversion> makeGrid(ProfileSampler& sampler, ColorModel model);
+
+} // namespace quorvia::engine
