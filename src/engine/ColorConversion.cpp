@@ -79,14 +79,15 @@ bool isNeutral(const QList<QRgb>& table)
     });
 }
 
-/// Calls `row(bits)` for each row of `image`, which is not shared, on all cores; about `cost` ns a pixel.
+/// Calls `row(bits)` for the first `rows` rows of `image`, which is not shared, on all cores; about `cost` ns
+/// a pixel.
 template <class Row>
-void forRows(QImage& image, int cost, const Row& row)
+void forRows(QImage& image, int rows, int cost, const Row& row)
 {
     uchar* const bits = image.bits();
     const qsizetype stride = image.bytesPerLine();
-    const int bands = bandCount(image.height(), qint64(image.width()) * image.height() * cost);
-    inBands(image.height(), bands, [&](int, int from, int to) {
+    const int bands = bandCount(rows, qint64(image.width()) * rows * cost);
+    inBands(rows, bands, [&](int, int from, int to) {
         for (int y = from; y < to; ++y)
             row(bits + y * stride);
     });
@@ -102,7 +103,7 @@ QImage convertedGray(QImage image, const QList<QRgb>& table)
     if (!image.bits())
         return {};
     const int width = image.width();
-    forRows(image, 1, [&table, width](uchar* row) {
+    forRows(image, image.height(), 1, [&table, width](uchar* row) {
         std::transform(row, row + width, row, [&table](uchar value) { return uchar(qRed(table[value])); });
     });
     return image;
@@ -188,7 +189,7 @@ QImage converted(QImage image, const ColorConversion& conversion)
         return {};
     constexpr int cost = 5;
     const int width = image.width();
-    forRows(image, cost,
+    forRows(image, image.height(), cost,
             [&conversion, width](uchar* row) { conversion.convert(reinterpret_cast<QRgb*>(row), width); });
     return image;
 }
@@ -206,16 +207,16 @@ QImage displayImage(const Picture& picture)
     return toSrgb(picture.image, picture.profile);
 }
 
-void convertInks(QImage& image, const ColorConversion& conversion, bool inverted, const CancelFlag& cancel)
+bool convertInks(QImage& image, int rows, const ColorConversion& conversion, bool inverted,
+                 const CancelFlag& cancel)
 {
-    if (!image.bits())
-        return;
     constexpr int cost = 20;
     const int width = image.width();
-    forRows(image, cost, [&](uchar* row) {
+    forRows(image, rows, cost, [&](uchar* row) {
         if (!cancel.load(std::memory_order_relaxed))
             conversion.convertInks(row, reinterpret_cast<QRgb*>(row), width, inverted);
     });
+    return !cancel;
 }
 
 } // namespace quorvia::engine

@@ -70,8 +70,9 @@ QImage toSrgb(QImage image, const QByteArray& profile);
 /// The image of `picture` as it is to be shown: in sRGB.
 QImage displayImage(const Picture& picture);
 
-/// Rows of a decoder's four-ink pixels, which lie in `image` (RGB32) for the time being, in place to sRGB on
-/// all cores. Stops early when `cancel` is set.
-void convertInks(QImage& image, const ColorConversion& conversion, bool inverted, const CancelFlag& cancel);
+/// Converts the first `rows` rows of a decoder's four-ink pixels, which lie in `image` (RGB32) for the time
+/// being, in place on all cores. False when `cancel` was set: then not all are converted.
+bool convertInks(QImage& image, int rows, const ColorConversion& conversion, bool inverted,
+                 const CancelFlag& cancel);
 
 } // namespace quorvia::engine

@@ -69,31 +69,27 @@ class Grid
         }
     }
 
-    /// Interpolates in the simplex around the place: from the node below along the axes, the longest way
-    /// first. After J. Kasson et al., Performing color space conversions with three-dimensional linear
-    /// interpolation (1995).
+    /// Linear along the first axis where there are four, and in the tetrahedron of the other three, as
+    /// lcms2 interpolates itself: a profile's own grid of as many nodes is met exactly.
     QRgb at(const std::array<uchar, Axes>& values) const
     {
+        constexpr size_t apart = Axes - 3;
         unsigned node = 0;
-        std::array<unsigned, Axes> keys;
-        for (size_t axis = 0; axis < Axes; ++axis) {
-            const Place& place = m_places[axis][values[axis]];
+        std::array<unsigned, 3> keys;
+        for (size_t axis = 0; axis < 3; ++axis) {
+            const Place& place = m_places[axis + apart][values[axis + apart]];
             node += place.node;
             keys[axis] = place.key;
         }
         sortDown(keys);
-        constexpr float unit = 1.0F / (1U << wholeBits);
-        float before = 1;
         std::array<float, 4> sum = {0.5F, 0.5F, 0.5F, 0.5F}; // to round by
-        for (size_t i = 0; i <= Axes; ++i) {
-            const float way = i < Axes ? float(keys[i] >> strideBits) * unit : 0;
-            const float weight = before - way;
-            const Node& corner = m_nodes[node];
-            for (size_t c = 0; c < 4; ++c)
-                sum[c] += weight * corner.value[c];
-            before = way;
-            if (i < Axes)
-                node += keys[i] & strideMask;
+        if constexpr (apart == 0) {
+            addTetrahedron(sum, node, keys, 1);
+        } else {
+            const Place& place = m_places[0][values[0]];
+            const float way = wayOf(place.key);
+            addTetrahedron(sum, node + place.node, keys, 1 - way);
+            addTetrahedron(sum, node + place.node + (place.key & strideMask), keys, way);
         }
         std::array<int, 4> bytes;
         for (size_t c = 0; c < 4; ++c) {
@@ -104,24 +100,35 @@ class Grid
     }
 
   private:
-    static void sortDown(std::array<unsigned, Axes>& keys)
+    static float wayOf(unsigned key) { return float(key >> strideBits) * (1.0F / (1U << wholeBits)); }
+
+    /// From the node below along the axes, the longest way first.
+    void addTetrahedron(std::array<float, 4>& sum, unsigned node, const std::array<unsigned, 3>& keys,
+                        float share) const
+    {
+        float before = 1;
+        for (size_t i = 0; i <= 3; ++i) {
+            const float way = i < 3 ? wayOf(keys[i]) : 0;
+            const float weight = (before - way) * share;
+            const Node& corner = m_nodes[node];
+            for (size_t c = 0; c < 4; ++c)
+                sum[c] += weight * corner.value[c];
+            before = way;
+            if (i < 3)
+                node += keys[i] & strideMask;
+        }
+    }
+
+    static void sortDown(std::array<unsigned, 3>& keys)
     {
         const auto order = [&keys](size_t a, size_t b) {
             const unsigned high = std::max(keys[a], keys[b]);
             keys[b] = std::min(keys[a], keys[b]);
             keys[a] = high;
         };
-        if constexpr (Axes == 4) {
-            order(0, 1);
-            order(2, 3);
-            order(0, 2);
-            order(1, 3);
-            order(1, 2);
-        } else {
-            order(0, 1);
-            order(1, 2);
-            order(0, 1);
-        }
+        order(0, 1);
+        order(1, 2);
+        order(0, 1);
     }
 
     std::array<std::array<Place, 256>, Axes> m_places;

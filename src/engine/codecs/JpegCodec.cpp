@@ -14,6 +14,7 @@ class JpegCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
+    bool keepsProfile(const QString& extension) const override;
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };
@@ -51,9 +52,14 @@ bool JpegCodec::canEncode(const QString& extension) const
     return extensions().contains(extension);
 }
 
+bool JpegCodec::keepsProfile(const QString& extension) const
+{
+    return canEncode(extension);
+}
+
 Result<QByteArray> JpegCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
 {
-    return encodeJpeg(image, options.jpeg);
+    return encodeJpeg(image, options.jpeg, options.profile);
 }
 
 const Codec& jpegCodec()

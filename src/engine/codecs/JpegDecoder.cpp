@@ -1,6 +1,7 @@
 #include "engine/codecs/JpegDecoder.h"
 
 #include "engine/codecs/JpegErrors.h"
+#include "engine/codecs/JpegProfile.h"
 #include "engine/codecs/JpegSource.h"
 #include "engine/Limits.h"
 
@@ -61,6 +62,8 @@ class Session
     Status chooseOutput(QSize box);
     Status collectScans();
     QImage::Format format() const;
+    ColorModel model() const;
+    void readProfile();
     bool readRows(QImage& image);
     void readInto(uchar* bits, qsizetype stride);
     void lookForCancel();
@@ -70,6 +73,9 @@ class Session
     const CancelFlag& m_cancel;
     JpegErrors m_errors;
     JpegSource m_source;
+    JpegProfile m_embedded;
+    QByteArray m_profile;                          ///< of the pixels that are given
+    std::shared_ptr<const ColorConversion> m_inks; ///< of four inks by their profile
     jpeg_decompress_struct m_info = {};
     int m_scans = 0; ///< complete ones
     int m_scanLimit = 0;
@@ -88,6 +94,7 @@ Status Session::open()
         jpeg_create_decompress(&m_info);
         m_info.mem->max_memory_to_use = static_cast<long>(Limits::machine().maxBytes);
         m_info.src = m_source.attach(m_bytes, m_cancel);
+        m_embedded.attach(&m_info);
         jpeg_read_header(&m_info, TRUE);
     });
     if (!good)
@@ -166,6 +173,28 @@ QImage::Format Session::format() const
     return m_info.out_color_space == JCS_GRAYSCALE ? QImage::Format_Grayscale8 : QImage::Format_RGB32;
 }
 
+ColorModel Session::model() const
+{
+    switch (m_info.out_color_space) {
+    case JCS_GRAYSCALE:
+        return ColorModel::Gray;
+    case JCS_CMYK:
+        return ColorModel::Cmyk;
+    default:
+        return ColorModel::Rgb;
+    }
+}
+
+/// Takes the file's profile: for four inks as what converts them, else to be handed on with the pixels.
+void Session::readProfile()
+{
+    QByteArray profile = m_embedded.take(model());
+    if (model() == ColorModel::Cmyk)
+        m_inks = ColorConversion::of(profile);
+    else
+        m_profile = std::move(profile);
+}
+
 /// The row up to which libjpeg still has pixels of the file to give. Behind the end of the data it would fill
 /// in grey; those rows stay untouched, so that a cut file of a huge picture costs no memory.
 JDIMENSION Session::usefulRows() const
@@ -183,7 +212,8 @@ JDIMENSION Session::usefulRows() const
 void Session::readInto(uchar* bits, qsizetype stride)
 {
     constexpr JDIMENSION batch = 8;
-    const bool cmyk = m_info.out_color_space == JCS_CMYK;
+    const bool cmyk =
+        m_info.out_color_space == JCS_CMYK && !m_inks; // else they lie in the picture until all are read
     JSAMPARRAY inks = nullptr;
     if (cmyk)
         inks = m_info.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&m_info), JPOOL_IMAGE,
@@ -225,6 +255,7 @@ Result<Picture> Session::decode(QSize box)
         return opened.error();
     if (const Status chosen = chooseOutput(box); !chosen)
         return chosen.error();
+    readProfile();
     if (!attempt([this] { jpeg_start_decompress(&m_info); }))
         return m_errors.error();
     if (m_info.buffered_image) {
@@ -236,10 +267,14 @@ Result<Picture> Session::decode(QSize box)
     if (image.isNull())
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
     const bool complete = readRows(image);
+    if (m_inks && !m_errors.cancelled)
+        m_errors.cancelled = !convertInks(image, static_cast<int>(m_info.output_scanline), *m_inks,
+                                          m_info.saw_Adobe_marker, m_cancel);
     if (m_errors.cancelled || m_info.output_scanline == 0)
         return m_errors.error();
     const QSize page(static_cast<int>(m_info.image_width), static_cast<int>(m_info.image_height));
-    return Picture{std::move(image), page, m_info.num_components * BITS_IN_JSAMPLE, complete};
+    return Picture{std::move(image), page, m_info.num_components * BITS_IN_JSAMPLE, complete,
+                   std::move(m_profile)};
 }
 
 Status checkFrame(const JpegFrame& frame)

@@ -3,6 +3,7 @@
 #include "engine/codecs/Growing.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/JpegErrors.h"
+#include "engine/ColorConversion.h"
 
 #include <QtEndian>
 
@@ -86,7 +87,8 @@ class Session
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    bool begin(QSize size, bool gray, J_COLOR_SPACE input, const JpegOptions& options);
+    bool begin(QSize size, bool gray, J_COLOR_SPACE input, const JpegOptions& options,
+               const QByteArray& profile);
     bool write(const QImage& rows);
     bool finish();
     Error error() const { return m_errors.error(); }
@@ -109,7 +111,8 @@ void Session::setTables(const JpegOptions& options)
     jpeg_add_quant_table(&m_info, 1, chrominance.data(), asTheyStand, TRUE);
 }
 
-bool Session::begin(QSize size, bool gray, J_COLOR_SPACE input, const JpegOptions& options)
+bool Session::begin(QSize size, bool gray, J_COLOR_SPACE input, const JpegOptions& options,
+                    const QByteArray& profile)
 {
     return guarded(m_errors.landing, [&, this] {
         jpeg_create_compress(&m_info);
@@ -128,6 +131,9 @@ bool Session::begin(QSize size, bool gray, J_COLOR_SPACE input, const JpegOption
             m_info.comp_info[0].v_samp_factor = sampling.down;
         }
         jpeg_start_compress(&m_info, TRUE);
+        if (colorModelOf(profile) == (gray ? ColorModel::Gray : ColorModel::Rgb))
+            jpeg_write_icc_profile(&m_info, reinterpret_cast<const JOCTET*>(profile.constData()),
+                                   static_cast<unsigned>(profile.size()));
     });
 }
 
@@ -165,22 +171,26 @@ QuantTable quantTable(bool chrominance, int strength)
     return table;
 }
 
-Result<QByteArray> encodeJpeg(const QImage& image, const JpegOptions& options)
+Result<QByteArray> encodeJpeg(const QImage& image, const JpegOptions& options, const QByteArray& profile)
 {
     if (image.isNull() || std::max(image.width(), image.height()) > JPEG_MAX_DIMENSION)
         return Error{ErrorKind::Unsupported,
                      QStringLiteral("no JPEG holds %1 x %2 pixels").arg(image.width()).arg(image.height())};
-    const bool grayRows = image.format() == QImage::Format_Grayscale8;
+    const bool colored = colorModelOf(profile) == ColorModel::Rgb; // even greys have a tint in such a space
+    const bool gray = options.gray || (isGrayByFormat(image) && !colored);
+    const auto conversion = gray && colored ? ColorConversion::of(profile) : nullptr;
+    const bool grayRows = image.format() == QImage::Format_Grayscale8 && gray && !conversion;
     const bool alpha = image.hasAlphaChannel();
     const auto session = std::make_unique<Session>();
-    if (!session->begin(image.size(), options.gray || isGrayByFormat(image),
-                        grayRows ? JCS_GRAYSCALE : rgb32Order, options))
+    if (!session->begin(image.size(), gray, grayRows ? JCS_GRAYSCALE : rgb32Order, options, profile))
         return session->error();
     const QImage::Format format = grayRows ? QImage::Format_Grayscale8
                                   : alpha  ? QImage::Format_ARGB32
                                            : QImage::Format_RGB32;
     for (int y = 0; y < image.height(); y += stripRows) {
         QImage rows = rowsAs(image, y, std::min(stripRows, image.height() - y), format);
+        if (conversion)
+            rows = converted(std::move(rows), *conversion);
         if (alpha)
             rows = overWhite(std::move(rows));
         if (rows.isNull())

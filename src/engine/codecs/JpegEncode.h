@@ -18,8 +18,10 @@ using QuantTable = std::array<unsigned, 64>;
 QuantTable quantTable(bool chrominance, int strength);
 
 /// The JPEG file of `image` (any QImage format; alpha is laid over white). Grey when asked for and for images
-/// whose pixels or palette entries are all grey by their format. Unsupported for a null image and for sides
-/// over 65500.
-Result<QByteArray> encodeJpeg(const QImage& image, const JpegOptions& options);
+/// whose pixels or palette entries are all grey by their format. `profile` is that of the image's colours; it
+/// is embedded, but for a grey file of an RGB profile: its pixels are brought to sRGB before they turn grey.
+/// A profile that is neither grey nor RGB is left out. Unsupported for a null image and for sides over 65500.
+Result<QByteArray> encodeJpeg(const QImage& image, const JpegOptions& options,
+                              const QByteArray& profile = {});
 
 } // namespace quorvia::engine
