@@ -6,14 +6,22 @@
 #include <QPainter>
 #include <QRegion>
 
+#include <utility>
+
 namespace quorvia::engine {
 
-QImage renderedPart(const QImage& source, const DisplayView& view, QRect part)
+QImage renderedPart(const QImage& source, const DisplayView& view, QRect part,
+                    const ColorConversion* conversion)
 {
     const QSize target = view.target.size();
     QImage pixels = resampled(source, target, part.translated(-view.target.topLeft()),
                               displayFilter(source.width(), target.width()),
                               displayFilter(source.height(), target.height()));
+    if (conversion) {
+        if (pixels.hasAlphaChannel())
+            pixels.convertTo(QImage::Format_ARGB32); // a colour is converted as it is, not as a share
+        pixels = converted(std::move(pixels), *conversion);
+    }
     if (pixels.isNull() || !pixels.hasAlphaChannel())
         return pixels;
     QImage blended(pixels.size(), QImage::Format_RGB32);
@@ -29,7 +37,8 @@ bool DisplayCache::covers(const DisplayView& view, QRect part) const
     return !m_pixels.isNull() && m_view == view && m_part.contains(part);
 }
 
-bool DisplayCache::fill(const QImage& source, const DisplayView& view, QRect part)
+bool DisplayCache::fill(const QImage& source, const DisplayView& view, QRect part,
+                        const ColorConversion* conversion)
 {
     const bool sameView = !m_pixels.isNull() && m_view == view;
     const QRect kept = sameView && m_sourceSize == source.size() ? m_part.intersected(part) : QRect();
@@ -37,14 +46,14 @@ bool DisplayCache::fill(const QImage& source, const DisplayView& view, QRect par
     QImage pixels;
     if (kept.isEmpty()) {
         clear(); // before, not after: never two screens at once
-        pixels = renderedPart(source, view, part);
+        pixels = renderedPart(source, view, part, conversion);
     } else {
         pixels = QImage(part.size(), QImage::Format_RGB32);
         QPainter painter(&pixels);
         painter.setCompositionMode(QPainter::CompositionMode_Source);
         painter.drawImage(kept.topLeft() - part.topLeft(), m_pixels, kept.translated(-m_part.topLeft()));
         for (const QRect& rest : QRegion(part).subtracted(kept))
-            painter.drawImage(rest.topLeft() - part.topLeft(), renderedPart(source, view, rest));
+            painter.drawImage(rest.topLeft() - part.topLeft(), renderedPart(source, view, rest, conversion));
     }
     m_pixels = pixels;
     m_part = pixels.isNull() ? QRect() : part;

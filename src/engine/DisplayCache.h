@@ -2,6 +2,8 @@
 // a repaint is a blit. As large as what was asked for, never as the whole image. Dear to fill, cheap to draw.
 #pragma once
 
+#include "engine/ColorConversion.h"
+
 #include <QColor>
 #include <QImage>
 #include <QRect>
@@ -18,18 +20,21 @@ struct DisplayView
 };
 
 /// The pixels of `part` (device pixels from the control's corner, inside view.target) of `source`, which is
-/// the view's image at any size. RGB32; null without memory.
-QImage renderedPart(const QImage& source, const DisplayView& view, QRect part);
+/// the view's image at any size, brought to sRGB by `conversion` (null for none) before it is laid over
+/// view.back. RGB32; null without memory.
+QImage renderedPart(const QImage& source, const DisplayView& view, QRect part,
+                    const ColorConversion* conversion = nullptr);
 
 class DisplayCache
 {
   public:
     /// True when the pixels of `part` stand ready for `view`, from whatever picture they were made.
     bool covers(const DisplayView& view, QRect part) const;
-    /// Makes `part` stand ready from `source`. What stands already from the same source is kept, the rest is
-    /// computed. True when pixels that stood before were made anew from a better source, and therefore look
-    /// a trace different from what is on the screen.
-    bool fill(const QImage& source, const DisplayView& view, QRect part);
+    /// Makes `part` stand ready from `source`, by the `conversion` of the view's image. What stands already
+    /// from the same source is kept, the rest is computed. True when pixels that stood before were made anew
+    /// from a better source, and therefore look a trace different from what is on the screen.
+    bool fill(const QImage& source, const DisplayView& view, QRect part,
+              const ColorConversion* conversion = nullptr);
     /// Forgets everything.
     void clear();
 

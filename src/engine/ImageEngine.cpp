@@ -1,5 +1,6 @@
 #include "engine/ImageEngine.h"
 
+#include "engine/ColorConversion.h"
 #include "engine/ColorCount.h"
 #include "engine/ImageEnginePrivate.h"
 #include "engine/Resample.h"
@@ -7,6 +8,7 @@
 #include "engine/WholeFile.h"
 
 #include <QClipboard>
+#include <QColorSpace>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPainter>
@@ -30,6 +32,26 @@ void useDevicePixels(QPainter& painter, double ratio)
     painter.scale(1 / ratio, 1 / ratio);
     const QTransform& device = painter.deviceTransform();
     painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
+}
+
+/// The profile of an image that was given; empty for sRGB and for one that has no colour space.
+QByteArray profileOf(const QImage& image)
+{
+    const QColorSpace space = image.colorSpace();
+    return space.isValid() && space != QColorSpace(QColorSpace::SRgb) ? space.iccProfile() : QByteArray();
+}
+
+/// True when encoders write `image` in such colours as `profile` describes.
+bool suits(const QByteArray& profile, const QImage& image)
+{
+    switch (image.format()) {
+    case QImage::Format_Grayscale8:
+        return colorModelOf(profile) == ColorModel::Gray;
+    case QImage::Format_Mono:
+        return false; // black and white are grey in one format and a palette in the next
+    default:
+        return colorModelOf(profile) == ColorModel::Rgb;
+    }
 }
 
 } // namespace
@@ -94,7 +116,7 @@ int ImageEngine::PageCount(const QString& path) const
 
 QImage ImageEngine::Picture() const
 {
-    return d->fullImage();
+    return d->fullImageInSrgb();
 }
 
 void ImageEngine::SetPicture(const QImage& picture)
@@ -106,6 +128,9 @@ void ImageEngine::SetPicture(const QImage& picture)
     HeldContent next;
     next.image = normalized(picture);
     next.image.setDevicePixelRatio(1);
+    next.profile = profileOf(picture);
+    if (!next.profile.isEmpty())
+        next.image.setColorSpace({}); // told apart from the pixels from here on
     next.size = next.image.size();
     next.bitsPerPixel = next.image.isNull() ? 0 : bitsOf(next.image);
     d->hold(std::move(next));
@@ -266,7 +291,7 @@ void ImageEngine::Bevel(int style, int width, int intensity)
 
 void ImageEngine::CopyToClipboard()
 {
-    if (const QImage image = d->fullImage(); !image.isNull())
+    if (const QImage image = d->fullImageInSrgb(); !image.isNull())
         QGuiApplication::clipboard()->setImage(image);
 }
 
@@ -280,7 +305,7 @@ void ImageEngine::SetSaveFileName(const QString& path)
 bool ImageEngine::SaveFile()
 {
     const auto write = [this]() -> Status {
-        const QImage image = d->fullImage();
+        QImage image = d->fullImage();
         if (image.isNull())
             return Error{ErrorKind::WriteFailed, QStringLiteral("no image is held")};
         const QString extension = QFileInfo(d->saveFileName).suffix();
@@ -288,7 +313,15 @@ bool ImageEngine::SaveFile()
         if (!codec)
             return Error{ErrorKind::Unsupported,
                          QStringLiteral("no format is written for the extension \"%1\"").arg(extension)};
-        const auto bytes = codec->encode(image, extension, d->encodeOptions);
+        EncodeOptions options = d->encodeOptions;
+        const QByteArray profile = d->profile();
+        if (codec->keepsProfile(extension.toLower()) && suits(profile, image))
+            options.profile = profile;
+        else
+            image = toSrgb(std::move(image), profile);
+        if (image.isNull())
+            return Error{ErrorKind::WriteFailed, QStringLiteral("no memory to convert the colours")};
+        const auto bytes = codec->encode(image, extension, options);
         return bytes ? writeWholeFile(d->saveFileName, *bytes) : Status(bytes.error());
     };
     const auto save = [&write]() -> Status {

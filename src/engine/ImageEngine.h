@@ -37,9 +37,11 @@ class ImageEngine : public QWidget
     void SetPageNumber(int page);
     /// Pages of `path`, without loading it; 0 when it cannot be read.
     int PageCount(const QString& path) const;
-    /// The held image with every pixel; null when there is none or the full decode fails. Waits for it.
+    /// The held image with every pixel, in sRGB; null when there is none or the full decode fails. Waits for
+    /// it. Free for an image in sRGB, else it costs a conversion.
     QImage Picture() const;
-    /// Holds `picture`; FileName() becomes empty. A null image clears the control.
+    /// Holds `picture`; FileName() becomes empty. A null image clears the control. A colour space that the
+    /// image bears is taken as its profile; without one it is sRGB.
     void SetPicture(const QImage& picture);
     /// Why the last load or save failed, one line for the log; empty after a success.
     QString LastError() const;
@@ -53,8 +55,8 @@ class ImageEngine : public QWidget
     /// Colour depth of the file; of the image itself for one that was given, or that a transform brought to
     /// another depth.
     int BitsPerPixel() const;
-    /// Exact number of colours; counted when first read, kept until the image changes. Below 2 when none is
-    /// held.
+    /// Exact number of colours in the held pixels, as the file has them; counted when first read, kept until
+    /// the image changes. Below 2 when none is held.
     int UniqueColors() const;
 
     // --- display
@@ -96,12 +98,14 @@ class ImageEngine : public QWidget
     /// Draws an edge `width` pixels wide inside the image; style 1 raised, any other sunken; intensity 0 to
     /// 100.
     void Bevel(int style, int width, int intensity);
+    /// Puts the held image on the clipboard, in sRGB.
     void CopyToClipboard();
 
     // --- saving
     void SetSaveFileName(const QString& path);
     /// Writes the held image to SaveFileName in the format of its extension; the old file stays whole until
-    /// the new one stands. True when written; LastError() tells why not.
+    /// the new one stands. A colour profile goes with it where the format can carry it, else the colours are
+    /// written in sRGB. True when written; LastError() tells why not.
     bool SaveFile();
     void SetJPEGLuminance(int strength);
     void SetJPEGChrominance(int strength);

@@ -1,5 +1,6 @@
 #include "engine/ImageEnginePrivate.h"
 
+#include "engine/ColorConversion.h"
 #include "engine/Limits.h"
 
 #include <QPainter>
@@ -77,6 +78,28 @@ QImage ImageEngine::Private::fullImage()
     return {};
 }
 
+/// The colour profile of the held pixels; empty for sRGB.
+QByteArray ImageEngine::Private::profile()
+{
+    settle();
+    if (!content.load)
+        return content.profile;
+    const auto first = content.load->first();
+    return first ? first->profile : QByteArray();
+}
+
+/// The held image for takers that know no profile; null as fullImage().
+QImage ImageEngine::Private::fullImageInSrgb()
+{
+    QImage image = fullImage();
+    if (image.isNull())
+        return image;
+    image = toSrgb(std::move(image), profile());
+    if (image.isNull())
+        lastError = QStringLiteral("no memory to convert the colours");
+    return image;
+}
+
 /// False, with the reason in lastError, when an image of `size` is more than this machine takes.
 bool ImageEngine::Private::allowed(QSize size)
 {
@@ -100,6 +123,7 @@ void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>&
     HeldContent next;
     next.name = content.name;
     next.image = made;
+    next.profile = profile();
     next.size = made.size();
     next.bitsPerPixel = made.format() == old.format() ? content.bitsPerPixel : bitsOf(made);
     next.wasPainted = true; // not a load
@@ -157,17 +181,18 @@ void ImageEngine::Private::paintImage(QPainter& painter, QRect exposed, const QR
     const QRect part = exposed & target;
     if (!cache.covers(view, part)) {
         const QImage source = sourceFor(target.size());
+        const auto conversion = ColorConversion::of(profile());
         const QRect visible = toDevicePixels(q->visibleRegion().boundingRect(), ratio()) & target;
         const QRect wanted = part | visible;
         if (qint64(wanted.width()) * wanted.height() > largestScreen) {
             constexpr int bandRows = 256;
             for (int y = part.top(); y <= part.bottom(); y += bandRows) {
                 const QRect rows = QRect(part.left(), y, part.width(), bandRows) & part;
-                painter.drawImage(rows.topLeft(), renderedPart(source, view, rows));
+                painter.drawImage(rows.topLeft(), renderedPart(source, view, rows, conversion.get()));
             }
             return;
         }
-        if (cache.fill(source, view, wanted))
+        if (cache.fill(source, view, wanted, conversion.get()))
             q->update(); // the rest of the screen was painted from the smaller picture
     }
     painter.drawImage(part.topLeft(), cache.pixels(), part.translated(-cache.part().topLeft()));

@@ -18,7 +18,8 @@ struct HeldContent
     quint64 number = 0; ///< tells one content from the next
     QString name;
     std::shared_ptr<ImageLoad> load;
-    QImage image; ///< null while `load` has the pixels
+    QImage image;       ///< null while `load` has the pixels
+    QByteArray profile; ///< of the colours in `image`; empty for sRGB
     QSize size;
     int bitsPerPixel = 0;
     int colors = -1;         ///< not counted yet
@@ -52,6 +53,8 @@ class ImageEngine::Private
     void hold(HeldContent next);
     void letGo(HeldContent& dropped);
     QImage fullImage();
+    QByteArray profile();
+    QImage fullImageInSrgb();
     bool allowed(QSize size);
     void transform(const std::function<QImage(const QImage&)>& change);
 

@@ -1,5 +1,7 @@
 #include "engine/LoadPool.h"
 
+#include "engine/ColorConversion.h"
+
 #include <algorithm>
 #include <exception>
 
@@ -31,7 +33,12 @@ Result<PageHeader> readHeader(const LoadPool& pool, LoadTask& task)
 
 Result<Picture> decodeTask(LoadTask& task, QSize box)
 {
-    return guarded<Picture>([&] { return task.decoder->decode(task.key.page, box, task.stop); });
+    return guarded<Picture>([&] {
+        Result<Picture> picture = task.decoder->decode(task.key.page, box, task.stop);
+        if (picture)
+            ColorConversion::of(picture->profile); // made here, it stands ready when the picture is painted
+        return picture;
+    });
 }
 
 /// True when a decode ended because its flag was set, not because of the file.
