@@ -1,7 +1,11 @@
 #include "engine/ColorGrid.h"
 
+#include "engine/SrgbCurve.h"
+
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -9,10 +13,88 @@ namespace quorvia::engine {
 
 namespace {
 
-/// Blue, green and red in 255 steps of sRGB, out of range where the colour is.
-struct alignas(16) Node
+// Profiles with tables describe colours in CIE Lab, and lcms2 interpolates there. So does the grid, in the
+// three numbers that Lab is a sum of: then it meets the profile's own colours, and near the edge of sRGB's
+// gamut no curve bends between two nodes.
+
+/// Lab's numbers f(X / Xn), f(Y / Yn), f(Z / Zn) of a colour, and one unused. Source: CIE 15:2004, 8.2.1.
+using Node = Four;
+
+constexpr float cubeEnd = 6.0F / 29;              ///< f above which it is a cube root
+constexpr float slope = 29.0F * 29 / (3 * 6 * 6); ///< of f below that
+constexpr float offset = 4.0F / 29;
+
+float labNumber(float share)
 {
-    std::array<float, 4> value;
+    return share > cubeEnd * cubeEnd * cubeEnd ? std::cbrt(share) : slope * share + offset;
+}
+
+Four sharesOf(Node number)
+{
+    return number > cubeEnd ? number * number * number : (number - offset) * (1 / slope);
+}
+
+using Matrix = std::array<std::array<float, 3>, 3>;
+
+/// From the light of sRGB's primaries to X / Xn, Y / Yn, Z / Zn of D50. Source: IEC 61966-2-1's primaries,
+/// adapted as ICC.1:2010, Annex E tells; each row is divided by its sum, so that white is 1 exactly.
+constexpr Matrix toShares = {{{0.4522564F, 0.3993538F, 0.1483898F},
+                              {0.2225045F, 0.7168786F, 0.0606169F},
+                              {0.0168832F, 0.1176725F, 0.8654443F}}};
+
+/// The inverse, by cofactors.
+Matrix inverseOf(const Matrix& m)
+{
+    const auto cofactor = [&m](size_t row, size_t column) {
+        const size_t r1 = (row + 1) % 3;
+        const size_t r2 = (row + 2) % 3;
+        const size_t c1 = (column + 1) % 3;
+        const size_t c2 = (column + 2) % 3;
+        return m[r1][c1] * m[r2][c2] - m[r1][c2] * m[r2][c1];
+    };
+    const float determinant = m[0][0] * cofactor(0, 0) + m[0][1] * cofactor(0, 1) + m[0][2] * cofactor(0, 2);
+    Matrix inverse;
+    for (size_t row = 0; row < 3; ++row) {
+        for (size_t column = 0; column < 3; ++column)
+            inverse[row][column] = cofactor(column, row) / determinant;
+    }
+    return inverse;
+}
+
+Node nodeOf(const LinearColor& color)
+{
+    Node node = {};
+    for (size_t i = 0; i < 3; ++i)
+        node[static_cast<int>(i)] = labNumber(toShares[i][0] * color.red + toShares[i][1] * color.green +
+                                              toShares[i][2] * color.blue);
+    return node;
+}
+
+/// From an interpolated node to a pixel.
+class NodeReader
+{
+  public:
+    NodeReader()
+    {
+        const Matrix inverse = inverseOf(toShares);
+        for (size_t i = 0; i < 3; ++i) {
+            for (size_t channel = 0; channel < 3; ++channel)
+                m_columns[i][static_cast<int>(channel)] = inverse[channel][i] * (lightSteps - 1);
+        }
+    }
+
+    QRgb pixel(Node numbers) const
+    {
+        const Four shares = sharesOf(numbers);
+        const FourInts places =
+            srgbPlaces(m_columns[0] * shares[0] + m_columns[1] * shares[1] + m_columns[2] * shares[2] + 0.5F);
+        const auto encoded = [&](int c) { return m_encode[static_cast<size_t>(places[c])]; };
+        return qRgb(encoded(0), encoded(1), encoded(2));
+    }
+
+  private:
+    std::array<Four, 3> m_columns = {}; ///< of the matrix back, in lightSteps
+    const std::array<uchar, lightSteps>& m_encode = srgbTable();
 };
 
 /// Where an 8-bit value lies on one axis: the node below it, and the way from there to the next in 1 / whole.
@@ -49,9 +131,7 @@ class Grid
             return nullptr;
         auto grid = std::make_unique<Grid>();
         grid->m_nodes.reserve(count);
-        for (const LinearColor& color : light)
-            grid->m_nodes.push_back({{255 * encodedSrgb(color.blue), 255 * encodedSrgb(color.green),
-                                      255 * encodedSrgb(color.red), 0}});
+        std::transform(light.begin(), light.end(), std::back_inserter(grid->m_nodes), nodeOf);
         return grid;
     }
 
@@ -82,7 +162,7 @@ class Grid
             keys[axis] = place.key;
         }
         sortDown(keys);
-        std::array<float, 4> sum = {0.5F, 0.5F, 0.5F, 0.5F}; // to round by
+        Node sum = {};
         if constexpr (apart == 0) {
             addTetrahedron(sum, node, keys, 1);
         } else {
@@ -91,28 +171,20 @@ class Grid
             addTetrahedron(sum, node + place.node, keys, 1 - way);
             addTetrahedron(sum, node + place.node + (place.key & strideMask), keys, way);
         }
-        std::array<int, 4> bytes;
-        for (size_t c = 0; c < 4; ++c) {
-            const float low = sum[c] > 0 ? sum[c] : 0;
-            bytes[c] = static_cast<int>(low < 255 ? low : 255);
-        }
-        return qRgb(bytes[2], bytes[1], bytes[0]);
+        return m_reader.pixel(sum);
     }
 
   private:
     static float wayOf(unsigned key) { return float(key >> strideBits) * (1.0F / (1U << wholeBits)); }
 
     /// From the node below along the axes, the longest way first.
-    void addTetrahedron(std::array<float, 4>& sum, unsigned node, const std::array<unsigned, 3>& keys,
-                        float share) const
+    void addTetrahedron(Node& sum, unsigned node, const std::array<unsigned, 3>& keys, float share) const
     {
         float before = 1;
         for (size_t i = 0; i <= 3; ++i) {
             const float way = i < 3 ? wayOf(keys[i]) : 0;
             const float weight = (before - way) * share;
-            const Node& corner = m_nodes[node];
-            for (size_t c = 0; c < 4; ++c)
-                sum[c] += weight * corner.value[c];
+            sum += weight * m_nodes[node];
             before = way;
             if (i < 3)
                 node += keys[i] & strideMask;
@@ -133,6 +205,7 @@ class Grid
 
     std::array<std::array<Place, 256>, Axes> m_places;
     std::vector<Node> m_nodes;
+    const NodeReader m_reader;
 };
 
 class RgbGridConversion final : public ColorConversion

@@ -1,6 +1,7 @@
 #include "engine/ColorTables.h"
 
 #include "engine/ColorGrid.h"
+#include "engine/SrgbCurve.h"
 
 #include <algorithm>
 #include <array>
@@ -14,14 +15,9 @@ namespace {
 
 constexpr int steps = 256;
 
-uchar toByte(float light)
-{
-    return static_cast<uchar>(std::clamp(encodedSrgb(light), 0.0F, 1.0F) * 255 + 0.5F);
-}
-
 QRgb toPixel(const LinearColor& color)
 {
-    return qRgb(toByte(color.red), toByte(color.green), toByte(color.blue));
+    return qRgb(srgbByte(color.red), srgbByte(color.green), srgbByte(color.blue));
 }
 
 bool alike(QRgb a, QRgb b)
@@ -57,32 +53,12 @@ class GrayConversion final : public ColorConversion
 
 // --- a curve a channel and a matrix
 
-constexpr int lightSteps = 16384; // so fine that the darkest ones are a fifth of a step of sRGB apart
-
-/// What one channel's value adds to blue, green and red light, in lightSteps.
-struct alignas(16) Share
-{
-    std::array<float, 4> light;
-};
-
-/// The sRGB byte for each of lightSteps of light.
-const std::array<uchar, lightSteps>& encodingTable()
-{
-    static const auto table = [] {
-        std::array<uchar, lightSteps> made;
-        for (int i = 0; i < lightSteps; ++i)
-            made[static_cast<size_t>(i)] = toByte(float(i) / (lightSteps - 1));
-        return made;
-    }();
-    return table;
-}
-
 class MatrixConversion final : public ColorConversion
 {
   public:
     /// `light` holds the colours of red alone, green alone and blue alone, 256 each.
     explicit MatrixConversion(const std::vector<LinearColor>& light)
-        : ColorConversion(ColorModel::Rgb), m_encode(encodingTable())
+        : ColorConversion(ColorModel::Rgb), m_encode(srgbTable())
     {
         const LinearColor black = light[0];
         const float scale = lightSteps - 1;
@@ -93,23 +69,17 @@ class MatrixConversion final : public ColorConversion
             const auto share = [&](float value, float dark) {
                 return (value - (once ? 0 : dark)) * scale + half;
             };
-            m_shares[i] = {{share(light[i].blue, black.blue), share(light[i].green, black.green),
-                            share(light[i].red, black.red), 0}};
+            m_shares[i] = Four{share(light[i].blue, black.blue), share(light[i].green, black.green),
+                               share(light[i].red, black.red), 0};
         }
     }
 
     QRgb one(QRgb pixel) const
     {
-        const Share& red = m_shares[static_cast<size_t>(qRed(pixel))];
-        const Share& green = m_shares[static_cast<size_t>(steps + qGreen(pixel))];
-        const Share& blue = m_shares[static_cast<size_t>(2 * steps + qBlue(pixel))];
-        std::array<int, 4> index;
-        for (size_t c = 0; c < 4; ++c) {
-            const float sum = red.light[c] + green.light[c] + blue.light[c];
-            const float low = sum > 0 ? sum : 0;
-            index[c] = static_cast<int>(low < lightSteps - 1 ? low : lightSteps - 1);
-        }
-        const auto encoded = [&](size_t c) { return QRgb(m_encode[static_cast<size_t>(index[c])]); };
+        const FourInts places = srgbPlaces(m_shares[static_cast<size_t>(qRed(pixel))] +
+                                           m_shares[static_cast<size_t>(steps + qGreen(pixel))] +
+                                           m_shares[static_cast<size_t>(2 * steps + qBlue(pixel))]);
+        const auto encoded = [&](int c) { return QRgb(m_encode[static_cast<size_t>(places[c])]); };
         return (pixel & 0xff000000U) | encoded(2) << 16 | encoded(1) << 8 | encoded(0);
     }
 
@@ -120,7 +90,7 @@ class MatrixConversion final : public ColorConversion
     }
 
   private:
-    std::array<Share, 3 * steps> m_shares;
+    std::array<Four, 3 * steps> m_shares; ///< what a value of a channel adds to blue, green and red light
     const std::array<uchar, lightSteps>& m_encode;
 };
 

@@ -99,13 +99,6 @@ float bounded(float light)
 
 } // namespace
 
-float encodedSrgb(float linear)
-{
-    const float light = std::abs(linear);
-    const float encoded = light <= 0.0031308F ? 12.92F * light : 1.055F * std::pow(light, 1 / 2.4F) - 0.055F;
-    return std::copysign(encoded, linear);
-}
-
 /// lcms2's objects, freed in the order that it asks for.
 class ProfileSampler::Lcms
 {

@@ -16,9 +16,6 @@ struct LinearColor
     float blue;
 };
 
-/// sRGB's curve for one channel, mirrored below 0: light to a share of full scale. Source: IEC 61966-2-1.
-float encodedSrgb(float linear);
-
 class ProfileSampler
 {
   public:
