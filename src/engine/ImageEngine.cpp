@@ -129,8 +129,7 @@ void ImageEngine::SetPicture(const QImage& picture)
     next.image = normalized(picture);
     next.image.setDevicePixelRatio(1);
     next.profile = profileOf(picture);
-    if (!next.profile.isEmpty())
-        next.image.setColorSpace({}); // told apart from the pixels from here on
+    next.image.setColorSpace({}); // from here on the profile tells it
     next.size = next.image.size();
     next.bitsPerPixel = next.image.isNull() ? 0 : bitsOf(next.image);
     d->hold(std::move(next));
