@@ -2,6 +2,8 @@
 
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
+#include "engine/codecs/PngFast.h"
+#include "engine/codecs/PngRows.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
@@ -46,7 +48,6 @@ class Session
     bool feedChunk(const PngChunk& chunk);
     Status feedChunks();
     Status prepare();
-    QImage::Format chooseFormat() const;
     Status readPalette();
     void setTransforms();
     bool isTransparent() const { return png_get_valid(m_png, m_info, PNG_INFO_tRNS) != 0; }
@@ -202,22 +203,6 @@ Status Session::feedChunks()
     return ok();
 }
 
-QImage::Format Session::chooseFormat() const
-{
-    switch (m_header.colors) {
-    case PNG_COLOR_TYPE_PALETTE:
-        return m_header.depth == 1 && !isTransparent() ? QImage::Format_Mono : QImage::Format_Indexed8;
-    case PNG_COLOR_TYPE_GRAY:
-        if (isTransparent())
-            return QImage::Format_ARGB32;
-        return m_header.depth == 1 ? QImage::Format_Mono : QImage::Format_Grayscale8;
-    case PNG_COLOR_TYPE_RGB:
-        return isTransparent() ? QImage::Format_ARGB32 : QImage::Format_RGB32;
-    default:
-        return QImage::Format_ARGB32;
-    }
-}
-
 Status Session::readPalette()
 {
     png_colorp colors = nullptr;
@@ -238,7 +223,7 @@ Status Session::readPalette()
 /// Makes the picture, once all chunks before the pixels were fed.
 Status Session::prepare()
 {
-    const QImage::Format format = chooseFormat();
+    const QImage::Format format = pngImageFormat(m_header, isTransparent());
     if (m_header.colors == PNG_COLOR_TYPE_PALETTE) {
         if (Status read = readPalette(); !read)
             return read;
@@ -301,6 +286,12 @@ Result<Picture> Session::decode()
 
 } // namespace
 
+Result<Picture> decodePngByLibrary(const ByteSource& source, const PngHeader& header,
+                                   const CancelFlag& cancel)
+{
+    return std::make_unique<Session>(source, header, cancel)->decode();
+}
+
 PngDecoder::PngDecoder(std::shared_ptr<ByteSource> source, const PngHeader& header)
     : m_source(std::move(source)), m_header(header)
 {
@@ -324,7 +315,9 @@ Result<Picture> PngDecoder::decode(int page, QSize, const CancelFlag& cancel)
 {
     if (const Result<PageHeader> facts = header(page); !facts)
         return facts.error();
-    return std::make_unique<Session>(*m_source, m_header, cancel)->decode();
+    if (std::optional<Picture> picture = decodePngFast(*m_source, m_header, cancel))
+        return *std::move(picture);
+    return decodePngByLibrary(*m_source, m_header, cancel);
 }
 
 } // namespace quorvia::engine
