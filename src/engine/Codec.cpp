@@ -1,6 +1,7 @@
 #include "engine/Codec.h"
 
 #include "engine/codecs/Codecs.h"
+#include "engine/LargePages.h"
 
 #include <algorithm>
 #include <array>
@@ -74,6 +75,7 @@ QImage allocateImage(QSize size, QImage::Format format)
         std::calloc(static_cast<size_t>(bytesPerLine), static_cast<size_t>(std::max(size.height(), 0)));
     if (!memory)
         return {};
+    preferLargePages(memory, bytesPerLine * size.height());
     return QImage(static_cast<uchar*>(memory), size.width(), size.height(), bytesPerLine, format, std::free,
                   memory);
 }

@@ -1,5 +1,7 @@
 #include "engine/codecs/PngData.h"
 
+#include "engine/LargePages.h"
+
 #include <QtEndian>
 
 #include <libdeflate.h>
@@ -130,6 +132,7 @@ bool Gathering::readStream()
     m_data.stream.reset(static_cast<uchar*>(std::malloc(size_t(m_data.length + sumLength))));
     if (!m_data.stream)
         return false;
+    preferLargePages(m_data.stream.get(), m_data.length);
     uchar* to = m_data.stream.get();
     for (const PngChunk& piece : m_pieces) {
         constexpr qint64 block = 1 << 20;

@@ -4,6 +4,7 @@
 #include "engine/codecs/PngData.h"
 #include "engine/codecs/PngRows.h"
 #include "engine/codecs/PngUnfilter.h"
+#include "engine/LargePages.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
@@ -227,6 +228,7 @@ std::optional<Picture> decodePngFast(const ByteSource& source, const PngHeader& 
     const PngRows rows(header, !data->transparency.isEmpty(), clearColorOf(header, data->transparency));
     const Arrangement place = arrange(header, rows.format());
     PngBuffer block(static_cast<uchar*>(std::malloc(size_t(place.blockBytes))));
+    preferLargePages(block.get(), place.blockBytes);
     if (!block || !inflate(*data, block.get() + place.rawStart, place.rawBytes))
         return {};
     data->stream.reset();
