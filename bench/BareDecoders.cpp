@@ -32,7 +32,8 @@ std::FILE* opened(const char* path)
 /// Not filled: the libraries write every pixel.
 BarePicture blank(int width, int height)
 {
-    return {width, height, std::unique_ptr<std::uint32_t[]>(new std::uint32_t[size_t(width) * size_t(height)])};
+    return {width, height,
+            std::unique_ptr<std::uint32_t[]>(new std::uint32_t[size_t(width) * size_t(height)])};
 }
 
 unsigned char* rowOf(const BarePicture& picture, unsigned y)

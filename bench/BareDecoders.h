@@ -1,5 +1,5 @@
-// The yardsticks: what the libraries' own documentation does to get a file's pixels, and no more. Files that do
-// not decode end the program.
+// The yardsticks: what the libraries' own documentation does to get a file's pixels, and no more. Files that
+// do not decode end the program.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Times two ways of doing the same, in turn, and tells how many times as long the first takes. Ratios of medians
-// of interleaved runs hold on a machine whose speed wanders; times alone do not.
+// Times two ways of doing the same, in turn, and tells how many times as long the first takes. Ratios of
+// medians of interleaved runs hold on a machine whose speed wanders; times alone do not.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// How long the engine's decoders take beside the bare libraries: decode_ratio PICTURES [RUNS], where PICTURES is
-// the directory that bench/ratios fills. Pixels are compared before anything is timed.
+// How long the engine's decoders take beside the bare libraries: decode_ratio PICTURES [RUNS], where PICTURES
+// is the directory that bench/ratios fills. Pixels are compared before anything is timed.
 #include "BareDecoders.h"
 #include "engine/Codec.h"
 #include "Ratio.h"

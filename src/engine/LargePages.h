@@ -1,5 +1,5 @@
-// Asks the system to back large blocks of memory with large pages. Touching 96 MB for the first time costs some
-// 10 ms so, against 30 to 100 with small pages; small blocks are left alone.
+// Asks the system to back large blocks of memory with large pages. Touching 96 MB for the first time costs
+// some 10 ms so, against 30 to 100 with small pages; small blocks are left alone.
 #pragma once
 
 #include <QtGlobal>

@@ -1,5 +1,7 @@
 #include "engine/codecs/ImageRows.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 
 namespace quorvia::engine {
@@ -35,6 +37,16 @@ QImage rowsAs(const QImage& image, int first, int count, QImage::Format format)
     if (image.colorCount() > 0)
         rows.setColorTable(image.colorTable());
     return rows.format() == format ? rows : rows.convertToFormat(format);
+}
+
+void rgbToRgb32(const uchar* in, QRgb* out, int count)
+{
+    // Four bytes at once while a fourth stands behind the three.
+    const int last = count - 1;
+    for (int x = 0; x < last; ++x)
+        out[x] = qFromBigEndian<quint32>(in + 3 * qsizetype(x)) >> 8 | opaqueBlack;
+    const uchar* pixel = in + 3 * qsizetype(last);
+    out[last] = qRgb(pixel[0], pixel[1], pixel[2]);
 }
 
 QImage overWhite(QImage rows)

@@ -1,5 +1,6 @@
-// Takes an image apart into strips of rows in the format that an encoder wants, so that saving never holds a
-// second whole picture. No copy is made where the format is right already.
+// What codecs do with rows of pixels. Takes an image apart into strips of rows in the format that an encoder
+// wants, so that saving never holds a second whole picture. No copy is made where the format is right
+// already.
 #pragma once
 
 #include <QImage>
@@ -13,6 +14,9 @@ constexpr int stripRows = 64;
 /// Rows `first` to `first + count - 1` (from 0) of `image` in `format`. The result may share the pixels of
 /// `image`, which must outlive it.
 QImage rowsAs(const QImage& image, int first, int count, QImage::Format format);
+
+/// Writes `count` (at least 1) pixels of three bytes (red, green, blue) as RGB32.
+void rgbToRgb32(const uchar* in, QRgb* out, int count);
 
 /// Lays the pixels of `rows` (ARGB32) over white and gives them back as RGB32:
 /// c' = (c * a + 255 * (255 - a)) / 255, rounded. A null image when there is no memory.

@@ -29,7 +29,8 @@ quint32 checkSum(quint32 type, const void* content, qint64 length)
 class Gathering
 {
   public:
-    Gathering(const ByteSource& source, const PngHeader& header, const PngDataBounds& bounds, const CancelFlag& cancel)
+    Gathering(const ByteSource& source, const PngHeader& header, const PngDataBounds& bounds,
+              const CancelFlag& cancel)
         : m_source(source), m_header(header), m_bounds(bounds), m_cancel(cancel)
     {
     }
@@ -126,7 +127,8 @@ bool Gathering::sortChunks()
            (m_header.colors != paletteType || !m_data.palette.isEmpty());
 }
 
-/// Reads the data chunks one behind the other. Each is read with its check sum, which the next one overwrites.
+/// Reads the data chunks one behind the other. Each is read with its check sum, which the next one
+/// overwrites.
 bool Gathering::readStream()
 {
     m_data.stream.reset(static_cast<uchar*>(std::malloc(size_t(m_data.length + sumLength))));

@@ -1,6 +1,6 @@
-// Decodes a PNG file: a whole one the short way (PngFast.h), any other by feeding libpng just the chunks that make
-// pixels. The header costs one read; a decode always makes the full picture, since inflating cannot be cut
-// down.
+// Decodes a PNG file: a whole one the short way (PngFast.h), any other by feeding libpng just the chunks that
+// make pixels. The header costs one read; a decode always makes the full picture, since inflating cannot be
+// cut down.
 #pragma once
 
 #include "engine/Codec.h"
@@ -8,7 +8,8 @@
 
 namespace quorvia::engine {
 
-/// Decodes the PNG in `source`, whose header is `header` and within the limits, with libpng, as far as it goes.
+/// Decodes the PNG in `source`, whose header is `header` and within the limits, with libpng, as far as it
+/// goes.
 Result<Picture> decodePngByLibrary(const ByteSource& source, const PngHeader& header,
                                    const CancelFlag& cancel);
 

@@ -1,5 +1,7 @@
 #include "engine/codecs/PngRows.h"
 
+#include "engine/codecs/ImageRows.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -15,8 +17,6 @@ constexpr int paletteType = 3;
 constexpr int greyAlphaType = 4;
 constexpr int rgbaType = 6;
 
-constexpr QRgb opaque = 0xff000000U;
-
 quint16 wideAt(const uchar* raw, int index)
 {
     return qFromBigEndian<quint16>(raw + 2 * qsizetype(index));
@@ -28,7 +28,8 @@ uchar narrow(quint16 value)
     return uchar((value * 255U + 32895U) >> 16);
 }
 
-/// Sample `index` of a row whose samples of `depth` (1, 2 or 4) bits follow each other from the highest bit on.
+/// Sample `index` of a row whose samples of `depth` (1, 2 or 4) bits follow each other from the highest bit
+/// on.
 uchar packedAt(const uchar* raw, int index, int depth)
 {
     const int perByte = 8 / depth;
@@ -89,7 +90,7 @@ void PngRows::convert(const uchar* raw, uchar* line, qsizetype lineBytes) const
     else if (m_colors == rgbaType && m_depth == 8)
         convertRgba(raw, pixels);
     else if (m_depth == 8 && !m_clear)
-        convertRgb(raw, pixels);
+        rgbToRgb32(raw, pixels, m_width);
     else
         convertColors(raw, pixels);
 }
@@ -147,16 +148,6 @@ void PngRows::convertGreyAlpha(const uchar* raw, QRgb* out) const
     }
     for (int x = 0; x < m_width; ++x)
         out[x] = grey(raw[2 * x], raw[2 * x + 1]);
-}
-
-void PngRows::convertRgb(const uchar* raw, QRgb* out) const
-{
-    // Four bytes at once while a fourth stands behind the three.
-    const int last = m_width - 1;
-    for (int x = 0; x < last; ++x)
-        out[x] = qFromBigEndian<quint32>(raw + 3 * qsizetype(x)) >> 8 | opaque;
-    const uchar* pixel = raw + 3 * qsizetype(last);
-    out[last] = qRgb(pixel[0], pixel[1], pixel[2]);
 }
 
 void PngRows::convertRgba(const uchar* raw, QRgb* out) const

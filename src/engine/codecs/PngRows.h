@@ -35,7 +35,6 @@ class PngRows
     void convertGrey(const uchar* raw, uchar* line) const;
     void convertGreyAlpha(const uchar* raw, QRgb* out) const;
     void convertClearGrey(const uchar* raw, QRgb* out) const;
-    void convertRgb(const uchar* raw, QRgb* out) const;
     void convertRgba(const uchar* raw, QRgb* out) const;
     void convertColors(const uchar* raw, QRgb* out) const;
     bool isClear(quint16 red, quint16 green, quint16 blue) const

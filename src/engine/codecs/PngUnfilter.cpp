@@ -99,8 +99,8 @@ void subByPixels(uchar* row, qsizetype length)
 }
 
 /// Each pixel waits for the one at its left, so what counts is the way from one to the next. The processor's
-/// average rounds up where the filter rounds down: avg(~a, ~b) = ~((a + b) / 2), and with that, and n = ~left,
-/// x + (left + above) / 2 becomes n' = avg(n, ~above) - x. Two steps a pixel.
+/// average rounds up where the filter rounds down: avg(~a, ~b) = ~((a + b) / 2), and with that, and n =
+/// ~left, x + (left + above) / 2 becomes n' = avg(n, ~above) - x. Two steps a pixel.
 template <int Bytes>
 void averageByPixels(uchar* row, const uchar* above, qsizetype length)
 {
@@ -113,8 +113,8 @@ void averageByPixels(uchar* row, const uchar* above, qsizetype length)
     }
 }
 
-/// With lo and hi the lesser and the greater of left a and above b, and c above left, a + b - c lies nearest to
-/// lo when 3c - a - b >= hi, to hi when 3c - a - b <= lo, else to c. Ties between the three fall as the
+/// With lo and hi the lesser and the greater of left a and above b, and c above left, a + b - c lies nearest
+/// to lo when 3c - a - b >= hi, to hi when 3c - a - b <= lo, else to c. Ties between the three fall as the
 /// predictor's order wants. In lanes of 16 bits whose upper half stays zero.
 template <int Bytes>
 void paethByPixels(uchar* row, const uchar* above, qsizetype length)

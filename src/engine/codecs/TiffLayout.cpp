@@ -245,4 +245,15 @@ Result<TiffLayout> readTiffLayout(TIFF* tiff)
     return layout;
 }
 
+Status checkTiffMemory(const TiffLayout& layout, QImage::Format format, qint64 workBytes)
+{
+    const qint64 bits = QImage::toPixelFormat(format).bitsPerPixel();
+    const qint64 rowBytes = (layout.stored.width() * bits + 31) / 32 * 4;
+    if (workBytes > Limits::machine().maxBytes - rowBytes * layout.stored.height())
+        return Error{ErrorKind::TooLarge,
+                     QStringLiteral("%1 MB to decode it are more than a picture may take on this machine")
+                         .arg(workBytes >> 20)};
+    return ok();
+}
+
 } // namespace quorvia::engine

@@ -5,6 +5,7 @@
 #include "engine/Result.h"
 
 #include <QColor>
+#include <QImage>
 #include <QList>
 #include <QSize>
 
@@ -48,5 +49,9 @@ struct TiffLayout
 /// Reads the present directory of `tiff`. Also sets what libtiff must know before it decodes. Damaged,
 /// Unsupported or TooLarge when the page cannot be decoded.
 Result<TiffLayout> readTiffLayout(TIFF* tiff);
+
+/// TooLarge when a picture of `format` and the `workBytes` that it takes to decode it are, together, more
+/// than a picture may cost. To be asked before anything is allocated.
+Status checkTiffMemory(const TiffLayout& layout, QImage::Format format, qint64 workBytes);
 
 } // namespace quorvia::engine

@@ -8,8 +8,8 @@
 namespace quorvia::engine {
 
 /// The page that is the present directory of `handle`, described by `layout`, out of `source`. Holds the
-/// picture and one strip or tile; pages turned by a quarter are held twice for a moment.
-Result<Picture> decodeTiffPage(TiffHandle& handle, std::shared_ptr<ByteSource> source,
+/// picture and one strip or tile a core; pages turned by a quarter are held twice for a moment.
+Result<Picture> decodeTiffPage(TiffHandle& handle, const std::shared_ptr<ByteSource>& source,
                                const TiffLayout& layout, const CancelFlag& cancel);
 
 } // namespace quorvia::engine

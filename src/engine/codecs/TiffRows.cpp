@@ -1,5 +1,7 @@
 #include "engine/codecs/TiffRows.h"
 
+#include "engine/codecs/ImageRows.h"
+
 #include <QFloat16>
 
 #include <algorithm>
@@ -96,6 +98,13 @@ void widen(const uchar* bytes, int first, int step, const TiffLayout& layout, st
         }
         return;
     }
+    if (layout.numbers == TiffNumbers::Unsigned && layout.bits == 16) {
+        for (quint16& value : out) {
+            value = numberAt<quint16>(bytes, index);
+            index += step;
+        }
+        return;
+    }
     const quint64 greatest = (quint64(1) << layout.bits) - 1;
     const quint32 bias = layout.numbers == TiffNumbers::Signed ? 1u << (layout.bits - 1) : 0;
     for (quint16& value : out) {
@@ -148,16 +157,32 @@ void TiffRows::convert(const TiffSampleRow& row, int count, uchar* line, int x)
         copyIndices(row, count, line + x);
     } else if (m_format == QImage::Format_Grayscale8 && eightBits && row.step == 1) {
         convertGrey8(row.bytes[0], count, line + x);
-    } else if (m_format == QImage::Format_RGB32 && eightBits && m_layout.colors == TiffColors::Rgb) {
-        auto* out = reinterpret_cast<QRgb*>(line) + x;
-        const uchar* red = row.bytes[0] + row.first[0];
-        const uchar* green = row.bytes[1] + row.first[1];
-        const uchar* blue = row.bytes[2] + row.first[2];
-        for (int i = 0; i < count; ++i)
-            out[i] = qRgb(red[i * row.step], green[i * row.step], blue[i * row.step]);
+    } else if (m_format != QImage::Format_Grayscale8 && eightBits && m_layout.colors == TiffColors::Rgb &&
+               m_layout.alpha != TiffAlpha::Associated) {
+        convertRgb8(row, count, reinterpret_cast<QRgb*>(line) + x);
     } else {
         convertDeep(row, count, line, x);
     }
+}
+
+void TiffRows::convertRgb8(const TiffSampleRow& row, int count, QRgb* out) const
+{
+    const bool alpha = m_layout.alpha != TiffAlpha::None;
+    const uchar* red = row.bytes[0] + row.first[0];
+    const uchar* green = row.bytes[1] + row.first[1];
+    const uchar* blue = row.bytes[2] + row.first[2];
+    const bool packed = green == red + 1 && blue == red + 2;
+    if (packed && !alpha && row.step == 3) {
+        rgbToRgb32(red, out, count);
+        return;
+    }
+    for (int i = 0; i < count; ++i)
+        out[i] = qRgb(red[i * row.step], green[i * row.step], blue[i * row.step]);
+    if (!alpha)
+        return;
+    const uchar* opacity = row.bytes[3] + row.first[3];
+    for (int i = 0; i < count; ++i)
+        out[i] = (out[i] & 0xffffffU) | QRgb(opacity[i * row.step]) << 24;
 }
 
 void TiffRows::copyBits(const TiffSampleRow& row, int count, uchar* line, int x) const

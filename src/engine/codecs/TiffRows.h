@@ -36,6 +36,7 @@ class TiffRows
   private:
     void copyBits(const TiffSampleRow& row, int count, uchar* line, int x) const;
     void copyIndices(const TiffSampleRow& row, int count, uchar* out) const;
+    void convertRgb8(const TiffSampleRow& row, int count, QRgb* out) const;
     void convertGrey8(const uchar* samples, int count, uchar* out) const;
     void convertDeep(const TiffSampleRow& row, int count, uchar* line, int x);
     void combine(int count, QRgb* out) const;
