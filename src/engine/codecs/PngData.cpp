@@ -137,7 +137,7 @@ bool Gathering::readStream()
     preferLargePages(m_data.stream.get(), m_data.length);
     uchar* to = m_data.stream.get();
     for (const PngChunk& piece : m_pieces) {
-        constexpr qint64 block = 1 << 20;
+        constexpr qint64 block = 64 * 1024; // between two looks at `cancel`
         for (qint64 at = 0; at < piece.length + sumLength; at += block) {
             const qint64 count = std::min(block, piece.length + sumLength - at);
             if (m_cancel.load(std::memory_order_relaxed) ||

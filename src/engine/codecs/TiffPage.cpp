@@ -9,6 +9,7 @@
 #include <array>
 #include <atomic>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace quorvia::engine {
@@ -30,8 +31,10 @@ class Worker
         : m_handle(handle), m_layout(layout), m_striles(handle, std::move(source), layout), m_rows(layout)
     {
     }
-    /// A worker for the page at which `handle` stands; null when it cannot be opened once more.
-    static std::unique_ptr<Worker> beside(TiffHandle& handle, const std::shared_ptr<ByteSource>& source);
+    /// A worker, with room for `rows` rows, for the page whose directory is at that offset; null when it
+    /// cannot be opened once more.
+    static std::unique_ptr<Worker> beside(quint64 directory, const std::shared_ptr<ByteSource>& source,
+                                          int rows);
 
     qint64 rowBytes() const { return m_striles.rowBytes(); }
     qint64 memoryFor(int rows) const { return m_striles.memoryFor(rows, planes()); }
@@ -58,17 +61,17 @@ class Worker
     TiffProgress m_progress;
 };
 
-std::unique_ptr<Worker> Worker::beside(TiffHandle& handle, const std::shared_ptr<ByteSource>& source)
+std::unique_ptr<Worker> Worker::beside(quint64 directory, const std::shared_ptr<ByteSource>& source, int rows)
 {
     auto own = TiffHandle::reading(source);
-    if (!own->get() || !TIFFSetSubDirectory(own->get(), TIFFCurrentDirOffset(handle.get())))
+    if (!own->get() || !TIFFSetSubDirectory(own->get(), directory))
         return {};
     const Result<TiffLayout> layout = readTiffLayout(own->get());
     if (!layout)
         return {};
     auto worker = std::make_unique<Worker>(*own, source, *layout);
     worker->m_ownHandle = std::move(own);
-    return worker;
+    return worker->allocate(rows) ? std::move(worker) : nullptr;
 }
 
 bool Worker::allocate(int rows)
@@ -171,19 +174,26 @@ Result<QImage> decodeTiffStriles(TiffHandle& handle, const std::shared_ptr<ByteS
 
     const int count = threadCount(first, pieces, layout, mostThreads);
     workers.resize(size_t(count));
+    const quint64 directory = TIFFCurrentDirOffset(handle.get());
     std::atomic<qint64> next = 0;
+    std::atomic<bool> starved = false;
     inBands(count, count, [&](int index, int, int) {
-        std::unique_ptr<Worker>& worker = workers[size_t(index)];
-        if (index > 0) {
-            worker = Worker::beside(handle, source);
-            if (!worker || !worker->allocate(pieces.tallest()))
+        try {
+            std::unique_ptr<Worker>& worker = workers[size_t(index)];
+            if (index > 0)
+                worker = Worker::beside(directory, source, pieces.tallest());
+            if (!worker)
                 return; // the others do it
+            for (qint64 piece = next++; piece < pieces.count() && !cancel && !starved; piece = next++)
+                worker->draw(pieces, pieces.at(piece), canvas, cancel);
+        } catch (const std::bad_alloc&) {
+            starved = true; // nothing may leave a thread
         }
-        for (qint64 piece = next++; piece < pieces.count() && !cancel; piece = next++)
-            worker->draw(pieces, pieces.at(piece), canvas, cancel);
     });
     if (cancel)
         return cancelled;
+    if (starved)
+        return noMemory;
     for (const auto& worker : workers) {
         if (!worker)
             continue;
