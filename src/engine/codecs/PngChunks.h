@@ -34,7 +34,9 @@ struct PngChunk
         palette = 0x504c5445,
         transparency = 0x74524e53,
         data = 0x49444154,
-        end = 0x49454e44
+        end = 0x49454e44,
+        profile = 0x69434350,
+        srgb = 0x73524742
     };
     quint32 type = 0;  ///< a Type, or any other
     qint64 offset = 0; ///< of the chunk's length field

@@ -14,6 +14,7 @@ class PngCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
+    bool keepsProfile(const QString& extension) const override { return canEncode(extension); }
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };
@@ -48,9 +49,9 @@ bool PngCodec::canEncode(const QString& extension) const
     return extensions().contains(extension);
 }
 
-Result<QByteArray> PngCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
+Result<QByteArray> PngCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
 {
-    return encodePng(image);
+    return encodePng(image, options.profile);
 }
 
 const Codec& pngCodec()

@@ -3,6 +3,7 @@
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/PngFast.h"
+#include "engine/codecs/PngProfile.h"
 #include "engine/codecs/PngRows.h"
 #include "engine/Limits.h"
 
@@ -315,9 +316,14 @@ Result<Picture> PngDecoder::decode(int page, QSize, const CancelFlag& cancel)
 {
     if (const Result<PageHeader> facts = header(page); !facts)
         return facts.error();
-    if (std::optional<Picture> picture = decodePngFast(*m_source, m_header, cancel))
-        return *std::move(picture);
-    return decodePngByLibrary(*m_source, m_header, cancel);
+    if (cancel)
+        return Error{ErrorKind::Cancelled, QStringLiteral("dropped by the asker")};
+    std::optional<Picture> whole = decodePngFast(*m_source, m_header, cancel);
+    Result<Picture> picture =
+        whole ? Result<Picture>(*std::move(whole)) : decodePngByLibrary(*m_source, m_header, cancel);
+    if (picture)
+        picture->profile = readPngProfile(*m_source, m_header);
+    return picture;
 }
 
 } // namespace quorvia::engine

@@ -3,6 +3,8 @@
 #include "engine/codecs/Growing.h"
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
+#include "engine/codecs/PngProfile.h"
+#include "engine/ColorConversion.h"
 
 #include <QtEndian>
 
@@ -67,7 +69,8 @@ class Session
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    bool begin(QSize size, const Plan& plan);
+    /// `profile` is the content of the chunk that holds it; empty for none.
+    bool begin(QSize size, const Plan& plan, const QByteArray& profile);
     bool write(const QImage& rows);
     bool finish();
     Error error() const { return Error{ErrorKind::Unsupported, QString::fromLatin1(m_landing.text)}; }
@@ -117,8 +120,10 @@ void Session::setPalette(const Plan& plan)
         png_set_tRNS(m_png, m_info, alphas, alphaCount, nullptr);
 }
 
-bool Session::begin(QSize size, const Plan& plan)
+bool Session::begin(QSize size, const Plan& plan, const QByteArray& profile)
 {
+    const auto* const profileBytes = reinterpret_cast<png_const_bytep>(profile.constData());
+    const auto profileLength = static_cast<size_t>(profile.size());
     return guarded(m_landing, [&, this] {
         m_png = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, takeError,
                                         [](png_structp, png_const_charp) {});
@@ -135,6 +140,10 @@ bool Session::begin(QSize size, const Plan& plan)
                      PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         if (plan.colors == PNG_COLOR_TYPE_PALETTE)
             setPalette(plan);
+        png_write_info_before_PLTE(m_png, m_info);
+        // As it stands: the library's own way drops profiles that it finds fault with.
+        if (profileLength > 0)
+            png_write_chunk(m_png, reinterpret_cast<png_const_bytep>("iCCP"), profileBytes, profileLength);
         png_write_info(m_png, m_info);
         if (plan.rows == QImage::Format_RGB32)
             png_set_filler(m_png, 0, littleEndian ? PNG_FILLER_AFTER : PNG_FILLER_BEFORE);
@@ -163,13 +172,15 @@ bool Session::finish()
 
 } // namespace
 
-Result<QByteArray> encodePng(const QImage& image)
+Result<QByteArray> encodePng(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
         return Error{ErrorKind::Unsupported, QStringLiteral("no picture to write")};
     const Plan plan = planFor(image);
     Session session;
-    if (!session.begin(image.size(), plan))
+    const ColorModel colors = plan.colors & PNG_COLOR_MASK_COLOR ? ColorModel::Rgb : ColorModel::Gray;
+    const bool fits = colorModelOf(profile) == colors;
+    if (!session.begin(image.size(), plan, fits ? pngProfileContent(profile) : QByteArray()))
         return session.error();
     for (int y = 0; y < image.height(); y += stripRows) {
         const QImage rows = rowsAs(image, y, std::min(stripRows, image.height() - y), plan.rows);

@@ -10,7 +10,8 @@
 namespace quorvia::engine {
 
 /// The PNG file of `image` (any QImage format; deeper ones are brought to 8 bits a channel, premultiplied
-/// alpha is undone). Unsupported for a null image.
-Result<QByteArray> encodePng(const QImage& image);
+/// alpha is undone). `profile` (ICC) is embedded when its colours are those of the file: grey or RGB.
+/// Unsupported for a null image.
+Result<QByteArray> encodePng(const QImage& image, const QByteArray& profile = {});
 
 } // namespace quorvia::engine

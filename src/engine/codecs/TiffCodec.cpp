@@ -17,6 +17,7 @@ class TiffCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
+    bool keepsProfile(const QString& extension) const override { return canEncode(extension); }
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };
@@ -113,9 +114,9 @@ bool TiffCodec::canEncode(const QString& extension) const
     return extensions().contains(extension);
 }
 
-Result<QByteArray> TiffCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
+Result<QByteArray> TiffCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
 {
-    return writeTiff(image);
+    return writeTiff(image, options.profile);
 }
 
 const Codec& tiffCodec()

@@ -1,9 +1,11 @@
 #include "engine/codecs/TiffLayout.h"
 
 #include "engine/codecs/Orientation.h"
+#include "engine/ColorConversion.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace quorvia::engine {
 
@@ -196,6 +198,37 @@ Status readColors(TIFF* tiff, TiffLayout& layout, int compression)
     return ok();
 }
 
+/// What the colours of a profile for the page must be; nothing where none can be used.
+std::optional<ColorModel> profileModel(TIFF* tiff, const TiffLayout& layout)
+{
+    switch (layout.colors) {
+    case TiffColors::Grey:
+    case TiffColors::GreyInverted:
+        return ColorModel::Gray;
+    case TiffColors::Palette:
+    case TiffColors::Rgb:
+        return ColorModel::Rgb;
+    case TiffColors::Cmyk:
+        return ColorModel::Cmyk;
+    default:
+        if (fieldOrDefault<uint16_t>(tiff, TIFFTAG_PHOTOMETRIC) == PHOTOMETRIC_YCBCR)
+            return ColorModel::Rgb;
+        return {};
+    }
+}
+
+void readProfile(TIFF* tiff, TiffLayout& layout)
+{
+    uint32_t length = 0;
+    void* bytes = nullptr;
+    if (!TIFFGetField(tiff, TIFFTAG_ICCPROFILE, &length, &bytes) || !bytes || length > maxProfileBytes)
+        return;
+    const QByteArray profile(static_cast<const char*>(bytes), qsizetype(length));
+    const auto model = colorModelOf(profile);
+    if (model && model == profileModel(tiff, layout))
+        layout.profile = profile;
+}
+
 void readAlpha(TIFF* tiff, TiffLayout& layout)
 {
     uint16_t count = 0;
@@ -242,6 +275,7 @@ Result<TiffLayout> readTiffLayout(TIFF* tiff)
     if (!colors)
         return colors.error();
     readAlpha(tiff, layout);
+    readProfile(tiff, layout);
     return layout;
 }
 

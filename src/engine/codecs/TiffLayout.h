@@ -4,6 +4,7 @@
 #include "engine/codecs/TiffHandle.h"
 #include "engine/Result.h"
 
+#include <QByteArray>
 #include <QColor>
 #include <QImage>
 #include <QList>
@@ -35,6 +36,7 @@ struct TiffLayout
     TiffColors colors = TiffColors::Grey;
     TiffAlpha alpha = TiffAlpha::None; ///< the sample behind the colours
     QList<QRgb> palette;               ///< 1 << bits entries for Palette
+    QByteArray profile;                ///< ICC profile of the colours; empty without one that fits them
     bool planar = false;               ///< each sample in striles of its own
     bool compressed = false;
     bool tiled = false;

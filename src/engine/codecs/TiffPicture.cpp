@@ -109,6 +109,8 @@ Result<Picture> decodeTiffPage(TiffHandle& handle, const std::shared_ptr<ByteSou
     picture.fullSize = layout.size;
     picture.bitsPerPixel = layout.bits * layout.samples;
     picture.complete = progress.complete;
+    if (layout.colors != TiffColors::Cmyk) // those are sRGB by now
+        picture.profile = layout.profile;
     return picture;
 }
 

@@ -134,7 +134,12 @@ quint32 divided(quint32 color, quint32 alpha)
 
 } // namespace
 
-TiffRows::TiffRows(const TiffLayout& layout) : m_layout(layout), m_format(formatOf(layout)) {}
+TiffRows::TiffRows(const TiffLayout& layout) : m_layout(layout), m_format(formatOf(layout))
+{
+    // Inks that were multiplied by alpha are none that the profile knows.
+    if (layout.colors == TiffColors::Cmyk && layout.alpha != TiffAlpha::Associated)
+        m_conversion = ColorConversion::of(layout.profile);
+}
 
 QList<QRgb> TiffRows::colorTable() const
 {
@@ -230,6 +235,10 @@ void TiffRows::convertDeep(const TiffSampleRow& row, int count, uchar* line, int
         }
         widen(row.bytes[channel], row.first[channel], row.step, m_layout, m_wide[channel]);
     }
+    if (m_conversion) {
+        convertInks(count, reinterpret_cast<QRgb*>(line) + x);
+        return;
+    }
     if (m_format != QImage::Format_Grayscale8) {
         combine(count, reinterpret_cast<QRgb*>(line) + x);
         return;
@@ -239,6 +248,20 @@ void TiffRows::convertDeep(const TiffSampleRow& row, int count, uchar* line, int
         const int grey = narrow(m_wide[0][size_t(i)]);
         line[x + i] = uchar(inverted ? 255 - grey : grey);
     }
+}
+
+void TiffRows::convertInks(int count, QRgb* out)
+{
+    m_inks.resize(4 * size_t(count));
+    for (size_t ink = 0; ink < 4; ++ink) {
+        for (size_t i = 0; i < size_t(count); ++i)
+            m_inks[4 * i + ink] = uchar(narrow(m_wide[ink][i]));
+    }
+    m_conversion->convertInks(m_inks.data(), out, count, false);
+    if (m_layout.alpha == TiffAlpha::None)
+        return;
+    for (size_t i = 0; i < size_t(count); ++i)
+        out[i] = (out[i] & 0xffffffU) | QRgb(narrow(m_wide[4][i])) << 24;
 }
 
 void TiffRows::combine(int count, QRgb* out) const

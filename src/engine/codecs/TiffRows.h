@@ -4,10 +4,12 @@
 #pragma once
 
 #include "engine/codecs/TiffLayout.h"
+#include "engine/ColorConversion.h"
 
 #include <QImage>
 
 #include <array>
+#include <memory>
 #include <vector>
 
 namespace quorvia::engine {
@@ -40,10 +42,13 @@ class TiffRows
     void convertGrey8(const uchar* samples, int count, uchar* out) const;
     void convertDeep(const TiffSampleRow& row, int count, uchar* line, int x);
     void combine(int count, QRgb* out) const;
+    void convertInks(int count, QRgb* out);
 
     const TiffLayout m_layout;
     QImage::Format m_format;
-    std::array<std::vector<quint16>, 5> m_wide; ///< the samples of a row by channel, 0..65535
+    std::shared_ptr<const ColorConversion> m_conversion; ///< of CMYK to sRGB, by the page's profile; or null
+    std::vector<uchar> m_inks;                           ///< a row of CMYK, 8 bits
+    std::array<std::vector<quint16>, 5> m_wide;          ///< the samples of a row by channel, 0..65535
 };
 
 } // namespace quorvia::engine

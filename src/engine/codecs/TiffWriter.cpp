@@ -2,6 +2,7 @@
 
 #include "engine/codecs/Palette.h"
 #include "engine/codecs/TiffHandle.h"
+#include "engine/ColorConversion.h"
 
 #include <algorithm>
 #include <array>
@@ -101,6 +102,13 @@ void setFields(TIFF* tiff, const QImage& image, const Shape& shape, int stripRow
         setPalette(tiff, image, shape.bits);
 }
 
+void setProfile(TIFF* tiff, const QByteArray& profile, const Shape& shape)
+{
+    const bool color = shape.photometric == PHOTOMETRIC_RGB || shape.photometric == PHOTOMETRIC_PALETTE;
+    if (colorModelOf(profile) == (color ? ColorModel::Rgb : ColorModel::Gray))
+        TIFFSetField(tiff, TIFFTAG_ICCPROFILE, uint32_t(profile.size()), profile.constData());
+}
+
 void packRow(const uchar* row, int width, const Shape& shape, uchar* out)
 {
     if (shape.samples == 1) {
@@ -136,7 +144,7 @@ bool writePage(TIFF* tiff, const QImage& image, const Shape& shape)
 
 } // namespace
 
-Result<QByteArray> writeTiff(const QImage& image)
+Result<QByteArray> writeTiff(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
         return Error{ErrorKind::Unsupported, QStringLiteral("there is no image to write")};
@@ -145,8 +153,9 @@ Result<QByteArray> writeTiff(const QImage& image)
     std::unique_ptr<TiffHandle> handle = TiffHandle::writing(out);
     if (source.isNull() || !handle->get())
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the TIFF")};
-    if (!writePage(handle->get(), source, shapeOf(source)) || !TIFFFlush(handle->get()) ||
-        handle->errorCount() > 0)
+    const Shape shape = shapeOf(source);
+    setProfile(handle->get(), profile, shape);
+    if (!writePage(handle->get(), source, shape) || !TIFFFlush(handle->get()) || handle->errorCount() > 0)
         return Error{ErrorKind::Unsupported, handle->lastError()};
     handle.reset();
     return out;
