@@ -7,7 +7,6 @@
 #include <libdeflate.h>
 
 #include <algorithm>
-#include <vector>
 
 namespace quorvia::engine {
 
@@ -38,18 +37,20 @@ class Gathering
 
   private:
     bool isHeaderWhole() const;
-    bool sortChunks();
+    bool readChunks();
     bool take(const PngChunk& chunk);
     bool readSmall(const PngChunk& chunk, QByteArray& content) const;
     bool isTransparencyFit() const;
-    bool readStream();
+    bool allocateStream(qint64 from);
+    bool readStream(const PngChunk& chunk);
 
     const ByteSource& m_source;
     const PngHeader& m_header;
     const PngDataBounds m_bounds;
     const CancelFlag& m_cancel;
     PngData m_data;
-    std::vector<PngChunk> m_pieces; ///< the data chunks
+    qint64 m_room = 0;  ///< for the stream
+    qint64 m_after = 0; ///< offset behind the last data chunk
     bool m_ended = false;
 };
 
@@ -67,7 +68,7 @@ bool Gathering::isHeaderWhole() const
 bool Gathering::readSmall(const PngChunk& chunk, QByteArray& content) const
 {
     constexpr qint64 longest = 3 * 256;
-    if (!m_pieces.empty() || !content.isEmpty() || chunk.length < 1 || chunk.length > longest)
+    if (m_data.stream || !content.isEmpty() || chunk.length < 1 || chunk.length > longest)
         return false;
     const QByteArray bytes = m_source.bytes(chunk.offset + 8, chunk.length + sumLength);
     if (bytes.size() != chunk.length + sumLength)
@@ -79,13 +80,52 @@ bool Gathering::readSmall(const PngChunk& chunk, QByteArray& content) const
 
 bool Gathering::isTransparencyFit() const
 {
-    const qsizetype length = m_data.transparency.size();
+    const QByteArray& bytes = m_data.transparency;
     if (m_header.colors == paletteType)
-        return length <= m_data.palette.size() / 3;
-    return length == 2 * m_header.channels();
+        return bytes.size() <= m_data.palette.size() / 3;
+    if (bytes.size() != 2 * m_header.channels())
+        return false;
+    for (int i = 0; i < m_header.channels(); ++i) {
+        if (qFromBigEndian<quint16>(bytes.constData() + 2 * i) >> m_header.depth != 0)
+            return false;
+    }
+    return true;
 }
 
-/// Takes note of one chunk; false when it is out of order.
+/// Room for all data chunks, the first of which stands at offset `from`. What is not read is never touched.
+bool Gathering::allocateStream(qint64 from)
+{
+    if (m_bounds.most <= 0)
+        return false;
+    m_room = std::min(m_source.size() - from, m_bounds.most) + sumLength;
+    m_data.stream.reset(static_cast<uchar*>(std::malloc(size_t(m_room))));
+    preferLargePages(m_data.stream.get(), m_room);
+    m_after = from;
+    return m_data.stream != nullptr;
+}
+
+/// Adds a data chunk. It is read with its check sum, which the next one overwrites.
+bool Gathering::readStream(const PngChunk& chunk)
+{
+    constexpr qint64 block = 64 * 1024; // between two looks at `cancel`
+    if (!m_data.stream && !allocateStream(chunk.offset))
+        return false;
+    const qint64 length = chunk.length + sumLength;
+    if (chunk.offset != m_after || length > m_room - m_data.length)
+        return false;
+    uchar* const to = m_data.stream.get() + m_data.length;
+    for (qint64 at = 0; at < length; at += block) {
+        const qint64 count = std::min(block, length - at);
+        if (m_cancel.load(std::memory_order_relaxed) ||
+            m_source.read(chunk.offset + 8 + at, to + at, count) != count)
+            return false;
+    }
+    m_data.length += chunk.length;
+    m_after = chunk.behind();
+    return checkSum(chunk.type, to, chunk.length) == qFromBigEndian<quint32>(to + chunk.length);
+}
+
+/// Takes one chunk in; false when it is out of order.
 bool Gathering::take(const PngChunk& chunk)
 {
     constexpr int alphaBit = 4;
@@ -102,11 +142,9 @@ bool Gathering::take(const PngChunk& chunk)
             return true;
         return readSmall(chunk, m_data.transparency) && isTransparencyFit();
     case PngChunk::data:
-        if (!m_pieces.empty() && m_pieces.back().behind() != chunk.offset)
+        if (m_header.colors == paletteType && m_data.palette.isEmpty())
             return false;
-        m_pieces.push_back(chunk);
-        m_data.length += chunk.length;
-        return m_data.length <= m_bounds.most;
+        return readStream(chunk);
     case PngChunk::end:
         m_ended = chunk.behind() <= m_source.size();
         return m_ended;
@@ -115,7 +153,7 @@ bool Gathering::take(const PngChunk& chunk)
     }
 }
 
-bool Gathering::sortChunks()
+bool Gathering::readChunks()
 {
     PngChunks chunks(m_source);
     for (int count = 0; count < maxChunks && !m_ended; ++count) {
@@ -123,37 +161,12 @@ bool Gathering::sortChunks()
         if (!chunk || m_cancel.load(std::memory_order_relaxed) || !take(*chunk))
             return false;
     }
-    return m_ended && !m_pieces.empty() && m_data.length >= m_bounds.least &&
-           (m_header.colors != paletteType || !m_data.palette.isEmpty());
-}
-
-/// Reads the data chunks one behind the other. Each is read with its check sum, which the next one
-/// overwrites.
-bool Gathering::readStream()
-{
-    m_data.stream.reset(static_cast<uchar*>(std::malloc(size_t(m_data.length + sumLength))));
-    if (!m_data.stream)
-        return false;
-    preferLargePages(m_data.stream.get(), m_data.length);
-    uchar* to = m_data.stream.get();
-    for (const PngChunk& piece : m_pieces) {
-        constexpr qint64 block = 64 * 1024; // between two looks at `cancel`
-        for (qint64 at = 0; at < piece.length + sumLength; at += block) {
-            const qint64 count = std::min(block, piece.length + sumLength - at);
-            if (m_cancel.load(std::memory_order_relaxed) ||
-                m_source.read(piece.offset + 8 + at, to + at, count) != count)
-                return false;
-        }
-        if (checkSum(piece.type, to, piece.length) != qFromBigEndian<quint32>(to + piece.length))
-            return false;
-        to += piece.length;
-    }
-    return true;
+    return m_ended && m_data.stream && m_data.length >= m_bounds.least;
 }
 
 std::optional<PngData> Gathering::gather()
 {
-    if (!isHeaderWhole() || !sortChunks() || !readStream())
+    if (!isHeaderWhole() || !readChunks())
         return {};
     return std::move(m_data);
 }

@@ -64,11 +64,6 @@ PngRows::PngRows(const PngHeader& header, bool transparent, std::optional<PngCle
     : m_colors(header.colors), m_depth(header.depth), m_width(header.size.width()),
       m_format(pngImageFormat(header, transparent)), m_clear(clear)
 {
-    if (!m_clear)
-        return;
-    const auto mask = quint16((1U << m_depth) - 1); // the upper bits of the chunk's numbers mean nothing
-    for (quint16& sample : *m_clear)
-        sample &= mask;
 }
 
 void PngRows::convert(const uchar* raw, uchar* line, qsizetype lineBytes) const

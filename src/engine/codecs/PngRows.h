@@ -46,7 +46,7 @@ class PngRows
     const int m_depth;
     const int m_width;
     const QImage::Format m_format;
-    std::optional<PngClearColor> m_clear;
+    const std::optional<PngClearColor> m_clear;
 };
 
 } // namespace quorvia::engine
