@@ -1,3 +1,4 @@
+#include "corpus/Corpus.h"
 #include "engine/codecs/Codecs.h"
 #include "PngFixtures.h"
 
@@ -34,6 +35,8 @@ class TestPngCodec : public QObject
     void sniffsByContent();
     void looksLikeIndependentReaders_data();
     void looksLikeIndependentReaders();
+    void readsTheCorpus_data();
+    void readsTheCorpus();
     void smallInterlaced();
     void roundsSixteenBits();
     void keepsThePalette_data();
@@ -199,6 +202,28 @@ void TestPngCodec::looksLikeIndependentReaders()
     // ImageMagick cuts 16 bits off where we round.
     const int tolerance = keyed && depth == 16 ? 1 : 0;
     QCOMPARE(firstDifference(rgbaOf(picture->image), wanted, tolerance), QString());
+}
+
+void TestPngCodec::readsTheCorpus_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("pixels");
+    QTest::addColumn<QSize>("size");
+    for (const Fixture& fixture : pngCorpus())
+        QTest::newRow(qPrintable(fixture.name))
+            << fixture.file << fixture.expected.pixels << fixture.expected.size;
+}
+
+void TestPngCodec::readsTheCorpus()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, pixels);
+    QFETCH(QSize, size);
+    QVERIFY(!size.isEmpty());
+    const auto picture = decodeBytes(codec, file);
+    QVERIFY2(picture, picture ? "" : qPrintable(picture.error().text));
+    QVERIFY(picture->complete);
+    QCOMPARE(firstDifference(rgbaOf(picture->image), Rgba{size, pixels}), QString());
 }
 
 void TestPngCodec::smallInterlaced()
