@@ -16,7 +16,14 @@ constexpr int orientationTag = 274;
 
 int widthOf(int type)
 {
-    return type == 3 ? 2 : 4;
+    switch (type) {
+    case 3:
+        return 2;
+    case 7:
+        return 1;
+    default:
+        return 4;
+    }
 }
 
 /// Reads the numbers of a classic file.
@@ -39,7 +46,9 @@ struct Reader
 QByteArray inOrder(quint32 value, int width, bool big)
 {
     QByteArray bytes(4, '\0');
-    if (width == 2 && big)
+    if (width == 1)
+        bytes[0] = char(value);
+    else if (width == 2 && big)
         qToBigEndian(quint16(value), bytes.data());
     else if (big)
         qToBigEndian(value, bytes.data());

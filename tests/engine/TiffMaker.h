@@ -12,7 +12,7 @@ class TiffMaker
   public:
     /// A page of one strip; `pixels` as they shall stand in the file.
     void page(int width, int height, int bits, int samples, int photometric, const QByteArray& pixels);
-    /// Sets or replaces a field; type 3 is 16 bits, 4 is 32 bits.
+    /// Sets or replaces a field; type 3 is 16 bits, 4 is 32 bits, 7 is bytes.
     void set(int tag, int type, const QList<quint32>& values);
     /// The same from 16-bit values that stand low byte first in `bytes`.
     void setShorts(int tag, const QByteArray& bytes);
