@@ -28,7 +28,7 @@ class Worker
 {
   public:
     Worker(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout)
-        : m_handle(handle), m_layout(layout), m_striles(handle, std::move(source), layout), m_rows(layout)
+        : m_handle(handle), m_layout(layout), m_striles(handle, std::move(source), m_layout), m_rows(m_layout)
     {
     }
     /// A worker, with room for `rows` rows, for the page whose directory is at that offset; null when it
