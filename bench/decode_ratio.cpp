@@ -53,7 +53,7 @@ struct Case
 int main(int argc, char* argv[])
 {
     if (argc < 2) {
-        std::fprintf(stderr, "usage: decode_ratio PICTURES [RUNS]\n");
+        std::fprintf(stderr, "usage: decode_ratio PICTURES [RUNS [WORD]]\n");
         return 2;
     }
     const int runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 15;
@@ -70,6 +70,8 @@ int main(int argc, char* argv[])
         {"JPEG, 12 MP for a thumbnail of 193 x 143", "photo-12mp.jpg", QSize(193, 143), eighthJpeg, 1.1},
     };
     for (const Case& one : cases) {
+        if (argc > 3 && !std::strstr(one.name, argv[3]))
+            continue;
         const std::string path = std::string(argv[1]) + '/' + one.file;
         const auto ours = [&] { return decoded(path, one.box); };
         const auto theirs = [&] { return one.bare(path.c_str()); };

@@ -14,10 +14,9 @@ void preferLargePages(void* memory, qint64 length)
     if (!memory || length < worthIt)
         return;
     const auto page = std::uintptr_t(::sysconf(_SC_PAGESIZE));
-    const auto begin = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t first = (begin + page - 1) / page * page;
-    const std::uintptr_t last = (begin + std::uintptr_t(length)) / page * page;
-    ::madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+    const std::uintptr_t skipped = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
+    const std::uintptr_t whole = (std::uintptr_t(length) - skipped) / page * page;
+    ::madvise(static_cast<char*>(memory) + skipped, whole, MADV_HUGEPAGE);
 #else
     Q_UNUSED(memory)
     Q_UNUSED(length)

@@ -353,7 +353,7 @@ qint64 WatchedSource::read(qint64 offset, void* out, qint64 length) const
     const qint64 count = std::clamp<qint64>(m_bytes.size() - offset, 0, length);
     if (count > 0) {
         std::memcpy(out, m_bytes.constData() + offset, size_t(count));
-        m_reached = std::max(m_reached, offset + count);
+        m_reached = std::max<qint64>(m_reached, offset + count);
     }
     return count;
 }

@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -74,7 +75,8 @@ double psnr(const Rgba& one, const Rgba& other);
 engine::Result<engine::Picture> decodeBytes(const engine::Codec& codec, const QByteArray& file,
                                             QSize box = {});
 
-/// Bytes in memory that count what is read and tell about each read: the same seams as a file.
+/// Bytes in memory that count what is read and tell about each read: the same seams as a file. Several
+/// threads may read; `onRead` is then called on each of them.
 class WatchedSource final : public engine::ByteSource
 {
   public:
@@ -88,7 +90,7 @@ class WatchedSource final : public engine::ByteSource
   private:
     QByteArray m_bytes;
     std::function<void(qint64)> m_onRead;
-    mutable qint64 m_reached = 0;
+    mutable std::atomic<qint64> m_reached = 0;
 };
 
 /// How many bytes the resident memory grew at its peak while `work` ran; -1 where the system does not tell.

@@ -9,7 +9,12 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <cstring>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <thread>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
@@ -74,6 +79,7 @@ class TestTiffPage : public QObject
     void sameOnAllCores();
     void sameDamageOnAllCores_data();
     void sameDamageOnAllCores();
+    void readsOnAllCores();
     void boundsItsMemory();
     void readsTheCorpus_data();
     void readsTheCorpus();
@@ -200,6 +206,23 @@ void TestTiffPage::sameDamageOnAllCores()
             QVERIFY(!serial.progress.complete);
         QCOMPARE(differenceOf(decodedBy(broken, allCores), serial), QString());
     }
+}
+
+void TestTiffPage::readsOnAllCores()
+{
+    const auto file = tiffCodec().encode(colorPicture(QSize(901, 700)), QStringLiteral("tif"), {});
+    QVERIFY(file);
+    std::mutex mutex;
+    std::set<std::thread::id> readers;
+    const auto source = std::make_shared<WatchedSource>(*file, [&](qint64) {
+        const std::lock_guard lock(mutex);
+        readers.insert(std::this_thread::get_id());
+    });
+    const auto decoder = tiffCodec().open(source);
+    QVERIFY(decoder);
+    const CancelFlag goOn{false};
+    QVERIFY((*decoder)->decode(1, {}, goOn));
+    QVERIFY(readers.size() >= std::min(std::thread::hardware_concurrency(), 2U));
 }
 
 void TestTiffPage::boundsItsMemory()
