@@ -133,14 +133,17 @@ void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>&
 
 // --- what is shown
 
-/// The picture to paint an image on `target` from: the first one when it covers that, else the full one.
+/// The picture to paint an image on `target` from: the first one when it has just that size or covers it while
+/// there is no full one, else the full one.
 QImage ImageEngine::Private::sourceFor(QSize target)
 {
     if (!content.load)
         return content.image;
+    const auto first = content.load->first();
+    if (first && first->image.size() == target)
+        return first->image; // read ahead: nothing is left to do
     if (const engine::Picture full = content.load->fullIfReady(); !full.image.isNull())
         return full.image;
-    const auto first = content.load->first();
     if (first && coversTarget(first->image.size(), first->fullSize, target))
         return first->image;
     const auto full = content.load->full();

@@ -1,6 +1,7 @@
 #include "engine/ImageLoader.h"
 
 #include "engine/LoadPool.h"
+#include "engine/ReadAheadThread.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -57,6 +58,8 @@ class Hold final : public ImageLoad
             const std::lock_guard lock(m_pool->mutex);
             ++m_task->fullWaiters;
             wantFull();
+            if (!m_cancelled && !m_task->full)
+                m_pool->breakOffAhead();
         }
         Result<Picture> result = wait(&LoadTask::full);
         const std::lock_guard lock(m_pool->mutex);
@@ -111,6 +114,7 @@ class Hold final : public ImageLoad
             return {};
         m_cancelled = true;
         --m_task->holds;
+        m_pool->work.notify_all(); // reading ahead may have waited for its full picture
         return takeCallbacksOf(*m_task, this);
     }
 
@@ -175,12 +179,14 @@ class ImageLoader::Private
 
     ~Private()
     {
-        std::vector<LoadCallback> callbacks; // these three die after the lock
+        std::vector<LoadCallback> callbacks; // these four die after the lock
         std::vector<LoadTaskPointer> alive;
         LoadTaskPointer newest;
+        ReadAheadCache ready;
         {
             const std::lock_guard lock(pool->mutex);
             pool->stopping = true;
+            std::swap(ready, pool->ahead.ready);
             for (const std::weak_ptr<LoadTask>& entry : pool->known) {
                 const LoadTaskPointer task = entry.lock();
                 if (!task)
@@ -197,8 +203,22 @@ class ImageLoader::Private
         threads.clear(); // joins
     }
 
+    /// With the pool's mutex held, which keeps two callers apart.
+    void beginReadAhead()
+    {
+        if (readsAhead)
+            return;
+        readsAhead = true;
+        try {
+            threads.emplace_back([this] { runReadAhead(*pool); });
+        } catch (const std::system_error&) {
+            // no thread left on this machine: nothing is read ahead
+        }
+    }
+
     std::shared_ptr<LoadPool> pool;
     std::vector<std::jthread> threads;
+    bool readsAhead = false;
 };
 
 ImageLoader::ImageLoader() : ImageLoader(openFile) {}
@@ -211,10 +231,17 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
 {
     const PageKey key = PageKey::of(path, page);
     LoadPool& pool = *d->pool;
-    LoadTaskPointer before; // perhaps the last hold on a picture: freed without the mutex
+    LoadTaskPointer before;          // perhaps the last hold on a picture: freed without the mutex
+    std::vector<ReadyPage> outdated; // likewise
     const std::lock_guard lock(pool.mutex);
+    outdated = pool.ahead.ready.dropOutdated(key);
     LoadTaskPointer task = pool.findShared(key, box);
+    if (task)
+        pool.adopt(*task);
+    else
+        task = pool.findReady(key, box);
     if (!task) {
+        pool.breakOffAhead();
         task = std::make_shared<LoadTask>(key, box);
         pool.known.push_back(task);
         pool.breakOffBackground();
@@ -224,6 +251,35 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
     auto hold = std::make_shared<Hold>(d->pool, task);
     pool.dropUnlessHeld(before);
     return hold;
+}
+
+void ImageLoader::setNeighbours(const QStringList& paths, QSize box)
+{
+    LoadPool& pool = *d->pool;
+    const std::lock_guard lock(pool.mutex);
+    ReadAheadWork& ahead = pool.ahead;
+    if (ahead.neighbours == paths && ahead.box == box)
+        return;
+    ahead.neighbours = paths;
+    ahead.box = box;
+    ahead.settled.clear();
+    if (ahead.task && (ahead.task->box != box || !paths.contains(ahead.task->key.path)))
+        pool.breakOffAhead();
+    d->beginReadAhead();
+    pool.work.notify_all();
+}
+
+void ImageLoader::setReadAheadCap(qint64 bytes)
+{
+    std::vector<ReadyPage> gone; // dies after the lock
+    const std::lock_guard lock(d->pool->mutex);
+    gone = d->pool->ahead.ready.setCap(bytes);
+}
+
+qint64 ImageLoader::readAheadBytes() const
+{
+    const std::lock_guard lock(d->pool->mutex);
+    return d->pool->ahead.ready.bytes();
 }
 
 int ImageLoader::pageCount(const QString& path)

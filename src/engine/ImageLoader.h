@@ -1,6 +1,6 @@
 // Loads pictures on threads of its own, so that start-up and decoding overlap and a full decode follows while
 // the user already looks. One loader serves all ImageEngine instances; it outlives them. Needs no application
-// object, so that main can begin a load before the toolkit is up.
+// object, so that main can begin a load before the toolkit is up. Reads neighbours ahead while it is idle.
 #pragma once
 
 #include "engine/Codec.h"
@@ -74,8 +74,22 @@ class ImageLoader
     /// way or held is shared instead of repeated, when its first picture covers `box` and it has not failed.
     /// The newest load is kept even when nobody holds it, until the next one or cancel(). First pictures are
     /// decoded newest first and always go ahead of full decodes that nobody waits for: such a one under way
-    /// is broken off and begun again later. Never waits for the disk longer than a stat.
+    /// is broken off and begun again later. A page that was read ahead, and has not changed since, stands at
+    /// once. Never waits for the disk longer than a stat.
     std::shared_ptr<ImageLoad> load(const QString& path, int page, QSize box);
+
+    /// Names the pages that are likely to be asked for next, nearest first, and the `box` (device pixels)
+    /// that the loads will bring. While the loader is idle (nothing to decode for anybody, and the newest
+    /// load that is held has its full picture), page 1 of each is decoded and kept at the size that fits the
+    /// box, so that load() answers at once. What has been kept before stays until the cap needs its room. A
+    /// read-ahead that is under way becomes the load when load() asks for it, and is broken off when another
+    /// one has to be decoded, when somebody waits for a full picture, or when it is no longer named. One that
+    /// fails is not tried again while the same paths are named. Never waits for the disk.
+    void setNeighbours(const QStringList& paths, QSize box);
+    /// The most bytes that read-ahead keeps, 512 MiB unless set; 0 keeps nothing.
+    void setReadAheadCap(qint64 bytes);
+    /// The bytes that read-ahead keeps now.
+    qint64 readAheadBytes() const;
 
     /// Pages of a file without decoding it: 0 when it cannot be opened. Reads on the calling thread.
     static int pageCount(const QString& path);

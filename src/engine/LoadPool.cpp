@@ -1,9 +1,10 @@
 #include "engine/LoadPool.h"
 
-#include "engine/ColorConversion.h"
+#include "engine/ReadAheadThread.h"
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace quorvia::engine {
 
@@ -47,40 +48,73 @@ bool brokenOff(const LoadTask& task, const Result<Picture>& result)
     return task.stop && !result && result.error().kind == ErrorKind::Cancelled;
 }
 
-void runFirst(LoadPool& pool, const LoadTaskPointer& task)
+Result<PageHeader> beginFirst(LoadPool& pool, const LoadTaskPointer& task)
 {
     const Result<PageHeader> header = readHeader(pool, *task);
-    {
-        const std::lock_guard lock(pool.mutex);
-        task->header = header;
-        pool.changed.notify_all();
+    const std::lock_guard lock(pool.mutex);
+    task->header = header;
+    pool.changed.notify_all();
+    return header;
+}
+
+/// `first` stands, and with it `full` where that is there already. With the mutex held.
+std::vector<LoadCallback> endFirst(LoadPool& pool, const LoadTaskPointer& task, const Result<Picture>& first,
+                                   const std::optional<Result<Picture>>& full)
+{
+    task->running = false;
+    if (!task->ahead)
+        --pool.firstsRunning;
+    task->first = first;
+    std::vector<LoadCallback> callbacks;
+    if (full) {
+        task->full = full;
+        callbacks = takeCallbacks(*task);
+    } else if (task->fullWanted) {
+        pool.enqueue(task);
     }
+    pool.changed.notify_all();
+    pool.work.notify_all(); // full decodes may have waited for this one
+    return callbacks;
+}
+
+/// The full picture when the decode for the box gave it, or failed: then there is none either.
+std::optional<Result<Picture>> fullOf(const Result<Picture>& decoded)
+{
+    return !decoded || decoded->isFull() ? std::optional(decoded) : std::nullopt;
+}
+
+void runFirst(LoadPool& pool, const LoadTaskPointer& task)
+{
+    const Result<PageHeader> header = beginFirst(pool, task);
     const Result<Picture> first = header ? decodeTask(*task, task->box) : Result<Picture>(header.error());
-    const bool last = !first || first->isFull();
-    if (last)
+    const auto full = fullOf(first);
+    if (full)
         task->decoder.reset();
     std::vector<LoadCallback> callbacks;
     {
         const std::lock_guard lock(pool.mutex);
-        task->running = false;
-        --pool.firstsRunning;
-        task->first = first;
-        if (last) {
-            task->full = first;
-            callbacks = takeCallbacks(*task);
-        } else if (task->fullWanted) {
-            pool.enqueue(task);
-        }
-        pool.changed.notify_all();
-        pool.work.notify_all(); // full decodes may have waited for this one
+        callbacks = endFirst(pool, task, first, full);
     }
     for (const LoadCallback& callback : callbacks)
         callback();
 }
 
-void runFull(LoadPool& pool, const LoadTaskPointer& task)
+/// Every pixel; opens the file first when the first picture did not come from it.
+Result<Picture> decodeFull(const LoadPool& pool, LoadTask& task, QSize pageSize)
 {
-    const Result<Picture> full = decodeTask(*task, QSize());
+    if (!task.decoder) {
+        const Result<PageHeader> header = readHeader(pool, task);
+        if (!header)
+            return header.error();
+        if (header->size != pageSize)
+            return Error{ErrorKind::Unreadable, QStringLiteral("the file has changed")};
+    }
+    return decodeTask(task, QSize());
+}
+
+void runFull(LoadPool& pool, const LoadTaskPointer& task, QSize pageSize)
+{
+    const Result<Picture> full = decodeFull(pool, *task, pageSize);
     std::vector<LoadCallback> callbacks;
     std::optional<Result<Picture>> outdated; // freed without the mutex
     {
@@ -97,9 +131,45 @@ void runFull(LoadPool& pool, const LoadTaskPointer& task)
             callbacks = takeCallbacks(*task);
         }
         pool.changed.notify_all();
+        pool.work.notify_all(); // reading ahead may have waited for this one
     }
     for (const LoadCallback& callback : callbacks)
         callback();
+}
+
+/// Bytes that the picture of a page shown in `box` takes at least.
+qint64 leastBytes(const PageHeader& header, QSize box)
+{
+    const QSize size = fittedSize(header.size, box);
+    return qint64(size.width()) * size.height() * std::min(header.bitsPerPixel, 32) / 8;
+}
+
+/// Decodes the page of `task` for reading ahead. Cancelled when it was broken off or would find no room.
+Result<Picture> decodeAhead(LoadPool& pool, const LoadTaskPointer& task)
+{
+    const Result<PageHeader> header = beginFirst(pool, task);
+    if (!header)
+        return header.error();
+    {
+        const std::lock_guard lock(pool.mutex);
+        if (task->ahead && leastBytes(*header, task->box) > pool.ahead.ready.cap()) {
+            pool.ahead.settled.insert(task->key.path);
+            pool.drop(*task); // who asks for it from here on gets a load of its own
+        }
+    }
+    return task->stop ? Error{ErrorKind::Cancelled, QStringLiteral("broken off")}
+                      : decodeTask(*task, task->box);
+}
+
+/// Puts a page that was read ahead with those that stand ready. With the mutex held; returns what went.
+std::vector<ReadyPage> keepReady(ReadAheadWork& ahead, const LoadTask& task, const Picture& shown,
+                                 const std::optional<Result<Picture>>& full)
+{
+    ReadyPage page{task.key, **task.header, shown};
+    if (full && *full)
+        page.full = **full;
+    const qsizetype place = ahead.neighbours.indexOf(task.key.path);
+    return ahead.ready.insert(std::move(page), ahead.neighbours.mid(0, std::max<qsizetype>(place, 0)));
 }
 
 } // namespace
@@ -156,12 +226,42 @@ void LoadPool::breakOffBackground()
     }
 }
 
+void LoadPool::breakOffAhead()
+{
+    if (!ahead.task || !ahead.task->ahead || ahead.task->dropped)
+        return;
+    drop(*ahead.task);
+    if (ahead.thread != 0)
+        makeLast(ahead.thread);
+}
+
+void LoadPool::adopt(LoadTask& task)
+{
+    if (!std::exchange(task.ahead, false))
+        return;
+    if (task.running)
+        ++firstsRunning;
+}
+
+bool LoadPool::isIdle() const
+{
+    if (!queue.empty())
+        return false;
+    for (const std::weak_ptr<LoadTask>& entry : known) {
+        const LoadTaskPointer task = entry.lock();
+        if (task && task->running)
+            return false;
+    }
+    return !newest || newest->holds == 0 || newest->full || newest->failed();
+}
+
 void LoadPool::drop(LoadTask& task)
 {
     task.dropped = true;
     task.stop = true;
     std::erase_if(queue, [&task](const LoadTaskPointer& queued) { return queued.get() == &task; });
     changed.notify_all();
+    work.notify_all();
 }
 
 void LoadPool::dropUnlessHeld(const LoadTaskPointer& task)
@@ -181,7 +281,23 @@ LoadTaskPointer LoadPool::findShared(const PageKey& key, QSize box)
     return {};
 }
 
-/// The callbacks of a finished task, taken out so that they run and die without the mutex.
+LoadTaskPointer LoadPool::findReady(const PageKey& key, QSize box)
+{
+    const ReadyPage* const page = ahead.ready.find(key, box);
+    if (!page)
+        return {};
+    auto task = std::make_shared<LoadTask>(key, box);
+    task->begun = true;
+    task->header = page->header;
+    task->first = page->firstFor(box);
+    if (page->full)
+        task->full = *page->full;
+    else if (page->shown.isFull())
+        task->full = page->shown;
+    known.push_back(task);
+    return task;
+}
+
 std::vector<LoadCallback> takeCallbacks(LoadTask& task)
 {
     std::vector<LoadCallback> taken;
@@ -211,14 +327,48 @@ void runThread(LoadPool& pool)
             pool.work.wait(lock);
             continue;
         }
+        const QSize pageSize = job->first ? QSize() : (*job->task->header)->size;
         lock.unlock();
         if (job->first)
             runFirst(pool, job->task);
         else
-            runFull(pool, job->task);
+            runFull(pool, job->task, pageSize);
         job.reset(); // perhaps the last hold on a picture: freed without the mutex
         lock.lock();
     }
+}
+
+void runAhead(LoadPool& pool, const LoadTaskPointer& task)
+{
+    const Result<Picture> decoded = decodeAhead(pool, task);
+    const auto full = fullOf(decoded);
+    if (full)
+        task->decoder.reset();
+    bool stillAhead = false;
+    {
+        const std::lock_guard lock(pool.mutex);
+        stillAhead = task->ahead;
+    }
+    std::optional<Picture> shown;
+    if (decoded && stillAhead) {
+        const auto scaled =
+            guarded<std::optional<Picture>>([&] { return atShownSize(*decoded, task->box, task->stop); });
+        if (scaled)
+            shown = *scaled;
+    }
+    std::vector<LoadCallback> callbacks;
+    std::vector<ReadyPage> gone; // freed without the mutex
+    {
+        const std::lock_guard lock(pool.mutex);
+        callbacks = endFirst(pool, task, shown ? Result<Picture>(*shown) : decoded, full);
+        if (task->ahead && !task->dropped) {
+            pool.ahead.settled.insert(task->key.path);
+            if (shown)
+                gone = keepReady(pool.ahead, *task, *shown, full);
+        }
+    }
+    for (const LoadCallback& callback : callbacks)
+        callback();
 }
 
 } // namespace quorvia::engine

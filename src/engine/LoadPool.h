@@ -2,6 +2,11 @@
 #pragma once
 
 #include "engine/ImageLoader.h"
+#include "engine/ReadAhead.h"
+
+#include <QSet>
+
+#include <sys/types.h>
 
 #include <condition_variable>
 #include <mutex>
@@ -29,6 +34,7 @@ struct LoadTask
     bool dropped = false;    ///< nobody wants it any more; what has not been done will not be
     bool begun = false;      ///< the first picture is under way or done
     bool running = false;    ///< a thread works on it
+    bool ahead = false;      ///< read ahead and not asked for yet
     bool fullWanted = false; ///< asked for; stays set when the decode is broken off
     std::optional<Result<PageHeader>> header;
     std::optional<Result<Picture>> first; ///< gives way to the full one
@@ -43,6 +49,17 @@ struct LoadTask
 };
 
 using LoadTaskPointer = std::shared_ptr<LoadTask>;
+
+/// What is read ahead, and what stands ready of it.
+struct ReadAheadWork
+{
+    QStringList neighbours; ///< nearest first
+    QSize box;
+    QSet<QString> settled; ///< those that stand ready, or could not be read, or found no room
+    ReadAheadCache ready;
+    LoadTaskPointer task; ///< under way, also when it has been asked for or broken off meanwhile
+    pid_t thread = 0;     ///< that works on `task`; 0 for none
+};
 
 /// A thread's next piece of work.
 struct LoadJob
@@ -66,6 +83,7 @@ struct LoadPool
     LoadTaskPointer newest;
     std::vector<std::weak_ptr<LoadTask>> known; ///< oldest first; all that are alive, for sharing
     std::vector<LoadTaskPointer> queue;         ///< oldest first; all that a thread has still to work on
+    ReadAheadWork ahead;
 
     // --- all of these with the mutex held
 
@@ -87,6 +105,19 @@ struct LoadPool
 
     /// A task of `key` that is good for `box`, or null.
     LoadTaskPointer findShared(const PageKey& key, QSize box);
+
+    /// A finished task made of what stands ready of `key`, or null.
+    LoadTaskPointer findReady(const PageKey& key, QSize box);
+
+    /// What was read ahead is asked for now: it goes on as a load.
+    void adopt(LoadTask& task);
+
+    /// The read-ahead under way ends, unless it has been asked for.
+    void breakOffAhead();
+
+    /// True when no thread has or will have anything to decode, and the newest load that is held has its full
+    /// picture.
+    bool isIdle() const;
 };
 
 /// The callbacks of a finished task, taken out so that they run and die without the mutex.
@@ -96,5 +127,9 @@ std::vector<LoadCallback> takeCallbacksOf(LoadTask& task, const void* hold);
 
 /// What each thread of the loader does, until LoadPool::stopping.
 void runThread(LoadPool& pool);
+
+/// Decodes the header and the first picture of a task that is `ahead`. Unless it is asked for meanwhile, what
+/// comes out is brought to the size that it will be shown at and put with what stands ready.
+void runAhead(LoadPool& pool, const LoadTaskPointer& task);
 
 } // namespace quorvia::engine

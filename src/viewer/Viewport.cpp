@@ -33,12 +33,18 @@ void Viewport::layout()
     if (placement.scaleMode == 4)
         m_ix1->SetScaleOption(0);
     m_ix1->setGeometry(app::toPixels(placement.rectangle));
+    Q_EMIT laidOut();
+}
+
+QSize Viewport::loadBox() const
+{
+    const bool fitted = m_fitToWindow && m_ix1->ZoomFactor() == 1.0;
+    return fitted ? m_pContain->size() * m_pContain->devicePixelRatioF() : QSize();
 }
 
 void Viewport::announceLoadBox()
 {
-    const bool fitted = m_fitToWindow && m_ix1->ZoomFactor() == 1.0;
-    m_ix1->SetLoadBox(fitted ? m_pContain->size() * m_pContain->devicePixelRatioF() : QSize());
+    m_ix1->SetLoadBox(loadBox());
 }
 
 } // namespace quorvia::viewer

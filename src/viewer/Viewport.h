@@ -28,8 +28,14 @@ class Viewport : public QObject
 
     /// The layout step: places `ix1` for the present panel, image, zoom and fit.
     void layout();
-    /// Tells the engine how large the first picture of the next load must be.
+    /// How large the first picture of the next load must be, in device pixels; empty for every pixel.
+    QSize loadBox() const;
+    /// Tells the engine so.
     void announceLoadBox();
+
+  Q_SIGNALS:
+    /// The layout step has run.
+    void laidOut();
 
   private:
     QWidget* m_pContain;

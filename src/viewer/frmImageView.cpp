@@ -9,6 +9,7 @@
 #include "viewer/Colors.h"
 #include "viewer/CommandTable.h"
 #include "viewer/PageNavigator.h"
+#include "viewer/ReadAheadPlan.h"
 #include "viewer/UnloadStep.h"
 
 #include <QApplication>
@@ -44,8 +45,7 @@ QWidget* makePane(QWidget* parent, const char* name)
 frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
     : m_commandLine(std::move(commandLine)), m_pMain(makePane(this, "pMain")),
       m_pTop(makePane(m_pMain, "pTop")), m_pContain(makePane(m_pTop, "pContain")),
-      m_ix1(new engine::ImageEngine(std::move(loader), m_pContain)),
-      m_viewport(new Viewport(m_pContain, m_ix1, this)),
+      m_ix1(new engine::ImageEngine(loader, m_pContain)), m_viewport(new Viewport(m_pContain, m_ix1, this)),
       m_list(new collections::FolderList([this] { return currentFile(); }, this)),
       m_opening(new Opening({.owner = this,
                              .ix1 = m_ix1,
@@ -64,6 +64,8 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     m_ix1->setObjectName(QStringLiteral("ix1"));
     m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();
+
+    new ReadAheadPlan(std::move(loader), m_ix1, m_list, m_viewport, this);
 
     const std::vector<commands::Tool> table = commandTable(*this);
     m_dispatcher = std::make_unique<commands::ToolDispatcher>(table, [this](const QString& text) {

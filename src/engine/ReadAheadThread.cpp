@@ -1,0 +1,116 @@
+#include "engine/ReadAheadThread.h"
+
+#include "engine/LoadPool.h"
+
+#include <sched.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <system_error>
+#include <thread>
+
+namespace quorvia::engine {
+
+namespace {
+
+/// How far the calling thread stands back while it reads ahead: a batch thread never takes the processor from
+/// one that wakes up, and at this level it gets a quarter of a contended one. Not less, for what it decodes
+/// may be asked for while other programs keep the processors busy, and a thread cannot be raised again.
+void stepBack()
+{
+    constexpr int level = 5;
+    const sched_param none = {};
+    sched_setscheduler(0, SCHED_BATCH, &none); // 0: this thread
+    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), level);
+}
+
+/// The next path to read ahead. With the mutex held.
+std::optional<QString> nextNeighbour(const LoadPool& pool)
+{
+    if (!pool.isIdle())
+        return std::nullopt;
+    const ReadAheadWork& ahead = pool.ahead;
+    const auto next = std::find_if(ahead.neighbours.begin(), ahead.neighbours.end(),
+                                   [&ahead](const QString& path) { return !ahead.settled.contains(path); });
+    return next == ahead.neighbours.end() ? std::nullopt : std::optional(*next);
+}
+
+/// The task for `key`; null when there is nothing to decode. With the mutex held.
+LoadTaskPointer beginAhead(LoadPool& pool, const PageKey& key, QSize box)
+{
+    ReadAheadWork& ahead = pool.ahead;
+    if (key.size < 0 || ahead.ready.find(key, box) || pool.findShared(key, box)) {
+        ahead.settled.insert(key.path);
+        return {};
+    }
+    auto task = std::make_shared<LoadTask>(key, box);
+    task->ahead = true;
+    task->begun = true;
+    task->running = true;
+    pool.known.push_back(task);
+    ahead.task = task;
+    return task;
+}
+
+void setThread(LoadPool& pool, pid_t id)
+{
+    const std::lock_guard lock(pool.mutex);
+    pool.ahead.thread = id;
+    if (id != 0 && pool.ahead.task->dropped)
+        makeLast(id);
+}
+
+void decodeOnThreadOfItsOwn(LoadPool& pool, const LoadTaskPointer& task)
+{
+    try {
+        std::jthread([&pool, &task] {
+            stepBack();
+            setThread(pool, gettid());
+            runAhead(pool, task);
+            setThread(pool, 0);
+        });
+    } catch (const std::system_error&) {
+        runAhead(pool, task); // no thread left on this machine: here, at the common level
+    }
+}
+
+} // namespace
+
+void makeLast(pid_t id)
+{
+    constexpr int bottom = 19;
+    setpriority(PRIO_PROCESS, static_cast<id_t>(id), bottom);
+}
+
+void runReadAhead(LoadPool& pool)
+{
+    std::unique_lock lock(pool.mutex);
+    while (!pool.stopping) {
+        const std::optional<QString> path = nextNeighbour(pool);
+        if (!path) {
+            pool.work.wait(lock);
+            continue;
+        }
+        const QSize box = pool.ahead.box;
+        lock.unlock();
+        const PageKey key = PageKey::of(*path, 1); // the disk may take its time
+        lock.lock();
+        if (pool.stopping || nextNeighbour(pool) != path || pool.ahead.box != box)
+            continue;
+        std::vector<ReadyPage> gone = pool.ahead.ready.dropOutdated(key);
+        LoadTaskPointer task = beginAhead(pool, key, box);
+        lock.unlock();
+        gone.clear();
+        if (task)
+            decodeOnThreadOfItsOwn(pool, task);
+        lock.lock();
+        LoadTaskPointer ended = std::exchange(pool.ahead.task, {});
+        lock.unlock();
+        task.reset(); // perhaps the last holds on a picture: freed without the mutex
+        ended.reset();
+        lock.lock();
+    }
+}
+
+} // namespace quorvia::engine

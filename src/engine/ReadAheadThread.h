@@ -1,0 +1,18 @@
+// The thread that reads ahead. Each page is decoded on a thread of its own that takes the processor after
+// everybody else: lowered a little while the page may still be wanted, and to the bottom once it is not.
+#pragma once
+
+#include <sys/types.h>
+
+namespace quorvia::engine {
+
+struct LoadPool;
+
+/// What the thread does, until LoadPool::stopping: whenever the loader is idle, the nearest neighbour that is
+/// not settled.
+void runReadAhead(LoadPool& pool);
+
+/// Makes thread `id` of this process the last to get the processor. Cannot be undone without privilege.
+void makeLast(pid_t id);
+
+} // namespace quorvia::engine

@@ -1,0 +1,57 @@
+// Which images are read ahead: the neighbours of the one on show in the list. The arithmetic is plain
+// functions; the class tells the loader.
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+namespace quorvia::engine {
+class ImageEngine;
+class ImageLoader;
+} // namespace quorvia::engine
+namespace quorvia::collections {
+class FolderList;
+}
+
+namespace quorvia::viewer {
+
+class Viewport;
+
+/// The way from entry `from` to entry `to` (0-based, -1 for none) of a list of `count`: 1 forwards, -1
+/// backwards, 0 when there is none or it is none of a neighbour's. From the last to the first goes forwards,
+/// from the first to the last backwards.
+int stepBetween(int from, int to, int count);
+
+/// The entries worth reading ahead at entry `index` of a list of `count`, nearest first: the next in the
+/// direction of `lastStep` (below 0: backwards), the next against it, the second in it. Each once, without
+/// `index` itself.
+std::vector<int> neighboursOf(int count, int index, int lastStep);
+
+class ReadAheadPlan : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// Tells `loader` the neighbours in `list` whenever `ix1` has painted another image, and when the list or
+    /// the size that images are shown at in `viewport` changes. All of them outlive the plan.
+    ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine::ImageEngine* ix1,
+                  collections::FolderList* list, Viewport* viewport, QObject* parent = nullptr);
+
+  private:
+    void notePainted();
+    void tell();
+
+    std::shared_ptr<engine::ImageLoader> m_loader;
+    engine::ImageEngine* m_ix1;
+    collections::FolderList* m_list;
+    Viewport* m_viewport;
+    QTimer m_tSettled; ///< from the last change of list or size until the neighbours are told anew
+    int m_index = -1;  ///< of the image painted last
+    int m_lastStep = 1;
+    bool m_painted = false;
+};
+
+} // namespace quorvia::viewer
