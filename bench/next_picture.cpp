@@ -128,28 +128,39 @@ std::vector<double> walk(Display* display, Window window, const Points& points, 
     return times;
 }
 
-/// The time from picture to picture while the key is held.
+/// The number of the colour of the whole picture on the screen, -1 for none.
+int wholeColor(Display* display, const Points& points)
+{
+    for (int code = 1; code <= 6; ++code) {
+        if (std::all_of(points.begin(), points.end(),
+                        [&](const auto& point) { return hasColor(display, point, code); }))
+            return code;
+    }
+    return -1;
+}
+
+/// The times from picture to picture while the key is held until `count` - 1 others were seen.
 std::vector<double> hold(Display* display, Window window, const Points& points, int count)
 {
     constexpr double repeat = 1000.0 / 30;
     std::vector<double> times;
+    int shown = wholeColor(display, points);
     auto pressed = Clock::now();
     auto before = Clock::now();
     pressRight(display, window);
-    for (int number = 1; number < count && millisecondsSince(before) < 10'000;) {
+    while (static_cast<int>(times.size()) < count - 1 && millisecondsSince(before) < 10'000) {
         if (millisecondsSince(pressed) >= repeat) {
             pressed = Clock::now();
             pressRight(display, window);
         }
-        const int code = number % 6 + 1;
-        if (!std::all_of(points.begin(), points.end(),
-                         [&](const auto& point) { return hasColor(display, point, code); })) {
+        const int color = wholeColor(display, points);
+        if (color < 0 || color == shown) {
             usleep(500);
             continue;
         }
         times.push_back(millisecondsSince(before));
         before = Clock::now();
-        ++number;
+        shown = color;
     }
     return times;
 }

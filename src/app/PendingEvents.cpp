@@ -12,6 +12,11 @@ void letPendingEventsRun()
     QCoreApplication::processEvents();
 }
 
+void letPendingEventsRunButInput()
+{
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
 bool letEventsRunUntil(const std::function<bool()>& done, int milliseconds)
 {
     const QDeadlineTimer deadline(milliseconds);

@@ -209,7 +209,7 @@ void ImageEngine::SetPaintEnabled(bool enabled)
     if (std::exchange(d->paintEnabled, enabled) == enabled)
         return;
     if (enabled)
-        update();
+        repaint(); // at once: an update would wait for the toolkit's frame timer, some milliseconds
     else
         d->heldBackAt = mapTo(window(), QPoint());
 }

@@ -42,10 +42,11 @@ class Hold final : public ImageLoad
 
     ~Hold() override
     {
-        std::vector<LoadCallback> callbacks; // dies after the lock
+        std::vector<LoadCallback> callbacks; // dies after the lock, as m_task does
         const std::lock_guard lock(m_pool->mutex);
         callbacks = letGo();
         m_pool->dropUnlessHeld(m_task);
+        m_pool->discard(m_task);
     }
 
     const PageKey& key() const override { return m_task->key; }
@@ -102,6 +103,7 @@ class Hold final : public ImageLoad
         if (m_task->holds == 0 && m_pool->newest == m_task)
             forgotten = std::move(m_pool->newest);
         m_pool->dropUnlessHeld(m_task);
+        m_pool->discard(forgotten);
         m_pool->changed.notify_all();
     }
 
@@ -144,7 +146,7 @@ class Hold final : public ImageLoad
     }
 
     const std::shared_ptr<LoadPool> m_pool;
-    const LoadTaskPointer m_task;
+    LoadTaskPointer m_task;
     bool m_cancelled = false;
 };
 
@@ -179,8 +181,9 @@ class ImageLoader::Private
 
     ~Private()
     {
-        std::vector<LoadCallback> callbacks; // these four die after the lock
+        std::vector<LoadCallback> callbacks; // these five die after the lock
         std::vector<LoadTaskPointer> alive;
+        std::vector<LoadTaskPointer> discarded;
         LoadTaskPointer newest;
         ReadAheadCache ready;
         {
@@ -197,6 +200,7 @@ class ImageLoader::Private
                     callbacks.push_back(std::move(callback));
             }
             newest = std::move(pool->newest);
+            std::swap(discarded, pool->discarded);
             pool->work.notify_all();
             pool->changed.notify_all();
         }
@@ -231,8 +235,8 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
 {
     const PageKey key = PageKey::of(path, page);
     LoadPool& pool = *d->pool;
-    LoadTaskPointer before;          // perhaps the last hold on a picture: freed without the mutex
-    std::vector<ReadyPage> outdated; // likewise
+    LoadTaskPointer before;
+    std::vector<ReadyPage> outdated; // freed without the mutex
     const std::lock_guard lock(pool.mutex);
     outdated = pool.ahead.ready.dropOutdated(key);
     LoadTaskPointer task = pool.findShared(key, box);
@@ -250,6 +254,7 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
     before = std::exchange(pool.newest, task);
     auto hold = std::make_shared<Hold>(d->pool, task);
     pool.dropUnlessHeld(before);
+    pool.discard(before);
     return hold;
 }
 

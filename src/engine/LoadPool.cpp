@@ -270,6 +270,14 @@ void LoadPool::dropUnlessHeld(const LoadTaskPointer& task)
         drop(*task);
 }
 
+void LoadPool::discard(LoadTaskPointer& task)
+{
+    if (!task || stopping)
+        return;
+    discarded.push_back(std::move(task));
+    work.notify_all();
+}
+
 LoadTaskPointer LoadPool::findShared(const PageKey& key, QSize box)
 {
     std::erase_if(known, [](const std::weak_ptr<LoadTask>& entry) { return entry.expired(); });
@@ -324,7 +332,14 @@ void runThread(LoadPool& pool)
     while (!pool.stopping) {
         std::optional<LoadJob> job = pool.take();
         if (!job) {
-            pool.work.wait(lock);
+            std::vector<LoadTaskPointer> discarded = std::exchange(pool.discarded, {});
+            if (discarded.empty()) {
+                pool.work.wait(lock);
+                continue;
+            }
+            lock.unlock();
+            discarded.clear();
+            lock.lock();
             continue;
         }
         const QSize pageSize = job->first ? QSize() : (*job->task->header)->size;

@@ -83,6 +83,7 @@ struct LoadPool
     LoadTaskPointer newest;
     std::vector<std::weak_ptr<LoadTask>> known; ///< oldest first; all that are alive, for sharing
     std::vector<LoadTaskPointer> queue;         ///< oldest first; all that a thread has still to work on
+    std::vector<LoadTaskPointer> discarded;     ///< to be freed by a thread
     ReadAheadWork ahead;
 
     // --- all of these with the mutex held
@@ -102,6 +103,10 @@ struct LoadPool
 
     /// Drops a task that has no hold and is not the newest.
     void dropUnlessHeld(const LoadTaskPointer& task);
+
+    /// Lets go of `task` on one of the threads: to free a large picture takes milliseconds, which whoever
+    /// drops a load may not have. Left to the caller when the threads have ended.
+    void discard(LoadTaskPointer& task);
 
     /// A task of `key` that is good for `box`, or null.
     LoadTaskPointer findShared(const PageKey& key, QSize box);

@@ -55,7 +55,7 @@ void Opening::OpenX(const QString& path)
     m_parts.viewport->layout();
     CheckTiff();
     Q_EMIT ImageFileChanged();
-    app::letPendingEventsRun();
+    app::letPendingEventsRunButInput(); // a held key must not open the next image before this one is seen
     ix1->SetPaintEnabled(true);
 }
 
