@@ -106,9 +106,10 @@ class Panned
         QCoreApplication::processEvents();
     }
 
-    void repaintAll()
+    /// Paints all of what the panel shows, of which nothing stands ready.
+    void repaintAll(int number)
     {
-        m_engine.Refresh();
+        m_engine.SetBackColor(number % 2 != 0 ? Qt::black : Qt::white);
         QCoreApplication::processEvents();
     }
 
@@ -157,7 +158,7 @@ int main(int argc, char* argv[])
         "A step of panning over 100 MP at 100%", [&] { large.step(++number); }, "the same over 2 MP",
         [&] { small.step(number); }, 1.2, runs * 5);
     compare(
-        "The whole viewport of 100 MP anew", [&] { large.repaintAll(); }, "the same of 2 MP",
-        [&] { small.repaintAll(); }, 1.2, runs * 5);
+        "The whole viewport of 100 MP anew", [&] { large.repaintAll(++number); }, "the same of 2 MP",
+        [&] { small.repaintAll(number); }, 1.2, runs * 5);
     return 0;
 }

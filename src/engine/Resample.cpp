@@ -1,6 +1,7 @@
 #include "engine/Resample.h"
 
 #include "engine/Bands.h"
+#include "engine/RowSums.h"
 
 #include <algorithm>
 #include <array>
@@ -12,26 +13,11 @@ namespace quorvia::engine {
 
 namespace {
 
-// Fixed point: a weight of 1 is 2^14, so that a weight fits 16 bits and its product with a channel 32;
-// between the passes a channel carries 6 bits below the point.
-constexpr int weightBits = 14;
-constexpr int unit = 1 << weightBits;
-constexpr int betweenBits = 6;
-
-/// Blue, green, red, alpha of a pixel between the passes.
-using Channels = float __attribute__((vector_size(16)));
-
 /// Which source pixels make each result pixel of one axis, and with what weights.
 struct Axis
 {
-    struct Taps
-    {
-        int first;   ///< source pixel
-        int count;   ///< taps, from `first` on
-        int weights; ///< where they begin in Axis::weights
-    };
     std::vector<Taps> taps;
-    std::vector<std::int16_t> weights; ///< each pixel's sum to `unit`
+    std::vector<std::int16_t> weights; ///< each pixel's sum to `weightUnit`
     int low = 0;                       ///< the source pixels in use: [low, high)
     int high = 0;
     bool single = true; ///< no pixel has more than one tap
@@ -41,7 +27,7 @@ void addNearest(Axis& axis, int from, int to, int place)
 {
     const auto at = static_cast<int>((2 * qint64(place) + 1) * from / (2 * qint64(to)));
     axis.taps.push_back({at, 1, static_cast<int>(axis.weights.size())});
-    axis.weights.push_back(unit);
+    axis.weights.push_back(weightUnit);
 }
 
 /// The result pixel covers [place * from, (place + 1) * from) where a source pixel is `to` long.
@@ -52,8 +38,8 @@ void addArea(Axis& axis, int from, int to, int place)
     const auto first = static_cast<int>(begin / to);
     const auto last = static_cast<int>((end - 1) / to);
     axis.taps.push_back({first, last - first + 1, static_cast<int>(axis.weights.size())});
-    // Rounding the running sum, not each weight, makes them add up to exactly `unit`.
-    const auto rounded = [from](qint64 covered) { return (covered * unit + from / 2) / from; };
+    // Rounding the running sum, not each weight, makes them add up to exactly `weightUnit`.
+    const auto rounded = [from](qint64 covered) { return (covered * weightUnit + from / 2) / from; };
     qint64 before = 0;
     for (int source = first; source <= last; ++source) {
         const qint64 after = rounded(std::min(end, (qint64(source) + 1) * to) - begin);
@@ -81,11 +67,11 @@ void addBicubic(Axis& axis, int from, int to, int place)
     std::array<int, 4> weights = {};
     int sum = 0;
     for (int source = base - 1; source <= base + 2; ++source) {
-        const int weight = static_cast<int>(std::lround(catmullRom(centre - source) * unit));
+        const int weight = static_cast<int>(std::lround(catmullRom(centre - source) * weightUnit));
         weights[static_cast<size_t>(std::clamp(source, first, last) - first)] += weight; // edges repeat
         sum += weight;
     }
-    *std::max_element(weights.begin(), weights.end()) += unit - sum;
+    *std::max_element(weights.begin(), weights.end()) += weightUnit - sum;
     axis.taps.push_back({first, last - first + 1, static_cast<int>(axis.weights.size())});
     for (int i = 0; i <= last - first; ++i)
         axis.weights.push_back(static_cast<std::int16_t>(weights[static_cast<size_t>(i)]));
@@ -110,7 +96,7 @@ Axis makeAxis(int from, int to, int begin, int length, Filter filter)
             addBicubic(axis, from, to, place);
             break;
         }
-        const Axis::Taps& taps = axis.taps.back();
+        const Taps& taps = axis.taps.back();
         axis.low = std::min(axis.low, taps.first);
         axis.high = std::max(axis.high, taps.first + taps.count);
         axis.single = axis.single && taps.count == 1;
@@ -133,6 +119,13 @@ class RowReader
         const QList<QRgb> table = image.colorTable();
         for (size_t i = 0; i < std::min<size_t>(m_palette.size(), static_cast<size_t>(table.size())); ++i)
             m_palette[i] = qPremultiply(table[static_cast<qsizetype>(i)]);
+    }
+
+    /// True when read() only points into the image.
+    bool readsInPlace() const
+    {
+        return m_image.format() == QImage::Format_RGB32 ||
+               m_image.format() == QImage::Format_ARGB32_Premultiplied;
     }
 
     /// The pixels [low, high) of row `y`; they stand in the image itself or in `room`.
@@ -169,75 +162,82 @@ class RowReader
     std::array<QRgb, 256> m_palette;
 };
 
-/// The vertical pass of one result row over the source columns [low, high): the weighted sum of its source
-/// rows, channel by channel, into `out`.
-void sumRows(const RowReader& reader, int low, int high, const Axis& down, const Axis::Taps& taps,
-             std::vector<QRgb>& room, std::vector<std::int32_t>& sums, Channels* out)
+/// The vertical pass of one result row over all source columns in use: the weighted sums of its source rows,
+/// channel by channel.
+class RowSummer
 {
-    const size_t channels = static_cast<size_t>(high - low) * 4;
-    std::int32_t* sum = sums.data();
-    std::fill_n(sum, channels, 1 << (weightBits - betweenBits - 1)); // half of what is cut off
-    for (int i = 0; i < taps.count; ++i) {
-        const auto* bytes =
-            reinterpret_cast<const std::uint8_t*>(reader.read(taps.first + i, low, high, room));
-        const std::int16_t weight = down.weights[static_cast<size_t>(taps.weights) + static_cast<size_t>(i)];
-        for (size_t c = 0; c < channels; ++c)
-            sum[c] += static_cast<std::int16_t>(bytes[c]) * weight;
+  public:
+    RowSummer(const RowReader& reader, const Axis& across, const Axis& down)
+        : m_reader(reader), m_across(across), m_down(down),
+          m_between(static_cast<size_t>(across.high - across.low))
+    {
     }
-    auto* plain = reinterpret_cast<float*>(out);
-    for (size_t c = 0; c < channels; ++c)
-        plain[c] = static_cast<float>(sum[c] >> (weightBits - betweenBits));
-}
 
-/// The horizontal pass of one result row. In floating point: four channels take one multiplication, and the
-/// sums are exact enough (24 bits for 20) whatever their length.
-void sumColumns(const Axis& across, const std::vector<Channels>& between, bool alpha, QRgb* out)
-{
-    constexpr float scale = 1.0F / (1 << (weightBits + betweenBits));
-    for (const Axis::Taps& taps : across.taps) {
-        const Channels* values = between.data() + (taps.first - across.low);
-        const std::int16_t* weights = across.weights.data() + taps.weights;
-        Channels sum = {};
-        for (int i = 0; i < taps.count; ++i)
-            sum += values[i] * static_cast<float>(weights[i]);
-        sum = sum * scale + 0.5F;
-        const float top = alpha ? std::clamp(sum[3], 0.0F, 255.0F) : 255.0F;
-        const auto channel = [&sum, top](int c) { // premultiplied: no colour above its alpha
-            return static_cast<unsigned>(std::clamp(sum[c], 0.0F, top));
-        };
-        *out++ = static_cast<unsigned>(top) << 24 | channel(2) << 16 | channel(1) << 8 | channel(0);
+    const std::vector<Channels>& sum(const Taps& taps)
+    {
+        const auto count = static_cast<size_t>(taps.count);
+        m_rows.resize(count);
+        m_rooms.resize(m_reader.readsInPlace() ? 1 : count);
+        // Rows that have to be converted first are so in pieces that stay in the caches, however many they
+        // are.
+        const int chunk = m_reader.readsInPlace() ? m_across.high - m_across.low
+                                                  : std::clamp(roomPixels / taps.count, 16, 1024);
+        for (int low = m_across.low; low < m_across.high; low += chunk) {
+            const int high = std::min(low + chunk, m_across.high);
+            for (size_t i = 0; i < count; ++i)
+                m_rows[i] = reinterpret_cast<const std::uint8_t*>(m_reader.read(
+                    taps.first + static_cast<int>(i), low, high, m_rooms[m_reader.readsInPlace() ? 0 : i]));
+            sumDown(m_rows.data(), m_down.weights.data() + taps.weights, taps.count,
+                    static_cast<size_t>(high - low) * 4,
+                    reinterpret_cast<float*>(m_between.data() + (low - m_across.low)));
+        }
+        return m_between;
     }
+
+  private:
+    static constexpr int roomPixels = 1 << 16;
+
+    const RowReader& m_reader;
+    const Axis& m_across;
+    const Axis& m_down;
+    std::vector<const std::uint8_t*> m_rows;
+    std::vector<std::vector<QRgb>> m_rooms;
+    std::vector<Channels> m_between;
+};
+
+/// What a pixel takes on whose image has no alpha.
+QRgb opaqueBits(bool alpha)
+{
+    return alpha ? 0U : 0xff000000U;
 }
 
 void pickColumns(const Axis& across, const QRgb* row, bool alpha, QRgb* out)
 {
-    const QRgb opaque = alpha ? 0U : 0xff000000U;
-    for (const Axis::Taps& taps : across.taps)
+    const QRgb opaque = opaqueBits(alpha);
+    for (const Taps& taps : across.taps)
         *out++ = row[taps.first - across.low] | opaque;
 }
 
 void resampleRows(const RowReader& reader, const Axis& across, const Axis& down, bool alpha, QImage& result,
                   uchar* bits, int from, int to)
 {
-    const auto width = static_cast<size_t>(across.high - across.low);
     std::vector<QRgb> room;
-    constexpr int chunk = 1024; // columns whose sums stay in the nearest cache
-    std::vector<std::int32_t> sums(chunk * 4);
-    std::vector<Channels> between(width);
+    RowSummer summer(reader, across, down);
+    const std::vector<float> weights(across.weights.begin(), across.weights.end());
     const auto line = [&result, bits](int y) {
         return reinterpret_cast<QRgb*>(bits + y * result.bytesPerLine());
     };
     for (int y = from; y < to; ++y) {
-        const Axis::Taps& taps = down.taps[static_cast<size_t>(y)];
+        const Taps& taps = down.taps[static_cast<size_t>(y)];
         if (down.single && y > from && taps.first == down.taps[static_cast<size_t>(y - 1)].first) {
             std::copy_n(line(y - 1), result.width(), line(y));
         } else if (down.single && across.single) {
             pickColumns(across, reader.read(taps.first, across.low, across.high, room), alpha, line(y));
         } else {
-            for (int low = across.low; low < across.high; low += chunk)
-                sumRows(reader, low, std::min(low + chunk, across.high), down, taps, room, sums,
-                        between.data() + (low - across.low));
-            sumColumns(across, between, alpha, line(y));
+            // In floating point: four channels take one multiplication, and the sums are exact enough
+            // (24 bits for 20) whatever their length.
+            sumAlong(across.taps.data(), across.taps.size(), summer.sum(taps).data(), across.low,
+                     weights.data(), alpha, line(y));
         }
     }
 }
@@ -273,6 +273,21 @@ bool isGrayByFormat(const QImage& image)
     });
 }
 
+namespace {
+
+/// The pixels of `part` as they are, without the work of finding that out column by column.
+void copyPart(const RowReader& reader, QRect part, QRgb opaque, QImage& result)
+{
+    std::vector<QRgb> room;
+    for (int y = 0; y < part.height(); ++y) {
+        const QRgb* row = reader.read(part.y() + y, part.x(), part.x() + part.width(), room);
+        std::transform(row, row + part.width(), reinterpret_cast<QRgb*>(result.scanLine(y)),
+                       [opaque](QRgb pixel) { return pixel | opaque; });
+    }
+}
+
+} // namespace
+
 QImage resampled(const QImage& source, QSize target, QRect part, Filter across, Filter down)
 {
     if (source.isNull() || part.isEmpty() || !QRect(QPoint(), target).contains(part))
@@ -282,9 +297,13 @@ QImage resampled(const QImage& source, QSize target, QRect part, Filter across, 
     QImage result(part.size(), alpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
     if (image.isNull() || result.isNull())
         return {};
+    const RowReader reader(image);
+    if (image.size() == target) {
+        copyPart(reader, part, opaqueBits(alpha), result);
+        return result;
+    }
     const Axis columns = makeAxis(image.width(), target.width(), part.x(), part.width(), across);
     const Axis rows = makeAxis(image.height(), target.height(), part.y(), part.height(), down);
-    const RowReader reader(image);
     const qint64 steps = qint64(columns.high - columns.low) * std::max(rows.high - rows.low, part.height()) +
                          qint64(part.width()) * part.height();
     uchar* bits = result.bits(); // once, here: asking for it may detach
