@@ -38,6 +38,11 @@ const Picture& ReadyPage::firstFor(QSize box) const
     return covers(shown, box) || !full ? shown : *full;
 }
 
+bool ReadyPage::isMadeFor(QSize box) const
+{
+    return firstFor(box).image.size() == fittedSize(header.size, box);
+}
+
 qint64 ReadyPage::bytes() const
 {
     const bool shared = full && full->image.constBits() == shown.image.constBits();

@@ -22,6 +22,8 @@ struct ReadyPage
     bool serves(QSize box) const;
     /// What answers a load for `box` first; only when serves() is true.
     const Picture& firstFor(QSize box) const;
+    /// True when that has just the size at which best fit shows the page in `box`.
+    bool isMadeFor(QSize box) const;
     /// Bytes of the pixels and profiles; pixels that both pictures share count once.
     qint64 bytes() const;
 };

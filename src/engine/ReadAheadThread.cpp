@@ -40,7 +40,8 @@ std::optional<QString> nextNeighbour(const LoadPool& pool)
 LoadTaskPointer beginAhead(LoadPool& pool, const PageKey& key, QSize box)
 {
     ReadAheadWork& ahead = pool.ahead;
-    if (key.size < 0 || ahead.ready.find(key, box) || pool.findShared(key, box)) {
+    const ReadyPage* const page = ahead.ready.find(key, box);
+    if (key.size < 0 || (page && page->isMadeFor(box)) || pool.findShared(key, box)) {
         ahead.settled.insert(key.path);
         return {};
     }

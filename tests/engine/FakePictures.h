@@ -64,6 +64,7 @@ struct FakeFile
 {
     std::vector<QImage> pages;
     bool badPixels = false; ///< the header is fine, no page decodes
+    bool scales = true;     ///< a decode for a box gives a smaller picture
     bool badFull = false;   ///< only a picture for a box decodes
     int bitsPerPixel = 24;
     std::shared_ptr<Gate> headerGate = std::make_shared<Gate>();
@@ -127,7 +128,8 @@ class FakePictures
                 return engine::Error{engine::ErrorKind::Damaged, QStringLiteral("bad pixels")};
             QImage image = m_file.pages[static_cast<size_t>(page - 1)];
             const QSize full = image.size();
-            image = image.scaled(engine::fittedSize(full, box)); // nearest: the colours stay
+            if (m_file.scales)
+                image = image.scaled(engine::fittedSize(full, box)); // nearest: the colours stay
             return engine::Picture{image, full, m_file.bitsPerPixel, true};
         }
 

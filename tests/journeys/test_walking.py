@@ -1,5 +1,6 @@
 """Walking a folder with the keys."""
 
+import subprocess
 import unittest
 
 from harness import BLUE, GREEN, Journey, RED, wait_until
@@ -64,6 +65,29 @@ class Walking(Journey):
         steps = self.setting("ImageOpenCount") - before
         self.assertGreaterEqual(steps, 2)
         self.assertLessEqual(steps, 14)
+
+    def test_a_held_key_shows_pictures_that_take_longer_than_its_repeats(self):
+        folder = self.home / "large"
+        folder.mkdir()
+        for name, colour in (("1", "red"), ("2", "lime"), ("3", "blue")):
+            # All passes of such a file must be read before anything can be shown.
+            self.make("convert", "-size", "6000x4000", "xc:" + colour, "-interlace", "JPEG", folder / (name + ".jpg"))
+        self.start(folder)
+        window = self.window()
+        self.focus(window)
+        at = self.centre(window)
+        wait_until(lambda: self.pixel(*at)[0] > 200, "the first picture")
+        held = subprocess.Popen(["xdotool", "key", "--repeat", "400", "--delay", "25", "Right"], env=self.environment)
+        self.addCleanup(held.wait)
+        self.addCleanup(held.kill)
+        seen = {0}
+
+        def all_were_seen():
+            colour = self.pixel(*at)
+            seen.add(colour.index(max(colour)))
+            return len(seen) == 3
+        wait_until(all_were_seen, "the three pictures on the screen")
+        self.assertIsNone(held.poll(), "the key was let go before all pictures were seen")
 
 
 if __name__ == "__main__":

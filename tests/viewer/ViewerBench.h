@@ -38,6 +38,8 @@ class ViewerBench
     /// The same with its load step run; its result is in `wentOn`.
     viewer::frmImageView& load(const QStringList& arguments = {});
     bool wentOn = false;
+    /// The loader that the windows share.
+    engine::ImageLoader& loader() { return *m_loader; }
     /// Ends the window, as closing it does.
     void close();
     /// Ends the window without closing it, as the end of the process does.
