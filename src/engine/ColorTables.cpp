@@ -13,7 +13,7 @@ namespace quorvia::engine {
 
 namespace {
 
-constexpr int steps = 256;
+constexpr unsigned steps = 256;
 
 QRgb toPixel(const LinearColor& color)
 {
@@ -76,9 +76,9 @@ class MatrixConversion final : public ColorConversion
 
     QRgb one(QRgb pixel) const
     {
-        const FourInts places = srgbPlaces(m_shares[static_cast<size_t>(qRed(pixel))] +
-                                           m_shares[static_cast<size_t>(steps + qGreen(pixel))] +
-                                           m_shares[static_cast<size_t>(2 * steps + qBlue(pixel))]);
+        const FourInts places =
+            srgbPlaces(m_shares[pixel >> 16 & 255U] + m_shares[steps + (pixel >> 8 & 255U)] +
+                       m_shares[2 * steps + (pixel & 255U)]);
         const auto encoded = [&](int c) { return QRgb(m_encode[static_cast<size_t>(places[c])]); };
         return (pixel & 0xff000000U) | encoded(2) << 16 | encoded(1) << 8 | encoded(0);
     }
@@ -120,7 +120,7 @@ std::optional<Samples> sampleColors(ProfileSampler& sampler)
     Samples samples;
     for (int i = 0; i < 8; ++i)
         samples.device.push_back(qRgb(i & 1 ? 255 : 0, i & 2 ? 255 : 0, i & 4 ? 255 : 0));
-    for (int v = 0; v < steps; v += 5)
+    for (int v = 0; v < int(steps); v += 5)
         samples.device.push_back(qRgb(v, v, v));
     std::minstd_rand numbers(20);
     constexpr size_t enough = 512;
@@ -153,7 +153,7 @@ std::shared_ptr<const ColorConversion> makeGray(ProfileSampler& sampler)
     if (!sampler.sample(device.data(), light.data(), steps))
         return nullptr;
     bool same = true;
-    for (int i = 0; i < steps; ++i)
+    for (int i = 0; i < int(steps); ++i)
         same = same && alike(toPixel(light[static_cast<size_t>(i)]), qRgb(i, i, i));
     return same ? nullptr : std::make_shared<GrayConversion>(light);
 }

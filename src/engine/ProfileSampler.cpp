@@ -1,5 +1,7 @@
 #include "engine/ProfileSampler.h"
 
+#include <QtEndian>
+
 #include <lcms2.h>
 #include <lcms2_plugin.h>
 
@@ -72,6 +74,27 @@ cmsPluginMemHandler memoryPlugin()
     return plugin;
 }
 
+// --- time: lcms2 takes minutes for a float pipeline of some thousand elements, and a few bytes make one
+
+/// `profile` without the tags of float pipelines (D2B0 to B2D3), which every profile may lack: their names
+/// are blotted out. All other kinds are bounded by the profile's length. Format: ICC.1:2010, 7.3.
+QByteArray withoutFloatTags(QByteArray profile)
+{
+    constexpr qsizetype tableStart = 132;
+    constexpr qsizetype entryBytes = 12;
+    if (profile.size() < tableStart)
+        return profile;
+    const qsizetype told = qFromBigEndian<quint32>(profile.constData() + tableStart - 4);
+    const qsizetype count = std::min(told, (profile.size() - tableStart) / entryBytes);
+    for (qsizetype i = 0; i < count; ++i) {
+        const qsizetype at = tableStart + i * entryBytes;
+        const QByteArrayView name = QByteArrayView(profile).sliced(at, 4);
+        if (name.startsWith("D2B") || name.startsWith("B2D"))
+            profile.replace(at, 4, "none");
+    }
+    return profile;
+}
+
 // --- formats
 
 constexpr cmsUInt32Number deviceFormat(ColorModel model)
@@ -124,8 +147,9 @@ class ProfileSampler::Lcms
     {
         if (!context)
             return false;
-        const cmsHPROFILE device = cmsOpenProfileFromMemTHR(context, profile.constData(),
-                                                            static_cast<cmsUInt32Number>(profile.size()));
+        const QByteArray bytes = withoutFloatTags(profile);
+        const cmsHPROFILE device =
+            cmsOpenProfileFromMemTHR(context, bytes.constData(), static_cast<cmsUInt32Number>(bytes.size()));
         const cmsHPROFILE light = linearSrgb();
         if (device && light)
             transform = cmsCreateTransformTHR(

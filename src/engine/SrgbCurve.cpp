@@ -10,7 +10,7 @@ uchar srgbByte(float light)
     const float inside = std::clamp(light, 0.0F, 1.0F);
     const float encoded =
         inside <= 0.0031308F ? 12.92F * inside : 1.055F * std::pow(inside, 1 / 2.4F) - 0.055F;
-    return static_cast<uchar>(encoded * 255 + 0.5F);
+    return static_cast<uchar>(std::lround(encoded * 255));
 }
 
 const std::array<uchar, lightSteps>& srgbTable()

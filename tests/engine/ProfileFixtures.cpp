@@ -123,6 +123,18 @@ QByteArray bytesOf(cmsHPROFILE profile)
                          12); // a fixed date: the same bytes each time
 }
 
+cmsHPROFILE openRgbProfile(const RgbSpace& space)
+{
+    const auto full = [](const RgbSpace::Xy& xy) { return cmsCIExyY{xy[0], xy[1], 1}; };
+    const cmsCIExyY white = full(space.white);
+    const cmsCIExyYTRIPLE primaries = {full(space.red), full(space.green), full(space.blue)};
+    cmsToneCurve* curve = cmsBuildGamma(nullptr, space.gamma);
+    const std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
+    const cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves.data());
+    cmsFreeToneCurve(curve);
+    return profile;
+}
+
 /// Lab of D50 in lcms2's 16 bits of version 2.
 void storeLab(const Vector& xyz, cmsUInt16Number* out)
 {
@@ -172,13 +184,17 @@ Vector inkLight(const Vector& ink, double black)
 
 QByteArray rgbProfile(const RgbSpace& space)
 {
-    const auto full = [](const RgbSpace::Xy& xy) { return cmsCIExyY{xy[0], xy[1], 1}; };
-    const cmsCIExyY white = full(space.white);
-    const cmsCIExyYTRIPLE primaries = {full(space.red), full(space.green), full(space.blue)};
-    cmsToneCurve* curve = cmsBuildGamma(nullptr, space.gamma);
-    const std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
-    const cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves.data());
-    cmsFreeToneCurve(curve);
+    return bytesOf(openRgbProfile(space));
+}
+
+QByteArray floatProfile(const RgbSpace& space)
+{
+    const cmsHPROFILE profile = openRgbProfile(space);
+    const std::array<cmsFloat64Number, 9> nothing = {};
+    cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 3, 3);
+    cmsPipelineInsertStage(pipeline, cmsAT_END, cmsStageAllocMatrix(nullptr, 3, 3, nothing.data(), nullptr));
+    cmsWriteTag(profile, cmsSigDToB0Tag, pipeline);
+    cmsPipelineFree(pipeline);
     return bytesOf(profile);
 }
 

@@ -47,6 +47,9 @@ QByteArray cmykProfile();
 /// quarters of what they stand for and a tenth of the two others, black takes all of its share.
 QRgb inkInSrgb(int cyan, int magenta, int yellow, int black);
 
+/// A profile of `space` that bears a float pipeline as well, which makes everything black.
+QByteArray floatProfile(const RgbSpace& space);
+
 /// A profile that leads from one device to another; of no use for pictures.
 QByteArray linkProfile();
 /// A profile whose device colours are Lab.

@@ -199,6 +199,18 @@ class tst_ColorConversion : public QObject
         }
     }
 
+    void floatPipelinesAreLeftAlone()
+    {
+        const QByteArray profile = floatProfile(adobeRgb);
+        QVERIFY(profile.contains("mpet"));
+        const std::vector<QRgb> colors = colorsAllOver();
+        QCOMPARE(byLcms(profile, colors)[100] & 0xffffffU, 0U); // lcms2 does take it
+        const auto conversion = ColorConversion::of(profile);
+        QVERIFY(conversion);
+        const auto plain = ColorConversion::of(rgbProfile(adobeRgb));
+        QCOMPARE(convertedBy(*conversion, colors), convertedBy(*plain, colors));
+    }
+
     void greys_data()
     {
         QTest::addColumn<double>("gamma");

@@ -86,7 +86,7 @@ void JpegProfile::add(const JOCTET* bytes, size_t length)
 
 QByteArray JpegProfile::take(ColorModel model)
 {
-    const QByteArray bytes = std::exchange(m_bytes, {});
+    QByteArray bytes = std::exchange(m_bytes, {});
     if (m_broken || m_taken != m_count || colorModelOf(bytes) != model)
         return {};
     return bytes;
