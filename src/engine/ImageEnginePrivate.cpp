@@ -133,8 +133,8 @@ void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>&
 
 // --- what is shown
 
-/// The picture to paint an image on `target` from: the first one when it has just that size or covers it while
-/// there is no full one, else the full one.
+/// The picture to paint an image on `target` from: the first one when it has just that size or covers it
+/// while there is no full one, else the full one.
 QImage ImageEngine::Private::sourceFor(QSize target)
 {
     if (!content.load)

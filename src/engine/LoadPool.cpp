@@ -1,5 +1,6 @@
 #include "engine/LoadPool.h"
 
+#include "engine/ColorConversion.h"
 #include "engine/ReadAheadThread.h"
 
 #include <algorithm>
