@@ -12,8 +12,12 @@ struct Limits
     int maxSide = 65535; ///< pixels, width and height each
     qint64 maxBytes = 0; ///< bytes of one decoded picture at 4 bytes a pixel
 
-    /// The limits of this machine: a quarter of its memory for one picture. Cheap after the first call.
-    static const Limits& machine();
+    /// The limits in force: a quarter of this machine's memory for one picture unless setMachineBytes() said
+    /// otherwise. Cheap after the first call.
+    static Limits machine();
+    /// Sets maxBytes of machine() from now on, for the whole program; any value below 1 brings the quarter of
+    /// the memory back. May be called from any thread.
+    static void setMachineBytes(qint64 bytes);
 };
 
 /// Ok when a picture of `size` pixels may be decoded under `limits`; Damaged for a side below 1, else
