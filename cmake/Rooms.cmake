@@ -14,7 +14,7 @@ target_compile_options(quorvia_options INTERFACE
 if(QUORVIA_SANITIZE)
   target_compile_options(quorvia_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer -Wno-null-dereference
-    -Wno-maybe-uninitialized)
+    $<IF:$<CXX_COMPILER_ID:GNU>,-Wno-maybe-uninitialized,-Wno-format-nonliteral>)
   target_link_options(quorvia_options INTERFACE -fsanitize=address,undefined)
 endif()
 
@@ -33,16 +33,12 @@ endfunction()
 # The tests that also run under the sanitizers.
 add_custom_target(hostile-tests)
 
-# quorvia_test(NAME [LABEL unit|window|hostile] ROOMS room... [SOURCES file...] [LIBS target...] [ENV variable=value...])
-# One Qt Test program; its source is NAME.cpp unless SOURCES names others. Runs without a display. "hostile" marks the
-# ones that feed broken input: check runs them under the sanitizers too.
-function(quorvia_test NAME)
-  cmake_parse_arguments(T "" "LABEL" "ROOMS;SOURCES;LIBS;ENV" ${ARGN})
+# quorvia_program(NAME ROOMS room... [SOURCES file...] [LIBS target...]): a Qt Test program, not yet run by ctest; its
+# source is NAME.cpp unless SOURCES names others.
+function(quorvia_program NAME)
+  cmake_parse_arguments(T "" "" "ROOMS;SOURCES;LIBS" ${ARGN})
   if(NOT T_SOURCES)
     set(T_SOURCES ${NAME}.cpp)
-  endif()
-  if(NOT T_LABEL)
-    set(T_LABEL unit)
   endif()
   add_executable(${NAME} ${T_SOURCES})
   target_link_libraries(${NAME} PRIVATE quorvia_options quorvia_testsupport Qt6::Test ${T_LIBS})
@@ -50,11 +46,30 @@ function(quorvia_test NAME)
     target_link_libraries(${NAME} PRIVATE quorvia_${room})
   endforeach()
   set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+endfunction()
+
+# quorvia_run(PROGRAM LABEL unit|window|hostile [ARGUMENT word] [ENV variable=value...]): lets ctest run it without a
+# display; the test's name is the program's, with the argument behind it.
+function(quorvia_run PROGRAM)
+  cmake_parse_arguments(T "" "LABEL;ARGUMENT" "ENV" ${ARGN})
+  string(JOIN "_" name ${PROGRAM} ${T_ARGUMENT})
+  add_test(NAME ${name} COMMAND ${PROGRAM} ${T_ARGUMENT})
+  set_tests_properties(${name} PROPERTIES
+    LABELS ${T_LABEL} TIMEOUT 300
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;UBSAN_OPTIONS=print_stacktrace=1;ASAN_OPTIONS=detect_leaks=0;${T_ENV}")
+endfunction()
+
+# quorvia_test(NAME [LABEL unit|window|hostile] ROOMS room... [SOURCES file...] [LIBS target...] [ENV variable=value...])
+# A program that ctest runs once. "hostile" marks the ones that feed broken input: check runs them under the sanitizers
+# too.
+function(quorvia_test NAME)
+  cmake_parse_arguments(T "" "LABEL" "ROOMS;SOURCES;LIBS;ENV" ${ARGN})
+  if(NOT T_LABEL)
+    set(T_LABEL unit)
+  endif()
+  quorvia_program(${NAME} ROOMS ${T_ROOMS} SOURCES ${T_SOURCES} LIBS ${T_LIBS})
+  quorvia_run(${NAME} LABEL ${T_LABEL} ENV ${T_ENV})
   if(T_LABEL STREQUAL hostile)
     add_dependencies(hostile-tests ${NAME})
   endif()
-  add_test(NAME ${NAME} COMMAND ${NAME})
-  set_tests_properties(${NAME} PROPERTIES
-    LABELS ${T_LABEL} TIMEOUT 300
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;UBSAN_OPTIONS=print_stacktrace=1;ASAN_OPTIONS=detect_leaks=0;${T_ENV}")
 endfunction()

@@ -52,11 +52,8 @@ QString pictureFault(const Result<engine::PageHeader>& header, const Result<Pict
     return {};
 }
 
-} // namespace
-
-QString misbehaviour(const engine::Codec& codec, const QByteArray& bytes)
+QString misbehaviourOf(const Result<std::unique_ptr<engine::Decoder>>& decoder)
 {
-    const auto decoder = codec.open(engine::ByteSource::fromBytes(bytes));
     if (!decoder)
         return decoder.error().text.isEmpty() ? QStringLiteral("an error without a text") : QString();
     const int pages = (*decoder)->pageCount();
@@ -70,6 +67,18 @@ QString misbehaviour(const engine::Codec& codec, const QByteArray& bytes)
             return fault;
     }
     return {};
+}
+
+} // namespace
+
+QString misbehaviour(const engine::Codec& codec, const QByteArray& bytes)
+{
+    return misbehaviourOf(codec.open(engine::ByteSource::fromBytes(bytes)));
+}
+
+QString misbehaviour(const QString& extension, const QByteArray& bytes)
+{
+    return misbehaviourOf(engine::openDecoder(engine::ByteSource::fromBytes(bytes), extension));
 }
 
 Result<Picture> decoded(const engine::Codec& codec, const QByteArray& bytes, int page)

@@ -9,6 +9,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -16,11 +17,12 @@ namespace quorvia::test {
 
 struct Fixture
 {
-    QString name;      ///< the variant in words, as "8 bits, run length, 13 x 7"
-    QByteArray file;   ///< the whole file
-    Rgba expected;     ///< page `page` as an independent reader sees it; an empty size where none is exact
-    int tolerance = 0; ///< largest difference of a channel; above 0 only for lossy forms and drawings
-    int page = 1;      ///< from 1
+    QString name;       ///< the variant in words, as "8 bits, run length, 13 x 7"
+    QByteArray file;    ///< the whole file
+    Rgba expected;      ///< page `page` as an independent reader sees it; an empty size where none is exact
+    int tolerance = 0;  ///< largest difference of a channel; above 0 only for lossy forms and drawings
+    int page = 1;       ///< from 1
+    bool marked = true; ///< false where only the name tells the format
 };
 
 /// The fixtures of one format, at least ten.
@@ -32,6 +34,17 @@ struct CorpusEntry
 
 /// All formats.
 std::span<const CorpusEntry> corpusTable();
+
+/// The extension under which the files of `entry` are opened: that of Utah run-length files is shared.
+QString fileExtension(const CorpusEntry& entry);
+
+/// What a lossless file of `picture` must show: ImageMagick's reading of `file`, or the picture itself
+/// without its alpha where a side is longer than ImageMagick takes.
+Rgba expectedOf(const QByteArray& file, const QString& extension, const Rgba& picture);
+
+/// Runs `test` for the corpus that the first argument names, with an application object and the other
+/// arguments for Qt Test; the program's exit code.
+int runForCorpus(int argc, char** argv, const std::function<int(const CorpusEntry&, int, char**)>& test);
 
 std::vector<Fixture> bmpCorpus();
 std::vector<Fixture> dibCorpus();

@@ -152,6 +152,8 @@ std::vector<Fixture> tgaCorpus()
         corpus.push_back({named("pamtotga", size), file, readByNetpbm(file, false)});
     }
     addOwnFiles(corpus);
+    for (Fixture& fixture : corpus)
+        fixture.marked = false;
     return corpus;
 }
 

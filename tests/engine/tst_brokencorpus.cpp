@@ -1,0 +1,104 @@
+// Five hundred broken children of one format's good files: tst_brokencorpus FORMAT. Each must come to an
+// end in bounded time and memory, with a picture or an error. A watchdog ends the program when one does not,
+// and names the child: the same seed makes it again.
+#include "corpus/Corpus.h"
+#include "engine/Limits.h"
+#include "HostileBytes.h"
+#include "Mutator.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+using namespace quorvia::engine;
+using namespace quorvia::test;
+
+namespace {
+
+constexpr int childCount = 500;
+constexpr qint64 pictureBudget = qint64(64) << 20; // bytes of one decoded picture
+constexpr qint64 memoryCap = qint64(512) << 20;    // bytes of growth for one child, whatever it promises
+constexpr auto patience = std::chrono::seconds(30);
+
+/// Ends the program when a child takes too long.
+class Watchdog
+{
+  public:
+    Watchdog()
+        : m_thread([this](const std::stop_token& stop) {
+              while (!stop.stop_requested()) {
+                  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+                  if (std::chrono::steady_clock::now().time_since_epoch().count() - m_since >
+                      std::chrono::steady_clock::duration(patience).count()) {
+                      std::fprintf(stderr, "the child of seed %d does not come to an end\n", m_child.load());
+                      std::abort();
+                  }
+              }
+          })
+    {
+    }
+    void begin(int child)
+    {
+        m_child = child;
+        m_since = std::chrono::steady_clock::now().time_since_epoch().count();
+    }
+
+  private:
+    std::atomic<int> m_child{0};
+    std::atomic<std::chrono::steady_clock::rep> m_since{
+        std::chrono::steady_clock::now().time_since_epoch().count()};
+    std::jthread m_thread; // last: it uses the others
+};
+
+} // namespace
+
+class TestBrokenCorpus : public QObject
+{
+    Q_OBJECT
+
+  public:
+    explicit TestBrokenCorpus(const CorpusEntry& entry) : m_entry(entry), m_extension(fileExtension(entry)) {}
+
+  private Q_SLOTS:
+    void initTestCase() { m_fixtures = m_entry.make(); }
+    void childrenAreHarmless();
+
+  private:
+    const CorpusEntry& m_entry;
+    const QString m_extension;
+    std::vector<Fixture> m_fixtures;
+};
+
+void TestBrokenCorpus::childrenAreHarmless()
+{
+    QVERIFY(!m_fixtures.empty());
+    Limits::setMachineBytes(pictureBudget);
+    Watchdog watchdog;
+    int pictures = 0;
+    for (int child = 0; child < childCount; ++child) {
+        const QByteArray& parent = m_fixtures[size_t(child) % m_fixtures.size()].file;
+        const QByteArray bytes = Mutator(parent, quint32(child)).next();
+        watchdog.begin(child);
+        QString fault;
+        const qint64 grown = peakGrowth([&] { fault = misbehaviour(m_extension, bytes); });
+        QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: %2").arg(child).arg(fault)));
+        QVERIFY2(grown < memoryCap, qPrintable(QStringLiteral("seed %1: %2 bytes").arg(child).arg(grown)));
+        pictures += openDecoder(ByteSource::fromBytes(bytes), m_extension) ? 1 : 0;
+    }
+    // Were all refused at the door, nothing behind it would have been tried.
+    QVERIFY2(pictures > childCount / 10, qPrintable(QString::number(pictures)));
+}
+
+int main(int argc, char** argv)
+{
+    return runForCorpus(argc, argv, [](const CorpusEntry& entry, int rest, char** arguments) {
+        TestBrokenCorpus test(entry);
+        return QTest::qExec(&test, rest, arguments);
+    });
+}
+
+#include "tst_brokencorpus.moc"

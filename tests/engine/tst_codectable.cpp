@@ -1,0 +1,181 @@
+// The table of codecs as a whole: every extension of the viewer is read, and written where it can hold a
+// bitmap.
+#include "app/ImageTypes.h"
+#include "CodecFixtures.h"
+#include "engine/Codec.h"
+
+#include <QPainter>
+#include <QtTest>
+
+using namespace quorvia;
+using namespace quorvia::engine;
+using namespace quorvia::test;
+
+namespace {
+
+QStringList viewerExtensions()
+{
+    QStringList extensions;
+    for (const QString& pattern : QString::fromLatin1(app::ImageExtensionList).split(QLatin1Char(';')))
+        extensions.append(pattern.mid(2));
+    return extensions;
+}
+
+/// A picture that every format can hold to the last pixel: two colours, black and white.
+QImage dots(QSize size)
+{
+    QImage image(size, QImage::Format_Mono);
+    image.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixel(x, y, uint((x / 3 + y / 2 + x * y) % 3 == 0));
+    }
+    return image;
+}
+
+QImage inFormat(QImage::Format format)
+{
+    const Rgba picture = samplePicture(QSize(40, 30));
+    return format == QImage::Format_Mono ? dots(QSize(40, 30)) : imageOf(picture).convertToFormat(format);
+}
+
+} // namespace
+
+class TestCodecTable : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void namesAreDifferent();
+    void everyExtensionIsKnown_data();
+    void everyExtensionIsKnown();
+    void everyExtensionIsWritten_data();
+    void everyExtensionIsWritten();
+    void bitsSurvive_data();
+    void bitsSurvive();
+    void strangersAreRefused_data();
+    void strangersAreRefused();
+};
+
+void TestCodecTable::namesAreDifferent()
+{
+    QSet<QString> names;
+    for (const Codec* codec : codecTable()) {
+        QVERIFY(!codec->extensions().isEmpty());
+        names.insert(codec->name());
+    }
+    QCOMPARE(size_t(names.size()), codecTable().size());
+}
+
+void TestCodecTable::everyExtensionIsKnown_data()
+{
+    QTest::addColumn<QString>("extension");
+    const QStringList extensions = viewerExtensions();
+    QCOMPARE(extensions.size(), 21);
+    for (const QString& extension : extensions)
+        QTest::newRow(qPrintable(extension)) << extension;
+}
+
+void TestCodecTable::everyExtensionIsKnown()
+{
+    QFETCH(QString, extension);
+    int readers = 0;
+    for (const Codec* codec : codecTable())
+        readers += codec->extensions().contains(extension) ? 1 : 0;
+    QVERIFY(readers > 0);
+    QVERIFY(encoderFor(extension));
+    QCOMPARE(encoderFor(extension.toUpper()), encoderFor(extension));
+}
+
+void TestCodecTable::everyExtensionIsWritten_data()
+{
+    QTest::addColumn<QString>("extension");
+    QTest::addColumn<QImage::Format>("format");
+    const auto formats = {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8,
+                          QImage::Format_RGB32, QImage::Format_ARGB32};
+    for (const QString& extension : viewerExtensions()) {
+        for (const QImage::Format format : formats)
+            QTest::addRow("%s from %d", qPrintable(extension), int(format)) << extension << format;
+    }
+}
+
+/// What an encoder writes, the table opens again under that name: the same size, and pixels as near as the
+/// format allows (the codecs' own tests compare with independent readers).
+void TestCodecTable::everyExtensionIsWritten()
+{
+    QFETCH(QString, extension);
+    QFETCH(QImage::Format, format);
+    const QImage image = inFormat(format);
+    const auto file = encoderFor(extension)->encode(image, extension, {});
+    QVERIFY2(file, file ? "" : qPrintable(file.error().text));
+    const auto decoder = openDecoder(ByteSource::fromBytes(*file), extension);
+    QVERIFY2(decoder, decoder ? "" : qPrintable(decoder.error().text));
+    const CancelFlag goOn{false};
+    const auto back = (*decoder)->decode(1, QSize(), goOn);
+    QVERIFY2(back, back ? "" : qPrintable(back.error().text));
+    QVERIFY(back->complete);
+    QCOMPARE(back->image.size(), image.size());
+    const QImage seen = image.convertToFormat(QImage::Format_ARGB32);
+    QImage onWhite(image.size(), QImage::Format_RGB32);
+    onWhite.fill(Qt::white);
+    QPainter(&onWhite).drawImage(0, 0, seen);
+    const bool alphaKept = back->image.hasAlphaChannel();
+    const double likeness = psnr(rgbaOf(back->image), rgbaOf(alphaKept ? seen : onWhite));
+    const double least = extension == QLatin1String("pbm") ? 3 : 24; // a bit a pixel is all that it has
+    QVERIFY2(likeness >= least, qPrintable(QString::number(likeness)));
+}
+
+void TestCodecTable::bitsSurvive_data()
+{
+    everyExtensionIsKnown_data();
+}
+
+/// Black and white stays exactly that wherever nothing is lossy.
+void TestCodecTable::bitsSurvive()
+{
+    QFETCH(QString, extension);
+    const QImage image = dots(QSize(37, 21));
+    const auto file = encoderFor(extension)->encode(image, extension, {});
+    QVERIFY(file);
+    const auto decoder = openDecoder(ByteSource::fromBytes(*file), extension);
+    QVERIFY(decoder);
+    const CancelFlag goOn{false};
+    const auto back = (*decoder)->decode(1, QSize(), goOn);
+    QVERIFY(back);
+    const bool lossy =
+        QStringList{QStringLiteral("jpg"), QStringLiteral("jpeg"), QStringLiteral("jif")}.contains(extension);
+    if (lossy)
+        QVERIFY(psnr(rgbaOf(back->image), rgbaOf(image)) > 20);
+    else
+        QCOMPARE(firstDifference(rgbaOf(back->image), rgbaOf(image)), QString());
+}
+
+void TestCodecTable::strangersAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("one byte") << QByteArray(1, 'P');
+    QTest::newRow("text") << QByteArray("The quick brown fox jumps over the lazy dog.\n").repeated(50);
+    QTest::newRow("zeros") << QByteArray(4096, '\0');
+    QTest::newRow("ones") << QByteArray(4096, '\xff');
+    QTest::newRow("ELF") << QByteArray("\x7f"
+                                       "ELF\x02\x01\x01")
+                                .append(2000, '\0');
+    QTest::newRow("PDF") << QByteArray("%PDF-1.4\n%....\n1 0 obj\n").append(2000, ' ');
+    QTest::newRow("HTML") << QByteArray("<!DOCTYPE html><html><body>").append(2000, ' ');
+    QTest::newRow("ZIP") << QByteArray("PK\x03\x04\x14").append(2000, '\0');
+}
+
+/// Under every name of ours.
+void TestCodecTable::strangersAreRefused()
+{
+    QFETCH(QByteArray, bytes);
+    for (const QString& extension : viewerExtensions()) {
+        const auto decoder = openDecoder(ByteSource::fromBytes(bytes), extension);
+        const CancelFlag goOn{false};
+        QVERIFY2(!decoder || !(*decoder)->decode(1, QSize(), goOn), qPrintable(extension));
+    }
+}
+
+QTEST_MAIN(TestCodecTable)
+#include "tst_codectable.moc"
