@@ -51,7 +51,7 @@ bool brokenOff(const LoadTask& task, const Result<Picture>& result)
 
 Result<PageHeader> beginFirst(LoadPool& pool, const LoadTaskPointer& task)
 {
-    const Result<PageHeader> header = readHeader(pool, *task);
+    Result<PageHeader> header = readHeader(pool, *task);
     const std::lock_guard lock(pool.mutex);
     task->header = header;
     pool.changed.notify_all();
