@@ -20,7 +20,7 @@ thread_local Landing* currentLanding = nullptr;
 thread_local const CancelFlag* currentCancel = nullptr;
 
 /// Lack of memory for its own small things: the library cannot go on, its handler must not return.
-[[noreturn]] void leaveCall(const ExceptionType, const char* reason, const char*)
+__attribute__((noreturn)) void leaveCall(const ExceptionType, const char* reason, const char*)
 {
     if (!currentLanding)
         std::abort();
@@ -219,7 +219,7 @@ Status checkMagickSize(QSize size)
 {
     constexpr qint64 bytesPerPixel = 16; // the library's 8, the reader's 4 and those of the picture
     const Limits& limits = Limits::machine();
-    const Status allowed = checkSize(size, limits);
+    Status allowed = checkSize(size, limits);
     if (!allowed)
         return allowed;
     Limits tighter = limits;
