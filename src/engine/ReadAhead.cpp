@@ -133,12 +133,9 @@ std::optional<Picture> atShownSize(const Picture& picture, QSize box, const Canc
     const QSize here = picture.image.size();
     if (here == size || here.width() < size.width() || here.height() < size.height())
         return picture;
-    const bool alpha = picture.image.hasAlphaChannel();
-    const bool grey = picture.image.format() == QImage::Format_Grayscale8 ||
-                      (!picture.profile.isEmpty() && isGrayByFormat(picture.image)); // it is a grey profile
-    const auto format = alpha  ? QImage::Format_ARGB32
-                        : grey ? QImage::Format_Grayscale8
-                               : QImage::Format_RGB32;
+    const auto format = picture.image.hasAlphaChannel()                       ? QImage::Format_ARGB32
+                        : picture.image.format() == QImage::Format_Grayscale8 ? QImage::Format_Grayscale8
+                                                                              : QImage::Format_RGB32;
     Picture shown = picture;
     shown.image = allocateImage(size, format);
     if (shown.image.isNull())

@@ -236,25 +236,20 @@ class tst_ReadAhead : public QObject
     void shownFormat_data()
     {
         QTest::addColumn<int>("format");
-        QTest::addColumn<bool>("profile");
         QTest::addColumn<int>("shown");
-        QTest::newRow("deep") << int(QImage::Format_RGB32) << false << int(QImage::Format_RGB32);
-        QTest::newRow("alpha") << int(QImage::Format_ARGB32) << false << int(QImage::Format_ARGB32);
-        QTest::newRow("grey") << int(QImage::Format_Grayscale8) << false << int(QImage::Format_Grayscale8);
-        QTest::newRow("black and white") << int(QImage::Format_Mono) << false << int(QImage::Format_RGB32);
-        QTest::newRow("black and white with a grey profile")
-            << int(QImage::Format_Mono) << true << int(QImage::Format_Grayscale8);
-        QTest::newRow("palette") << int(QImage::Format_Indexed8) << false << int(QImage::Format_RGB32);
+        QTest::newRow("deep") << int(QImage::Format_RGB32) << int(QImage::Format_RGB32);
+        QTest::newRow("alpha") << int(QImage::Format_ARGB32) << int(QImage::Format_ARGB32);
+        QTest::newRow("grey") << int(QImage::Format_Grayscale8) << int(QImage::Format_Grayscale8);
+        QTest::newRow("black and white") << int(QImage::Format_Mono) << int(QImage::Format_RGB32);
+        QTest::newRow("palette") << int(QImage::Format_Indexed8) << int(QImage::Format_RGB32);
     }
 
     void shownFormat()
     {
         QFETCH(int, format);
-        QFETCH(bool, profile);
         QFETCH(int, shown);
         const QImage image = graded(200, 200).convertToFormat(QImage::Format(format));
-        const auto made = atShownSize(Picture{image, image.size(), 24, true, profile ? "p" : ""},
-                                      QSize(100, 100), CancelFlag(false));
+        const auto made = atShownSize(Picture{image, image.size(), 24}, QSize(100, 100), CancelFlag(false));
         QVERIFY(made);
         QCOMPARE(int(made->image.format()), shown);
         const QSize half(100, 100);
