@@ -9,6 +9,7 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "engine/ImageLoader.h"
+#include "engine/Limits.h"
 #include "platform/InstanceGuard.h"
 #include "platform/TerminationSignals.h"
 #include "viewer/frmImageView.h"
@@ -70,6 +71,14 @@ std::shared_ptr<engine::ImageLoad> beginEarly(engine::ImageLoader& loader, const
     return loader.load(file, 1, box);
 }
 
+/// Puts the user's bounds on memory in force.
+void boundMemory(engine::ImageLoader& loader)
+{
+    constexpr qint64 mebibyte = 1024 * 1024;
+    engine::Limits::setMachineBytes(app::read(app::setting::PictureMemory) * mebibyte);
+    loader.setReadAheadCap(app::read(app::setting::ReadAheadMemory) * mebibyte);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -80,6 +89,7 @@ int main(int argc, char* argv[])
     const app::CommandLine line = app::parseCommandLine(arguments, QDir::currentPath());
     app::openSettings();
     const auto loader = std::make_shared<engine::ImageLoader>();
+    boundMemory(*loader);
     auto early = beginEarly(*loader, line.bareFile);
 
     QCoreApplication::setApplicationName(QStringLiteral("quorvia"));

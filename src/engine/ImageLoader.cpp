@@ -279,6 +279,7 @@ void ImageLoader::setReadAheadCap(qint64 bytes)
     std::vector<ReadyPage> gone; // dies after the lock
     const std::lock_guard lock(d->pool->mutex);
     gone = d->pool->ahead.ready.setCap(bytes);
+    d->pool->work.notify_all();
 }
 
 qint64 ImageLoader::readAheadBytes() const

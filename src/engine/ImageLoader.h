@@ -86,7 +86,7 @@ class ImageLoader
     /// one has to be decoded, when somebody waits for a full picture, or when it is no longer named. One that
     /// fails is not tried again while the same paths are named. Never waits for the disk.
     void setNeighbours(const QStringList& paths, QSize box);
-    /// The most bytes that read-ahead keeps, 512 MiB unless set; 0 keeps nothing.
+    /// The most bytes that read-ahead keeps, 512 MiB unless set; without any, nothing is read ahead.
     void setReadAheadCap(qint64 bytes);
     /// The bytes that read-ahead keeps now.
     qint64 readAheadBytes() const;

@@ -73,6 +73,8 @@ constexpr Expected expectedRows[] = {
     {"Settings", "JPEGChrome", 'n', "20"},
     {"Settings", "JPEGSampling", 'n', "1"},
     {"Settings", "JPEGGray", 'n', "0"},
+    {"Settings", "PictureMemory", 'n', "0"},
+    {"Settings", "ReadAheadMemory", 'n', "512"},
     {"Settings", "Menu", 't', nullptr},
     {"Settings", "Toolbar", 't', nullptr},
     {"Settings", "Associate", 'n', "0"},

@@ -1,8 +1,9 @@
 """Stores that are damaged or cannot be written."""
 
+import sqlite3
 import unittest
 
-from harness import Journey, RED
+from harness import BLUE, Journey, RED
 
 
 class Stores(Journey):
@@ -45,9 +46,23 @@ class Stores(Journey):
         self.assertEqual(len(lines), len(set(lines)), "one line a directory")
         self.assertEqual(self.root.read_text(), "a file where a directory should be")
 
+    def test_a_picture_beyond_the_memory_that_the_user_grants_is_refused(self):
+        self.ended_once()
+        with sqlite3.connect(self.home / "config" / "halvexa" / "user.db") as store:  # as an opened image was counted
+            store.execute("INSERT INTO settings (key, name, type, value) SELECT key, 'PictureMemory', type, 1 "
+                          "FROM settings WHERE name = 'ImageOpenCount'")
+        large = self.picture("large.png", "green", "600x500")  # 1.2 MB of pixels
+        program = self.start(large)
+        self.window()
+        self.assertEqual(len([line for line in self.log_lines() if str(large) in line and
+                              "more than this machine shows" in line]), 1, self.log_lines())
+        self.send(program)
+        self.ended(program)
+        self.start(self.picture("small.png", "blue", "500x500"))
+        self.shows(self.window(), BLUE)
+
     def test_settings_of_odd_content_never_stop_the_start(self):
         self.ended_once()
-        import sqlite3
         with sqlite3.connect(self.home / "config" / "halvexa" / "user.db") as store:
             store.execute("UPDATE settings SET type = 1, value = 'wide' WHERE name = 'MainWidth'")
             store.execute("UPDATE settings SET type = 99, value = x'00ff' WHERE name = 'MainHeight'")
