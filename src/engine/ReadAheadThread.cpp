@@ -28,9 +28,9 @@ void stepBack()
 /// The next path to read ahead. With the mutex held.
 std::optional<QString> nextNeighbour(const LoadPool& pool)
 {
-    if (!pool.isIdle())
-        return std::nullopt;
     const ReadAheadWork& ahead = pool.ahead;
+    if (!pool.isIdle() || ahead.ready.cap() <= 0)
+        return std::nullopt;
     const auto next = std::find_if(ahead.neighbours.begin(), ahead.neighbours.end(),
                                    [&ahead](const QString& path) { return !ahead.settled.contains(path); });
     return next == ahead.neighbours.end() ? std::nullopt : std::optional(*next);
@@ -80,8 +80,10 @@ void decodeOnThreadOfItsOwn(LoadPool& pool, const LoadTaskPointer& task)
 
 void makeLast(pid_t id)
 {
-    constexpr int bottom = 19;
-    setpriority(PRIO_PROCESS, static_cast<id_t>(id), bottom);
+    // Not only the lowest level: the scheduler counts a processor with nothing but such threads as a free
+    // one, and so puts the threads that decode the wanted page there at once.
+    const sched_param none = {};
+    sched_setscheduler(id, SCHED_IDLE, &none);
 }
 
 void runReadAhead(LoadPool& pool)

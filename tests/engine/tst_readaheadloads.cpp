@@ -1,10 +1,14 @@
 // The loader's reading ahead: when it runs, what it gives way to, what a load gets of it.
 #include "engine/ImageLoader.h"
+#include "engine/ReadAheadThread.h"
 #include "engine/Resample.h"
 #include "FakePictures.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <sched.h>
+#include <unistd.h>
 
 #include <future>
 #include <random>
@@ -314,6 +318,27 @@ class tst_ReadAheadLoads : public QObject
         QVERIFY(stands(1, 10 * 10 * 4));
         QCOMPARE(m_pictures->order(), QStringList(m_c));
         QVERIFY(m_loader->load(m_a, 1, box)->first());
+    }
+
+    void withoutRoomNoFileIsOpened()
+    {
+        m_loader->setReadAheadCap(0);
+        m_loader->setNeighbours({m_a, m_b}, box);
+        QVERIFY(m_loader->load(m_c, 1, box)->full());
+        QCOMPARE(file(m_a).headerGate->arrivals(), 0);
+        m_loader->setReadAheadCap(1 << 20); // from now on there is
+        QVERIFY(stands(2));
+        QCOMPARE(file(m_a).headerGate->arrivals(), 1);
+    }
+
+    void whatNobodyWantsGetsTheProcessorLast()
+    {
+        int policy = -1;
+        std::thread([&policy] {
+            makeLast(gettid());
+            policy = sched_getscheduler(0); // 0: this thread
+        }).join();
+        QCOMPARE(policy, SCHED_IDLE);
     }
 
     void endsWhileReading()

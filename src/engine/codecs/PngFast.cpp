@@ -202,13 +202,15 @@ QList<QRgb> colorTable(const PngData& data, QImage::Format format)
     return table;
 }
 
-/// Gives back what of `block` lies behind the picture.
+/// Gives back what of `block` lies behind the picture, where that is worth a move of the block.
 QImage imageOf(PngBuffer block, const Arrangement& place, QSize size, QImage::Format format)
 {
-    void* shrunk = std::realloc(block.get(), size_t(place.imageBytes));
-    if (shrunk) {
-        (void)block.release();
-        block.reset(static_cast<uchar*>(shrunk));
+    constexpr qint64 worthGivingBack = 256 * 1024;
+    if (place.blockBytes - place.imageBytes >= worthGivingBack) {
+        if (void* shrunk = std::realloc(block.get(), size_t(place.imageBytes))) {
+            (void)block.release();
+            block.reset(static_cast<uchar*>(shrunk));
+        }
     }
     uchar* memory = block.release();
     return QImage(memory, size.width(), size.height(), qsizetype(place.line), format, std::free, memory);
