@@ -10,6 +10,7 @@
 #include "app/Settings.h"
 #include "engine/ImageLoader.h"
 #include "engine/Limits.h"
+#include "engine/Toolkit.h"
 #include "platform/InstanceGuard.h"
 #include "platform/TerminationSignals.h"
 #include "viewer/frmImageView.h"
@@ -17,9 +18,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QScopeGuard>
 #include <QSessionManager>
 
 #include <cstdio>
+#include <optional>
 
 using namespace quorvia;
 
@@ -88,14 +91,22 @@ int main(int argc, char* argv[])
         return 0;
     const app::CommandLine line = app::parseCommandLine(arguments, QDir::currentPath());
     app::openSettings();
-    const auto loader = std::make_shared<engine::ImageLoader>();
+    auto loader = std::make_shared<engine::ImageLoader>();
     boundMemory(*loader);
+    std::optional<engine::ToolkitHold> untilToolkitStands(std::in_place);
     auto early = beginEarly(*loader, line.bareFile);
 
     QCoreApplication::setApplicationName(QStringLiteral("quorvia"));
     QGuiApplication::setDesktopFileName(QStringLiteral("quorvia"));
     int toolkitArguments = 1; // the toolkit must not take words of our line for its own
     QApplication application(toolkitArguments, argv);
+    untilToolkitStands.reset();
+    // No decoder may draw any more when the toolkit goes. The window, which shares the loader, is gone by
+    // then.
+    const auto endLoads = qScopeGuard([&] {
+        early.reset();
+        loader.reset();
+    });
     QGuiApplication::setQuitOnLastWindowClosed(false); // a hidden main window is no reason to end
 
     if (!app::probeMachineStore())

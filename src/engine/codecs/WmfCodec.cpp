@@ -3,6 +3,7 @@
 #include "engine/codecs/WmfPlayer.h"
 #include "engine/codecs/WmfWriter.h"
 #include "engine/Limits.h"
+#include "engine/Toolkit.h"
 
 #include <cmath>
 #include <optional>
@@ -108,6 +109,8 @@ Result<Picture> WmfDecoder::decode(int page, QSize, const CancelFlag& cancel)
     const Result<PageHeader> facts = header(page);
     if (!facts)
         return facts.error();
+    if (!waitForToolkit(cancel) && !cancel)
+        return Error{ErrorKind::Unsupported, QStringLiteral("nothing can be drawn without a screen")};
     if (cancel)
         return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
     WmfCanvas canvas(facts->size);

@@ -48,8 +48,7 @@ struct WmfContext
     WmfObjects objects = {};
     std::vector<WmfState> saved = {};
     QImage whole = {}; ///< the bitmap that was drawn first and covers the picture pixel by pixel
-    std::optional<bool> hasFonts = {}; ///< whether text can be drawn; known from the first text on
-    bool complete = true;              ///< false once something could not be drawn that should have been
+    bool complete = true; ///< false once something could not be drawn that should have been
 };
 
 /// The box of the pixels between two opposite corners in units.

@@ -2,7 +2,6 @@
 
 #include "engine/codecs/WmfCharset.h"
 #include "engine/codecs/WmfFonts.h"
-#include "engine/Toolkit.h"
 
 #include <QFontMetricsF>
 #include <QTransform>
@@ -289,12 +288,7 @@ void drawText(WmfContext& context, Request request)
         movePosition(state, rough.width());
         return;
     }
-    if (!context.hasFonts)
-        context.hasFonts = waitForToolkit(context.cancel);
-    if (*context.hasFonts)
-        paintText(context, request);
-    else
-        context.complete = false;
+    paintText(context, request);
 }
 
 } // namespace
