@@ -1,6 +1,7 @@
 #include "engine/Bands.h"
 
 #include <algorithm>
+#include <exception>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -18,20 +19,32 @@ int bandCount(int rows, qint64 work)
 void inBands(int rows, int count, const std::function<void(int index, int from, int to)>& band)
 {
     const auto edge = [rows, count](int index) { return static_cast<int>(qint64(rows) * index / count); };
-    std::vector<std::jthread> threads;
-    threads.reserve(static_cast<size_t>(std::max(count - 1, 0)));
-    for (int index = 0; index < count; ++index) {
-        const int from = edge(index);
-        const int to = edge(index + 1);
-        if (index + 1 < count) {
-            try {
-                threads.emplace_back([&band, index, from, to] { band(index, from, to); });
-                continue;
-            } catch (const std::system_error&) {
-                // no thread left on this machine: the caller does it
-            }
+    std::vector<std::exception_ptr> problems(static_cast<size_t>(std::max(count, 0)));
+    const auto run = [&](int index) noexcept {
+        try {
+            band(index, edge(index), edge(index + 1));
+        } catch (...) {
+            problems[static_cast<size_t>(index)] = std::current_exception();
         }
-        band(index, from, to);
+    };
+    {
+        std::vector<std::jthread> threads; // joined at the end of this block
+        threads.reserve(problems.size());
+        for (int index = 0; index < count; ++index) {
+            if (index + 1 < count) {
+                try {
+                    threads.emplace_back(run, index);
+                    continue;
+                } catch (const std::system_error&) {
+                    // no thread left on this machine: the caller does it
+                }
+            }
+            run(index);
+        }
+    }
+    for (const std::exception_ptr& problem : problems) {
+        if (problem)
+            std::rethrow_exception(problem);
     }
 }
 

@@ -13,7 +13,7 @@ namespace quorvia::engine {
 int bandCount(int rows, qint64 work);
 
 /// Calls `band(index, from, to)` for `count` bands of the rows [0, rows), each on a thread of its own (the
-/// last one on the caller's), and returns when all are done. `band` must not throw.
+/// last one on the caller's), and returns when all are done. What a band throws is thrown then.
 void inBands(int rows, int count, const std::function<void(int index, int from, int to)>& band);
 
 } // namespace quorvia::engine

@@ -12,6 +12,11 @@ namespace quorvia::engine {
 Decoder::~Decoder() = default;
 Codec::~Codec() = default;
 
+bool Decoder::scales() const
+{
+    return false;
+}
+
 bool Codec::keepsProfile(const QString&) const
 {
     return false;
@@ -46,15 +51,54 @@ Result<std::unique_ptr<Decoder>> openBySniffing(const std::shared_ptr<ByteSource
     return Error{ErrorKind::NotAnImage, QStringLiteral("no known image format")};
 }
 
+Error readError()
+{
+    return {ErrorKind::Unreadable, QStringLiteral("the file cannot be read")};
+}
+
+/// Tells a file that could not be read from one that is cut short: to the codecs both end early.
+class ReadErrorTeller final : public Decoder
+{
+  public:
+    ReadErrorTeller(std::unique_ptr<Decoder> decoder, std::shared_ptr<ByteSource> source)
+        : m_decoder(std::move(decoder)), m_source(std::move(source))
+    {
+    }
+
+    int pageCount() override { return m_decoder->pageCount(); }
+    bool scales() const override { return m_decoder->scales(); }
+
+    Result<PageHeader> header(int page) override
+    {
+        Result<PageHeader> header = m_decoder->header(page);
+        return header || !m_source->failed() ? header : Result<PageHeader>(readError());
+    }
+
+    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override
+    {
+        Result<Picture> picture = m_decoder->decode(page, box, cancel);
+        if (!m_source->failed() || (!picture && picture.error().kind == ErrorKind::Cancelled))
+            return picture;
+        if (!picture)
+            return readError();
+        picture->readError = !picture->complete;
+        return picture;
+    }
+
+  private:
+    const std::unique_ptr<Decoder> m_decoder;
+    const std::shared_ptr<ByteSource> m_source;
+};
+
 } // namespace
 
 Result<std::unique_ptr<Decoder>> openDecoder(const std::shared_ptr<ByteSource>& source,
                                              const QString& extension)
 {
     auto decoder = openBySniffing(source, extension);
-    if (!decoder && source->failed())
-        return Error{ErrorKind::Unreadable, QStringLiteral("the file cannot be read")};
-    return decoder;
+    if (!decoder)
+        return source->failed() ? readError() : decoder.error();
+    return std::unique_ptr<Decoder>(std::make_unique<ReadErrorTeller>(*std::move(decoder), source));
 }
 
 const Codec* encoderFor(const QString& extension)

@@ -33,6 +33,7 @@ struct Picture
     int bitsPerPixel = 0;    ///< of the file, not of `image`
     bool complete = true;    ///< false when the file ended early or broke: the rest is blank
     QByteArray profile = {}; ///< ICC profile of the colours in `image` (RGB or grey); empty for sRGB
+    bool readError = false;  ///< the rest is blank since reading failed: another try may give more
 
     /// True when `image` holds every pixel of the page.
     bool isFull() const { return image.size() == fullSize; }
@@ -57,6 +58,8 @@ class Decoder
     /// box asks for every pixel. A file cut short gives what could be read with `complete` false; Damaged
     /// only when there is nothing to show. Cancelled when `cancel` was set.
     virtual Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) = 0;
+    /// True when decode() with a box makes use of it; false, as here, when it gives every pixel all the same.
+    virtual bool scales() const;
 };
 
 /// How a JPEG is written, in the terms of the image engine's four properties.
@@ -101,8 +104,8 @@ class Codec
 /// All codecs, in the order in which they are asked.
 std::span<const Codec* const> codecTable();
 
-/// Opens `source` with the first codec whose sniff() accepts it; NotAnImage when none does, Unreadable when
-/// it fails and a read met an error.
+/// Opens `source` with the first codec whose sniff() accepts it; NotAnImage when none does. Whatever fails
+/// here or in the decoder is Unreadable when a read met an error.
 Result<std::unique_ptr<Decoder>> openDecoder(const std::shared_ptr<ByteSource>& source,
                                              const QString& extension);
 

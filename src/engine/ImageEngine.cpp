@@ -24,6 +24,7 @@ namespace {
 
 constexpr int panPointer = 25;
 constexpr int selectionPointer = 30;
+constexpr int jpegSaveType = 8;
 
 /// Makes `painter` draw in device pixels from the control's corner; returns nothing to undo. At a fractional
 /// ratio the corner lies between two pixels, and the nearest one is taken.
@@ -170,8 +171,8 @@ int ImageEngine::UniqueColors() const
 {
     d->settle();
     if (d->content.colors < 0)
-        d->content.colors = countColors(d->fullImage());
-    return d->content.colors;
+        d->unlessMemoryEnds([this] { d->content.colors = countColors(d->fullImage()); });
+    return std::max(d->content.colors, 0);
 }
 
 double ImageEngine::ZoomFactor() const
@@ -255,14 +256,14 @@ int ImageEngine::MousePointer() const
 void ImageEngine::DrawRubberBand(int left, int top, int right, int bottom, const QColor& color, bool keep)
 {
     d->updateBand(); // the old one goes
-    d->band = RubberBand{QPoint(left, top), QPoint(right, bottom), color, keep};
+    d->content.band = RubberBand{QPoint(left, top), QPoint(right, bottom), color, keep};
     d->updateBand();
 }
 
 void ImageEngine::ClearRubberBand()
 {
     d->updateBand();
-    d->band.reset();
+    d->content.band.reset();
 }
 
 // --- transforms
@@ -282,6 +283,11 @@ void ImageEngine::Resize(int width, int height)
     d->transform([width, height](const QImage& image) { return resized(image, QSize(width, height)); });
 }
 
+void ImageEngine::Resample(int width, int height)
+{
+    Resize(width, height);
+}
+
 void ImageEngine::Bevel(int style, int width, int intensity)
 {
     d->transform(
@@ -290,8 +296,10 @@ void ImageEngine::Bevel(int style, int width, int intensity)
 
 void ImageEngine::CopyToClipboard()
 {
-    if (const QImage image = d->fullImageInSrgb(); !image.isNull())
-        QGuiApplication::clipboard()->setImage(image);
+    d->unlessMemoryEnds([this] {
+        if (const QImage image = d->fullImageInSrgb(); !image.isNull())
+            QGuiApplication::clipboard()->setImage(image);
+    });
 }
 
 // --- saving
@@ -301,13 +309,19 @@ void ImageEngine::SetSaveFileName(const QString& path)
     d->saveFileName = path;
 }
 
+void ImageEngine::SetSaveFileType(int type)
+{
+    d->saveFileType = type;
+}
+
 bool ImageEngine::SaveFile()
 {
     const auto write = [this]() -> Status {
         QImage image = d->fullImage();
         if (image.isNull())
             return Error{ErrorKind::WriteFailed, QStringLiteral("no image is held")};
-        const QString extension = QFileInfo(d->saveFileName).suffix();
+        const QString extension =
+            d->saveFileType == jpegSaveType ? QStringLiteral("jpg") : QFileInfo(d->saveFileName).suffix();
         const Codec* codec = encoderFor(extension);
         if (!codec)
             return Error{ErrorKind::Unsupported,
@@ -384,9 +398,7 @@ void ImageEngine::paintEvent(QPaintEvent* event)
             d->cache.clear();
         return;
     }
-    d->paintImage(painter, exposed, target);
-    d->paintBand(painter, target);
-    d->notePainted();
+    d->paintContent(painter, exposed, target);
 }
 
 } // namespace quorvia::engine

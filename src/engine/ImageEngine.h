@@ -95,6 +95,8 @@ class ImageEngine : public QWidget
     void Rotate(double degrees);
     /// Scales to `width` x `height` pixels; values below 1 are ignored.
     void Resize(int width, int height);
+    /// The same, for the dialog that asks for a size.
+    void Resample(int width, int height);
     /// Draws an edge `width` pixels wide inside the image; style 1 raised, any other sunken; intensity 0 to
     /// 100.
     void Bevel(int style, int width, int intensity);
@@ -103,6 +105,9 @@ class ImageEngine : public QWidget
 
     // --- saving
     void SetSaveFileName(const QString& path);
+    /// 8 makes SaveFile() write JPEG whatever the target is named; with any other value its extension
+    /// decides.
+    void SetSaveFileType(int type);
     /// Writes the held image to SaveFileName in the format of its extension; the old file stays whole until
     /// the new one stands. A colour profile goes with it where the format can carry it, else the colours are
     /// written in sRGB. True when written; LastError() tells why not.

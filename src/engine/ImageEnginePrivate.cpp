@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QTimer>
 
+#include <new>
 #include <utility>
 
 namespace quorvia::engine {
@@ -54,8 +55,7 @@ void ImageEngine::Private::hold(HeldContent next)
         before = std::move(content);
     else
         letGo(content);
-    content = std::move(next);
-    band.reset(); // the cache stays: until the next paint it is what the screen shows
+    content = std::move(next); // the cache stays: until the next paint it is what the screen shows
     repaintSoon();
 }
 
@@ -109,13 +109,27 @@ bool ImageEngine::Private::allowed(QSize size)
     return static_cast<bool>(status);
 }
 
+/// Runs `step`. False, with the reason in lastError, when there was not memory enough for it.
+bool ImageEngine::Private::unlessMemoryEnds(const std::function<void()>& step)
+{
+    try {
+        step();
+        return true;
+    } catch (const std::bad_alloc&) {
+        lastError = QStringLiteral("there is not memory enough");
+        return false;
+    }
+}
+
 /// Puts what `change` makes of the full image in its place; the name stays.
 void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>& change)
 {
     const QImage old = fullImage();
     if (old.isNull())
         return;
-    const QImage made = change(old);
+    QImage made;
+    if (!unlessMemoryEnds([&] { made = change(old); }))
+        return;
     if (made.isNull()) {
         lastError = QStringLiteral("no memory for the changed image");
         return;
@@ -126,7 +140,7 @@ void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>&
     next.profile = profile();
     next.size = made.size();
     next.bitsPerPixel = made.format() == old.format() ? content.bitsPerPixel : bitsOf(made);
-    next.wasPainted = true; // not a load
+    next.wasTold = content.wasTold;
     lastError.clear();
     hold(std::move(next));
 }
@@ -160,9 +174,10 @@ void ImageEngine::Private::repaintSoon()
 
 void ImageEngine::Private::updateBand()
 {
-    if (!band || !paintEnabled)
+    if (!content.band || !paintEnabled)
         return;
-    const QRect frame = bandFrame(band->from, band->to, content.size, placed()).boundingRect();
+    const QRect frame =
+        bandFrame(content.band->from, content.band->to, content.size, placed()).boundingRect();
     q->update(toLogicalPixels(frame, ratio()));
 }
 
@@ -173,6 +188,17 @@ void ImageEngine::Private::paintHeldBack(QPainter& painter)
         return;
     const QPointF moved = QPointF(heldBackAt - q->mapTo(q->window(), QPoint())) * ratio();
     painter.drawImage(cache.part().topLeft() + moved.toPoint(), cache.pixels());
+}
+
+/// Paints the image and what lies on it; the back colour where there is not memory enough for that.
+void ImageEngine::Private::paintContent(QPainter& painter, QRect exposed, const QRect& target)
+{
+    if (!unlessMemoryEnds([&] { paintImage(painter, exposed, target); })) {
+        painter.fillRect(exposed & target, backColor);
+        return;
+    }
+    paintBand(painter, target);
+    notePainted();
 }
 
 /// Paints the part of the image that `exposed` shows. The visible part is computed once and kept; what is
@@ -203,23 +229,25 @@ void ImageEngine::Private::paintImage(QPainter& painter, QRect exposed, const QR
 
 void ImageEngine::Private::paintBand(QPainter& painter, const QRect& target)
 {
-    if (!band)
+    if (!content.band)
         return;
-    for (const QRect& line : bandFrame(band->from, band->to, content.size, target))
-        painter.fillRect(line, band->color);
-    if (!band->keep)
-        band.reset();
+    const RubberBand band = *content.band;
+    for (const QRect& line : bandFrame(band.from, band.to, content.size, target))
+        painter.fillRect(line, band.color);
+    if (!band.keep)
+        content.band.reset();
 }
 
 /// Once a content: tells that it stands on the screen, and lets the full decode follow.
 void ImageEngine::Private::notePainted()
 {
-    if (std::exchange(content.wasPainted, true))
+    if (content.wasTold || std::exchange(content.isTelling, true))
         return;
     // From the event loop: what was painted then reaches the screen before anything else is begun.
     QTimer::singleShot(0, q, [this, number = content.number] {
         if (number != content.number)
             return;
+        content.wasTold = true;
         if (content.load)
             content.load->requestFull();
         Q_EMIT q->FirstPainted();

@@ -12,6 +12,14 @@ class QPainter;
 
 namespace quorvia::engine {
 
+struct RubberBand
+{
+    QPoint from;
+    QPoint to;
+    QColor color;
+    bool keep = true;
+};
+
 /// What the control holds: a load, or an image of its own (given, or changed by a transform).
 struct HeldContent
 {
@@ -22,19 +30,13 @@ struct HeldContent
     QByteArray profile; ///< of the colours in `image`; empty for sRGB
     QSize size;
     int bitsPerPixel = 0;
-    int colors = -1;         ///< not counted yet
-    bool unproven = false;   ///< a load whose pixels nobody has waited for
-    bool wasPainted = false; ///< FirstPainted is sent or on its way
+    int colors = -1;        ///< not counted yet
+    bool unproven = false;  ///< a load whose pixels nobody has waited for
+    bool isTelling = false; ///< FirstPainted is on its way
+    bool wasTold = false;   ///< FirstPainted was sent
+    std::optional<RubberBand> band;
 
     bool isEmpty() const { return size.isEmpty(); }
-};
-
-struct RubberBand
-{
-    QPoint from;
-    QPoint to;
-    QColor color;
-    bool keep = true;
 };
 
 /// The depth of an image in the formats that codecs give.
@@ -56,6 +58,7 @@ class ImageEngine::Private
     QByteArray profile();
     QImage fullImageInSrgb();
     bool allowed(QSize size);
+    bool unlessMemoryEnds(const std::function<void()>& step);
     void transform(const std::function<QImage(const QImage&)>& change);
 
     // --- what is shown
@@ -66,6 +69,7 @@ class ImageEngine::Private
     void repaintSoon();
     void updateBand();
     void paintHeldBack(QPainter& painter);
+    void paintContent(QPainter& painter, QRect exposed, const QRect& target);
     void paintImage(QPainter& painter, QRect exposed, const QRect& target);
     void paintBand(QPainter& painter, const QRect& target);
     void notePainted();
@@ -85,9 +89,9 @@ class ImageEngine::Private
     bool paintEnabled = true;
     QPoint heldBackAt; ///< where the control was in its window when painting was held back
     DisplayCache cache;
-    std::optional<RubberBand> band;
 
     QString saveFileName;
+    int saveFileType = 0;
     EncodeOptions encodeOptions;
 };
 

@@ -5,20 +5,23 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace quorvia::engine {
 
 namespace {
 
-/// Runs `step`; what it throws (there is no memory left, most likely) becomes a failure of the page.
+/// Runs `step`; what it throws becomes a failure of the page.
 template <class Value, class Step>
 Result<Value> guarded(Step step)
 {
     try {
         return step();
+    } catch (const std::bad_alloc&) {
+        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
     } catch (const std::exception& problem) {
-        return Error{ErrorKind::TooLarge, QString::fromLocal8Bit(problem.what())};
+        return Error{ErrorKind::Damaged, QString::fromLocal8Bit(problem.what())};
     }
 }
 
@@ -107,7 +110,7 @@ Result<Picture> decodeFull(const LoadPool& pool, LoadTask& task, QSize pageSize)
         const Result<PageHeader> header = readHeader(pool, task);
         if (!header)
             return header.error();
-        if (header->size != pageSize)
+        if (header->size != pageSize || PageKey::of(task.key.path, task.key.page) != task.key)
             return Error{ErrorKind::Unreadable, QStringLiteral("the file has changed")};
     }
     return decodeTask(task, QSize());
@@ -138,28 +141,14 @@ void runFull(LoadPool& pool, const LoadTaskPointer& task, QSize pageSize)
         callback();
 }
 
-/// Bytes that the picture of a page shown in `box` takes at least.
-qint64 leastBytes(const PageHeader& header, QSize box)
+/// Bytes that decoding a page of `header` for `box` takes at least.
+qint64 leastBytes(const PageHeader& header, QSize box, bool scales)
 {
-    const QSize size = fittedSize(header.size, box);
-    return qint64(size.width()) * size.height() * std::min(header.bitsPerPixel, 32) / 8;
-}
-
-/// Decodes the page of `task` for reading ahead. Cancelled when it was broken off or would find no room.
-Result<Picture> decodeAhead(LoadPool& pool, const LoadTaskPointer& task)
-{
-    const Result<PageHeader> header = beginFirst(pool, task);
-    if (!header)
-        return header.error();
-    {
-        const std::lock_guard lock(pool.mutex);
-        if (task->ahead && leastBytes(*header, task->box) > pool.ahead.ready.cap()) {
-            pool.ahead.settled.insert(task->key.path);
-            pool.drop(*task); // who asks for it from here on gets a load of its own
-        }
-    }
-    return task->stop ? Error{ErrorKind::Cancelled, QStringLiteral("broken off")}
-                      : decodeTask(*task, task->box);
+    const QSize size = scales ? fittedSize(header.size, box) : header.size;
+    const qint64 pixels = qint64(size.width()) * size.height();
+    if (header.bitsPerPixel <= 1)
+        return pixels / 8;
+    return header.bitsPerPixel <= 16 ? pixels : pixels * 4;
 }
 
 /// Puts a page that was read ahead with those that stand ready. With the mutex held; returns what went.
@@ -232,13 +221,13 @@ void LoadPool::breakOffAhead()
     if (!ahead.task || !ahead.task->ahead || ahead.task->dropped)
         return;
     drop(*ahead.task);
-    if (ahead.thread != 0)
-        makeLast(ahead.thread);
+    if (ahead.thread)
+        makeLast(*ahead.thread);
 }
 
 void LoadPool::adopt(LoadTask& task)
 {
-    if (!std::exchange(task.ahead, false))
+    if (!task.ahead.exchange(false))
         return;
     if (task.running)
         ++firstsRunning;
@@ -284,7 +273,7 @@ LoadTaskPointer LoadPool::findShared(const PageKey& key, QSize box)
     std::erase_if(known, [](const std::weak_ptr<LoadTask>& entry) { return entry.expired(); });
     for (const std::weak_ptr<LoadTask>& entry : known) {
         LoadTaskPointer task = entry.lock();
-        if (task && !task->dropped && !task->failed() && task->key == key && task->covers(box))
+        if (task && !task->dropped && !task->isWorthAnother() && task->key == key && task->covers(box))
             return task;
     }
     return {};
@@ -354,33 +343,48 @@ void runThread(LoadPool& pool)
     }
 }
 
-void runAhead(LoadPool& pool, const LoadTaskPointer& task)
+Status openAhead(LoadPool& pool, const LoadTaskPointer& task)
 {
-    const Result<Picture> decoded = decodeAhead(pool, task);
-    const auto full = fullOf(decoded);
-    if (full)
-        task->decoder.reset();
-    bool stillAhead = false;
-    {
-        const std::lock_guard lock(pool.mutex);
-        stillAhead = task->ahead;
-    }
-    std::optional<Picture> shown;
-    if (decoded && stillAhead) {
-        const auto scaled =
-            guarded<std::optional<Picture>>([&] { return atShownSize(*decoded, task->box, task->stop); });
-        if (scaled)
-            shown = *scaled;
-    }
+    const Result<PageHeader> header = beginFirst(pool, task);
+    if (!header)
+        return header.error();
+    const qint64 least = leastBytes(*header, task->box, task->decoder->scales());
+    const std::lock_guard lock(pool.mutex);
+    if (task->stop)
+        return Error{ErrorKind::Cancelled, QStringLiteral("broken off")};
+    if (!task->ahead || least <= pool.ahead.ready.cap())
+        return ok();
+    pool.ahead.settled.insert(task->key.path);
+    pool.drop(*task); // who asks for it from here on gets a load of its own
+    return Error{ErrorKind::Cancelled, QStringLiteral("no room to keep it")};
+}
+
+AheadOutcome decodeAhead(LoadTask& task)
+{
+    AheadOutcome outcome{decodeTask(task, task.box), std::nullopt};
+    if (fullOf(outcome.decoded))
+        task.decoder.reset();
+    if (!outcome.decoded || !task.ahead)
+        return outcome;
+    auto shown =
+        guarded<std::optional<Picture>>([&] { return atShownSize(*outcome.decoded, task.box, task.stop); });
+    if (shown)
+        outcome.shown = *std::move(shown);
+    return outcome;
+}
+
+void endAhead(LoadPool& pool, const LoadTaskPointer& task, const AheadOutcome& outcome)
+{
     std::vector<LoadCallback> callbacks;
     std::vector<ReadyPage> gone; // freed without the mutex
     {
         const std::lock_guard lock(pool.mutex);
-        callbacks = endFirst(pool, task, shown ? Result<Picture>(*shown) : decoded, full);
+        const auto full = fullOf(outcome.decoded);
+        callbacks = endFirst(pool, task, outcome.shown ? *outcome.shown : outcome.decoded, full);
         if (task->ahead && !task->dropped) {
             pool.ahead.settled.insert(task->key.path);
-            if (shown)
-                gone = keepReady(pool.ahead, *task, *shown, full);
+            if (outcome.shown && !outcome.shown->readError)
+                gone = keepReady(pool.ahead, *task, *outcome.shown, full);
         }
     }
     for (const LoadCallback& callback : callbacks)

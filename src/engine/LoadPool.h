@@ -6,8 +6,9 @@
 
 #include <QSet>
 
-#include <sys/types.h>
+#include <pthread.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -19,7 +20,8 @@ namespace quorvia::engine {
 using LoadCallback = std::function<void()>;
 
 /// The work of one load, shared by its holds and the thread that does it. Everything below the line is
-/// guarded by LoadPool::mutex, but for `decoder`, which belongs to the thread that set `running`.
+/// guarded by LoadPool::mutex, but for `decoder`, which belongs to the thread that set `running`, and for
+/// reading `ahead`.
 struct LoadTask
 {
     LoadTask(PageKey pageKey, QSize firstBox) : key(std::move(pageKey)), box(firstBox) {}
@@ -31,17 +33,19 @@ struct LoadTask
     // ----
     int holds = 0;
     int fullWaiters = 0;
-    bool dropped = false;    ///< nobody wants it any more; what has not been done will not be
-    bool begun = false;      ///< the first picture is under way or done
-    bool running = false;    ///< a thread works on it
-    bool ahead = false;      ///< read ahead and not asked for yet
-    bool fullWanted = false; ///< asked for; stays set when the decode is broken off
+    bool dropped = false;            ///< nobody wants it any more; what has not been done will not be
+    bool begun = false;              ///< the first picture is under way or done
+    bool running = false;            ///< a thread works on it
+    std::atomic<bool> ahead = false; ///< read ahead and not asked for yet
+    bool fullWanted = false;         ///< asked for; stays set when the decode is broken off
     std::optional<Result<PageHeader>> header;
     std::optional<Result<Picture>> first; ///< gives way to the full one
     std::optional<Result<Picture>> full;
     std::vector<std::pair<const void*, LoadCallback>> callbacks; ///< with the hold that asked
 
     bool failed() const { return (header && !*header) || (first && !*first) || (full && !*full); }
+    /// True when another try may give more than this has.
+    bool isWorthAnother() const { return failed() || (first && (*first)->readError); }
     bool fullIsDue() const { return fullWanted && first && !full && !running && !dropped; }
 
     /// True when the first picture is, or will be, enough for `wanted`.
@@ -58,7 +62,7 @@ struct ReadAheadWork
     QSet<QString> settled; ///< those that stand ready, or could not be read, or found no room
     ReadAheadCache ready;
     LoadTaskPointer task; ///< under way, also when it has been asked for or broken off meanwhile
-    pid_t thread = 0;     ///< that works on `task`; 0 for none
+    std::optional<pthread_t> thread = {}; ///< that decodes `task`; not joined while it stands here
 };
 
 /// A thread's next piece of work.
@@ -133,8 +137,22 @@ std::vector<LoadCallback> takeCallbacksOf(LoadTask& task, const void* hold);
 /// What each thread of the loader does, until LoadPool::stopping.
 void runThread(LoadPool& pool);
 
-/// Decodes the header and the first picture of a task that is `ahead`. Unless it is asked for meanwhile, what
-/// comes out is brought to the size that it will be shown at and put with what stands ready.
-void runAhead(LoadPool& pool, const LoadTaskPointer& task);
+// Reading ahead, in three steps. The second may stand back as far as it likes: it never holds the mutex, for
+// which others would have to wait.
+
+/// What came of a task that is `ahead`.
+struct AheadOutcome
+{
+    Result<Picture> decoded;
+    std::optional<Picture> shown; ///< at the size that it will be shown at; only when nobody has asked for it
+};
+
+/// Reads the header of `task`. An error when there is nothing to decode: the file has no picture, or one that
+/// would find no room.
+Status openAhead(LoadPool& pool, const LoadTaskPointer& task);
+/// Decodes what openAhead() opened.
+AheadOutcome decodeAhead(LoadTask& task);
+/// Puts what came out with what stands ready, unless it has been asked for meanwhile.
+void endAhead(LoadPool& pool, const LoadTaskPointer& task, const AheadOutcome& outcome);
 
 } // namespace quorvia::engine

@@ -68,12 +68,11 @@ std::vector<ReadyPage> ReadAheadCache::insert(ReadyPage page, const QStringList&
     if (page.full && m_bytes + page.bytes() > m_cap)
         gone.push_back({page.key, page.header, *std::exchange(page.full, std::nullopt)});
     const qint64 wanted = page.bytes();
-    if (wanted <= m_cap)
-        makeRoom(wanted, spared, gone);
-    if (m_bytes + wanted > m_cap) {
+    if (m_bytes - freeable(spared) + wanted > m_cap) { // nothing goes in vain
         gone.push_back(std::move(page));
         return gone;
     }
+    makeRoom(wanted, spared, gone);
     m_bytes += wanted;
     m_pages.push_back(std::move(page));
     return gone;
@@ -106,6 +105,14 @@ ReadyPage ReadAheadCache::takeOut(size_t index)
     m_pages.erase(m_pages.begin() + static_cast<std::ptrdiff_t>(index));
     m_bytes -= page.bytes();
     return page;
+}
+
+qint64 ReadAheadCache::freeable(const QStringList& spared) const
+{
+    qint64 bytes = 0;
+    for (const ReadyPage& page : m_pages)
+        bytes += spared.contains(page.key.path) ? page.bytes() - bytesOf(page.shown) : page.bytes();
+    return bytes;
 }
 
 void ReadAheadCache::makeRoom(qint64 wanted, const QStringList& spared, std::vector<ReadyPage>& gone)

@@ -54,6 +54,8 @@ class ReadAheadCache
 
   private:
     ReadyPage takeOut(size_t index);
+    /// Bytes that makeRoom() can free at most.
+    qint64 freeable(const QStringList& spared) const;
     /// Drops from the least recently used end until `wanted` more bytes fit.
     void makeRoom(qint64 wanted, const QStringList& spared, std::vector<ReadyPage>& gone);
 

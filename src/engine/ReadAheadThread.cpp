@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <functional>
+#include <future>
 #include <system_error>
 #include <thread>
 
@@ -54,36 +56,46 @@ LoadTaskPointer beginAhead(LoadPool& pool, const PageKey& key, QSize box)
     return task;
 }
 
-void setThread(LoadPool& pool, pid_t id)
+void setThread(LoadPool& pool, std::optional<pthread_t> thread)
 {
     const std::lock_guard lock(pool.mutex);
-    pool.ahead.thread = id;
-    if (id != 0 && pool.ahead.task->dropped)
-        makeLast(id);
+    pool.ahead.thread = thread;
+    if (thread && pool.ahead.task->dropped)
+        makeLast(*thread);
 }
 
-void decodeOnThreadOfItsOwn(LoadPool& pool, const LoadTaskPointer& task)
+AheadOutcome decodeOnThreadOfItsOwn(LoadPool& pool, LoadTask& task)
 {
+    std::packaged_task<AheadOutcome()> decode([&task] {
+        stepBack();
+        return decodeAhead(task);
+    });
+    std::future<AheadOutcome> outcome = decode.get_future();
     try {
-        std::jthread([&pool, &task] {
-            stepBack();
-            setThread(pool, gettid());
-            runAhead(pool, task);
-            setThread(pool, 0);
-        });
+        std::jthread thread(std::ref(decode));
+        setThread(pool, thread.native_handle());
+        outcome.wait();
+        setThread(pool, std::nullopt);
     } catch (const std::system_error&) {
-        runAhead(pool, task); // no thread left on this machine: here, at the common level
+        return decodeAhead(task); // no thread left on this machine: here, at the common level
     }
+    return outcome.get();
+}
+
+void readAhead(LoadPool& pool, const LoadTaskPointer& task)
+{
+    const Status opened = openAhead(pool, task);
+    endAhead(pool, task, opened ? decodeOnThreadOfItsOwn(pool, *task) : AheadOutcome{opened.error(), {}});
 }
 
 } // namespace
 
-void makeLast(pid_t id)
+void makeLast(pthread_t thread)
 {
     // Not only the lowest level: the scheduler counts a processor with nothing but such threads as a free
     // one, and so puts the threads that decode the wanted page there at once.
     const sched_param none = {};
-    sched_setscheduler(id, SCHED_IDLE, &none);
+    pthread_setschedparam(thread, SCHED_IDLE, &none);
 }
 
 void runReadAhead(LoadPool& pool)
@@ -106,7 +118,7 @@ void runReadAhead(LoadPool& pool)
         lock.unlock();
         gone.clear();
         if (task)
-            decodeOnThreadOfItsOwn(pool, task);
+            readAhead(pool, task);
         lock.lock();
         LoadTaskPointer ended = std::exchange(pool.ahead.task, {});
         lock.unlock();

@@ -1,8 +1,9 @@
 // The thread that reads ahead. Each page is decoded on a thread of its own that takes the processor after
-// everybody else: lowered a little while the page may still be wanted, and to the bottom once it is not.
+// everybody else: lowered a little while the page may still be wanted, and to the bottom once it is not. That
+// thread does nothing else, so that nobody ever waits for it.
 #pragma once
 
-#include <sys/types.h>
+#include <pthread.h>
 
 namespace quorvia::engine {
 
@@ -12,7 +13,8 @@ struct LoadPool;
 /// not settled.
 void runReadAhead(LoadPool& pool);
 
-/// Makes thread `id` of this process the last to get the processor. Cannot be undone without privilege.
-void makeLast(pid_t id);
+/// Makes `thread`, which is not joined yet, the last to get the processor. Cannot be undone without
+/// privilege.
+void makeLast(pthread_t thread);
 
 } // namespace quorvia::engine

@@ -66,6 +66,7 @@ struct FakeFile
     bool badPixels = false; ///< the header is fine, no page decodes
     bool scales = true;     ///< a decode for a box gives a smaller picture
     bool badFull = false;   ///< only a picture for a box decodes
+    bool readError = false; ///< decodes end early
     int bitsPerPixel = 24;
     std::shared_ptr<Gate> headerGate = std::make_shared<Gate>();
     std::shared_ptr<Gate> firstGate = std::make_shared<Gate>(); ///< decodes with a box
@@ -130,8 +131,12 @@ class FakePictures
             const QSize full = image.size();
             if (m_file.scales)
                 image = image.scaled(engine::fittedSize(full, box)); // nearest: the colours stay
-            return engine::Picture{image, full, m_file.bitsPerPixel, true};
+            engine::Picture picture{image, full, m_file.bitsPerPixel, !m_file.readError};
+            picture.readError = m_file.readError;
+            return picture;
         }
+
+        bool scales() const override { return m_file.scales; }
 
       private:
         const FakeFile& m_file;

@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include <atomic>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -38,6 +39,29 @@ class tst_Bands : public QObject
         });
         QVERIFY(std::all_of(seen.begin(), seen.end(), [](int times) { return times == 1; }));
         QVERIFY(std::all_of(bands.begin(), bands.end(), [](int times) { return times == 1; }));
+    }
+
+    void whatABandThrowsComesOut_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("thrower");
+        QTest::newRow("on the caller's thread") << 1 << 0;
+        QTest::newRow("on another") << 4 << 1;
+        QTest::newRow("the last of several") << 4 << 3;
+    }
+
+    void whatABandThrowsComesOut()
+    {
+        QFETCH(int, count);
+        QFETCH(int, thrower);
+        std::atomic<int> done = 0;
+        const auto band = [&](int index, int, int) {
+            if (index == thrower)
+                throw std::bad_alloc();
+            ++done;
+        };
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, inBands(100, count, band));
+        QCOMPARE(done, count - 1); // the others were not left alone
     }
 
     void bandCounts()

@@ -80,6 +80,7 @@ class TestByteSource : public QObject
     void tellsAReadError();
     void opensNothingOfABrokenDisk_data();
     void opensNothingOfABrokenDisk();
+    void tellsAReadErrorFromACutFile();
 
   private:
     ScratchFiles m_files;
@@ -217,6 +218,25 @@ void TestByteSource::opensNothingOfABrokenDisk()
     const auto decoder = openDecoder(std::make_shared<BrokenSource>(bytes, good), QStringLiteral("gif"));
     QVERIFY(!decoder);
     QTEST(int(decoder.error().kind), "kind");
+}
+
+void TestByteSource::tellsAReadErrorFromACutFile()
+{
+    const QByteArray pgm = "P5 10 10 255 " + QByteArray(100, 'x');
+    const CancelFlag goOn{false};
+    const auto decoded = [&](std::shared_ptr<ByteSource> source) {
+        const auto decoder = openDecoder(source, QStringLiteral("pgm"));
+        return decoder ? (*decoder)->decode(1, QSize(), goOn) : Result<Picture>(decoder.error());
+    };
+    const auto whole = decoded(ByteSource::fromBytes(pgm));
+    QVERIFY(whole && whole->complete && !whole->readError);
+    const auto cut = decoded(ByteSource::fromBytes(pgm.left(60)));
+    QVERIFY(cut && !cut->complete && !cut->readError);
+    const auto broken = decoded(std::make_shared<BrokenSource>(pgm, 60));
+    QVERIFY(broken && !broken->complete && broken->readError);
+    const auto none = decoded(std::make_shared<BrokenSource>(pgm, 13));
+    QVERIFY(!none);
+    QCOMPARE(int(none.error().kind), int(ErrorKind::Unreadable));
 }
 
 QTEST_GUILESS_MAIN(TestByteSource)

@@ -218,6 +218,7 @@ class tst_ImageEngine : public QObject
         QCOMPARE(m_engine->ImagePixelWidth(), 1200); // nothing happened
         m_engine->Zoom(1.0);
         QVERIFY(shot() != plain(120, 120, back)); // the first picture, enlarged, is better than nothing
+        QCOMPARE(m_engine->UniqueColors(), 0);    // nobody knows
     }
 
     void emptyNameClears()
@@ -502,6 +503,16 @@ class tst_ImageEngine : public QObject
         QCOMPARE(shot().pixel(6, 3), green);
     }
 
+    void rubberBandOutlivesAFailedLoad()
+    {
+        m_engine->SetPicture(plain(60, 30, green));
+        m_engine->DrawRubberBand(6, 3, 15, 10, QColor(red), true);
+        m_engine->SetFileName(missing);
+        QCOMPARE(shot().pixel(6, 3), red);
+        m_engine->SetFileName(broken);
+        QCOMPARE(shot().pixel(6, 3), red);
+    }
+
     void rubberBandWithoutImage()
     {
         m_engine->DrawRubberBand(6, 3, 15, 10, QColor(red), true);
@@ -650,6 +661,29 @@ class tst_ImageEngine : public QObject
         QTRY_COMPARE(spy.size(), 3);
     }
 
+    void firstPaintedComesForATurnedPicture_data()
+    {
+        QTest::addColumn<bool>("paintedBefore");
+        QTest::newRow("turned before the first paint") << false;
+        QTest::newRow("turned before the signal") << true;
+    }
+
+    void firstPaintedComesForATurnedPicture()
+    {
+        QFETCH(bool, paintedBefore);
+        QSignalSpy spy(m_engine.get(), &ImageEngine::FirstPainted);
+        m_engine->SetFileName(small);
+        if (paintedBefore)
+            shot();
+        m_engine->Rotate(90);
+        shot();
+        QTRY_COMPARE(spy.size(), 1);
+        m_engine->Rotate(90);
+        shot();
+        QCoreApplication::processEvents();
+        QCOMPARE(spy.size(), 1);
+    }
+
     void firstPaintedIsNotForAReplacedPicture()
     {
         QSignalSpy spy(m_engine.get(), &ImageEngine::FirstPainted);
@@ -707,6 +741,12 @@ class tst_ImageEngine : public QObject
         for (const QSize size : {QSize(0, 5), QSize(5, 0), QSize(-1, 5)})
             m_engine->Resize(size.width(), size.height());
         QCOMPARE(m_engine->ImagePixelWidth(), 30);
+        const QImage before = m_engine->Picture();
+        m_engine->Resample(12, 6);
+        const QImage resampled = m_engine->Picture();
+        m_engine->SetPicture(before);
+        m_engine->Resize(12, 6);
+        QCOMPARE(m_engine->Picture(), resampled);
     }
 
     void bevelDrawsAnEdge()
@@ -740,76 +780,6 @@ class tst_ImageEngine : public QObject
     }
 
     // --- saving
-
-    void saves()
-    {
-        QTemporaryDir directory;
-        const QString path = directory.filePath(QStringLiteral("a.PNG"));
-        m_engine->SetFileName(small);
-        m_engine->SetSaveFileName(path);
-        QVERIFY2(m_engine->SaveFile(), qPrintable(m_engine->LastError()));
-        QCOMPARE(QImage(path).convertToFormat(QImage::Format_RGB32), graded(60, 30));
-        QCOMPARE(m_engine->FileName(), small);
-        QCOMPARE(m_engine->LastError(), QString());
-    }
-
-    void savesOverItsOwnFile()
-    {
-        QTemporaryDir directory;
-        const QString path = directory.filePath(QStringLiteral("a.png"));
-        QVERIFY(graded(60, 30).save(path));
-        ImageEngine engine(std::make_shared<ImageLoader>());
-        engine.SetFileName(path);
-        engine.Rotate(90);
-        engine.SetSaveFileName(path);
-        QVERIFY(engine.SaveFile());
-        QCOMPARE(engine.FileName(), path);
-        QCOMPARE(engine.ImagePixelWidth(), 30);
-        engine.SetFileName(path);
-        QCOMPARE(engine.ImagePixelWidth(), 30);
-        QCOMPARE(engine.Picture().pixel(0, 59), graded(60, 30).pixel(0, 0));
-    }
-
-    void jpegOptionsReachTheFile()
-    {
-        QTemporaryDir directory;
-        m_engine->SetFileName(large);
-        const auto bytes = [&](int luminance) {
-            const QString path = directory.filePath(QStringLiteral("%1.jpg").arg(luminance));
-            m_engine->SetJPEGChrominance(luminance);
-            m_engine->SetJPEGLuminance(luminance);
-            m_engine->SetJPEGSubSampling(1);
-            m_engine->SetJPEGGrayscale(false);
-            m_engine->SetSaveFileName(path);
-            return m_engine->SaveFile() ? QFileInfo(path).size() : -1;
-        };
-        const qint64 fine = bytes(0);
-        const qint64 coarse = bytes(255);
-        QVERIFY(coarse > 0);
-        QVERIFY(fine > coarse);
-    }
-
-    void cannotSave_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("unknown extension") << QStringLiteral("a.xyz");
-        QTest::newRow("no extension") << QStringLiteral("a");
-        QTest::newRow("no directory") << QStringLiteral("none/a.png");
-        QTest::newRow("directory in its place") << QStringLiteral("there.png");
-    }
-
-    void cannotSave()
-    {
-        QFETCH(QString, name);
-        QTemporaryDir directory;
-        QVERIFY(QDir(directory.path()).mkdir(QStringLiteral("there.png")));
-        m_engine->SetFileName(small);
-        m_engine->SetSaveFileName(directory.filePath(name));
-        QVERIFY(!m_engine->SaveFile());
-        QVERIFY(!m_engine->LastError().isEmpty());
-        QCOMPARE(m_engine->FileName(), small);
-        QVERIFY(!QFileInfo(directory.filePath(name)).isFile());
-    }
 
     // --- the widget
 

@@ -93,6 +93,8 @@ class tst_ReadAhead : public QObject
                                            << "ac 80";
         QTest::newRow("no room beside spared pages") << "a50 b50 c30|ab"
                                                      << "ab 100";
+        QTest::newRow("nothing goes in vain") << "a50+20 b20 c60|a"
+                                              << "a+b 90";
         QTest::newRow("full pictures of spared pages go") << "a10+80 c60|a"
                                                           << "ac 70";
         QTest::newRow("a changed file") << "a50 b50 -a"

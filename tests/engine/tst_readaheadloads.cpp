@@ -8,7 +8,6 @@
 #include <QtTest>
 
 #include <sched.h>
-#include <unistd.h>
 
 #include <future>
 #include <random>
@@ -290,6 +289,18 @@ class tst_ReadAheadLoads : public QObject
         QCOMPARE(load->first()->image.size(), QSize(100, 50));
     }
 
+    void aFileThatWasWrittenAgainGivesNoOtherPage()
+    {
+        m_loader->setNeighbours({m_a}, box);
+        QVERIFY(stands(1));
+        const auto load = m_loader->load(m_a, 1, box);
+        write(m_a, "longer content"); // of the same size in pixels
+        const auto full = load->full();
+        QVERIFY(!full);
+        QCOMPARE(int(full.error().kind), int(ErrorKind::Unreadable));
+        QVERIFY(m_loader->load(m_a, 1, box)->full()); // another load is of the new file
+    }
+
     void theCapHolds()
     {
         const qint64 one = qint64(100) * 50 * 4;
@@ -311,13 +322,38 @@ class tst_ReadAheadLoads : public QObject
 
     void aPageBeyondTheCapIsNotDecoded()
     {
-        m_loader->setReadAheadCap(qint64(100) * 50 * 3 - 1);
+        m_loader->setReadAheadCap(qint64(100) * 50 * 4 - 1);
         m_loader->setNeighbours({m_a, m_b}, box);
         file(m_c).pages = {graded(10, 10)};
         m_loader->setNeighbours({m_a, m_b, m_c}, box);
         QVERIFY(stands(1, 10 * 10 * 4));
         QCOMPARE(m_pictures->order(), QStringList(m_c));
         QVERIFY(m_loader->load(m_a, 1, box)->first());
+    }
+
+    void aPageThatIsDecodedBeyondTheCapIsNotBegun()
+    {
+        file(m_a).scales = false; // so that all of its 1000 x 500 pixels come
+        m_loader->setReadAheadCap(qint64(1000) * 500 * 4 - 1);
+        m_loader->setNeighbours({m_a, m_b}, box);
+        QVERIFY(stands(1));
+        QCOMPARE(m_pictures->order(), QStringList(m_b));
+        m_loader->setReadAheadCap(qint64(1000) * 500 * 4);
+        m_loader->setNeighbours({m_a}, box);
+        QTRY_COMPARE(m_pictures->order(), QStringList({m_b, m_a}));
+    }
+
+    void whatCouldNotBeReadIsTriedAgain()
+    {
+        file(m_a).readError = true;
+        m_loader->setNeighbours({m_a}, box);
+        QTRY_COMPARE(m_pictures->order(), QStringList(m_a));
+        QTRY_COMPARE(m_pictures->openDecoders(), 0);
+        QCOMPARE(m_loader->readAheadBytes(), 0); // not kept
+        const auto load = m_loader->load(m_a, 1, box);
+        QVERIFY(load->first()->readError); // but shown
+        file(m_a).readError = false;
+        QVERIFY(!m_loader->load(m_a, 1, box)->first()->readError);
     }
 
     void withoutRoomNoFileIsOpened()
@@ -335,7 +371,7 @@ class tst_ReadAheadLoads : public QObject
     {
         int policy = -1;
         std::thread([&policy] {
-            makeLast(gettid());
+            makeLast(pthread_self());
             policy = sched_getscheduler(0); // 0: this thread
         }).join();
         QCOMPARE(policy, SCHED_IDLE);

@@ -19,6 +19,8 @@ class TestScarceMemory : public QObject
     void saves_data();
     void saves();
     void countsPages();
+    void changesAndShows_data();
+    void changesAndShows();
 };
 
 void TestScarceMemory::initTestCase()
@@ -85,6 +87,66 @@ void TestScarceMemory::countsPages()
     QVERIFY(ImageLoader::pageCount(path) > 30000);
     const int none = heldWithMemory(0, [&path] { return ImageLoader::pageCount(path) == 0; });
     QVERIFY2(none == 1 || none == -2, qPrintable(QString::number(none)));
+}
+
+void TestScarceMemory::changesAndShows_data()
+{
+    QTest::addColumn<int>("step");
+    QTest::newRow("turn") << 0;
+    QTest::newRow("turn by some degrees") << 1;
+    QTest::newRow("enlarge") << 2;
+    QTest::newRow("reduce") << 3;
+    QTest::newRow("bevel") << 4;
+    QTest::newRow("count the colours") << 5;
+    QTest::newRow("paint") << 6;
+}
+
+void TestScarceMemory::changesAndShows()
+{
+    QFETCH(int, step);
+    ImageEngine engine(std::make_shared<ImageLoader>());
+    const QImage picture = colorPicture(QSize(1500, 1000));
+    engine.SetPicture(picture);
+    engine.resize(3000, 2000);
+    engine.SetScaleMode(4);
+    QImage canvas(3000, 2000, QImage::Format_RGB32);
+    const auto act = [&] {
+        switch (step) {
+        case 0:
+            engine.Rotate(90);
+            break;
+        case 1:
+            engine.Rotate(30);
+            break;
+        case 2:
+            engine.Resize(3000, 2000);
+            break;
+        case 3:
+            engine.Resize(700, 500);
+            break;
+        case 4:
+            engine.Bevel(1, 10, 10);
+            break;
+        case 5:
+            engine.UniqueColors();
+            break;
+        default:
+            engine.render(&canvas);
+            return canvas.pixelColor(canvas.rect().center()) != engine.BackColor();
+        }
+        return engine.LastError().isEmpty();
+    };
+    int failures = 0;
+    for (const qint64 kilobytes : {20, 50, 100, 200, 400, 800, 1500, 3000, 200000}) {
+        const int done = heldWithMemory(kilobytes << 10, act);
+        if (done == -2)
+            return; // a sanitizer needs the address space for itself
+        QVERIFY2(done >= 0, qPrintable(QString::number(kilobytes)));
+        failures += done == 0;
+        if (kilobytes == 200000)
+            QCOMPARE(done, 1);
+    }
+    QVERIFY(failures > 0);
 }
 
 QTEST_MAIN(TestScarceMemory)

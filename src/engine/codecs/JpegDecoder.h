@@ -17,6 +17,7 @@ class JpegDecoder final : public Decoder
     int pageCount() override;
     Result<PageHeader> header(int page) override;
     Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
+    bool scales() const override { return true; }
 
   private:
     std::shared_ptr<ByteSource> m_source;

@@ -72,6 +72,7 @@ class WebpDecoder final : public Decoder
     }
 
     Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
+    bool scales() const override { return !m_layout.isAnimated; }
 
   private:
     Result<QByteArray> readFile() const;
