@@ -255,6 +255,10 @@ Result<Picture> Session::decode(QSize box)
         return opened.error();
     if (const Status chosen = chooseOutput(box); !chosen)
         return chosen.error();
+    // Taken now: a second frame header behind the pixels leaves its own figures behind, although it is an
+    // error.
+    const QSize page(static_cast<int>(m_info.image_width), static_cast<int>(m_info.image_height));
+    const int bitsPerPixel = m_info.num_components * BITS_IN_JSAMPLE;
     readProfile();
     if (!attempt([this] { jpeg_start_decompress(&m_info); }))
         return m_errors.error();
@@ -272,9 +276,7 @@ Result<Picture> Session::decode(QSize box)
                                           m_info.saw_Adobe_marker, m_cancel);
     if (m_errors.cancelled || m_info.output_scanline == 0)
         return m_errors.error();
-    const QSize page(static_cast<int>(m_info.image_width), static_cast<int>(m_info.image_height));
-    return Picture{std::move(image), page, m_info.num_components * BITS_IN_JSAMPLE, complete,
-                   std::move(m_profile)};
+    return Picture{std::move(image), page, bitsPerPixel, complete, std::move(m_profile)};
 }
 
 Status checkFrame(const JpegFrame& frame)
