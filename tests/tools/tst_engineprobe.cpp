@@ -44,6 +44,7 @@ class TestEngineProbe : public QObject
     void takesAPage();
     void writesPixels();
     void savesThroughTheControl();
+    void writesOverNothingOfItsLine();
     void refusesStrangeLines_data();
     void refusesStrangeLines();
 
@@ -154,6 +155,28 @@ void TestEngineProbe::savesThroughTheControl()
     QVERIFY(ending.output.contains(QLatin1String("error  ")));
 }
 
+void TestEngineProbe::writesOverNothingOfItsLine()
+{
+    const QByteArray content = ppmOf(samplePicture(QSize(4, 3)));
+    const QString source = m_files.write(QStringLiteral("same.ppm"), content);
+    const QString folder = QFileInfo(source).path();
+    QVERIFY(QDir(folder).mkdir(QStringLiteral("below")));
+    const QString other = m_files.write(QStringLiteral("below/same.ppm"), content);
+    const QString save = QStringLiteral("--save");
+
+    const Ending onto = probe({save, QStringLiteral("ppm"), folder + QStringLiteral("/below/.."), source});
+    QCOMPARE(onto.code, 1);
+    QVERIFY2(onto.output.contains(QStringLiteral("another file of this line")), qPrintable(onto.output));
+
+    const Ending twice = probe({save, QStringLiteral("gif"), folder, source, other});
+    QCOMPARE(twice.code, 1);
+    QCOMPARE(twice.output.count(QStringLiteral("another file of this line")), 1);
+    QVERIFY(QFile::exists(folder + QStringLiteral("/same.gif")));
+
+    const QString odd = m_files.write(QStringLiteral("two\nlines.ppm"), content);
+    QCOMPARE(probe({odd}).output.count(QLatin1Char('\n')), 1);
+}
+
 void TestEngineProbe::refusesStrangeLines_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -161,6 +184,9 @@ void TestEngineProbe::refusesStrangeLines_data()
     QTest::newRow("unknown") << QStringList{QStringLiteral("--fast"), QStringLiteral("x.png")};
     QTest::newRow("no page") << QStringList{QStringLiteral("--page"), QStringLiteral("0"),
                                             QStringLiteral("x.png")};
+    QTest::newRow("no folder") << QStringList{QStringLiteral("x.png"), QStringLiteral("--ppm")};
+    QTest::newRow("no folder to save to")
+        << QStringList{QStringLiteral("x.png"), QStringLiteral("--save"), QStringLiteral("gif")};
     QTest::newRow("no file") << QStringList{QStringLiteral("--ppm"), QStringLiteral("/tmp")};
 }
 

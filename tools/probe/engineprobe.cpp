@@ -10,6 +10,7 @@
 #include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QSet>
 
 #include <cstdio>
 
@@ -26,13 +27,18 @@ struct Wishes
     QStringList files;
 };
 
-/// The line's wishes; no files when it asks for something that does not exist.
+/// The line's wishes; no files when it asks for something that does not exist or leaves something open.
 Wishes wishesOf(const QStringList& arguments)
 {
     Wishes wishes;
+    bool isWhole = true;
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         const QString& word = arguments[i];
-        const auto next = [&] { return ++i < arguments.size() ? arguments[i] : QString(); };
+        const auto next = [&] {
+            const QString value = arguments.value(++i);
+            isWhole = isWhole && !value.isEmpty();
+            return value;
+        };
         if (word == QLatin1String("--page")) {
             wishes.page = next().toInt();
         } else if (word == QLatin1String("--ppm")) {
@@ -46,7 +52,7 @@ Wishes wishesOf(const QStringList& arguments)
             wishes.files.append(word);
         }
     }
-    return wishes.page < 1 ? Wishes() : wishes;
+    return isWhole && wishes.page >= 1 ? wishes : Wishes();
 }
 
 /// The pixels as R, G, B, A bytes, rows from the top.
@@ -75,6 +81,16 @@ QByteArray netpbmBytes(const QImage& image)
     return bytes;
 }
 
+/// A name on one line, whatever it holds.
+QByteArray shown(QString name)
+{
+    for (QChar& sign : name) {
+        if (sign.category() == QChar::Other_Control)
+            sign = QLatin1Char('?');
+    }
+    return name.toLocal8Bit();
+}
+
 QString targetIn(const QString& folder, const QString& file, const QString& extension)
 {
     return folder + QLatin1Char('/') + QFileInfo(file).completeBaseName() + QLatin1Char('.') + extension;
@@ -82,29 +98,62 @@ QString targetIn(const QString& folder, const QString& file, const QString& exte
 
 bool tellFailure(const QString& file, const QString& reason)
 {
-    std::printf("error  %s: %s\n", qPrintable(file), qPrintable(reason));
+    std::printf("error  %s: %s\n", shown(file).constData(), qPrintable(reason));
     return false;
 }
 
-bool writeNetpbm(const Wishes& wishes, const QString& file, const QImage& image)
+/// Files that must not be written over: those of the line, and what has been written for one of them.
+class Guarded
+{
+  public:
+    explicit Guarded(const QStringList& files)
+    {
+        for (const QString& file : files)
+            m_paths.insert(QFileInfo(file).canonicalFilePath());
+    }
+
+    /// True, once, for a target that nothing speaks against.
+    bool grants(const QString& target)
+    {
+        const QFileInfo facts(target);
+        const QString folder = QFileInfo(facts.path()).canonicalFilePath();
+        const QString path =
+            facts.exists() ? facts.canonicalFilePath() : folder + QLatin1Char('/') + facts.fileName();
+        if (m_paths.contains(path))
+            return tellFailure(target, QStringLiteral("would be written over another file of this line"));
+        m_paths.insert(path);
+        return true;
+    }
+
+  private:
+    QSet<QString> m_paths;
+};
+
+bool writeNetpbm(const Wishes& wishes, const QString& file, const QImage& image, Guarded& guarded)
 {
     const QString extension = image.hasAlphaChannel() ? QStringLiteral("pam") : QStringLiteral("ppm");
     const QString target = targetIn(wishes.ppmFolder, file, extension);
+    if (!guarded.grants(target))
+        return false;
     const Status written = writeWholeFile(target, netpbmBytes(image));
     return written || tellFailure(target, written.error().text);
 }
 
-bool save(const Wishes& wishes, const std::shared_ptr<ImageLoader>& loader, const QString& file)
+bool save(const Wishes& wishes, const std::shared_ptr<ImageLoader>& loader, const QString& file,
+          Guarded& guarded)
 {
+    const QString target = targetIn(wishes.saveFolder, file, wishes.saveExtension);
+    if (!guarded.grants(target))
+        return false;
     ImageEngine control(loader);
     control.SetPageNumber(wishes.page);
     control.SetFileName(file);
-    const QString target = targetIn(wishes.saveFolder, file, wishes.saveExtension);
     control.SetSaveFileName(target);
     return control.SaveFile() || tellFailure(target, control.LastError());
 }
 
-bool probe(const Wishes& wishes, const std::shared_ptr<ImageLoader>& loader, const QString& file)
+bool probe(const Wishes& wishes, const std::shared_ptr<ImageLoader>& loader, const QString& file,
+           Guarded& guarded)
 {
     QElapsedTimer clock;
     clock.start();
@@ -116,15 +165,15 @@ bool probe(const Wishes& wishes, const std::shared_ptr<ImageLoader>& loader, con
     const QByteArray sum =
         QCryptographicHash::hash(rgbaBytes(picture->image), QCryptographicHash::Md5).toHex();
     std::printf("%s  %s: %d x %d, %d bits, %d pages, %d colours, %.1f ms, %s%s\n",
-                picture->complete ? "ok   " : "part ", qPrintable(file), picture->fullSize.width(),
+                picture->complete ? "ok   " : "part ", shown(file).constData(), picture->fullSize.width(),
                 picture->fullSize.height(), picture->bitsPerPixel, ImageLoader::pageCount(file),
                 countColors(picture->image), milliseconds, sum.constData(),
                 picture->profile.isEmpty() ? "" : ", with a colour profile");
     bool good = true;
     if (!wishes.ppmFolder.isEmpty())
-        good = writeNetpbm(wishes, file, picture->image) && good;
+        good = writeNetpbm(wishes, file, picture->image, guarded) && good;
     if (!wishes.saveFolder.isEmpty())
-        good = save(wishes, loader, file) && good;
+        good = save(wishes, loader, file, guarded) && good;
     return good;
 }
 
@@ -148,9 +197,10 @@ int main(int argc, char** argv)
         return 2;
     }
     const auto loader = std::make_shared<ImageLoader>();
+    Guarded guarded(wishes.files);
     bool good = true;
     for (const QString& file : wishes.files) {
-        good = probe(wishes, loader, file) && good;
+        good = probe(wishes, loader, file, guarded) && good;
         std::fflush(stdout);
     }
     return good ? 0 : 1;
