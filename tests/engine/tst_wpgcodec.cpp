@@ -91,6 +91,8 @@ class TestWpgCodec : public QObject
     void stopsWhenCancelled_data();
     void stopsWhenCancelled();
     void endsDrawingsWithoutEnd();
+    void readsEachColorMapOnce();
+    void findsTheFrameOfEachBitmap();
     void keepsLibwpgFromHarm_data();
     void keepsLibwpgFromHarm();
     void readsTheSamples();
@@ -563,7 +565,7 @@ void TestWpgCodec::refusesToWrite()
 void TestWpgCodec::stopsWhenCancelled_data()
 {
     QTest::addColumn<QByteArray>("file");
-    QTest::newRow("bitmap") << file1(bitmap1(15, 9, 4));
+    QTest::newRow("bitmap") << file1(bitmap1(300, 301, 8));
     QTest::newRow("drawing, version 1") << drawing1();
     QTest::newRow("drawing, version 2") << drawing2();
 }
@@ -579,6 +581,21 @@ void TestWpgCodec::stopsWhenCancelled()
     QCOMPARE(result.error().kind, ErrorKind::Cancelled);
     cancel = false;
     QVERIFY((*decoder)->decode(1, QSize(), cancel));
+
+    // While it is at it, too: asked to stop when half of the file was read.
+    bool halfway = false;
+    const auto source = std::make_shared<WatchedSource>(file, [&](qint64 offset) {
+        halfway = halfway || offset > file.size() / 2;
+        cancel = cancel || halfway;
+    });
+    const auto watched = m_codec.open(source);
+    QVERIFY(watched && (*watched)->header(1));
+    halfway = false;
+    cancel = false;
+    const auto stopped = (*watched)->decode(1, QSize(), cancel);
+    QVERIFY(halfway);
+    QVERIFY(!stopped);
+    QCOMPARE(stopped.error().kind, ErrorKind::Cancelled);
 }
 
 void TestWpgCodec::endsDrawingsWithoutEnd()
@@ -590,6 +607,51 @@ void TestWpgCodec::endsDrawingsWithoutEnd()
     const auto result = decoded(m_codec, file1(shapes, 65535, 65535));
     QVERIFY(result);
     QVERIFY(!result->complete);
+}
+
+/// Colour maps that each name one more colour, and bitmaps of one pixel in it behind each.
+QByteArray mapsAndBitmaps(int count)
+{
+    QByteArray records =
+        record2(0x31, bytes({0, 0, 0xAA, 0, 0})) + record2(0x18, words({0x2000, 100, 100, 300, 300, 0, 0}));
+    for (int i = 0; i < count; ++i)
+        records += record2(0x0C, words({1, 1}) + bytes({i, 7, 9, 0})) +
+                   frame2(words({0}), {1000, 400, 1400, 600}) + bitmap2(1, 1, 4, false, bytes({1}));
+    return file2(records, 2400, 1200);
+}
+
+void TestWpgCodec::readsEachColorMapOnce()
+{
+    constexpr int count = 50;
+    const QByteArray file = mapsAndBitmaps(count);
+    int reads = 0;
+    const auto source = std::make_shared<WatchedSource>(file, [&](qint64) { ++reads; });
+    const auto decoder = m_codec.open(source);
+    QVERIFY(decoder);
+    const CancelFlag go = false;
+    const int before = reads;
+    const auto result = (*decoder)->decode(1, {}, go);
+    QVERIFY(result && result->complete);
+    QCOMPARE(pixelAt(result->image, 1200, 500), qRgb(count - 1, 7, 9));
+    // Each bitmap is copied for libwpg, then looked up with its frame and its map: a handful of reads.
+    QVERIFY2(reads - before < 12 * count, qPrintable(QString::number(reads - before)));
+}
+
+void TestWpgCodec::findsTheFrameOfEachBitmap()
+{
+    constexpr int scaled = 0x08;
+    const auto frame = [](int sign) { return words({scaled, 0, sign, 0, 1}); }; // mirrored by the sign
+    const QByteArray pixels = bitmap2(2, 1, 4, false, bytes({1, 2}));
+    const QByteArray file = file2(pixels + frame2(frame(-1), {0, 0, 9, 9}) + pixels + pixels +
+                                  frame2(frame(1), {0, 0, 9, 9}) + pixels);
+    const QList<QRgb> plain = {qRgb(0, 0, 0xAA), qRgb(0, 0xAA, 0)};
+    const QList<QRgb> mirrored = {plain[1], plain[0]};
+    const QList<QList<QRgb>> wanted = {plain, mirrored, mirrored, plain};
+    for (int page = 1; page <= wanted.size(); ++page) {
+        const auto result = decoded(m_codec, file, page);
+        QVERIFY(result);
+        QCOMPARE((QList<QRgb>{result->image.pixel(0, 0), result->image.pixel(1, 0)}), wanted[page - 1]);
+    }
 }
 
 void TestWpgCodec::keepsLibwpgFromHarm_data()

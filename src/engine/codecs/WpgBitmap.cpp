@@ -65,11 +65,10 @@ Status readVersion1(WpgNumbers& in, bool placed, WpgBitmap& bitmap)
 /// The mirrors of the bitmap object before record `index`: a scale below nothing.
 void readMirrors(const ByteSource& source, const WpgFile& file, size_t index, WpgBitmap& bitmap)
 {
-    while (index > 0 && file.records[index].type != wpg2::bitmap)
-        --index;
-    const WpgRecord& record = file.records[index];
-    if (record.type != wpg2::bitmap)
+    const int frame = file.records[index].frame;
+    if (frame < 0)
         return;
+    const WpgRecord& record = file.records[size_t(frame)];
     constexpr int locked = 0x80;
     constexpr int named = 0x20;
     constexpr int turned = 0x10;

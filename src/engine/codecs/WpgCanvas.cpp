@@ -69,6 +69,12 @@ bool WpgCanvas::afford(double pixels)
     return true;
 }
 
+void WpgCanvas::spend(double pixels)
+{
+    m_exhausted = m_exhausted || pixels > m_budget;
+    m_budget -= pixels;
+}
+
 QPainterPath WpgCanvas::toPixels(const QPainterPath& inches) const
 {
     QPainterPath path = inches;

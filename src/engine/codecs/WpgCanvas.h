@@ -49,6 +49,8 @@ class WpgCanvas
     int drawn() const { return m_drawn; }
     /// Takes the cost of `pixels` from what is left; false, and nothing is taken, when that is not enough.
     bool afford(double pixels);
+    /// Takes the cost of `pixels`, spent already, from what is left, even where it is more than that.
+    void spend(double pixels);
 
   private:
     static constexpr double least = 1e5; ///< what the smallest shapes cost

@@ -40,7 +40,7 @@ class WpgBitmapDecoder final : public Decoder
         const Result<WpgBitmap> bitmap = readWpgBitmap(*m_source, m_file, record);
         if (!bitmap)
             return bitmap.error();
-        return decodeWpgBitmap(*m_source, *bitmap, WpgPalette::at(m_file, record, *m_source), cancel);
+        return decodeWpgBitmap(*m_source, *bitmap, m_palettes.at(m_file, record, *m_source), cancel);
     }
 
   private:
@@ -52,6 +52,7 @@ class WpgBitmapDecoder final : public Decoder
     std::shared_ptr<ByteSource> m_source;
     WpgFile m_file;
     std::vector<size_t> m_bitmaps; ///< records
+    WpgPalettes m_palettes;
 };
 
 /// A file with lines, areas or text: one page, drawn.

@@ -91,8 +91,9 @@ bool playWpg2(const WpgFile& file, const ByteSource& source, WpgCanvas& canvas)
         if (feed.bytes.isEmpty())
             return false;
         MemoryStream stream(feed.bytes, canvas);
-        WpgListener listener(canvas,
-                             [&](int index) { return feedBitmap(file, source, feed, index, canvas); });
+        WpgPalettes palettes;
+        WpgListener listener(
+            canvas, [&](int index) { return feedBitmap(file, source, feed, index, palettes, canvas); });
         return libwpg::WPGraphics::parse(&stream, &listener, libwpg::WPG_WPG2) && !feed.partial;
     } catch (...) { // ours to stop it, the library's own, or memory: what was drawn counts
         return false;

@@ -1,7 +1,6 @@
 #include "engine/codecs/WpgFeed.h"
 
 #include "engine/codecs/WpgBitmap.h"
-#include "engine/codecs/WpgPalette.h"
 
 #include <QtEndian>
 
@@ -142,7 +141,7 @@ WpgFeed wpgFeed(const WpgFile& file, const ByteSource& source)
 }
 
 QImage feedBitmap(const WpgFile& file, const ByteSource& source, const WpgFeed& feed, int index,
-                  WpgCanvas& canvas)
+                  WpgPalettes& palettes, WpgCanvas& canvas)
 {
     if (index < 0 || size_t(index) >= feed.bitmaps.size())
         return {};
@@ -150,8 +149,12 @@ QImage feedBitmap(const WpgFile& file, const ByteSource& source, const WpgFeed& 
     const Result<WpgBitmap> bitmap = readWpgBitmap(source, file, record);
     if (!bitmap || !canvas.afford(double(bitmap->stored.width()) * bitmap->stored.height()))
         return {};
-    const auto picture =
-        decodeWpgBitmap(source, *bitmap, WpgPalette::at(file, record, source), canvas.cancel());
+    const double before = palettes.cost();
+    const WpgPalette& palette = palettes.at(file, record, source);
+    canvas.spend(palettes.cost() - before);
+    if (canvas.stopped())
+        return {};
+    const auto picture = decodeWpgBitmap(source, *bitmap, palette, canvas.cancel());
     return picture ? picture->image : QImage();
 }
 

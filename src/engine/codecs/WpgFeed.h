@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/codecs/WpgCanvas.h"
+#include "engine/codecs/WpgPalette.h"
 #include "engine/codecs/WpgRecords.h"
 
 #include <QImage>
@@ -21,7 +22,8 @@ struct WpgFeed
 WpgFeed wpgFeed(const WpgFile& file, const ByteSource& source);
 
 /// Decodes the bitmap that stands in `feed` as colour number `index`; null when it cannot be decoded.
+/// `palettes` goes along with the bitmaps, which libwpg meets in the file's order.
 QImage feedBitmap(const WpgFile& file, const ByteSource& source, const WpgFeed& feed, int index,
-                  WpgCanvas& canvas);
+                  WpgPalettes& palettes, WpgCanvas& canvas);
 
 } // namespace quorvia::engine

@@ -80,14 +80,23 @@ QList<QRgb> WpgPalette::colors(int bits) const
     return QList<QRgb>(m_colors.begin(), m_colors.begin() + (qsizetype(1) << bits));
 }
 
-WpgPalette WpgPalette::at(const WpgFile& file, size_t index, const ByteSource& source)
+const WpgPalette& WpgPalettes::at(const WpgFile& file, size_t index, const ByteSource& source)
 {
-    WpgPalette palette;
-    for (size_t i = 0; i < index; ++i) {
-        if (file.isColorMap(file.records[i]))
-            palette.read(file, file.records[i], source);
+    if (index < m_next) {
+        m_palette = WpgPalette();
+        m_next = 0;
     }
-    return palette;
+    constexpr double recordCost = 2;
+    constexpr double mapCost = 2000;
+    for (; m_next < index; ++m_next) {
+        m_cost += recordCost;
+        const WpgRecord& record = file.records[m_next];
+        if (!file.isColorMap(record))
+            continue;
+        m_palette.read(file, record, source);
+        m_cost += mapCost;
+    }
+    return m_palette;
 }
 
 } // namespace quorvia::engine

@@ -24,12 +24,25 @@ class WpgPalette
     /// map of the whole file says; a map of just two colours was made for it.
     QList<QRgb> colors(int bits) const;
 
-    /// The palette that holds at record `index` (from 0).
-    static WpgPalette at(const WpgFile& file, size_t index, const ByteSource& source);
-
   private:
     std::array<QRgb, 256> m_colors;
     int m_named = 0; ///< entries in the latest map
+};
+
+/// The palettes that hold at the records of a file. Cheap for records in their order: each colour map is then
+/// read once; going back begins anew.
+class WpgPalettes
+{
+  public:
+    /// The palette at record `index` (from 0).
+    const WpgPalette& at(const WpgFile& file, size_t index, const ByteSource& source);
+    /// What all asking has cost so far, in filled pixels.
+    double cost() const { return m_cost; }
+
+  private:
+    WpgPalette m_palette;
+    size_t m_next = 0; ///< the first record that `m_palette` does not know
+    double m_cost = 0;
 };
 
 } // namespace quorvia::engine

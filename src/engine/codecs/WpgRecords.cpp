@@ -113,6 +113,7 @@ Result<WpgFile> readWpgRecords(const ByteSource& source)
     const int end = file.version == 1 ? wpg1::end : wpg2::end;
     qint64 at = start < headerLength ? headerLength : start;
     bool cut = false;
+    int frame = -1;
     while (file.records.size() < mostRecords) {
         WpgRecord record;
         qint64 told = 0;
@@ -123,6 +124,9 @@ Result<WpgFile> readWpgRecords(const ByteSource& source)
         file.whole = record.type == end && !cut;
         if (record.type == end)
             break;
+        if (file.version == 2 && record.type == wpg2::bitmap)
+            frame = int(file.records.size());
+        record.frame = frame;
         file.records.push_back(record);
         if (cut)
             break;

@@ -17,6 +17,7 @@ struct WpgRecord
     qint64 offset = 0;  ///< of the content, bytes from the start of the file
     qint64 length = 0;  ///< of the content that is there
     int subRecords = 0; ///< version 2: records that belong to this one
+    int frame = -1;     ///< version 2: the record, from 0, that tells where a bitmap here lies; -1 for none
 };
 
 struct WpgFile
