@@ -56,6 +56,16 @@ QRect inkOf(const QImage& image)
     return ink;
 }
 
+/// What the address sanitizer keeps back of the memory that was given free.
+constexpr qint64 sanitizerQuarantine()
+{
+#ifdef __SANITIZE_ADDRESS__
+    return qint64(512) << 20;
+#else
+    return 0;
+#endif
+}
+
 WmfMaker big()
 {
     return WmfMaker::pixels(QSize(100, 100));
@@ -85,9 +95,13 @@ class TestWmfCodec : public QObject
     void refuses_data();
     void refuses();
     void showsWhatACutFileHolds();
+    void leavesCutBitmapRecordsOut_data();
+    void leavesCutBitmapRecordsOut();
     void showsTheRowsOfACutBitmap();
     void boundsTheWork_data();
     void boundsTheWork();
+    void boundsTheMemory_data();
+    void boundsTheMemory();
     void writesWhatOthersRead_data();
     void writesWhatOthersRead();
     void keepsDepthAndPalette_data();
@@ -276,6 +290,81 @@ void TestWmfCodec::draws_data()
     QTest::newRow("objects that are not there")
         << big().select(7).record(0x01F0, {9}).record(0x012D, {-1}).fillWith(red).rectangle(0, 0, 5, 5).file()
         << Probes{{2, 2, red}};
+    const auto rows = [](QSize size, int first, int count) { // of a picture of 20 x 20, from the lowest
+        return WmfMaker::dib(size, 24, {}, 0,
+                             [](int x, int y) {
+                                 return y % 20 < 10 ? (x < 10 ? red : blue)
+                                                    : (x < 10 ? black : qRgb(0, 255, 0));
+                             })
+            .remove(40 + 60 * (first + count), 60 * size.height())
+            .remove(40, 60 * first);
+    };
+    const QSize whole(20, 20);
+    const Probes quarters = {{5, 5, red},
+                             {14, 14, red},
+                             {15, 5, blue},
+                             {24, 14, blue},
+                             {5, 15, black},
+                             {14, 24, black},
+                             {24, 24, qRgb(0, 255, 0)},
+                             {4, 5, white},
+                             {25, 5, white},
+                             {5, 4, white},
+                             {5, 25, white}};
+    QTest::newRow("a bitmap in bands")
+        << big()
+               .record(0x0D33, {0, 10, 0, 0, 0, 20, 20, 5, 5}, rows(whole, 0, 10))
+               .record(0x0D33, {0, 10, 10, 0, 0, 20, 20, 5, 5}, rows(whole, 10, 10))
+               .file()
+        << quarters;
+    QTest::newRow("a bitmap in bands of uneven height, the upper one first")
+        << big()
+               .record(0x0D33, {0, 13, 7, 0, 0, 20, 20, 5, 5}, rows(whole, 7, 13))
+               .record(0x0D33, {0, 7, 0, 0, 0, 20, 20, 5, 5}, rows(whole, 0, 7))
+               .file()
+        << quarters;
+    QTest::newRow("a band alone")
+        << big().record(0x0D33, {0, 10, 10, 0, 0, 20, 20, 5, 5}, rows(whole, 10, 10)).file()
+        << Probes{{5, 5, red}, {24, 14, blue}, {5, 15, white}, {24, 24, white}};
+    QByteArray topDown = rows(whole, 0, 20);
+    topDown.replace(8, 4, WmfMaker::number<qint32>(-20)); // now black and green lie above
+    QTest::newRow("a part of a bitmap that begins with its top row")
+        << big().record(0x0F43, {0x20, 0xCC, 0, 10, 20, 0, 0, 10, 20, 5, 5}, topDown).file()
+        << Probes{{5, 5, black}, {24, 14, qRgb(0, 255, 0)}, {5, 15, white}};
+    QTest::newRow("the same from its lower half")
+        << big().record(0x0F43, {0x20, 0xCC, 0, 10, 20, 10, 0, 10, 20, 5, 5}, topDown).file()
+        << Probes{{5, 5, red}, {24, 14, blue}, {5, 15, white}};
+    QTest::newRow("bands of a bitmap that begins with its top row")
+        << big()
+               .record(0x0D33, {0, 10, 0, 0, 0, 20, 20, 5, 5}, QByteArray(topDown).left(40 + 600))
+               .record(0x0D33, {0, 10, 10, 0, 0, 20, 20, 5, 5}, QByteArray(topDown).remove(40, 600))
+               .file()
+        << Probes{{5, 5, black}, {24, 14, qRgb(0, 255, 0)}, {5, 15, red}, {24, 24, blue}};
+    QTest::newRow("a pattern larger than the picture")
+        << big()
+               .pen(5, 0, 0)
+               .record(0x0142, {5, 0},
+                       WmfMaker::dib(QSize(150, 130), 24, {}, 0,
+                                     [](int x, int y) { return x < 60 && y < 60 ? red : blue; }))
+               .select(0)
+               .select(1)
+               .rectangle(0, 0, 100, 100)
+               .file()
+        << Probes{{0, 0, red}, {59, 59, red}, {60, 0, blue}, {0, 60, blue}, {99, 99, blue}};
+    QTest::newRow("a palette changed in place, for saved contexts too")
+        << big()
+               .record(0x00F7, {0x300, 2}, QByteArray::fromHex("0000000000000000"))
+               .record(0x0234, {0})
+               .record(0x001E)
+               .record(0x0037, {1, 1, 0xFF, 0})
+               .record(0x0127, {-1})
+               .record(0x02FA, {5, 0, 0, 0, 0})
+               .record(0x02FC, {0, 1, 0x0100, 0})
+               .select(1)
+               .select(2)
+               .rectangle(0, 0, 5, 5)
+               .file()
+        << Probes{{2, 2, red}};
     QTest::newRow("restore without save") << big()
                                                  .record(0x0127, {-1})
                                                  .record(0x0127, {3})
@@ -431,6 +520,41 @@ void TestWmfCodec::showsWhatACutFileHolds()
     }
 }
 
+void TestWmfCodec::leavesCutBitmapRecordsOut_data()
+{
+    QTest::addColumn<QByteArray>("record"); ///< of a black box from 15, 15 to 35, 35
+    QTest::addColumn<qsizetype>("fixed");   ///< bytes without which it cannot be drawn
+    const auto bytes = [](int function, const QList<int>& words, const QByteArray& tail = {}) {
+        return WmfMaker().record(function, words, tail).file(false).mid(18);
+    };
+    const QByteArray dib = WmfMaker::dib(QSize(20, 20), 24, {}, 0, [](int, int) { return black; });
+    QTest::newRow("PatBlt") << bytes(0x061D, {0x42, 0, 20, 20, 15, 15}) << qsizetype(6 + 12);
+    QTest::newRow("BitBlt without bitmap")
+        << bytes(0x0922, {0x42, 0, 0, 0, 0, 20, 20, 15, 15}) << qsizetype(6 + 18);
+    QTest::newRow("StretchBlt without bitmap")
+        << bytes(0x0B23, {0x42, 0, 20, 20, 0, 0, 0, 20, 20, 15, 15}) << qsizetype(6 + 22);
+    QTest::newRow("StretchDIB, which needs no source")
+        << bytes(0x0F43, {0x42, 0, 0, 20, 20, 0, 0, 20, 20, 15, 15}, dib) << qsizetype(6 + 22);
+    QTest::newRow("DIBBitBlt, which needs no source")
+        << bytes(0x0940, {0x42, 0, 0, 0, 20, 20, 15, 15}, dib) << qsizetype(6 + 16);
+}
+
+void TestWmfCodec::leavesCutBitmapRecordsOut()
+{
+    QFETCH(QByteArray, record);
+    QFETCH(qsizetype, fixed);
+    const QByteArray start =
+        WmfMaker::pixels(QSize(40, 40)).fillWith(red).rectangle(0, 0, 10, 10).file(false);
+    for (qsizetype length = 0; length <= record.size(); length += length < fixed ? 1 : 101) {
+        const auto picture = decoded(m_codec, start + record.left(length));
+        QVERIFY(picture && !picture->complete);
+        Paper wanted = Paper(QSize(40, 40)).box(0, 0, 10, 10, red);
+        if (length >= fixed)
+            wanted.box(15, 15, 35, 35, black);
+        QCOMPARE(firstDifference(rgbaOf(picture->image), wanted.rgba()), QString());
+    }
+}
+
 void TestWmfCodec::showsTheRowsOfACutBitmap()
 {
     const auto file = m_codec.encode(colorPicture(QSize(20, 30)), QStringLiteral("wmf"), {});
@@ -507,6 +631,73 @@ void TestWmfCodec::boundsTheWork()
     const auto picture = decoded(m_codec, start.file());
     QVERIFY(picture);
     QVERIFY(!inkOf(picture->image.copy(0, 0, 100, 100)).isEmpty() || !picture->complete);
+}
+
+void TestWmfCodec::boundsTheMemory_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QRgb>("corner"); ///< of what is still drawn
+    const WmfMaker small = WmfMaker(big()).fillWith(red).rectangle(0, 0, 50, 50);
+    const WmfMaker large =
+        WmfMaker::pixels(QSize(2000, 2000)).fillWith(red).rectangle(0, 0, 50, 50); // pixels of 16 MB
+    // Pictures of one colour by run lengths: a few bytes for many pixels.
+    const auto plain = [](int side) {
+        return WmfMaker::number<quint32>(40) + WmfMaker::number<qint32>(side) +
+               WmfMaker::number<qint32>(side) + WmfMaker::words({1, 8, 1, 0}) + QByteArray(16, '\0') +
+               QByteArray(1024, '\0') + QByteArray("\1\1\0\1", 4);
+    };
+    const auto row = [](const char* name, WmfMaker maker, int times,
+                        const std::function<void(WmfMaker&, int)>& step) {
+        for (int i = 0; i < times; ++i)
+            step(maker, i);
+        QTest::newRow(name) << maker.file() << red;
+    };
+    row("patterns larger than the picture", small, 60, [&](WmfMaker& maker, int) {
+        maker.record(0x0142, {5, 0}, plain(2000));
+    });
+    row("patterns that promise more than any has", small, 20, [&](WmfMaker& maker, int) {
+        maker.record(0x0142, {5, 0}, plain(4096));
+    });
+    row("patterns as large as the picture", large, 60, [&](WmfMaker& maker, int) {
+        maker.record(0x0142, {5, 0}, plain(2000));
+    });
+    row("patterns that only saved contexts hold", large, 60, [&](WmfMaker& maker, int) {
+        maker.record(0x0142, {5, 0}, plain(2000)).select(2).record(0x001E).record(0x01F0, {2});
+    });
+    const QByteArray device = WmfMaker::words({0, 16000, 500, 2000}) + QByteArray("\1\1", 2) +
+                              QByteArray(22, '\0') + QByteArray(2000 * 500, '\x55');
+    row("patterns of the device kind", small, 20,
+        [&](WmfMaker& maker, int) { maker.record(0x01F9, {}, device); });
+    WmfMaker colors = small;
+    colors.record(0x00F7, {0x300, 65535}, QByteArray(4 * 65535, '\1')).record(0x0234, {2});
+    row("palettes changed between saved contexts", colors, 1000, [](WmfMaker& maker, int i) {
+        maker.record(0x0037, {5, 1, i, 0}).record(0x001E);
+    });
+    row("objects without number", small, 600'000, [](WmfMaker& maker, int) { maker.record(0x00F8); });
+    WmfMaker pieces = small;
+    QList<int> scans = {0, 6, 0, 0, 0, 500, 32, 0, 0, 500, 1000};
+    for (int y = 0; y < 500; ++y) {
+        scans += {32, 2 * y, 2 * y + 1};
+        for (int x = 0; x < 32; ++x)
+            scans << 3 * x;
+        scans << 32;
+    }
+    pieces.record(0x06FF, scans).record(0x012C, {2});
+    row("clips of many pieces between saved contexts", pieces, 1000, [](WmfMaker& maker, int i) {
+        maker.record(0x0220, {i % 2 == 0 ? 1 : -1, 0}).record(0x001E);
+    });
+}
+
+void TestWmfCodec::boundsTheMemory()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QRgb, corner);
+    std::optional<Result<Picture>> picture;
+    const qint64 grown = peakGrowth([&] { picture.emplace(decoded(m_codec, file)); });
+    QVERIFY(*picture);
+    QCOMPARE((*picture)->image.pixel(0, 0), corner);
+    constexpr qint64 most = 144 << 20; // 64 MB of objects, the largest picture and what one record takes
+    QVERIFY2(grown >= 0 && grown < most + sanitizerQuarantine(), qPrintable(QString::number(grown)));
 }
 
 void TestWmfCodec::writesWhatOthersRead_data()

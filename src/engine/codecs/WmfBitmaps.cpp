@@ -2,6 +2,8 @@
 
 #include "engine/codecs/WmfPixels.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -21,10 +23,13 @@ struct Request
     QPoint toSize; ///< units, may be negative
     QPoint from;   ///< pixels of the bitmap
     QPoint fromSize;
-    bool fromBottom = false;  ///< `from` counts from the lower left
-    bool numbered = false;    ///< the bitmap's palette holds numbers
-    bool device = false;      ///< a bitmap of the device kind
+    bool fromBottom = false; ///< `from` counts from the lower left, unless the bitmap begins with its top row
+    int firstScan = 0;       ///< which of the picture's rows is the bitmap's first, as it stores them
+    int scans = 0;           ///< how many it stores; 0 for as many as it says itself
+    bool numbered = false;   ///< the bitmap's palette holds numbers
+    bool device = false;     ///< a bitmap of the device kind
     qint64 bitmapOffset = -1; ///< bytes of parameters before it; -1 when there is none
+    qint64 fixedBytes = 0;    ///< of parameters, without which nothing can be drawn
 };
 
 int ropOf(const WmfParams& params)
@@ -51,6 +56,7 @@ Request bitBltOf(const WmfRecord& record, const WmfParams& params, bool device)
     request.to = params.pointYX(6 + skip);
     request.device = device;
     request.bitmapOffset = skip != 0 ? -1 : 16;
+    request.fixedBytes = skip != 0 ? 18 : 16;
     return request;
 }
 
@@ -66,6 +72,7 @@ Request stretchBltOf(const WmfRecord& record, const WmfParams& params, bool devi
     request.to = params.pointYX(8 + skip);
     request.device = device;
     request.bitmapOffset = skip != 0 ? -1 : 20;
+    request.fixedBytes = skip != 0 ? 22 : 20;
     return request;
 }
 
@@ -81,6 +88,7 @@ Request stretchDibOf(const WmfRecord& record, const WmfParams& params)
     request.to = params.pointYX(9);
     request.fromBottom = true;
     request.bitmapOffset = record.length > fixedBytes ? fixedBytes : -1;
+    request.fixedBytes = fixedBytes;
     return request;
 }
 
@@ -88,12 +96,15 @@ Request setDibOf(const WmfParams& params)
 {
     Request request;
     request.numbered = params.word(0) == 1;
+    request.scans = params.unsignedWord(1);
+    request.firstScan = params.unsignedWord(2);
     request.from = params.pointYX(3);
     request.toSize = params.pointYX(5);
     request.fromSize = request.toSize;
     request.to = params.pointYX(7);
     request.fromBottom = true;
     request.bitmapOffset = 18;
+    request.fixedBytes = 18;
     return request;
 }
 
@@ -103,6 +114,7 @@ Request patBltOf(const WmfParams& params)
     request.rop = ropOf(params);
     request.toSize = params.pointYX(2);
     request.to = params.pointYX(4);
+    request.fixedBytes = 12;
     return request;
 }
 
@@ -126,14 +138,42 @@ std::optional<Request> requestOf(const WmfRecord& record, const WmfParams& param
     }
 }
 
-/// The bitmap in a record as it is stored; null when it cannot be had.
-QImage readDib(WmfContext& context, std::shared_ptr<ByteSource> source, bool numbered)
+/// Pixels that a bitmap of `bytes` may have. Run-length codes promise much with few bytes, up to `always`.
+qint64 mostPixels(qint64 bytes, qint64 always)
 {
-    // Run-length codes promise much with few bytes; real ones in records are small.
-    constexpr qint64 always = qint64(1) << 24;
     constexpr qint64 pixelsPerByte = 8;
-    const qint64 most = std::max(always, source->size() * pixelsPerByte);
-    const auto decoder = openDib(std::move(source), numbered, context.state.palette);
+    return std::max(always, bytes * pixelsPerByte);
+}
+
+constexpr qint64 mostInRecord = qint64(1) << 24; // real ones that are drawn are small,
+constexpr qint64 mostInTile = qint64(1) << 22;   // and patterns smaller still
+
+/// The height that the DIB in `source` tells, below 0 when its top row is the first; 0 when it tells none.
+int dibHeight(const ByteSource& source)
+{
+    constexpr qint64 coreBytes = 12;
+    const WmfParams head(source.bytes(0, coreBytes));
+    return head.doubleWord(0) == coreBytes ? head.unsignedWord(3) : int(head.doubleWord(4));
+}
+
+/// The DIB in `source` as one of `scans` rows, when it tells more: a band of a picture stores no others.
+std::shared_ptr<ByteSource> withScans(std::shared_ptr<ByteSource> source, int scans)
+{
+    constexpr qsizetype longHeight = 8; // bytes before it
+    const qint64 told = dibHeight(*source);
+    if (scans == 0 || std::abs(told) <= scans || source->bytes(0, 1) == QByteArray(1, '\x0C'))
+        return source;
+    QByteArray dib = source->bytes(0, source->size());
+    qToLittleEndian(qint32(told < 0 ? -scans : scans), dib.data() + longHeight);
+    return ByteSource::fromBytes(dib);
+}
+
+/// The bitmap in a record as it is stored; null when it cannot be had or has more than `always` pixels and
+/// than its bytes can hold.
+QImage readDib(WmfContext& context, std::shared_ptr<ByteSource> source, bool numbered, qint64 always)
+{
+    const qint64 most = mostPixels(source->size(), always);
+    const auto decoder = openDib(std::move(source), numbered, *context.state.palette);
     const auto header = decoder ? (*decoder)->header(1) : decoder.error();
     if (!header)
         return {};
@@ -151,17 +191,27 @@ QImage readDib(WmfContext& context, std::shared_ptr<ByteSource> source, bool num
     return picture->image;
 }
 
-QImage readBitmap(WmfContext& context, const Request& request, const WmfRecord& record,
-                  const WmfRecordReader& reader)
+/// The upper left part, up to `most`, of a bitmap of the device kind; null when it cannot be had.
+QImage readDevice(WmfContext& context, const ByteSource& source, qsizetype pixelOffset, QSize most, QRgb zero,
+                  QRgb one)
 {
-    auto source = reader.tail(record, request.bitmapOffset);
+    const QByteArray bytes = source.bytes(0, source.size());
+    const QSize size = deviceBitmapSize(bytes, pixelOffset).boundedTo(most);
+    constexpr double workPerPixel = 4;
+    if (size.isEmpty() || !context.canvas.spend(workPerPixel * size.width() * size.height()))
+        return {};
+    return deviceBitmap(bytes, pixelOffset, size, zero, one);
+}
+
+QImage readBitmap(WmfContext& context, const Request& request, const std::shared_ptr<ByteSource>& source)
+{
     if (!request.device)
-        return readDib(context, std::move(source), request.numbered);
+        return readDib(context, withScans(source, request.scans), request.numbered, mostInRecord);
     constexpr qsizetype headerBytes = 10;
+    constexpr QSize all(32767, 32767);
     const WmfState& state = context.state;
-    const QImage bitmap = deviceBitmap(source->bytes(0, source->size()), headerBytes,
-                                       state.rgb(state.textColor), state.rgb(state.bkColor));
-    return context.canvas.spend(double(bitmap.width()) * bitmap.height()) ? bitmap : QImage();
+    return readDevice(context, *source, headerBytes, all, state.rgb(state.textColor),
+                      state.rgb(state.bkColor));
 }
 
 /// One axis of a stretch: `from` and `size` in the bitmap of `length` pixels, `to` and `behind` in the
@@ -203,14 +253,15 @@ bool normalize(Axis& axis, double to, double behind, int from, int size, int len
     return true;
 }
 
-/// Where the bitmap of `size` comes to lie; nothing when no pixel of it does.
-std::optional<WmfStretch> stretchOf(const WmfState& state, const Request& request, QSize size)
+/// Where the bitmap of `size` comes to lie; nothing when no pixel of it does. `topDown`: its first row is the
+/// uppermost.
+std::optional<WmfStretch> stretchOf(const WmfState& state, const Request& request, QSize size, bool topDown)
 {
     const QPointF one = state.mapping.map(request.to);
     const QPointF other = state.mapping.map(request.to + request.toSize);
-    int fromY = request.from.y();
-    if (request.fromBottom && request.fromSize.y() != 0)
-        fromY = size.height() - request.from.y() - request.fromSize.y();
+    int fromY = request.from.y() - request.firstScan;
+    if (request.fromBottom && !topDown && request.fromSize.y() != 0)
+        fromY = size.height() - fromY - request.fromSize.y();
     Axis x;
     Axis y;
     if (!normalize(x, one.x(), other.x(), request.from.x(), request.fromSize.x(), size.width()) ||
@@ -301,14 +352,16 @@ void drawBitmap(WmfContext& context, const Request& request, const WmfRecord& re
         context.canvas.note(box);
         return;
     }
-    const QImage stored = readBitmap(context, request, record, reader);
+    const std::shared_ptr<ByteSource> source = reader.tail(record, request.bitmapOffset);
+    const QImage stored = readBitmap(context, request, source);
     if (stored.isNull()) {
         context.complete = false;
         return;
     }
     const bool first = !context.canvas.wasDrawnOn();
     context.canvas.note(box);
-    const auto stretch = stretchOf(context.state, request, stored.size());
+    const bool topDown = !request.device && dibHeight(*source) < 0;
+    const auto stretch = stretchOf(context.state, request, stored.size(), topDown);
     if (!stretch)
         return;
     const QImage bitmap = stored.convertToFormat(QImage::Format_RGB32);
@@ -329,7 +382,7 @@ bool playBitmap(WmfContext& context, const WmfRecord& record, const WmfRecordRea
     constexpr qint64 fixedBytes = 32; // more than any of these records has before its bitmap
     const WmfParams params(reader.tail(record, 0)->bytes(0, fixedBytes));
     const auto request = requestOf(record, params);
-    if (request)
+    if (request && record.length >= request->fixedBytes)
         drawBitmap(context, *request, record, reader);
     return request.has_value();
 }
@@ -349,21 +402,27 @@ WmfBrush patternBrush(WmfContext& context, const WmfRecord& record, const WmfRec
     if (context.canvas.isMeasuring())
         return brush;
     brush.kind = WmfBrush::Kind::None;
+    const QSize picture = context.canvas.image().size(); // what is beyond it of a tile is never seen
     if (record.function == WmfFunction::CreatePatternBrush) {
         const auto source = reader.tail(record, 0);
-        brush.tile =
-            deviceBitmap(source->bytes(0, source->size()), devicePixels, qRgb(0, 0, 0), qRgb(255, 255, 255));
+        brush.tile = readDevice(context, *source, devicePixels, picture, qRgb(0, 0, 0), qRgb(255, 255, 255));
         brush.twoColored = source->bytes(0, devicePixels).mid(9, 1) == QByteArray(1, '\1');
     } else {
         const WmfParams params(reader.tail(record, 0)->bytes(0, dibOffset));
         const auto source = reader.tail(record, dibOffset);
         constexpr qsizetype bitsOffset = 14;
-        brush.tile = readDib(context, source, params.word(1) == 1).convertToFormat(QImage::Format_RGB32);
+        const QImage stored = readDib(context, source, params.word(1) == 1, mostInTile);
+        brush.tile = stored.copy(QRect(QPoint(), stored.size().boundedTo(picture)))
+                         .convertToFormat(QImage::Format_RGB32);
         brush.twoColored =
             params.word(0) == deviceStyle && source->bytes(bitsOffset, 1) == QByteArray(1, '\1');
     }
-    if (!brush.tile.isNull())
+    brush.hold = context.memory.take(brush.tile.sizeInBytes());
+    if (!brush.tile.isNull() && brush.hold)
         brush.kind = WmfBrush::Kind::Tile;
+    else
+        brush.tile = QImage();
+    context.complete = context.complete && !brush.tile.isNull();
     return brush;
 }
 

@@ -81,7 +81,7 @@ class WmfCanvas
     QImage take();
 
   private:
-    static constexpr double workToMeasure = 1e8;
+    static constexpr double workToMeasure = 1e9;
 
     QRectF nearby(double margin) const;
     /// What makes a shape dear.

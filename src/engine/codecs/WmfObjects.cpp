@@ -13,10 +13,33 @@ QRgb rgbOf(WmfColor color, const WmfPalette& palette)
     return qRgb(int(color & 0xFF), int(color >> 8 & 0xFF), int(color >> 16 & 0xFF));
 }
 
+namespace {
+
+struct Holder
+{
+    std::shared_ptr<qint64> left;
+    qint64 bytes;
+
+    ~Holder() { *left += bytes; }
+};
+
+} // namespace
+
+WmfHold WmfMemory::take(qint64 bytes)
+{
+    if (bytes > *m_left)
+        return nullptr;
+    *m_left -= bytes;
+    return WmfHold(new Holder{m_left, bytes});
+}
+
 void WmfObjects::add(WmfObject object)
 {
     while (m_lowestFree < m_slots.size() && !std::holds_alternative<std::monostate>(m_slots[m_lowestFree]))
         ++m_lowestFree;
+    constexpr size_t mostObjects = 65536;
+    if (m_lowestFree == mostObjects)
+        return;
     if (m_lowestFree == m_slots.size())
         m_slots.emplace_back();
     m_slots[m_lowestFree++] = std::move(object);
@@ -98,6 +121,7 @@ WmfPalette paletteOf(const WmfParams& params)
     const qsizetype told = params.unsignedWord(1);
     const qsizetype count = std::min(told, (params.words() - 2) / 2);
     WmfPalette palette;
+    palette.entries.reserve(std::max<qsizetype>(count, 0));
     for (qsizetype i = 0; i < count; ++i)
         palette.entries.append(paletteEntry(params, 2 + 2 * i));
     return palette;

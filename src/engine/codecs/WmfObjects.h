@@ -8,7 +8,7 @@
 #include <QList>
 #include <QRect>
 
-#include <optional>
+#include <memory>
 #include <variant>
 #include <vector>
 
@@ -17,10 +17,30 @@ namespace quorvia::engine {
 /// A colour as stored: blue, green, red in the low three bytes, or the number of a palette entry.
 using WmfColor = quint32;
 
+/// Keeps bytes of WmfMemory taken while a copy of it lives.
+using WmfHold = std::shared_ptr<const void>;
+
+/// The bytes that the objects and saved contexts of one file may hold together.
+class WmfMemory
+{
+  public:
+    /// Takes `bytes` until the last copy of the hold is gone; null when fewer are left.
+    WmfHold take(qint64 bytes);
+
+  private:
+    static constexpr qint64 mostBytes = qint64(64) << 20; ///< far more than drawings have
+
+    std::shared_ptr<qint64> m_left = std::make_shared<qint64>(mostBytes);
+};
+
 struct WmfPalette
 {
     QList<QRgb> entries;
+    WmfHold hold = {};
 };
+
+/// A palette is changed in place, for all that have selected it.
+using WmfSharedPalette = std::shared_ptr<WmfPalette>;
 
 /// `color` as an opaque colour; numbers are looked up in `palette`.
 QRgb rgbOf(WmfColor color, const WmfPalette& palette);
@@ -40,8 +60,9 @@ struct WmfBrush
     enum class Kind { None, Solid, Hatch, Tile };
     Kind kind = Kind::Solid;
     WmfColor color = 0xFFFFFF;
-    int hatch = 0;           ///< 0 level, 1 upright, 2 falling, 3 rising, 4 cross, 5 slanting cross
-    QImage tile;             ///< RGB32, repeated from the top left of the picture
+    int hatch = 0; ///< 0 level, 1 upright, 2 falling, 3 rising, 4 cross, 5 slanting cross
+    QImage tile;   ///< RGB32, repeated from the top left of the picture, no larger than it
+    WmfHold hold = {};
     bool twoColored = false; ///< the tile's black and white stand for text and background colour
 };
 
@@ -62,6 +83,7 @@ struct WmfFont
 struct WmfRegion
 {
     QList<QRect> rects; ///< units
+    WmfHold hold = {};
 };
 
 /// What was made, but is of no use here: keeps its number.
@@ -69,9 +91,11 @@ struct WmfOther
 {
 };
 
-using WmfObject = std::variant<std::monostate, WmfPen, WmfBrush, WmfFont, WmfPalette, WmfRegion, WmfOther>;
+using WmfObject =
+    std::variant<std::monostate, WmfPen, WmfBrush, WmfFont, WmfSharedPalette, WmfRegion, WmfOther>;
 
-/// Objects by number. A new one takes the lowest number that is free.
+/// Objects by number. A new one takes the lowest number that is free; those that no record could select any
+/// more, since numbers have 16 bits, are not kept.
 class WmfObjects
 {
   public:

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 namespace quorvia::engine {
@@ -82,32 +83,57 @@ QRgb devicePixel(const uchar* row, int x, int bits, QRgb zero, QRgb one)
     }
 }
 
-} // namespace
+/// The header of a bitmap of the device kind.
+struct DeviceHeader
+{
+    QSize size;
+    qsizetype rowBytes = 0;
+    int bits = 0;
+};
 
-QImage deviceBitmap(const QByteArray& bytes, qsizetype pixelOffset, QRgb zero, QRgb one)
+std::optional<DeviceHeader> deviceHeader(const QByteArray& bytes)
 {
     constexpr qsizetype headerBytes = 10;
     if (bytes.size() < headerBytes)
-        return {};
+        return std::nullopt;
     const char* data = bytes.constData();
-    const int width = qFromLittleEndian<qint16>(data + 2);
-    const int height = qFromLittleEndian<qint16>(data + 4);
-    const qsizetype rowBytes = qFromLittleEndian<quint16>(data + 6);
-    const int bits = uchar(data[9]);
-    const bool known = bits == 1 || bits == 16 || bits == 24 || bits == 32;
-    if (!known || width < 1 || height < 1 || rowBytes < (qsizetype(width) * bits + 7) / 8)
+    DeviceHeader header;
+    header.size = QSize(qFromLittleEndian<qint16>(data + 2), qFromLittleEndian<qint16>(data + 4));
+    header.rowBytes = qFromLittleEndian<quint16>(data + 6);
+    header.bits = uchar(data[9]);
+    const bool known = header.bits == 1 || header.bits == 16 || header.bits == 24 || header.bits == 32;
+    if (!known || header.size.isEmpty() ||
+        header.rowBytes < (qsizetype(header.size.width()) * header.bits + 7) / 8)
+        return std::nullopt;
+    return header;
+}
+
+} // namespace
+
+QSize deviceBitmapSize(const QByteArray& bytes, qsizetype pixelOffset)
+{
+    const auto header = deviceHeader(bytes);
+    if (!header)
         return {};
-    const qsizetype rows = std::min<qsizetype>(height, (bytes.size() - pixelOffset) / rowBytes);
-    if (rows < 1)
+    const qsizetype there = std::max<qsizetype>(bytes.size() - pixelOffset, 0) / header->rowBytes;
+    return QSize(header->size.width(), int(std::min<qsizetype>(header->size.height(), there)));
+}
+
+QImage deviceBitmap(const QByteArray& bytes, qsizetype pixelOffset, QSize size, QRgb zero, QRgb one)
+{
+    const auto header = deviceHeader(bytes);
+    const QSize shown = size.boundedTo(deviceBitmapSize(bytes, pixelOffset));
+    if (!header || shown.isEmpty())
         return {};
-    QImage image = allocateImage(QSize(width, int(rows)), QImage::Format_RGB32);
+    QImage image = allocateImage(shown, QImage::Format_RGB32);
     if (image.isNull())
         return {};
-    for (int y = 0; y < rows; ++y) {
-        const auto* row = reinterpret_cast<const uchar*>(data) + pixelOffset + y * rowBytes;
+    for (int y = 0; y < shown.height(); ++y) {
+        const auto* row =
+            reinterpret_cast<const uchar*>(bytes.constData()) + pixelOffset + y * header->rowBytes;
         auto* out = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < width; ++x)
-            out[x] = devicePixel(row, x, bits, zero, one);
+        for (int x = 0; x < shown.width(); ++x)
+            out[x] = devicePixel(row, x, header->bits, zero, one);
     }
     return image;
 }

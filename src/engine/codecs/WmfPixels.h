@@ -17,9 +17,13 @@ namespace quorvia::engine {
 Result<std::unique_ptr<Decoder>> openDib(std::shared_ptr<ByteSource> source, bool numbered,
                                          const WmfPalette& palette);
 
-/// A bitmap of the device kind in `bytes`: a header of ten bytes, rows from the top from `pixelOffset` on.
-/// Of 1 bit (0 is `zero`, 1 is `one`), 16, 24 or 32 bits; a null image for others. RGB32.
-QImage deviceBitmap(const QByteArray& bytes, qsizetype pixelOffset, QRgb zero, QRgb one);
+/// The size of a bitmap of the device kind in `bytes`, as far as its rows are there: a header of ten bytes,
+/// rows from the top from `pixelOffset` on, of 1, 16, 24 or 32 bits a pixel. Empty for others.
+QSize deviceBitmapSize(const QByteArray& bytes, qsizetype pixelOffset);
+
+/// The upper left `size` pixels, at most deviceBitmapSize(), of such a bitmap. Of 1 bit, 0 is `zero` and 1 is
+/// `one`. RGB32; null without memory.
+QImage deviceBitmap(const QByteArray& bytes, qsizetype pixelOffset, QSize size, QRgb zero, QRgb one);
 
 /// How a bitmap is brought to where it is shown.
 struct WmfStretch

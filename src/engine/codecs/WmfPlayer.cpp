@@ -48,18 +48,30 @@ void select(WmfContext& context, int number)
 
 void selectPalette(WmfContext& context, int number)
 {
-    const auto* palette = context.objects.findAs<WmfPalette>(number);
-    if (!palette)
-        return;
-    context.state.palette = *palette;
-    context.state.paletteNumber = number;
+    if (const auto* palette = context.objects.findAs<WmfSharedPalette>(number))
+        context.state.palette = *palette;
 }
 
-void changePalette(WmfContext& context, const WmfParams& params)
+void addPalette(WmfContext& context, const WmfParams& params)
 {
-    setPaletteEntries(context.state.palette, params);
-    if (auto* object = context.objects.findAs<WmfPalette>(context.state.paletteNumber.value_or(-1)))
-        *object = context.state.palette;
+    const auto palette = std::make_shared<WmfPalette>(paletteOf(params));
+    palette->hold = context.memory.take(palette->entries.size() * qint64(sizeof(QRgb)));
+    if (!palette->hold) {
+        palette->entries = {};
+        context.complete = false;
+    }
+    context.objects.add(palette);
+}
+
+void addRegion(WmfContext& context, const WmfParams& params)
+{
+    WmfRegion region = regionOf(params);
+    region.hold = context.memory.take(region.rects.size() * qint64(sizeof(QRect)));
+    if (!region.hold) {
+        region.rects = {};
+        context.complete = false;
+    }
+    context.objects.add(std::move(region));
 }
 
 /// Plays the records that make, select and delete objects. False for other records.
@@ -76,10 +88,10 @@ bool playObject(WmfContext& context, WmfFunction function, const WmfParams& para
         context.objects.add(fontOf(params));
         return true;
     case WmfFunction::CreatePalette:
-        context.objects.add(paletteOf(params));
+        addPalette(context, params);
         return true;
     case WmfFunction::CreateRegion:
-        context.objects.add(regionOf(params));
+        addRegion(context, params);
         return true;
     case WmfFunction::CreateBrush:
     case WmfFunction::CreateBitmap:
@@ -97,12 +109,15 @@ bool playObject(WmfContext& context, WmfFunction function, const WmfParams& para
         return true;
     case WmfFunction::SetPaletteEntries:
     case WmfFunction::AnimatePalette:
-        changePalette(context, params);
+        setPaletteEntries(*context.state.palette, params);
         return true;
     default:
         return false;
     }
 }
+
+constexpr double workPerRecord = 1500; // finding it, reading its parameters, passing on an object
+constexpr double workPerWord = 2;      // of parameters, which the longest lists have half a million of
 
 void playRecord(WmfContext& context, const WmfRecord& record, const WmfRecordReader& reader)
 {
@@ -115,6 +130,7 @@ void playRecord(WmfContext& context, const WmfRecord& record, const WmfRecordRea
         return;
     }
     const WmfParams params = reader.params(record);
+    context.canvas.spend(workPerWord * double(params.words()));
     if (playState(context, record, params) || playObject(context, record.function, params) ||
         playShape(context, record, params))
         return;
@@ -125,7 +141,6 @@ void playRecord(WmfContext& context, const WmfRecord& record, const WmfRecordRea
 
 void playRecords(WmfContext& context, WmfRecordReader& reader)
 {
-    constexpr double workPerRecord = 50;
     while (!context.cancel) {
         const auto record = reader.next();
         if (!record)

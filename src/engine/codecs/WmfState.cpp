@@ -152,6 +152,14 @@ QRegion clipOf(const WmfContext& context)
 
 void setClip(WmfContext& context, std::optional<QRegion> clip)
 {
+    context.state.clipHold.reset();
+    if (clip && clip->rectCount() > 1) {
+        context.state.clipHold = context.memory.take(clip->rectCount() * qint64(sizeof(QRect)));
+        if (!context.state.clipHold) {
+            clip = QRegion(clip->boundingRect());
+            context.complete = false;
+        }
+    }
     context.state.clip = std::move(clip);
     if (context.canvas.isMeasuring())
         return;

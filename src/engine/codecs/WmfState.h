@@ -21,7 +21,7 @@ struct WmfState
     WmfPen pen = {};
     WmfBrush brush = {};
     WmfFont font = {};
-    WmfPalette palette = {};
+    WmfSharedPalette palette = std::make_shared<WmfPalette>();
     WmfColor textColor = 0;
     WmfColor bkColor = 0xFFFFFF;
     bool opaque = true; ///< gaps in hatches, dashes and behind letters are filled with bkColor
@@ -32,11 +32,11 @@ struct WmfState
     int charExtra = 0;  ///< units between letters
     int breakExtra = 0; ///< units shared out among breakCount blanks
     int breakCount = 0;
-    QPoint position = {};                  ///< of the pen, units
-    std::optional<QRegion> clip = {};      ///< pixels
-    std::optional<int> paletteNumber = {}; ///< the object that `palette` was selected from
+    QPoint position = {};             ///< of the pen, units
+    std::optional<QRegion> clip = {}; ///< pixels
+    WmfHold clipHold = {};
 
-    QRgb rgb(WmfColor color) const { return rgbOf(color, palette); }
+    QRgb rgb(WmfColor color) const { return rgbOf(color, *palette); }
 };
 
 /// One file being played.
@@ -47,7 +47,8 @@ struct WmfContext
     WmfState state;
     WmfObjects objects = {};
     std::vector<WmfState> saved = {};
-    QImage whole = {}; ///< the bitmap that was drawn first and covers the picture pixel by pixel
+    WmfMemory memory = {};
+    QImage whole = {};    ///< the bitmap that was drawn first and covers the picture pixel by pixel
     bool complete = true; ///< false once something could not be drawn that should have been
 };
 
