@@ -78,6 +78,12 @@ QStringList familiesOf(const WmfFont& font, const QString& name)
     return wmfFamilies(name, font.pitchAndFamily);
 }
 
+/// The mean width that the selected font is asked for, in pixels; 0 for the natural one.
+double textWidth(const WmfState& state)
+{
+    return std::abs(state.mapping.mapVector(QPointF(state.font.width, 0)).x());
+}
+
 } // namespace
 
 double wmfTextHeight(const WmfState& state)
@@ -88,6 +94,8 @@ double wmfTextHeight(const WmfState& state)
         return usual;
     return std::clamp(std::abs(state.mapping.mapVector(QPointF(0, state.font.height)).y()), 0.5, greatest);
 }
+
+namespace {
 
 WmfFace wmfFace(const WmfState& state)
 {
@@ -114,10 +122,37 @@ WmfFace wmfFace(const WmfState& state)
     face.descent = descent * face.down;
     const double mean = metrics.averageCharWidth();
     if (wanted.width != 0 && mean > 0) {
-        const double width = std::abs(state.mapping.mapVector(QPointF(wanted.width, 0)).x());
-        face.across = std::clamp(width / mean, face.down / 8, face.down * 8);
+        face.across = std::clamp(textWidth(state) / mean, face.down / 8, face.down * 8);
     }
     return face;
+}
+
+} // namespace
+
+WmfFaces::Key WmfFaces::keyOf(const WmfState& state)
+{
+    return {state.font, QPointF(textWidth(state), wmfTextHeight(state))};
+}
+
+const WmfFace* WmfFaces::find(const WmfState& state) const
+{
+    const Key key = keyOf(state);
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&key](const Entry& entry) { return entry.key == key; });
+    return found != m_entries.end() ? &found->face : nullptr;
+}
+
+const WmfFace* WmfFaces::make(const WmfState& state)
+{
+    Entry entry = {keyOf(state), wmfFace(state)};
+    if (m_entries.size() < mostFaces) {
+        m_entries.push_back(std::move(entry));
+        return &m_entries.back().face;
+    }
+    Entry& oldest = m_entries[m_oldest];
+    m_oldest = (m_oldest + 1) % mostFaces;
+    oldest = std::move(entry);
+    return &oldest.face;
 }
 
 } // namespace quorvia::engine

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <vector>
+
 namespace quorvia::engine {
 
 /// A font that is there, and how it is stretched to the measures that are asked for.
@@ -35,7 +37,34 @@ QStringList wmfFamilies(const QString& face, int pitchAndFamily);
 /// The height that the selected font is asked for, in pixels; 16 where the file gives none.
 double wmfTextHeight(const WmfState& state);
 
-/// The selected font. Needs the application object.
-WmfFace wmfFace(const WmfState& state);
+/// The faces of the fonts that were selected lately. Needs the application object.
+class WmfFaces
+{
+  public:
+    /// The face of the selected font at the present scale; null when it is not known yet. Cheap.
+    const WmfFace* find(const WmfState& state) const;
+    /// Makes it and keeps it in place of the oldest. Takes the better part of a millisecond.
+    const WmfFace* make(const WmfState& state);
+
+  private:
+    struct Key
+    {
+        WmfFont font;
+        QPointF scale; ///< pixels of the letters' width and height
+
+        bool operator==(const Key&) const = default;
+    };
+    struct Entry
+    {
+        Key key;
+        WmfFace face;
+    };
+    static constexpr size_t mostFaces = 128;
+
+    static Key keyOf(const WmfState& state);
+
+    std::vector<Entry> m_entries;
+    size_t m_oldest = 0;
+};
 
 } // namespace quorvia::engine

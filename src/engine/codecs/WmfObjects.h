@@ -78,6 +78,8 @@ struct WmfFont
     int charset = 0;
     int pitchAndFamily = 0;
     QByteArray face; ///< in the charset of the maker
+
+    bool operator==(const WmfFont&) const = default;
 };
 
 struct WmfRegion

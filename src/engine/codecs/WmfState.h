@@ -10,6 +10,7 @@
 #include <QPointF>
 #include <QRegion>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -39,6 +40,8 @@ struct WmfState
     QRgb rgb(WmfColor color) const { return rgbOf(color, *palette); }
 };
 
+class WmfFaces;
+
 /// One file being played.
 struct WmfContext
 {
@@ -48,6 +51,7 @@ struct WmfContext
     WmfObjects objects = {};
     std::vector<WmfState> saved = {};
     WmfMemory memory = {};
+    std::shared_ptr<WmfFaces> faces = {}; ///< made for texts so far, see WmfFonts.h
     QImage whole = {};    ///< the bitmap that was drawn first and covers the picture pixel by pixel
     bool complete = true; ///< false once something could not be drawn that should have been
 };

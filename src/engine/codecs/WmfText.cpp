@@ -240,22 +240,41 @@ void movePosition(WmfState& state, double width)
                             int(std::clamp(std::round(units.y()), -farthest, farthest)));
 }
 
+/// The face of the selected font; null when making it is more than may be spent.
+const WmfFace* faceOf(WmfContext& context)
+{
+    constexpr double workPerFace = 1e6;
+    if (!context.faces)
+        context.faces = std::make_shared<WmfFaces>();
+    if (const WmfFace* known = context.faces->find(context.state))
+        return known;
+    return context.canvas.spend(workPerFace) ? context.faces->make(context.state) : nullptr;
+}
+
 void paintText(WmfContext& context, const Request& request)
 {
     const WmfState& state = context.state;
-    const WmfFace face = wmfFace(state);
-    const Line line = lineOf(state, request, face);
+    constexpr double workPerText = 20'000;
     constexpr double workPerLetter = 5000;
+    constexpr double workPerClipRect = 200; // to narrow a clip of many pieces, and to widen it again
+    const bool clipped = (request.options & clippedOption) != 0;
+    const double clipWork = clipped && state.clip ? workPerClipRect * state.clip->rectCount() : 0;
     const double area = wmfTextHeight(state) * wmfTextHeight(state) * double(request.text.size());
     const QRect reach = context.canvas.reach();
     const double shown = double(reach.width()) * reach.height();
-    if (!context.canvas.spend(workPerLetter * double(request.text.size()) + 2 * std::min(area, 4 * shown)))
+    if (!context.canvas.spend(workPerText + workPerLetter * double(request.text.size()) + clipWork +
+                              2 * std::min(area, 4 * shown)))
         return;
+    const WmfFace* made = faceOf(context);
+    if (!made)
+        return;
+    const WmfFace& face = *made;
+    const Line line = lineOf(state, request, face);
 
     QPainter& painter = context.canvas.painter();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if ((request.options & clippedOption) != 0)
+    if (clipped)
         painter.setClipRect(*request.box, Qt::IntersectClip);
     painter.translate(state.mapping.map(request.at));
     painter.rotate(-state.font.escapement / 10.0);
