@@ -32,15 +32,27 @@ qint64 sourceOf(qint64 at, qint64 targetLength, qint64 from, qint64 sourceLength
     return from + at * sourceLength / targetLength;
 }
 
-/// What it takes to draw `bitmap` into `canvas`, in pixels: those that are seen, or those that are unpacked.
-qint64 workOf(const PictBitmap& bitmap, const QRect& canvas)
+/// Pixels of `canvas` that `bitmap` is drawn on.
+qint64 shownPixels(const PictBitmap& bitmap, const QRect& canvas)
 {
     const QRect visible = bitmap.target & canvas;
-    if (visible.isEmpty())
-        return 0;
-    const qint64 stored =
-        qint64(std::max(bitmap.size.width(), pictRowLength(bitmap) / 4)) * bitmap.size.height();
-    return std::max(qint64(visible.width()) * visible.height(), stored);
+    return visible.isEmpty() ? 0 : qint64(visible.width()) * visible.height();
+}
+
+/// What unpacking `bitmap` makes: bytes, or the pixels of an embedded file.
+qint64 unpackedBytes(const PictBitmap& bitmap)
+{
+    const bool embedded = bitmap.packing == PictPacking::Embedded;
+    return qint64(embedded ? bitmap.size.width() : pictRowLength(bitmap)) * bitmap.size.height();
+}
+
+/// The most that unpacking may make of a file of `bytes`. Packed by words, three bytes stand for up to 256;
+/// more is told only by rows that are not there.
+qint64 mostUnpacked(qint64 bytes)
+{
+    constexpr qint64 always = qint64(1) << 26;
+    constexpr qint64 perByte = 86;
+    return std::max(always, perByte * bytes);
 }
 
 bool isAllClear(const QImage& image)
@@ -204,13 +216,16 @@ Result<Picture> PictDecoder::compose(const CancelFlag& cancel) const
         picture.image.fill(Qt::white);
 
     constexpr qint64 timesOver = 16; // more layers than that are no picture
-    qint64 budget = timesOver * all.width() * all.height();
+    qint64 toShow = timesOver * all.width() * all.height();
+    qint64 toUnpack = mostUnpacked(m_source->size());
     for (const PictBitmap& bitmap : m_scan.bitmaps) {
-        if (cancel || budget < 0) {
+        if (cancel || toShow < 0 || toUnpack < 0) {
             picture.complete = false;
             break;
         }
-        budget -= workOf(bitmap, all);
+        const qint64 shown = shownPixels(bitmap, all);
+        toShow -= shown;
+        toUnpack -= shown > 0 ? unpackedBytes(bitmap) : 0;
         const bool drawn = bitmap.packing == PictPacking::Embedded
                                ? drawEmbedded(bitmap, picture.image, cancel)
                                : drawStored(bitmap, picture.image, cancel);

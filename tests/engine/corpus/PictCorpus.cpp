@@ -140,6 +140,31 @@ Fixture twoMaps()
     return {QStringLiteral("two maps, one enlarged"), maker.file(), expected};
 }
 
+/// Twelve strips with eight times the dots of the page in both directions, as scanners' programs write them.
+Fixture strips()
+{
+    constexpr int dots = 8; // of one colour for each pixel of the page
+    const QSize page(64, 96);
+    const QSize stored(dots * page.width(), dots * 8);
+    const auto index = [](int x, int y) { return (x * 5 + y * 3) % 200; };
+    QList<QRgb> palette;
+    for (int i = 0; i < 200; ++i)
+        palette.append(qRgb(i, 255 - i, i * 7 % 256));
+    PictMaker maker(page, 2);
+    for (int top = 0; top < page.height(); top += 8) {
+        maker.op(0x98).pixmap(stored.width(), stored, 0, 8, 1).colors(palette);
+        maker.place(QRect(QPoint(0, 0), stored), QRect(0, top, page.width(), 8));
+        for (int y = 0; y < stored.height(); ++y) {
+            QByteArray row;
+            for (int x = 0; x < stored.width(); ++x)
+                row += char(index(x / dots, top + y / dots));
+            maker.packedRow(row, true);
+        }
+    }
+    return {QStringLiteral("strips of many dots"), maker.file(),
+            drawn(page, [&](int x, int y) { return palette[index(x, y)]; })};
+}
+
 /// A compressed picture, and the note that asks for the program which reads it.
 Fixture compressed(const char* name, const char* coding, const QByteArray& inner, const Rgba& expected)
 {
@@ -195,6 +220,7 @@ std::vector<Fixture> pictCorpus()
         sixteenBits("16 bits, packed", true),
         sixteenBits("16 bits, not packed", false),
         twoMaps(),
+        strips(),
         withPng(),
         withJpeg(),
     };
