@@ -2,6 +2,7 @@
 #include "corpus/Corpus.h"
 #include "corpus/WmfMaker.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/Toolkit.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "Mutator.h"
@@ -91,6 +92,8 @@ class TestWmfCodec : public QObject
     void draws();
     void textLiesWhereItShould_data();
     void textLiesWhereItShould();
+    void framesTexts_data();
+    void framesTexts();
     void updatesThePosition();
     void refuses_data();
     void refuses();
@@ -100,6 +103,8 @@ class TestWmfCodec : public QObject
     void showsTheRowsOfACutBitmap();
     void boundsTheWork_data();
     void boundsTheWork();
+    void leavesOutWhatIsTooDear_data();
+    void leavesOutWhatIsTooDear();
     void boundsTheMemory_data();
     void boundsTheMemory();
     void writesWhatOthersRead_data();
@@ -451,6 +456,71 @@ void TestWmfCodec::textLiesWhereItShould()
     QVERIFY2(ink.contains(covers), qPrintable(found));
 }
 
+void TestWmfCodec::framesTexts_data()
+{
+    QTest::addColumn<QByteArray>("file"); ///< that tells no extent
+    const auto text = [](int align, int escapement = 0) {
+        return WmfMaker()
+            .record(0x0102, {1})
+            .record(0x012E, {align})
+            .font(-40, "Arial", 0, escapement)
+            .select(0);
+    };
+    const QByteArray letters("WMgjfWMgjfWMgjf");
+    QTest::newRow("from the top left") << text(0).text(0, 0, letters).file();
+    QTest::newRow("on the baseline") << text(24).text(7, -9, letters).file();
+    QTest::newRow("from the right, below") << text(2 | 8).text(100, 100, letters).file();
+    QTest::newRow("centred") << text(6).text(100, 100, letters).file();
+    QTest::newRow("slanting") << text(24, 300).text(100, 100, letters).file();
+    QTest::newRow("upside down") << text(0, 1800).text(100, 100, letters).file();
+    QTest::newRow("one wide letter") << text(0).text(0, 0, "W").file();
+    QTest::newRow("steps that are too narrow")
+        << text(0).record(0x0A32, {10, 10, 3, 0}, QByteArray("WWW\0", 4) + WmfMaker::words({5, 5, 5})).file();
+    QTest::newRow("steps downwards") << text(0)
+                                            .record(0x0A32, {10, 10, 2, 0x2000},
+                                                    QByteArray("gj") + WmfMaker::words({20, 40, 20, 40}))
+                                            .file();
+    QTest::newRow("letters and room between them") << text(0).record(0x0108, {9}).text(0, 0, letters).file();
+    QTest::newRow("signs")
+        << text(0).font(-40, "Wingdings", 2).select(1).text(0, 0, "\x4A\x4B\x6C\xFC").file();
+}
+
+void TestWmfCodec::framesTexts()
+{
+    QFETCH(QByteArray, file);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture && picture->complete);
+    const QRect all = picture->image.rect();
+    const QRect ink = inkOf(picture->image);
+    QVERIFY(!ink.isEmpty());
+    const QString found = QStringLiteral("%1, %2, %3 x %4 of %5 x %6")
+                              .arg(ink.x())
+                              .arg(ink.y())
+                              .arg(ink.width())
+                              .arg(ink.height())
+                              .arg(all.width())
+                              .arg(all.height());
+    QVERIFY2(all.adjusted(1, 1, -1, -1).contains(ink), qPrintable(found));
+    QVERIFY2(ink.width() > all.width() / 2 && ink.height() > all.height() / 3, qPrintable(found));
+
+    // Before the toolkit stands the header gives a frame with room to spare, and it holds.
+    const auto early = m_codec.open(ByteSource::fromBytes(file));
+    QVERIFY(early);
+    {
+        const ToolkitHold hold;
+        QVERIFY((*early)->header(1));
+    }
+    const auto header = (*early)->header(1);
+    const CancelFlag go = false;
+    const auto later = (*early)->decode(1, QSize(), go);
+    QVERIFY(header && later && later->complete);
+    QCOMPARE(later->image.size(), header->size);
+    const QRect laterInk = inkOf(later->image);
+    QVERIFY(later->image.rect().adjusted(1, 1, -1, -1).contains(laterInk));
+    QVERIFY(qAbs(laterInk.width() - ink.width()) <= ink.width() / 20 + 2 ||
+            later->image.width() == 1024); // as large, unless brought down
+}
+
 void TestWmfCodec::updatesThePosition()
 {
     const QByteArray file = big()
@@ -631,6 +701,49 @@ void TestWmfCodec::boundsTheWork()
     const auto picture = decoded(m_codec, start.file());
     QVERIFY(picture);
     QVERIFY(!inkOf(picture->image.copy(0, 0, 100, 100)).isEmpty() || !picture->complete);
+}
+
+void TestWmfCodec::leavesOutWhatIsTooDear_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("whole");
+    const WmfMaker start =
+        WmfMaker::pixels(QSize(200, 200)).record(0x0102, {1}).fillWith(red).rectangle(0, 0, 50, 50);
+    WmfMaker fonts = start;
+    for (int i = 0; i < 3000; ++i)
+        fonts.font(-10 - i % 190, "Face " + QByteArray::number(i))
+            .select(2)
+            .text(10, 10, "x")
+            .record(0x01F0, {2});
+    QTest::newRow("a font for every text") << fonts.file() << false;
+    WmfMaker few = start;
+    for (int i = 0; i < 30; ++i)
+        few.font(-10 - i, "Arial");
+    for (int i = 0; i < 5000; ++i)
+        few.select(2 + i % 30).text(10, 10, "x");
+    QTest::newRow("a few fonts for many texts") << few.file() << true;
+    QList<int> region = {0, 6, 0, 0, 0, 60, 60, 0, 0, 200, 200};
+    for (int y = 0; y < 60; ++y) {
+        region += {60, 3 * y, 3 * y + 2};
+        for (int x = 0; x < 60; ++x)
+            region << 3 * x + x % 2;
+        region << 60;
+    }
+    WmfMaker clipped = start;
+    clipped.record(0x06FF, region).record(0x012C, {2}).font(-12, "Arial").select(3);
+    for (int i = 0; i < 5000; ++i)
+        clipped.record(0x0A32, {i % 200, i % 190, 1, 4, 0, 0, 200, 200}, QByteArray("x\0", 2));
+    QTest::newRow("texts clipped by many pieces") << clipped.file() << false;
+}
+
+void TestWmfCodec::leavesOutWhatIsTooDear()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(bool, whole);
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture);
+    QCOMPARE(picture->complete, whole);
+    QCOMPARE(picture->image.pixel(0, 0), red);
 }
 
 void TestWmfCodec::boundsTheMemory_data()

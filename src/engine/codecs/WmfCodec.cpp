@@ -20,12 +20,14 @@ struct Layout
     int depth = 24;     ///< bits a pixel
 };
 
-/// The frame of a drawing that tells no extent: all that it draws, in its own units.
+/// The frame of a drawing that tells no extent: all that it draws, in its own units. Texts are measured by
+/// their fonts where the toolkit stands, else with room to spare.
 std::optional<QRect> measuredFrame(const std::shared_ptr<ByteSource>& source, qint64 recordOffset)
 {
     WmfCanvas canvas;
     const CancelFlag go = false;
     WmfContext context{canvas, go, {WmfMapping(QRectF(0, 0, 1, 1), QSize(1, 1), false)}};
+    context.asksFonts = waitForToolkit(go, 0);
     WmfRecordReader reader(source, recordOffset);
     playRecords(context, reader);
     const QRectF noted = canvas.noted();
@@ -106,13 +108,14 @@ Result<PageHeader> WmfDecoder::header(int)
 
 Result<Picture> WmfDecoder::decode(int page, QSize, const CancelFlag& cancel)
 {
+    const bool drawable = waitForToolkit(cancel); // the header, too, is better for it
+    if (cancel)
+        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
     const Result<PageHeader> facts = header(page);
     if (!facts)
         return facts.error();
-    if (!waitForToolkit(cancel) && !cancel)
+    if (!drawable)
         return Error{ErrorKind::Unsupported, QStringLiteral("nothing can be drawn without a screen")};
-    if (cancel)
-        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
     WmfCanvas canvas(facts->size);
     if (!canvas.isUsable())
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};

@@ -50,6 +50,7 @@ struct WmfContext
     WmfState state;
     WmfObjects objects = {};
     std::vector<WmfState> saved = {};
+    bool asksFonts = false; ///< a measuring canvas measures texts by their fonts, as the toolkit stands
     WmfMemory memory = {};
     std::shared_ptr<WmfFaces> faces = {}; ///< made for texts so far, see WmfFonts.h
     QImage whole = {};    ///< the bitmap that was drawn first and covers the picture pixel by pixel

@@ -207,23 +207,61 @@ void drawLine(QPainter& painter, const WmfState& state, const WmfFace& face, con
         drawBar(painter, -metrics.strikeOutPos() * face.down, thickness, line.width, color);
 }
 
-/// What a text of the request's length takes up about, where no font can be asked.
-QRectF roughBox(const WmfState& state, const Request& request)
+/// Where the text lies in pixels when it takes up `box` around its line of `width`, given in pixels from the
+/// beginning of the baseline.
+QRectF placed(const WmfState& state, const Request& request, const QRectF& box, QPointF shift)
 {
-    constexpr double meanLetter = 0.55; // of the height
-    const double height = wmfTextHeight(state);
-    double width = (meanLetter * height + across(state, state.charExtra)) * double(request.text.size());
-    if (!request.steps.isEmpty()) {
-        width = 0;
-        for (const int step : request.steps)
-            width += across(state, step);
-    }
-    const QRectF line(0, -wmfUsualAscent * height, width, height);
     const QPointF at = state.mapping.map(request.at);
     return QTransform::fromTranslate(at.x(), at.y())
         .rotate(-state.font.escapement / 10.0)
-        .mapRect(line.translated(
-            alignment(state.textAlign, width, wmfUsualAscent * height, wmfUsualDescent * height)));
+        .mapRect(box.translated(shift));
+}
+
+/// Pixels that a text takes up.
+struct Extent
+{
+    QRectF box;
+    double width = 0; ///< of its line
+};
+
+/// What a text takes up at most, where no font can be asked: letters are up to an em wide, and as high as
+/// those of fonts for high lines.
+Extent roughExtent(const WmfState& state, const Request& request)
+{
+    constexpr double above = 0.95; // of the em
+    constexpr double below = 0.3;
+    constexpr double beside = 0.1;
+    const double em = wmfTextHeight(state);
+    Line line;
+    if (request.steps.isEmpty())
+        line.width = std::max(em + across(state, state.charExtra), 0.0) * double(request.text.size());
+    else
+        line = steppedLine(state, request, lettersOf(state.font, request.text));
+    QRectF box(0, -above * em, std::max(line.width, em), (above + below) * em);
+    for (const Line::Piece& piece : line.pieces)
+        box |= QRectF(piece.at.x(), piece.at.y() - above * em, em, (above + below) * em);
+    box.adjust(-beside * em, 0, beside * em, 0);
+    const QPointF shift = alignment(state.textAlign, line.width, wmfUsualAscent * em, wmfUsualDescent * em);
+    return {placed(state, request, box, shift), line.width};
+}
+
+/// The same as the letters of the font have it.
+Extent extentOf(const WmfState& state, const Request& request, const WmfFace& face)
+{
+    constexpr double around = 0.05; // of the em, for smooth edges
+    const Line line = lineOf(state, request, face);
+    const QFontMetricsF metrics(face.font);
+    QRectF box(0, -face.ascent, line.width, face.ascent + face.descent);
+    for (const Line::Piece& piece : line.pieces) {
+        const QRectF letters = metrics.boundingRect(piece.text);
+        box |= QTransform::fromTranslate(piece.at.x(), piece.at.y())
+                   .scale(face.across * piece.across, face.down)
+                   .mapRect(letters);
+    }
+    const double edge = around * wmfTextHeight(state);
+    box.adjust(-edge, -edge, edge, edge);
+    const QPointF shift = alignment(state.textAlign, line.width, face.ascent, face.descent);
+    return {placed(state, request, box, shift), line.width};
 }
 
 void movePosition(WmfState& state, double width)
@@ -251,30 +289,44 @@ const WmfFace* faceOf(WmfContext& context)
     return context.canvas.spend(workPerFace) ? context.faces->make(context.state) : nullptr;
 }
 
-void paintText(WmfContext& context, const Request& request)
+/// Takes what laying out and drawing the text costs from what may be spent; false when that is too much.
+bool spendOnText(WmfContext& context, const Request& request)
 {
-    const WmfState& state = context.state;
-    constexpr double workPerText = 20'000;
+    constexpr double workPerText = 10'000;
     constexpr double workPerLetter = 5000;
     constexpr double workPerClipRect = 200; // to narrow a clip of many pieces, and to widen it again
+    const WmfState& state = context.state;
     const bool clipped = (request.options & clippedOption) != 0;
     const double clipWork = clipped && state.clip ? workPerClipRect * state.clip->rectCount() : 0;
     const double area = wmfTextHeight(state) * wmfTextHeight(state) * double(request.text.size());
     const QRect reach = context.canvas.reach();
     const double shown = double(reach.width()) * reach.height();
-    if (!context.canvas.spend(workPerText + workPerLetter * double(request.text.size()) + clipWork +
-                              2 * std::min(area, 4 * shown)))
-        return;
+    return context.canvas.spend(workPerText + workPerLetter * double(request.text.size()) + clipWork +
+                                2 * std::min(area, 4 * shown));
+}
+
+/// Notes where the text lies, and moves the position behind it.
+void measureText(WmfContext& context, const Request& request)
+{
+    const WmfFace* face = context.asksFonts ? faceOf(context) : nullptr;
+    const Extent extent =
+        face ? extentOf(context.state, request, *face) : roughExtent(context.state, request);
+    context.canvas.note(extent.box);
+    movePosition(context.state, extent.width);
+}
+
+void paintText(WmfContext& context, const Request& request)
+{
     const WmfFace* made = faceOf(context);
     if (!made)
         return;
+    const WmfState& state = context.state;
     const WmfFace& face = *made;
     const Line line = lineOf(state, request, face);
-
     QPainter& painter = context.canvas.painter();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (clipped)
+    if ((request.options & clippedOption) != 0)
         painter.setClipRect(*request.box, Qt::IntersectClip);
     painter.translate(state.mapping.map(request.at));
     painter.rotate(-state.font.escapement / 10.0);
@@ -301,12 +353,13 @@ void drawText(WmfContext& context, Request request)
     // Numbers of glyphs mean nothing outside of the font that they were taken from.
     if (request.text.isEmpty() || (request.options & glyphOption) != 0)
         return;
-    const QRectF rough = roughBox(state, request);
-    context.canvas.note(rough.normalized());
+    if (!spendOnText(context, request))
+        return;
     if (context.canvas.isMeasuring()) {
-        movePosition(state, rough.width());
+        measureText(context, request);
         return;
     }
+    context.canvas.note({});
     paintText(context, request);
 }
 
