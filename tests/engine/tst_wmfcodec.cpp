@@ -266,6 +266,23 @@ void TestWmfCodec::draws_data()
     QTest::newRow("dashes on a clear ground")
         << big().record(0x0102, {1}).pen(1, 1, blue).select(0).line(0, 50, 100, 50).file()
         << Probes{{0, 50, blue}, {17, 50, blue}, {18, 50, white}, {23, 50, white}, {24, 50, blue}};
+    QTest::newRow("lines of no length, and outlines of one pixel")
+        << big()
+               .pen(0, 1, blue)
+               .select(0)
+               .rectangle(10, 10, 11, 11)
+               .rectangle(20, 20, 21, 25)
+               .rectangle(30, 20, 35, 21)
+               .rectangle(70, 70, 70, 80)
+               .record(0x0418, {80, 70, 70, 70})
+               .line(40, 40, 40, 40)
+               .record(0x0325, {2, 50, 50, 50, 50})
+               .line(60, 60, 61, 60)
+               .file()
+        << Probes{{10, 10, blue},  {11, 10, white}, {10, 11, white}, {9, 10, white},  {10, 9, white},
+                  {20, 20, blue},  {20, 24, blue},  {20, 25, white}, {21, 22, white}, {30, 20, blue},
+                  {34, 20, blue},  {35, 20, white}, {40, 40, white}, {50, 50, white}, {60, 60, blue},
+                  {61, 60, white}, {59, 60, white}, {70, 70, white}, {70, 75, white}};
     QTest::newRow("frame inside")
         << big().pen(6, 10, blue).brush(1, 0).select(0).select(1).rectangle(20, 20, 80, 80).file()
         << Probes{{20, 50, blue},  {29, 50, blue},  {79, 50, blue},

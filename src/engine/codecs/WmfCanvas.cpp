@@ -53,8 +53,9 @@ QPolygonF withoutLastPixel(QPolygonF line)
 {
     const QPointF edge = line.last() - line[line.size() - 2];
     const double length = std::hypot(edge.x(), edge.y());
-    if (length > 1)
-        line.last() -= edge / length;
+    constexpr double hardlyAny = 0.001; // the first pixel stays in
+    if (length >= 1)
+        line.last() -= edge / length * (length > 1 ? 1 : 1 - hardlyAny);
     return line;
 }
 
@@ -64,6 +65,13 @@ bool liesIn(const QPolygonF& points, const QRectF& box)
     const QRectF bounds = points.boundingRect();
     return bounds.left() >= box.left() && bounds.right() <= box.right() && bounds.top() >= box.top() &&
            bounds.bottom() <= box.bottom();
+}
+
+/// The line along a box without width or height; one that is drawn, though the box be a point.
+QPolygonF withBothEnds(const QRectF& box)
+{
+    constexpr double hardlyAny = 0.001;
+    return {box.topLeft(), box.isNull() ? box.topLeft() + QPointF(hardlyAny, 0) : box.bottomRight()};
 }
 
 /// Lines further out than this many pixels are cut before they reach the painter.
@@ -238,14 +246,21 @@ void WmfCanvas::stroke(const QList<QPolygonF>& lines, bool closed, const WmfStro
             continue;
         QPolygonF placed = upright ? rounded(line) : line;
         placed.translate(shift);
+        const QSizeF extent = placed.boundingRect().size();
+        if (thin && !closed && extent.isNull())
+            continue; // ends before its last pixel, and has no other
+        // An outline that goes back on itself is a line with both ends.
+        const bool flat = thin && closed && upright && (extent.width() == 0 || extent.height() == 0);
+        if (flat)
+            placed = withBothEnds(placed.boundingRect());
         if (liesIn(placed, box)) {
             path.addPolygon(thin && !closed ? withoutLastPixel(placed) : placed);
-            if (closed)
+            if (closed && !flat)
                 path.closeSubpath();
             shown.append(placed);
             continue;
         }
-        if (closed)
+        if (closed && !flat)
             placed.append(placed.first());
         for (const QPolygonF& piece : clippedLine(placed, box)) {
             path.addPolygon(piece);

@@ -95,6 +95,8 @@ QRectF boxAt(const WmfContext& context, const WmfParams& params, qsizetype word)
 void drawRectangle(WmfContext& context, const WmfParams& params)
 {
     const QRectF box = wholePixels(boxAt(context, params, 0));
+    if (box.isEmpty())
+        return;
     fillFigures(context, {cornersOf(box)});
     strokeLines(context, {cornersOf(outlineBox(context.state, box))}, true);
 }
@@ -102,6 +104,8 @@ void drawRectangle(WmfContext& context, const WmfParams& params)
 void drawRoundRect(WmfContext& context, const WmfParams& params)
 {
     const QRectF box = wholePixels(boxAt(context, params, 2));
+    if (box.isEmpty())
+        return;
     const QPointF corner = context.state.mapping.mapVector(params.pointYX(0));
     const QSizeF size(std::abs(corner.x()), std::abs(corner.y()));
     fillFigures(context, {roundedRect(box, size)});
@@ -126,6 +130,8 @@ QRectF fillBox(const WmfState& state, const QRectF& box)
 void drawEllipse(WmfContext& context, const WmfParams& params)
 {
     const QRectF box = boxAt(context, params, 0);
+    if (box.isEmpty())
+        return;
     fillFigures(context, {ellipse(fillBox(context.state, box))});
     strokeLines(context, {ellipse(outlineBox(context.state, box))}, true);
 }
