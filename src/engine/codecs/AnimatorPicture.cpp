@@ -1,5 +1,6 @@
 #include "engine/codecs/AnimatorPicture.h"
 
+#include "engine/codecs/OnlyPage.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
@@ -112,8 +113,10 @@ class AnimatorDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();

@@ -2,6 +2,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/HeifBoxes.h"
 #include "engine/codecs/MagickBridge.h"
+#include "engine/codecs/OnlyPage.h"
 
 #include <algorithm>
 #include <new>
@@ -41,8 +42,10 @@ class AvifDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkMagickSize(m_facts.size);
         if (!allowed)
             return allowed.error();

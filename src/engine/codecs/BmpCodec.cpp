@@ -3,6 +3,8 @@
 #include "engine/codecs/BmpRows.h"
 #include "engine/codecs/BmpWriter.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/ImageRows.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
@@ -56,11 +58,13 @@ class BmpDecoder final : public Decoder
     BmpDecoder(std::shared_ptr<ByteSource> source, BmpLayout layout)
         : m_source(std::move(source)), m_layout(std::move(layout))
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
     }
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)

@@ -1,6 +1,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/GifStream.h"
 #include "engine/codecs/GifWriter.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
@@ -151,8 +152,10 @@ class GifDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_facts.size);
         if (!allowed)
             return allowed.error();

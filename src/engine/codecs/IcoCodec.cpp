@@ -2,6 +2,7 @@
 #include "engine/codecs/IcoDirectory.h"
 #include "engine/codecs/IcoEntry.h"
 #include "engine/codecs/IcoWriter.h"
+#include "engine/codecs/OnlyPage.h"
 
 #include <algorithm>
 #include <optional>
@@ -21,14 +22,18 @@ class IcoDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const IcoEntry& entry = chosen();
         return PageHeader{entry.size, entry.bitsPerPixel};
     }
 
-    Result<Picture> decode(int, QSize, const CancelFlag& cancel) override
+    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         if (cancel)
             return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
         const IcoEntry& entry = chosen();

@@ -3,6 +3,7 @@
 #include "engine/codecs/JpegErrors.h"
 #include "engine/codecs/JpegProfile.h"
 #include "engine/codecs/JpegSource.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
@@ -333,8 +334,8 @@ int JpegDecoder::pageCount()
 
 Result<PageHeader> JpegDecoder::header(int page)
 {
-    if (page != 1)
-        return Error{ErrorKind::Damaged, QStringLiteral("no page %1 in a JPEG").arg(page)};
+    if (const Status there = onlyPage(page); !there)
+        return there.error();
     if (const Status good = checkFrame(m_frame); !good)
         return good.error();
     return PageHeader{m_frame.size, m_frame.components * m_frame.precision};

@@ -1,6 +1,7 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/MagickBridge.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/Orientation.h"
 
 #include <new>
@@ -57,8 +58,10 @@ class JpegXlDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const QSize size = isTransposed(m_facts.orientation) ? m_facts.size.transposed() : m_facts.size;
         const Status allowed = checkMagickSize(size);
         if (!allowed)

@@ -3,6 +3,7 @@
 #include "engine/codecs/LosslessJpegColor.h"
 #include "engine/codecs/LosslessJpegProfile.h"
 #include "engine/codecs/LosslessJpegScan.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
@@ -179,8 +180,10 @@ int LosslessJpegDecoder::bitsPerPixel() const
     return 8 * bytes * int(m_frame.components.size());
 }
 
-Result<PageHeader> LosslessJpegDecoder::header(int)
+Result<PageHeader> LosslessJpegDecoder::header(int page)
 {
+    if (const Status there = onlyPage(page); !there)
+        return there.error();
     const Status allowed = checkSize(m_frame.size);
     if (!allowed)
         return allowed.error();

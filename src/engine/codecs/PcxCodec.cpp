@@ -1,6 +1,7 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/ImageRows.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/PcxLayout.h"
 #include "engine/codecs/PcxRuns.h"
 #include "engine/codecs/PcxWriter.h"
@@ -89,8 +90,10 @@ class PcxDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();

@@ -2,6 +2,7 @@
 
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/PngFast.h"
 #include "engine/codecs/PngProfile.h"
 #include "engine/codecs/PngRows.h"
@@ -305,8 +306,8 @@ int PngDecoder::pageCount()
 
 Result<PageHeader> PngDecoder::header(int page)
 {
-    if (page != 1)
-        return Error{ErrorKind::Damaged, QStringLiteral("no page %1 in a PNG").arg(page)};
+    if (const Status there = onlyPage(page); !there)
+        return there.error();
     if (const Status good = checkSize(m_header.size); !good)
         return good.error();
     return PageHeader{m_header.size, m_header.depth * m_header.channels()};

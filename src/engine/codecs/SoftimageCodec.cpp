@@ -1,5 +1,6 @@
 #include "engine/codecs/AnimatorPicture.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/SoftimageLayout.h"
 #include "engine/codecs/SoftimageRows.h"
 #include "engine/codecs/SoftimageWriter.h"
@@ -50,8 +51,10 @@ class SoftimageDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();

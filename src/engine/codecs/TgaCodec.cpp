@@ -1,5 +1,6 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/ImageRows.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/TgaLayout.h"
 #include "engine/codecs/TgaRows.h"
 #include "engine/codecs/TgaWriter.h"
@@ -48,10 +49,12 @@ class TgaDecoder final : public Decoder
         : m_source(std::move(source)), m_layout(std::move(layout))
     {
     }
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)

@@ -1,5 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/SourceReader.h"
 #include "engine/codecs/UtahLayout.h"
 #include "engine/Limits.h"
@@ -204,7 +205,7 @@ class UtahDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
@@ -247,6 +248,8 @@ Result<Picture> UtahDecoder::decode(int page, QSize, const CancelFlag& cancel)
     fillBackground(picture.image);
     UtahCanvas canvas(*m_source, m_layout, picture.image);
     canvas.draw(cancel);
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
     if (cancel)
         return cancelledError();
     picture.complete = canvas.isComplete();

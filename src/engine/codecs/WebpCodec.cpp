@@ -1,5 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/WebpLayout.h"
 #include "engine/codecs/WebpWriter.h"
 #include "engine/Limits.h"
@@ -63,8 +64,10 @@ class WebpDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();
