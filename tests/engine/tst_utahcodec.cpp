@@ -24,6 +24,8 @@ class TestUtahCodec : public QObject
     void drawsCodes_data();
     void drawsCodes();
     void boundsTheWork();
+    void boundsTheWorkByTheArea_data();
+    void boundsTheWorkByTheArea();
     void refuses_data();
     void refuses();
     void showsWhatACutFileHolds_data();
@@ -186,6 +188,32 @@ void TestUtahCodec::boundsTheWork()
     QVERIFY(!picture->complete);
     QVERIFY(picture->image.constScanLine(1)[59999] < 100);
     QCOMPARE(picture->image.constScanLine(0)[0], uchar(0));
+}
+
+void TestUtahCodec::boundsTheWorkByTheArea_data()
+{
+    QTest::addColumn<int>("times");
+    QTest::addColumn<bool>("complete");
+    QTest::newRow("each sample once") << 1 << true;
+    QTest::newRow("each sample twice") << 2 << true;
+    QTest::newRow("each sample three times") << 3 << false;
+}
+
+void TestUtahCodec::boundsTheWorkByTheArea()
+{
+    QFETCH(int, times);
+    constexpr int height = 200;
+    UtahMaker maker({3000, height}, 3, UtahMaker::NoBackground);
+    for (int y = 0; y < height; ++y) {
+        for (int i = 0; i < 3 * times; ++i)
+            maker.color(i % 3).run(3000, 200);
+        maker.skipLines(1);
+    }
+    const auto picture = decoded(m_codec, maker.file());
+    QVERIFY(picture);
+    QTEST(picture->complete, "complete");
+    QCOMPARE(picture->image.pixel(2999, height - 1), qRgb(200, 200, 200));
+    QCOMPARE(picture->image.pixel(2999, 0) == qRgb(200, 200, 200), picture->complete);
 }
 
 void TestUtahCodec::refuses_data()

@@ -6,7 +6,9 @@
 #include "engine/Limits.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
+#include <vector>
 
 namespace quorvia::engine {
 
@@ -30,16 +32,18 @@ namespace {
 
 enum Code { skipLines = 1, setColor = 2, skipPixels = 3, byteData = 5, runData = 6, endOfFile = 7 };
 
+/// What a value of one channel makes of a pixel.
+struct Spread
+{
+    QRgb mask = 0;                   ///< the bits that it decides; 0 for a channel that is not there
+    std::array<QRgb, 256> bits = {}; ///< by value
+};
+
 /// Draws the codes of a file into an image of the layout's size and format.
 class UtahCanvas
 {
   public:
-    UtahCanvas(const ByteSource& source, const UtahLayout& layout, QImage& image)
-        : m_reader(source, layout.codesOffset, std::numeric_limits<qint64>::max()), m_layout(layout),
-          m_bits(image.bits()), m_stride(image.bytesPerLine()),
-          m_budget(timesOver * image.width() * image.height() * (layout.channels + 1))
-    {
-    }
+    UtahCanvas(const ByteSource& source, const UtahLayout& layout, QImage& image);
 
     /// Draws until the end of the picture or the file.
     void draw(const CancelFlag& cancel);
@@ -49,14 +53,12 @@ class UtahCanvas
     bool isComplete() const { return m_complete; }
 
   private:
-    /// A few bytes draw a whole row; no picture draws its pixels more often than this.
-    static constexpr qint64 timesOver = 16;
-
     int byte();
     int word();
     void drawBytes(qint64 count);
     void drawRun(qint64 count);
-    void put(qint64 x, int value);
+    template <class ValueAt>
+    void put(qint64 count, const ValueAt& valueAt);
     /// Ends the drawing when the last sample of the top row stands.
     void lookForTheEnd();
 
@@ -64,14 +66,67 @@ class UtahCanvas
     const UtahLayout& m_layout;
     uchar* m_bits;
     qint64 m_stride;
-    qint64 m_x = 0;    ///< from the left edge
-    qint64 m_y = 0;    ///< from the lower edge
-    int m_channel = 0; ///< 0 to 2, 255 for alpha
-    qint64 m_budget;   ///< samples that may still be drawn
+    bool m_deep;                   ///< pixels of 32 bits
+    std::vector<Spread> m_spreads; ///< by channel, 0 to 255
+    std::vector<uchar> m_values;   ///< of the piece under way
+    qint64 m_x = 0;                ///< from the left edge
+    qint64 m_y = 0;                ///< from the lower edge
+    int m_channel = 0;             ///< 0 to 2, 255 for alpha
+    qint64 m_budget;               ///< samples that runs may still draw
     bool m_ended = false;
     bool m_drawn = false;
     bool m_complete = false;
 };
+
+constexpr int alphaChannel = 255;
+
+std::vector<Spread> spreadsOf(const UtahLayout& layout)
+{
+    constexpr QRgb opaque = 0xFF000000;
+    const bool deep = layout.hasAlpha || layout.channels == 3;
+    const auto byMap = [&](int channel, int value) {
+        const auto& map = layout.map;
+        return QRgb(map.empty() ? value : map[map.size() == 3 ? size_t(channel) : 0][size_t(value)]);
+    };
+    std::vector<Spread> spreads(256);
+    for (int channel = 0; channel < layout.channels; ++channel) {
+        Spread& spread = spreads[size_t(channel)];
+        spread.mask = layout.channels == 3 ? 0xFFU << (16 - 8 * channel) : 0x00FFFFFF;
+        for (int value = 0; value < 256; ++value) {
+            QRgb& bits = spread.bits[size_t(value)];
+            if (!deep)
+                bits = layout.isIndexed() ? QRgb(value) : byMap(0, value);
+            else if (layout.channels == 3)
+                bits = byMap(channel, value) << (16 - 8 * channel);
+            else
+                bits = byMap(0, value) << 16 | byMap(1, value) << 8 | byMap(2, value);
+            if (!layout.hasAlpha)
+                bits |= opaque;
+        }
+        if (!layout.hasAlpha)
+            spread.mask |= opaque;
+    }
+    if (layout.hasAlpha) {
+        spreads[alphaChannel].mask = opaque;
+        for (QRgb value = 0; value < 256; ++value)
+            spreads[alphaChannel].bits[value] = value << 24;
+    }
+    return spreads;
+}
+
+/// A few bytes draw a whole row. Pictures draw each sample once, so twice is more than enough.
+qint64 budgetOf(const UtahLayout& layout)
+{
+    constexpr qint64 timesOver = 2;
+    return timesOver * layout.size.width() * layout.size.height() * (layout.channels + 1);
+}
+
+UtahCanvas::UtahCanvas(const ByteSource& source, const UtahLayout& layout, QImage& image)
+    : m_reader(source, layout.codesOffset, std::numeric_limits<qint64>::max()), m_layout(layout),
+      m_bits(image.bits()), m_stride(image.bytesPerLine()), m_deep(image.depth() == 32),
+      m_spreads(spreadsOf(layout)), m_budget(budgetOf(layout))
+{
+}
 
 /// The next byte; 0, and the end of the drawing, where the file ends.
 int UtahCanvas::byte()
@@ -87,70 +142,56 @@ int UtahCanvas::word()
     return low | byte() << 8;
 }
 
-void UtahCanvas::put(qint64 x, int value)
+/// Puts `count` values where the pen stands, as far as they lie in the picture.
+template <class ValueAt>
+void UtahCanvas::put(qint64 count, const ValueAt& valueAt)
 {
-    constexpr int alpha = 255;
     const QSize size = m_layout.size;
-    if (x >= size.width() || m_y >= size.height())
+    const qint64 visible = std::min(count, size.width() - m_x);
+    if (visible <= 0 || m_y >= size.height())
+        return;
+    m_drawn = true;
+    const Spread& spread = m_spreads[size_t(m_channel)];
+    if (spread.mask == 0)
         return;
     uchar* row = m_bits + (size.height() - 1 - m_y) * m_stride;
-    const auto byMap = [&](int channel) {
-        const auto& map = m_layout.map;
-        return map.empty() ? value : map[map.size() == 3 ? size_t(channel) : 0][size_t(value)];
-    };
-    const bool deep = m_layout.hasAlpha || m_layout.channels == 3;
-    if (!deep) {
-        if (m_channel == 0)
-            row[x] = uchar(m_layout.isIndexed() ? value : byMap(0));
-    } else {
-        QRgb& pixel = reinterpret_cast<QRgb*>(row)[x];
-        const auto set = [&pixel](int shift, int sample) {
-            pixel = (pixel & ~(0xFFU << shift)) | QRgb(sample) << shift;
-        };
-        if (m_channel == alpha && m_layout.hasAlpha) {
-            set(24, value);
-        } else if (m_channel < m_layout.channels) {
-            for (int channel = 0; channel < 3; ++channel) {
-                if (m_layout.channels == 1 || channel == m_channel)
-                    set(16 - 8 * channel, byMap(channel));
-            }
-            if (!m_layout.hasAlpha)
-                set(24, 255);
-        }
+    if (!m_deep) {
+        for (qint64 i = 0; i < visible; ++i)
+            row[m_x + i] = uchar(spread.bits[valueAt(i)]);
+        return;
     }
-    m_drawn = true;
+    QRgb* pixels = reinterpret_cast<QRgb*>(row) + m_x;
+    for (qint64 i = 0; i < visible; ++i)
+        pixels[i] = (pixels[i] & ~spread.mask) | spread.bits[valueAt(i)];
 }
 
 void UtahCanvas::drawBytes(qint64 count)
 {
-    for (qint64 i = 0; i < count; ++i) {
-        const int value = byte();
-        if (m_ended)
-            return;
-        put(m_x + i, value);
-    }
-    if (count % 2 != 0)
+    m_values.resize(size_t(count));
+    const qint64 there = m_reader.read(m_values.data(), count);
+    put(there, [this](qint64 i) { return m_values[size_t(i)]; });
+    if (count % 2 != 0 || there < count)
         byte(); // filled up to an even number
+    if (there < count)
+        return;
     m_x += count;
     lookForTheEnd();
 }
 
 void UtahCanvas::drawRun(qint64 count)
 {
-    const int value = word() & 0xFF;
+    const auto value = size_t(word() & 0xFF);
     if (m_ended)
         return;
-    const qint64 visible = std::min(count, m_layout.size.width() - m_x);
-    m_budget -= std::max<qint64>(visible, 0);
-    for (qint64 i = 0; i < visible; ++i)
-        put(m_x + i, value);
+    m_budget -= std::clamp<qint64>(m_layout.size.width() - m_x, 0, count);
+    put(count, [value](qint64) { return value; });
     m_x += count;
     lookForTheEnd();
 }
 
 void UtahCanvas::lookForTheEnd()
 {
-    const int last = m_layout.hasAlpha ? 255 : m_layout.channels - 1;
+    const int last = m_layout.hasAlpha ? alphaChannel : m_layout.channels - 1;
     m_complete = m_complete ||
                  (m_channel == last && m_y == m_layout.size.height() - 1 && m_x >= m_layout.size.width());
 }
@@ -207,6 +248,8 @@ class UtahDecoder final : public Decoder
 
     Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();
@@ -248,8 +291,6 @@ Result<Picture> UtahDecoder::decode(int page, QSize, const CancelFlag& cancel)
     fillBackground(picture.image);
     UtahCanvas canvas(*m_source, m_layout, picture.image);
     canvas.draw(cancel);
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
     if (cancel)
         return cancelledError();
     picture.complete = canvas.isComplete();
