@@ -44,6 +44,7 @@ class TestTgaCodec : public QObject
     void readsTheCorpus();
     void tellsAlpha_data();
     void tellsAlpha();
+    void keepsAlphaOfACutPicture();
     void takesSixteenthBitAsAlpha();
     void keepsPalettes();
     void drawsValuesWithoutEntryBlack();
@@ -53,6 +54,8 @@ class TestTgaCodec : public QObject
     void showsWhatACutFileHolds();
     void writesWhatOthersRead_data();
     void writesWhatOthersRead();
+    void keepsClearPicturesClear_data();
+    void keepsClearPicturesClear();
     void writesTheSmaller();
     void writesEverySize_data();
     void writesEverySize();
@@ -156,6 +159,10 @@ void TestTgaCodec::tellsAlpha_data()
     row("eight attribute bits", half, 8, -1, one, clear);
     row("no attribute bits", half, 0, -1, one, other);
     row("alpha 0 throughout", twoPixels(0, 0), 8, -1, one, other);
+    TgaMaker blank = twoPixels(0, 0);
+    blank.pixels = {QByteArray(4, '\0'), QByteArray(4, '\0')};
+    row("alpha 0 and no colour", blank, 8, -1, 0, 0);
+    row("type 3: alpha, 0 throughout", twoPixels(0, 0), 8, 3, qRgba(10, 20, 30, 0), qRgba(200, 100, 50, 0));
     row("alpha 0 in one", twoPixels(255, 0), 8, -1, one, qRgba(200, 100, 50, 0));
     row("type 0: none", half, 8, 0, one, other);
     row("type 1: undefined", half, 8, 1, one, other);
@@ -177,6 +184,16 @@ void TestTgaCodec::tellsAlpha()
     QVERIFY(picture && picture->complete);
     QCOMPARE(picture->image.pixel(0, 0), first);
     QCOMPARE(picture->image.pixel(1, 0), second);
+}
+
+/// Only the whole picture tells that nobody filled the alpha bits.
+void TestTgaCodec::keepsAlphaOfACutPicture()
+{
+    TgaMaker maker = twoPixels(0, 255);
+    maker.descriptor = 8;
+    const auto part = decodeBytes(codec, maker.bytes().left(18 + 4));
+    QVERIFY(part && !part->complete);
+    QCOMPARE(part->image.pixel(0, 0), qRgba(10, 20, 30, 0));
 }
 
 void TestTgaCodec::takesSixteenthBitAsAlpha()
@@ -324,6 +341,30 @@ void TestTgaCodec::writesWhatOthersRead()
     const auto own = decoded(codec, file);
     QVERIFY(own && own->complete);
     QCOMPARE(firstDifference(rgbaOf(own->image), rgbaOf(wanted)), QString());
+}
+
+void TestTgaCodec::keepsClearPicturesClear_data()
+{
+    QTest::addColumn<QImage>("picture");
+    QImage deep(6, 5, QImage::Format_ARGB32);
+    deep.fill(qRgba(1, 2, 3, 0));
+    QTest::newRow("colours below") << deep;
+    deep.fill(0U);
+    QTest::newRow("nothing below") << deep;
+    QImage indexed(6, 5, QImage::Format_Indexed8);
+    indexed.setColorTable({qRgba(1, 2, 3, 0), qRgb(4, 5, 6)});
+    indexed.fill(0U);
+    QTest::newRow("palette") << indexed;
+}
+
+void TestTgaCodec::keepsClearPicturesClear()
+{
+    QFETCH(QImage, picture);
+    const QByteArray file = encoded(picture);
+    const auto own = decoded(codec, file);
+    QVERIFY(own);
+    QCOMPARE(difference(own->image, picture, true), QString());
+    QCOMPARE(difference(readByMagick(file, tga), picture, true), QString());
 }
 
 void TestTgaCodec::writesTheSmaller()

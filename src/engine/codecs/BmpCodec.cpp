@@ -45,12 +45,6 @@ Error cancelled()
     return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
 }
 
-bool isAllClear(const uchar* row, int count)
-{
-    const auto* pixels = reinterpret_cast<const QRgb*>(row);
-    return std::all_of(pixels, pixels + count, [](QRgb pixel) { return qAlpha(pixel) == 0; });
-}
-
 /// A bitmap whose pixels are stored as rows or runs.
 class BmpDecoder final : public Decoder
 {
@@ -58,14 +52,14 @@ class BmpDecoder final : public Decoder
     BmpDecoder(std::shared_ptr<ByteSource> source, BmpLayout layout)
         : m_source(std::move(source)), m_layout(std::move(layout))
     {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
     }
 
     int pageCount() override { return 1; }
 
     Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();
@@ -115,7 +109,8 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
     uchar* bits = picture.image.bits();
     const qint64 stride = picture.image.bytesPerLine();
     bool drawn = false;
-    bool clear = rows.format() == QImage::Format_ARGB32;
+    const bool hasAlpha = rows.format() == QImage::Format_ARGB32;
+    AlphaWatch alpha;
     for (int first = 0; first < height && picture.complete; first += chunkRows) {
         if (cancel)
             return cancelled();
@@ -129,14 +124,15 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
             const int y = m_layout.topDown ? first + i : height - 1 - (first + i);
             if (pixels > 0)
                 rows.convert(chunk.data() + i * rowBytes, pixels, bits + y * stride);
-            clear = clear && isAllClear(bits + y * stride, pixels);
+            if (hasAlpha)
+                alpha.look(reinterpret_cast<const QRgb*>(bits + y * stride), pixels);
             drawn = drawn || pixels > 0;
             picture.complete = picture.complete && pixels == m_layout.size.width();
         }
     }
     if (!drawn)
         return nothingToShow();
-    if (clear) { // writers exist that name an alpha mask and leave its bits at 0: the picture is opaque
+    if (picture.complete && alpha.isUnfilled()) {
         picture.image = std::move(picture.image).convertToFormat(QImage::Format_RGB32);
         if (picture.image.isNull())
             return noMemory();

@@ -210,7 +210,7 @@ Result<QByteArray> writeBmp(const QImage& image)
 {
     if (image.isNull())
         return noImage();
-    const QImage source = storable(image);
+    const QImage source = blankIfClear(storable(image));
     const Shape shape = shapeOf(source);
     const qint64 rowBytes = (qint64(source.width()) * shape.bits + 31) / 32 * 4;
     const qint64 pixelBytes = rowBytes * source.height();

@@ -67,6 +67,29 @@ QImage overWhite(QImage rows)
     return rows;
 }
 
+void AlphaWatch::look(const QRgb* pixels, int count)
+{
+    if (!m_clear)
+        return;
+    QRgb seen = 0;
+    for (int x = 0; x < count; ++x)
+        seen |= pixels[x];
+    m_clear = qAlpha(seen) == 0;
+    m_colored = m_colored || (seen & ~opaqueBlack) != 0;
+}
+
+QImage blankIfClear(QImage image)
+{
+    if (image.format() != QImage::Format_ARGB32)
+        return image;
+    AlphaWatch watch;
+    for (int y = 0; y < image.height(); ++y)
+        watch.look(reinterpret_cast<const QRgb*>(image.constScanLine(y)), image.width());
+    if (watch.isUnfilled())
+        image.fill(0U);
+    return image;
+}
+
 void coverUsedEntries(QList<QRgb>& table, const QImage& image)
 {
     const bool mono = image.depth() == 1;

@@ -22,6 +22,26 @@ void rgbToRgb32(const uchar* in, QRgb* out, int count);
 /// c' = (c * a + 255 * (255 - a)) / 255, rounded. A null image when there is no memory.
 QImage overWhite(QImage rows);
 
+/// Watches the pixels of a picture with alpha for those of writers that leave room for alpha and never fill
+/// it.
+class AlphaWatch
+{
+  public:
+    /// Looks at `count` pixels (ARGB32).
+    void look(const QRgb* pixels, int count);
+    /// True when there are colours, but alpha is 0 throughout: the picture is opaque, once it is whole. One
+    /// without any colour is as clear as it says.
+    bool isUnfilled() const { return m_clear && m_colored; }
+
+  private:
+    bool m_clear = true;
+    bool m_colored = false;
+};
+
+/// `image` itself, or without its colours when it is ARGB32 and clear all over: readers take alpha 0
+/// throughout for alpha that nobody filled, unless the colours are 0 too.
+QImage blankIfClear(QImage image);
+
 /// Extends `table` with opaque black until it holds the largest pixel value used in `image` (Indexed8 or
 /// Mono). A damaged file may use entries that its palette does not have.
 void coverUsedEntries(QList<QRgb>& table, const QImage& image);

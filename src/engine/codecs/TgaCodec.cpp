@@ -30,11 +30,6 @@ Error noMemory()
     return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
 }
 
-bool isAllClear(const QRgb* pixels, int count)
-{
-    return std::all_of(pixels, pixels + count, [](QRgb pixel) { return qAlpha(pixel) == 0; });
-}
-
 template <class T>
 void mirror(uchar* row, int width)
 {
@@ -49,13 +44,13 @@ class TgaDecoder final : public Decoder
         : m_source(std::move(source)), m_layout(std::move(layout))
     {
     }
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
 
     int pageCount() override { return 1; }
 
     Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const Status allowed = checkSize(m_layout.size);
         if (!allowed)
             return allowed.error();
@@ -95,7 +90,9 @@ Result<Picture> TgaDecoder::readRows(QImage image, const CancelFlag& cancel) con
     uchar* const bits = image.bits();
     const qsizetype stride = image.bytesPerLine();
     const bool deep = image.depth() == 32;
-    bool allClear = image.format() == QImage::Format_ARGB32 && m_layout.kind != TgaKind::Palette;
+    const bool mayBeUnfilled =
+        image.format() == QImage::Format_ARGB32 && m_layout.kind != TgaKind::Palette && !m_layout.alphaIsTold;
+    AlphaWatch alpha;
     bool drawn = false;
     bool complete = true;
     std::vector<uchar> stored(size_t(width) * size_t(m_layout.bytesPerPixel));
@@ -107,7 +104,8 @@ Result<Picture> TgaDecoder::readRows(QImage image, const CancelFlag& cancel) con
         const int count = pixels.read(stored.data(), width);
         uchar* row = bits + order.next() * stride;
         convertTgaRow(m_layout, stored.data(), count, row);
-        allClear = allClear && isAllClear(reinterpret_cast<const QRgb*>(row), count);
+        if (mayBeUnfilled)
+            alpha.look(reinterpret_cast<const QRgb*>(row), count);
         if (m_layout.rightToLeft)
             deep ? mirror<QRgb>(row, width) : mirror<uchar>(row, width);
         drawn = drawn || count > 0;
@@ -115,7 +113,7 @@ Result<Picture> TgaDecoder::readRows(QImage image, const CancelFlag& cancel) con
     }
     if (!drawn)
         return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
-    if (allClear) // the bits are there, but nobody has filled them
+    if (complete && alpha.isUnfilled())
         image.reinterpretAsFormat(QImage::Format_RGB32);
     return Picture{std::move(image), m_layout.size, m_layout.bitsPerPixel(), complete};
 }

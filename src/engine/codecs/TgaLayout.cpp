@@ -123,23 +123,27 @@ int attributesType(const ByteSource& source)
     return uchar(extension[attributesTypeAt]);
 }
 
-TgaAlpha alphaOf(const ByteSource& source, const Header& header)
+void findAlpha(const ByteSource& source, const Header& header, TgaLayout& layout)
 {
     const bool hasRoom = header.kind() == 2 ? header.depth == 32 || header.depth == 16
                                             : header.kind() == 3 && header.depth == 16;
     if (!hasRoom)
-        return TgaAlpha::None;
+        return;
     switch (attributesType(source)) {
     case 0: // none
     case 1: // undefined, can be ignored
     case 2: // undefined, but to be kept
-        return TgaAlpha::None;
+        return;
     case 3:
-        return TgaAlpha::Straight;
+        layout.alpha = TgaAlpha::Straight;
+        layout.alphaIsTold = true;
+        return;
     case 4:
-        return TgaAlpha::Premultiplied;
+        layout.alpha = TgaAlpha::Premultiplied;
+        layout.alphaIsTold = true;
+        return;
     default:
-        return header.attributeBits() > 0 ? TgaAlpha::Straight : TgaAlpha::None;
+        layout.alpha = header.attributeBits() > 0 ? TgaAlpha::Straight : TgaAlpha::None;
     }
 }
 
@@ -166,7 +170,7 @@ Result<TgaLayout> readTgaLayout(const ByteSource& source)
                                        : TgaKind::Gray;
     layout.runs = (header.imageType & runLengthFlag) != 0;
     layout.bytesPerPixel = (header.depth + 7) / 8;
-    layout.alpha = alphaOf(source, header);
+    findAlpha(source, header, layout);
     layout.rightToLeft = (header.descriptor & 0x10) != 0;
     layout.topDown = (header.descriptor & 0x20) != 0;
     constexpr int interleaves[] = {1, 2, 4, 1};

@@ -22,6 +22,7 @@ struct TgaLayout
     bool runs = false;     ///< run-length packets instead of plain pixels
     int bytesPerPixel = 0; ///< 1 to 4; 2 for 15 bits too
     TgaAlpha alpha = TgaAlpha::None;
+    bool alphaIsTold = false; ///< by the extension area, whatever its values are
     bool topDown = false;
     bool rightToLeft = false;
     int interleave = 1;     ///< rows between one stored row and the next: 1, 2 or 4

@@ -127,7 +127,7 @@ Result<QByteArray> writeTga(const QImage& image)
         return Error{
             ErrorKind::Unsupported,
             QStringLiteral("no Targa file holds %1 x %2 pixels").arg(image.width()).arg(image.height())};
-    const QImage source = storable(image);
+    const QImage source = blankIfClear(storable(image));
     if (source.isNull())
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the picture")};
     const Shape shape = shapeOf(source);
