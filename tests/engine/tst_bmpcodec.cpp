@@ -196,7 +196,9 @@ class TestBmpCodec : public QObject
     void readsVariants();
     void agreesWithMagick_data();
     void agreesWithMagick();
+    void readsEmbeddedPictures_data();
     void readsEmbeddedPictures();
+    void refusesABitmapInABitmap();
     void readsEmbeddedPicturesInPlace();
     void refuses_data();
     void refuses();
@@ -207,6 +209,8 @@ class TestBmpCodec : public QObject
     void writesRuns_data();
     void writesRuns();
     void keepsFormatAndPalette();
+    void keepsClearPicturesClear_data();
+    void keepsClearPicturesClear();
     void laysAlphaOverWhiteInRuns();
     void refusesToWriteNothing();
     void readsRowsInPieces();
@@ -236,6 +240,23 @@ void TestBmpCodec::sniffs_data()
     noWidth.width = 0;
     const QString none;
     QTest::newRow("file header") << file << none << true;
+    const auto behindMark = [](quint32 headerSize) {
+        Bitmap bitmap = rows(24, "");
+        bitmap.headerSize = headerSize;
+        return bitmap.bytes();
+    };
+    for (const quint32 size : {12u, 16u, 24u, 36u, 46u, 48u, 64u, 108u, 124u})
+        QTest::addRow("file header, then %u bytes", size) << behindMark(size) << none << true;
+    for (const quint32 size : {11u, 15u, 65u, 107u})
+        QTest::addRow("file header, then %u bytes", size) << behindMark(size) << none << false;
+    QTest::newRow("array") << hex("4241 28000000 00000000 0000 0000") + file << none << true;
+    QTest::newRow("array of something else")
+        << hex("4241 28000000 00000000 0000 0000") + file.mid(2) << none << false;
+    Bitmap odd = bare;
+    odd.headerSize = 48;
+    QTest::newRow("48 bytes, bare, as dib") << odd.bytes() << QStringLiteral("dib") << false;
+    QTest::newRow("text that begins with BA")
+        << QByteArray("BA is short for Bachelor of Arts, BMX is no degree") << none << false;
     QTest::newRow("text that begins with BM")
         << QByteArray("BMW and other cars of the last century") << none << false;
     QTest::newRow("bare, by its content") << bare.bytes() << none << true;
@@ -392,6 +413,24 @@ void TestBmpCodec::readsVariants_data()
         }
     }
 
+    for (const quint32 headerSize : {24u, 36u, 46u, 48u}) {
+        Bitmap os2 = rows(24, "0000ff00ff000000 ff0000ffffff0000");
+        os2.headerSize = headerSize;
+        add(qPrintable(QStringLiteral("24 bits, header of %1").arg(headerSize)), os2,
+            {blue, white, red, green}, QImage::Format_RGB32);
+        Bitmap mapped = rows(8, "00010000 02030000");
+        mapped.headerSize = headerSize;
+        mapped.behindHeader = fourColors + QByteArray(252 * 4, '\0');
+        add(qPrintable(QStringLiteral("8 bits, header of %1").arg(headerSize)), mapped,
+            {blue, white, red, green}, QImage::Format_Indexed8);
+    }
+    Bitmap member = rows(24, "0000ff00ff000000 ff0000ffffff0000");
+    member.headerSize = 12;
+    member.tellOffset = 14 + 14 + 12; // from the start of the file
+    QTest::newRow("24 bits, first of an array")
+        << hex("4241 28000000 00000000 0000 0000") + member.bytes() << Pixels{blue, white, red, green}
+        << int(QImage::Format_RGB32) << true;
+
     Bitmap one = rows(1, "40000000 80000000");
     one.behindHeader = hex("0000ff00 ff000000");
     add("1 bit", one, {blue, red, red, blue}, QImage::Format_Mono);
@@ -474,8 +513,11 @@ void TestBmpCodec::readsVariants_data()
     blank.masksInHeader.clear();
     add("32 bits, alpha 0 everywhere, loose masks", blank, {blue, white, red, green}, QImage::Format_RGB32);
     blank.pixels.chop(4);
-    add("32 bits, alpha 0 everywhere, cut short", blank, {blue, black, red, green}, QImage::Format_RGB32,
-        false);
+    const auto clear = [](QRgb color) { return color & 0xFFFFFF; };
+    add("32 bits, alpha 0 as far as it goes", blank, {clear(blue), 0, clear(red), clear(green)},
+        QImage::Format_ARGB32, false);
+    blank.pixels = QByteArray(16, '\0');
+    add("32 bits, alpha 0 and no colour", blank, {0, 0, 0, 0}, QImage::Format_ARGB32);
     Bitmap blank1555 = rows(16, "007ce003 1f00ff7f");
     blank1555.compression = 6;
     blank1555.behindHeader = masks({0x7C00, 0x03E0, 0x001F, 0x8000});
@@ -519,6 +561,11 @@ void TestBmpCodec::readsVariants_data()
     // edge.
     os2.pixels = hex("020000ff 0000 0003 ff0000ffffff00000000 0001");
     add("RLE24", os2, {blue, white, red, red}, QImage::Format_RGB32);
+    Bitmap marked = os2; // a run of 255 pixels that begins as a JPEG does
+    marked.pixels = hex("ffd8ff01 0000 ffd8ff02 0001");
+    add("RLE24, as if a JPEG began", marked,
+        {qRgb(2, 255, 0xD8), qRgb(2, 255, 0xD8), qRgb(1, 255, 0xD8), qRgb(1, 255, 0xD8)},
+        QImage::Format_RGB32);
     os2.headerSize = 40;
     add("RLE24, header of 40", os2, {blue, white, red, red}, QImage::Format_RGB32);
     os2.pixels = hex("020000ff 0000 0100ff");
@@ -574,14 +621,38 @@ void TestBmpCodec::agreesWithMagick()
     QCOMPARE(difference(result->image, readByMagick(bytes, QStringLiteral("bmp"))), QString());
 }
 
+void TestBmpCodec::readsEmbeddedPictures_data()
+{
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<quint32>("headerSize");
+    QTest::addColumn<quint32>("colors");
+    QTest::addColumn<bool>("fileHeader");
+    for (const int bits : {0, 8, 24, 32}) {
+        for (const quint32 headerSize : {40u, 108u, 124u})
+            QTest::addRow("%d bits, header of %u", bits, headerSize) << bits << headerSize << 0u << true;
+    }
+    QTest::newRow("8 bits, colours told that are not there") << 8 << 40u << 4u << true;
+    QTest::newRow("bare") << 0 << 40u << 0u << false;
+    QTest::newRow("bare, 8 bits") << 8 << 40u << 0u << false;
+    QTest::newRow("bare, 24 bits") << 24 << 124u << 0u << false;
+}
+
 void TestBmpCodec::readsEmbeddedPictures()
 {
+    QFETCH(int, bits);
+    QFETCH(quint32, headerSize);
+    QFETCH(quint32, colors);
+    QFETCH(bool, fileHeader);
     Bitmap holder;
-    holder.bits = 0;
+    holder.headerSize = headerSize;
+    holder.bits = bits;
     holder.width = 9;
     holder.height = 5;
+    holder.clrUsed = colors;
+    holder.fileHeader = fileHeader;
     holder.compression = 5;
     holder.pixels = pngBytes();
+    QVERIFY(m_codec.sniff(holder.bytes().left(1024), QString()));
     const auto png = decoded(m_codec, holder.bytes());
     QVERIFY2(png, png ? "" : qPrintable(png.error().text));
     QCOMPARE(difference(png->image, swatch()), QString());
@@ -592,8 +663,14 @@ void TestBmpCodec::readsEmbeddedPictures()
     QVERIFY2(jpeg, jpeg ? "" : qPrintable(jpeg.error().text));
     QCOMPARE(jpeg->image.size(), QSize(9, 5));
     QVERIFY(std::abs(qRed(jpeg->image.pixel(4, 2)) - 200) <= 2);
+}
 
-    holder.pixels = rows(24, "").bytes(); // a bitmap in a bitmap
+void TestBmpCodec::refusesABitmapInABitmap()
+{
+    Bitmap holder;
+    holder.bits = 0;
+    holder.compression = 4;
+    holder.pixels = rows(24, "").bytes();
     const auto nested = decoded(m_codec, holder.bytes());
     QVERIFY(!nested);
     QCOMPARE(nested.error().kind, ErrorKind::Damaged);
@@ -803,6 +880,32 @@ void TestBmpCodec::keepsFormatAndPalette()
     QCOMPARE(mono->image.format(), QImage::Format_Mono);
     QCOMPARE(mono->image.colorTable(), tinted.colorTable());
     QVERIFY(m_codec.canEncode(QStringLiteral("dib")) && !m_codec.canEncode(QStringLiteral("gif")));
+}
+
+void TestBmpCodec::keepsClearPicturesClear_data()
+{
+    QTest::addColumn<QImage>("picture");
+    QImage deep(6, 5, QImage::Format_ARGB32);
+    deep.fill(qRgba(1, 2, 3, 0));
+    QTest::newRow("colours below") << deep;
+    deep.fill(0U);
+    QTest::newRow("nothing below") << deep;
+    QImage indexed(6, 5, QImage::Format_Indexed8);
+    indexed.setColorTable({qRgba(1, 2, 3, 0), qRgb(4, 5, 6)});
+    indexed.fill(0U);
+    QTest::newRow("palette") << indexed;
+}
+
+void TestBmpCodec::keepsClearPicturesClear()
+{
+    QFETCH(QImage, picture);
+    for (const char* extension : {"bmp", "dib"}) {
+        const QByteArray bytes = encoded(picture, extension);
+        const auto own = decoded(m_codec, bytes);
+        QVERIFY(own);
+        QCOMPARE(difference(own->image, picture, true), QString());
+        QCOMPARE(difference(readByMagick(bytes, QStringLiteral("bmp")), picture, true), QString());
+    }
 }
 
 void TestBmpCodec::laysAlphaOverWhiteInRuns()

@@ -9,8 +9,10 @@ namespace quorvia::engine {
 namespace {
 
 constexpr qint64 fileHeaderLength = 14;
+constexpr qint64 arrayHeaderLength = 14;
 constexpr quint32 os2CoreHeader = 12;
 constexpr quint32 windowsHeader = 40;
+constexpr quint32 os2ShortestHeader = 16; ///< of OS/2 2; its writers leave out the fields that are 0
 constexpr quint32 os2LongHeader = 64;
 
 // Compression numbers. 3 and 4 mean something else in an OS/2 header.
@@ -40,8 +42,11 @@ T little(const QByteArray& bytes, qint64 offset)
     return qFromLittleEndian<T>(bytes.constData() + offset);
 }
 
-bool isHeaderSize(quint32 size)
+/// The sizes that stand for themselves. Behind "BM" any length that OS/2 2 allows will do.
+bool isHeaderSize(quint32 size, bool behindMark)
 {
+    if (behindMark && size >= os2ShortestHeader && size <= os2LongHeader)
+        return true;
     constexpr std::array<quint32, 8> known = {12, 16, 40, 52, 56, 64, 108, 124};
     return std::find(known.begin(), known.end(), size) != known.end();
 }
@@ -64,7 +69,13 @@ struct Fields
     quint32 clrUsed = 0;
     std::array<quint32, 4> masks = {};
 
-    bool isOs2() const { return headerSize == 12 || headerSize == 16 || headerSize == os2LongHeader; }
+    bool isOs2() const
+    {
+        return headerSize <= os2LongHeader && headerSize != windowsHeader && headerSize != 52 &&
+               headerSize != 56;
+    }
+    /// A JPEG or PNG in place of pixels.
+    bool isEmbedded() const { return compression == jpegOrRle24 || compression == png; }
 };
 
 Fields readFields(const QByteArray& head, qint64 at)
@@ -82,13 +93,15 @@ Fields readFields(const QByteArray& head, qint64 at)
     fields.height = little<qint32>(head, at + 8);
     fields.planes = little<quint16>(head, at + 12);
     fields.bits = little<quint16>(head, at + 14);
-    if (fields.headerSize < windowsHeader)
+    const auto inHeader = [&](quint32 offset) {
+        return fields.headerSize >= offset + 4 ? little<quint32>(head, at + offset) : 0;
+    };
+    fields.compression = inHeader(16);
+    fields.clrUsed = inHeader(32);
+    if (fields.isOs2())
         return fields;
-    fields.compression = little<quint32>(head, at + 16);
-    fields.clrUsed = little<quint32>(head, at + 32);
     // Behind a header of 40 bytes the masks follow it, which is the place where longer ones hold them.
-    const bool hasAlpha = (fields.headerSize >= 56 && fields.headerSize != os2LongHeader) ||
-                          fields.compression == alphaBitFields;
+    const bool hasAlpha = fields.headerSize >= 56 || fields.compression == alphaBitFields;
     for (size_t i = 0; i < (hasAlpha ? 4u : 3u); ++i)
         fields.masks[i] = little<quint32>(head, at + windowsHeader + 4 * qint64(i));
     return fields;
@@ -129,9 +142,9 @@ Status findPacking(const Fields& fields, BmpLayout& layout)
             return mismatch();
         layout.packing = BmpPacking::Rows;
         break;
-    case jpegOrRle24:
-        // An OS/2 writer may use a header of 40 bytes as well; an embedded JPEG has no 24 bits of its own.
-        layout.packing = fields.bits == 24 ? BmpPacking::Rle24 : BmpPacking::Jpeg;
+    case jpegOrRle24: // an OS/2 writer may use a header of 40 bytes as well
+        layout.packing =
+            fields.bits == 24 && fields.headerSize <= os2LongHeader ? BmpPacking::Rle24 : BmpPacking::Jpeg;
         return ok();
     case png:
         layout.packing = BmpPacking::Png;
@@ -171,6 +184,14 @@ QList<QRgb> readPalette(const QByteArray& head, qint64 at, qint64 stored, int en
     return palette;
 }
 
+/// Offset of the DIB header, behind the file header and that of an OS/2 array of bitmaps; 0 for a bare DIB.
+qint64 dibOffset(const QByteArray& head)
+{
+    if (head.startsWith("BA") && head.mid(arrayHeaderLength, 2) == "BM")
+        return arrayHeaderLength + fileHeaderLength;
+    return head.startsWith("BM") ? fileHeaderLength : 0;
+}
+
 /// Finds palette and pixels. A pixel offset that points into the headers or past the end is nonsense that
 /// real files hold: the pixels then follow the palette. One that leaves room for a part of the palette cuts
 /// it.
@@ -179,16 +200,16 @@ void placePaletteAndPixels(const QByteArray& head, qint64 at, const Fields& fiel
 {
     const qint64 paletteAt = at + fields.headerSize + looseMaskBytes(fields);
     const int entryBytes = fields.headerSize == os2CoreHeader ? 3 : 4;
-    const bool indexed = fields.bits > 0 && fields.bits <= 8;
-    qint64 stored = fields.clrUsed;
+    const bool indexed = fields.bits > 0 && fields.bits <= 8 && !fields.isEmbedded();
+    qint64 stored = fields.isEmbedded() ? 0 : fields.clrUsed;
     if (indexed && stored == 0)
         stored = qint64(1) << fields.bits;
     if (paletteAt + stored * entryBytes > fileSize)
         stored = indexed ? qint64(1) << fields.bits : 0;
 
     layout.pixelOffset = paletteAt + stored * entryBytes;
-    if (at == fileHeaderLength) {
-        const qint64 told = little<quint32>(head, 10);
+    if (at >= fileHeaderLength) {
+        const qint64 told = little<quint32>(head, at - 4);
         const bool sane = indexed ? told > paletteAt : told >= paletteAt;
         if (sane && told < fileSize) {
             layout.pixelOffset = told;
@@ -204,32 +225,34 @@ void placePaletteAndPixels(const QByteArray& head, qint64 at, const Fields& fiel
 
 bool isBmpFile(const QByteArray& head)
 {
-    return head.startsWith("BM") && isHeaderSize(little<quint32>(head, fileHeaderLength));
+    const qint64 at = dibOffset(head);
+    return at > 0 && isHeaderSize(little<quint32>(head, at), true);
 }
 
 bool isBareDib(const QByteArray& head, bool weak)
 {
     const Fields fields = readFields(head, 0);
-    if (!isHeaderSize(fields.headerSize) || fields.planes != 1)
-        return false;
-    if (fields.width <= 0 || fields.height == 0)
-        return false;
-    if (fields.compression > alphaBitFields)
-        return false;
-    const bool embedded = fields.compression == jpegOrRle24 || fields.compression == png;
-    if (!isDepth(fields.bits) && !(embedded && fields.bits == 0))
-        return false;
     constexpr qint64 widest = 65535;
     const bool likely = fields.headerSize >= windowsHeader && fields.width <= widest &&
                         std::abs(fields.height) <= widest && head.size() >= qint64(fields.headerSize);
-    return weak || likely;
+    return fields.planes == 1 && isIconDib(head) && (weak || likely);
+}
+
+bool isIconDib(const QByteArray& head)
+{
+    const Fields fields = readFields(head, 0);
+    if (!isHeaderSize(fields.headerSize, false) || fields.planes > 1)
+        return false;
+    if (fields.width <= 0 || fields.height == 0 || fields.compression > alphaBitFields)
+        return false;
+    return isDepth(fields.bits) || (fields.isEmbedded() && fields.bits == 0);
 }
 
 Result<BmpLayout> readBmpLayout(const QByteArray& head, qint64 fileSize)
 {
-    const qint64 at = head.startsWith("BM") ? fileHeaderLength : 0;
+    const qint64 at = dibOffset(head);
     const Fields fields = readFields(head, at);
-    if (!isHeaderSize(fields.headerSize))
+    if (!isHeaderSize(fields.headerSize, at > 0))
         return damaged(QStringLiteral("a header of %1 bytes").arg(fields.headerSize));
     if (head.size() < at + qint64(fields.headerSize))
         return damaged(QStringLiteral("the header is cut short"));
@@ -246,6 +269,9 @@ Result<BmpLayout> readBmpLayout(const QByteArray& head, qint64 fileSize)
     layout.bitsPerPixel = fields.bits;
     layout.masks = findMasks(fields);
     placePaletteAndPixels(head, at, fields, fileSize, layout);
+    const bool startsAsJpeg = head.mid(layout.pixelOffset).startsWith("\xFF\xD8\xFF");
+    if (layout.packing == BmpPacking::Rle24 && !fields.isOs2() && startsAsJpeg)
+        layout.packing = BmpPacking::Jpeg;
     return layout;
 }
 

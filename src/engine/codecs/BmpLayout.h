@@ -26,7 +26,7 @@ struct BmpLayout
     BmpPacking packing = BmpPacking::Rows;
     std::array<quint32, 4> masks = {}; ///< red, green, blue, alpha; for 16, 24 and 32 bits. Alpha 0: opaque
     QList<QRgb> palette;               ///< 1 << bitsPerPixel entries up to 8 bits, else empty
-    qint64 pixelOffset = 0;            ///< bytes from the start of the file
+    qint64 pixelOffset = 0;            ///< bytes from the start of the file; of the first bitmap in an array
     qint64 pixelLength = 0;            ///< bytes of pixel data that the file can hold
 
     /// Bytes from one stored row to the next: rows fill up to 32 bits.
@@ -35,12 +35,17 @@ struct BmpLayout
     qint64 usedRowBytes() const { return (qint64(size.width()) * bitsPerPixel + 7) / 8; }
 };
 
-/// True when `head` begins with "BM" and a header of a known size.
+/// True when `head` begins with "BM" and a header of a possible size, with or without the header of an OS/2
+/// array of bitmaps ("BA") before them.
 bool isBmpFile(const QByteArray& head);
 
 /// True when `head` begins with a DIB header without file header. With `weak` the short OS/2 headers pass
 /// too, whose few fields are no proof on their own.
 bool isBareDib(const QByteArray& head, bool weak);
+
+/// True when `head` begins with a DIB header as an icon may hold it: a short one, or one that tells 0 planes,
+/// passes too.
+bool isIconDib(const QByteArray& head);
 
 /// Reads the headers of a file of `fileSize` bytes that begins with `head` (bmpHeadLength bytes, or all there
 /// are). Damaged or Unsupported on failure; sizes are not held against the limits here.
