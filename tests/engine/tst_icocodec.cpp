@@ -134,27 +134,42 @@ void TestIcoCodec::sniffs_data()
     add("no entry", icon({}), false, "ico");
     add("entry cut short", icon({good}).left(21), false, "ico");
     add("cursor", icon({good}, 2), true, "cur");
-    add("what may be a TGA", icon({good}, 2), false, "ico");
+    add("cursor named as an icon", icon({good}, 2), true, "ico");
+    add("what may be a TGA", icon({good}, 2), false, "tga");
     add("what may be a TGA, no name", icon({good}, 2), false);
     add("type 3", icon({good}, 3), false, "ico");
     Slot odd = good;
     odd.reserved = 255;
     add("reserved byte 255", icon({odd}), true);
     odd.reserved = 7;
-    add("reserved byte 7", icon({odd}), false, "ico");
+    add("reserved byte 7", icon({odd}), false);
+    add("reserved byte 7, by its name", icon({odd}), true, "ico");
     odd = good;
     odd.bits = 0;
     odd.planes = 0;
     add("no depth told", icon({odd}), true);
     odd.bits = 33;
-    add("33 bits", icon({odd}), false, "ico");
+    add("33 bits", icon({odd}), false);
+    add("33 bits, by its name", icon({odd}), true, "ico");
+    odd.bits = 256;
+    add("256 for the bits, by its name", icon({odd}), true, "cur");
     odd = good;
     odd.planes = 99;
-    add("99 planes", icon({odd}), false, "ico");
+    add("99 planes", icon({odd}), false);
+    add("99 planes, by its name", icon({odd}), true, "ico");
     odd = good;
     odd.offset = 21;
     add("content in the directory", icon({odd}), false, "ico");
-    add("second entry makes no sense", icon({good, odd}), false, "ico");
+    add("second entry makes no sense", icon({good, odd}), false);
+    add("second entry makes no sense, by its name", icon({good, odd}), true, "ico");
+    add("first entry makes no sense, by its name", icon({odd, good}), true, "ico");
+    odd.offset = 0;
+    add("null entry, by its name", icon({odd, good}), true, "ico");
+    add("null entry alone, by its name", icon({odd}), false, "ico");
+    QByteArray noLength = icon({good});
+    noLength.replace(14, 4, QByteArray(4, '\0'));
+    add("length 0", noLength, false);
+    add("length 0, by its name", noLength, true, "ico");
     add("nothing", {}, false, "ico");
     // 300 x 200, 24 bits, unpacked: the usual header of a TGA.
     add("a TGA", QByteArray::fromHex("000002000000000000000000 2c01 c800 1800") + QByteArray(900, 'x'), false,
@@ -232,6 +247,20 @@ void TestIcoCodec::choosesTheBest_data()
     QTest::newRow("directory tells another size")
         << icon({small, {bitmap(8, 6, 2), 1, 1}}) << QSize(8, 6) << 2;
     QTest::newRow("height without a mask") << icon({{bitmap(4, 6, 5, false), 4, 6}}) << QSize(4, 6) << 5;
+    QTest::newRow("height without a mask, an entry behind")
+        << icon({{bitmap(4, 6, 5, false), 4, 6}, small}) << QSize(4, 6) << 5;
+    QTest::newRow("slot tells the height with the mask's rows")
+        << icon({{bitmap(8, 6, 5), 8, 12}}) << QSize(8, 6) << 5;
+    QTest::newRow("slot tells the height with the mask's rows, an entry behind")
+        << icon({{bitmap(8, 6, 5), 8, 12}, {bitmap(8, 5, 4), 8, 5}}) << QSize(8, 6) << 5;
+    QTest::newRow("height 0 for 256 means 128 and the mask")
+        << icon({{bitmap(128, 128, 5), 0, 0}}) << QSize(128, 128) << 5;
+    QTest::newRow("two squares are a picture and its mask")
+        << icon({{bitmap(8, 8, 5) + QByteArray(999, '\0'), 8, 16}}) << QSize(8, 8) << 5;
+    Slot noPlanes = small;
+    noPlanes.content.replace(12, 2, word(0));
+    QTest::newRow("0 planes") << icon({noPlanes}) << QSize(4, 4) << 1;
+    QTest::newRow("null entry") << icon({Slot{{}, 0, 0, 0, 0, 0}, small}) << QSize(4, 4) << 1;
     Slot broken = large;
     broken.content[0] = 99;
     QTest::newRow("largest has no header") << icon({broken, small}) << QSize(4, 4) << 1;

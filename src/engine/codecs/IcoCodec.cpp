@@ -82,7 +82,7 @@ class IcoCodec final : public Codec
     QStringList extensions() const override { return {QStringLiteral("ico"), QStringLiteral("cur")}; }
     bool sniff(const QByteArray& head, const QString& extension) const override
     {
-        return isIco(head, extension == QLatin1String("cur"));
+        return isIco(head, extensions().contains(extension));
     }
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
     {

@@ -14,6 +14,7 @@ namespace {
 
 constexpr qint64 headerBytes = 6;
 constexpr qint64 slotBytes = 16;
+constexpr int iconType = 1;
 constexpr int cursorType = 2;
 
 int word(const QByteArray& bytes, qsizetype at)
@@ -26,19 +27,29 @@ quint32 longWord(const QByteArray& bytes, qsizetype at)
     return qFromLittleEndian<quint32>(bytes.constData() + at);
 }
 
-bool isPlausible(const QByteArray& head, qsizetype at, bool cursor, int count)
+/// What the directory tells of an entry's bitmap.
+struct Slot
+{
+    int height;    ///< pixels
+    qint64 length; ///< bytes
+};
+
+/// What every icon of a sound writer tells.
+bool isSound(const QByteArray& head, qsizetype at, int count)
 {
     constexpr std::array<int, 9> depths = {0, 1, 2, 4, 8, 15, 16, 24, 32};
     const auto reserved = uchar(head[at + 3]);
-    if (reserved != 0 && reserved != 255)
-        return false;
-    if (!cursor) { // a cursor's hot spot stands in this place
-        const int planes = word(head, at + 4);
-        const int bits = word(head, at + 6);
-        if (planes > 4 || std::find(depths.begin(), depths.end(), bits) == depths.end())
-            return false;
-    }
-    return longWord(head, at + 8) > 0 && longWord(head, at + 12) >= headerBytes + slotBytes * count;
+    const int planes = word(head, at + 4);
+    const int bits = word(head, at + 6);
+    return (reserved == 0 || reserved == 255) && planes <= 4 &&
+           std::find(depths.begin(), depths.end(), bits) != depths.end() && longWord(head, at + 8) > 0 &&
+           longWord(head, at + 12) >= headerBytes + slotBytes * count;
+}
+
+/// True when there may be an entry at all: its own header decides about the rest.
+bool isPlausible(const QByteArray& head, qsizetype at)
+{
+    return longWord(head, at + 12) >= headerBytes + slotBytes;
 }
 
 /// Depth of a PNG from the bit depth and the colour type in its header.
@@ -65,17 +76,31 @@ Result<IcoEntry> readPngEntry(const QByteArray& head, IcoEntry entry)
     return entry;
 }
 
-Result<IcoEntry> readBitmapEntry(const QByteArray& head, int toldHeight, qint64 length, IcoEntry entry)
+/// The rows of the mask count in the header's height; some writers leave both out. Nearly all have a mask:
+/// only a height that the slot tells too, with room for that many rows of colours, means that there is none,
+/// and never where it makes two squares.
+bool isMasked(const BmpLayout& layout, const Slot& slot, qint64 fileLength)
 {
-    if (!isBareDib(head, true))
+    const qint64 height = layout.size.height();
+    if (height != slot.height || height == 2 * qint64(layout.size.width()))
+        return true;
+    const qint64 maskRow = (qint64(layout.size.width()) + 31) / 32 * 4;
+    const qint64 withMask = layout.pixelOffset + height / 2 * (layout.rowBytes() + maskRow);
+    // A told length that is too short is common: then the file's end counts.
+    const qint64 length = slot.length >= withMask ? slot.length : fileLength;
+    return length < layout.pixelOffset + height * layout.rowBytes();
+}
+
+Result<IcoEntry> readBitmapEntry(const QByteArray& head, const Slot& slot, qint64 length, IcoEntry entry)
+{
+    if (!isIconDib(head))
         return Error{ErrorKind::Damaged, QStringLiteral("an entry has no header")};
     const Result<BmpLayout> layout = readBmpLayout(head, length);
     if (!layout)
         return layout.error();
     if (layout->packing != BmpPacking::Rows)
         return Error{ErrorKind::Unsupported, QStringLiteral("a compressed bitmap in an icon")};
-    // The rows of the mask count in the header's height; some writers leave both out.
-    entry.masked = layout->size.height() != toldHeight;
+    entry.masked = isMasked(*layout, slot, length);
     entry.size = layout->size;
     if (entry.masked)
         entry.size.setHeight(layout->size.height() / 2);
@@ -88,38 +113,38 @@ Result<IcoEntry> readBitmapEntry(const QByteArray& head, int toldHeight, qint64 
     return entry;
 }
 
-Result<IcoEntry> readEntry(const ByteSource& source, const QByteArray& slot)
+Result<IcoEntry> readEntry(const ByteSource& source, const QByteArray& bytes)
 {
     IcoEntry entry;
-    entry.offset = longWord(slot, 12);
+    entry.offset = longWord(bytes, 12);
     const qint64 length = source.size() - entry.offset;
-    // A told length that is too short is common; what counts is where the file ends.
     const QByteArray head = source.bytes(entry.offset, bmpHeadLength);
-    const int toldHeight = slot[1] == 0 ? 256 : uchar(slot[1]);
+    const Slot slot = {bytes[1] == 0 ? 256 : uchar(bytes[1]), longWord(bytes, 8)};
     if (head.startsWith("\x89PNG\r\n\x1A\n"))
         return readPngEntry(head, entry);
-    return readBitmapEntry(head, toldHeight, length, entry);
+    return readBitmapEntry(head, slot, length, entry);
 }
 
 } // namespace
 
-bool isIco(const QByteArray& head, bool cursors)
+bool isIco(const QByteArray& head, bool named)
 {
     if (head.size() < headerBytes + slotBytes || word(head, 0) != 0)
         return false;
     const int type = word(head, 2);
-    const bool cursor = type == cursorType;
     const int count = word(head, 4);
-    if ((type != 1 && !(cursor && cursors)) || count < 1)
+    if ((type != iconType && !(type == cursorType && named)) || count < 1)
         return false;
+    bool sound = true;
+    bool plausible = false;
     for (qint64 i = 0; i < count; ++i) {
         const qint64 at = headerBytes + i * slotBytes;
         if (at + slotBytes > head.size())
             break;
-        if (!isPlausible(head, at, cursor, count))
-            return false;
+        sound = sound && isSound(head, at, count);
+        plausible = plausible || isPlausible(head, at);
     }
-    return true;
+    return named ? plausible : sound;
 }
 
 Result<std::vector<IcoEntry>> readIcoDirectory(const ByteSource& source)

@@ -20,9 +20,10 @@ struct IcoEntry
     bool masked = true; ///< a bitmap's mask of transparent pixels follows its rows
 };
 
-/// True when `head` begins with a directory of icons whose entries all make sense. Cursors are told only when
-/// `cursors` says so: a TGA may begin with the same bytes.
-bool isIco(const QByteArray& head, bool cursors);
+/// True when `head` begins with a directory of icons whose entries all make sense. When the file is `named`
+/// as an icon or cursor, one possible entry is enough, and cursors are told too: without that name a TGA may
+/// begin with the same bytes.
+bool isIco(const QByteArray& head, bool named);
 
 /// The entries whose headers can be read and are within the limits, the best first: the largest area, then
 /// the most bits, then the order in the file. Damaged when there is none; TooLarge or Unsupported when that
