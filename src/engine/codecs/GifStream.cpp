@@ -114,10 +114,15 @@ GifFrame GifStream::describe() const
 {
     const GifImageDesc& image = m_gif->Image;
     GifFrame frame;
-    frame.rectangle = QRect(image.Left, image.Top, image.Width, image.Height);
+    const QSize size(image.Width, image.Height);
     frame.canvas = QSize(m_gif->SWidth, m_gif->SHeight);
-    if (frame.canvas.isEmpty())
-        frame.canvas = frame.rectangle.size();
+    frame.rectangle = QRect(QPoint(image.Left, image.Top), size);
+    if (frame.canvas.isEmpty()) {
+        frame.canvas = size;
+        frame.rectangle.moveTo(0, 0);
+    } else if (size.width() > frame.canvas.width() || size.height() > frame.canvas.height()) {
+        frame.canvas = frame.canvas.expandedTo(QSize(image.Left + size.width(), image.Top + size.height()));
+    }
     frame.interlaced = image.Interlace;
     frame.palette = colorsOf(image.ColorMap ? image.ColorMap : m_gif->SColorMap);
     frame.transparentIndex = m_transparentIndex;

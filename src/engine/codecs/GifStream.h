@@ -19,7 +19,8 @@ namespace quorvia::engine {
 
 struct GifFrame
 {
-    QSize canvas;    ///< the logical screen, pixels; the frame's size where the file leaves it at 0
+    /// The logical screen, pixels; grown to reach a frame that is larger, the frame's size where it is empty.
+    QSize canvas;
     QRect rectangle; ///< the frame on the canvas; may reach beyond it
     bool interlaced = false;
     QList<QRgb> palette; ///< opaque colours, 2 to 256
