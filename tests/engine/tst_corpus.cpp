@@ -20,6 +20,8 @@ class TestCorpus : public QObject
     void hasTenFiles();
     void readsEveryPixel_data();
     void readsEveryPixel();
+    void refusesPagesThatAreNotThere_data();
+    void refusesPagesThatAreNotThere();
     void isReadWithoutItsName_data();
     void isReadWithoutItsName();
 
@@ -83,6 +85,27 @@ void TestCorpus::readsEveryPixel()
     QCOMPARE(picture->bitsPerPixel, header->bitsPerPixel);
     if (!good.expected.size.isEmpty())
         QCOMPARE(firstDifference(rgbaOf(picture->image), good.expected, good.tolerance), QString());
+}
+
+void TestCorpus::refusesPagesThatAreNotThere_data()
+{
+    rows();
+}
+
+void TestCorpus::refusesPagesThatAreNotThere()
+{
+    const auto decoder = openDecoder(ByteSource::fromBytes(fixture().file), m_extension);
+    QVERIFY2(decoder, decoder ? "" : qPrintable(decoder.error().text));
+    const CancelFlag goOn{false};
+    for (const int page : {(*decoder)->pageCount() + 1, 0, -1}) {
+        const auto header = (*decoder)->header(page);
+        QVERIFY2(!header, qPrintable(QString::number(page)));
+        QCOMPARE(header.error().kind, ErrorKind::Damaged);
+        const auto picture = (*decoder)->decode(page, QSize(), goOn);
+        QVERIFY2(!picture, qPrintable(QString::number(page)));
+        QCOMPARE(picture.error().kind, ErrorKind::Damaged);
+    }
+    QVERIFY((*decoder)->header(1));
 }
 
 void TestCorpus::isReadWithoutItsName_data()

@@ -1,6 +1,6 @@
 #include "engine/codecs/AnimatorPicture.h"
 
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>

@@ -2,7 +2,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/HeifBoxes.h"
 #include "engine/codecs/MagickBridge.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 
 #include <algorithm>
 #include <new>

@@ -4,7 +4,7 @@
 #include "engine/codecs/BmpWriter.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
 
 #include <algorithm>

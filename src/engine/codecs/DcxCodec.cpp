@@ -1,5 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/PageNumber.h"
 
 #include <QtEndian>
 
@@ -100,8 +101,8 @@ class DcxDecoder final : public Decoder
   private:
     Result<std::unique_ptr<Decoder>> openPage(int page) const
     {
-        if (page < 1 || page > int(m_pages.size()))
-            return Error{ErrorKind::Damaged, QStringLiteral("there is no page %1").arg(page)};
+        if (const Status there = pageAmong(page, int(m_pages.size())); !there)
+            return there.error();
         const Page& place = m_pages[size_t(page) - 1];
         return pcxCodec().open(ByteSource::window(m_source, place.offset, place.length));
     }

@@ -1,7 +1,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/GifStream.h"
 #include "engine/codecs/GifWriter.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
 
 #include <algorithm>

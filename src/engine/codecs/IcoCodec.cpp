@@ -2,7 +2,7 @@
 #include "engine/codecs/IcoDirectory.h"
 #include "engine/codecs/IcoEntry.h"
 #include "engine/codecs/IcoWriter.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 
 #include <algorithm>
 #include <optional>

@@ -3,7 +3,7 @@
 #include "engine/codecs/JpegErrors.h"
 #include "engine/codecs/JpegProfile.h"
 #include "engine/codecs/JpegSource.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>

@@ -1,8 +1,8 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/MagickBridge.h"
-#include "engine/codecs/OnlyPage.h"
 #include "engine/codecs/Orientation.h"
+#include "engine/codecs/PageNumber.h"
 
 #include <new>
 

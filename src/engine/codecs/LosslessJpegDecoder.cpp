@@ -3,7 +3,7 @@
 #include "engine/codecs/LosslessJpegColor.h"
 #include "engine/codecs/LosslessJpegProfile.h"
 #include "engine/codecs/LosslessJpegScan.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
 
 #include <algorithm>

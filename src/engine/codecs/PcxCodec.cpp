@@ -1,7 +1,7 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/PcxLayout.h"
 #include "engine/codecs/PcxRuns.h"
 #include "engine/codecs/PcxWriter.h"

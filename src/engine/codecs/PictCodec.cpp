@@ -1,5 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/PictRows.h"
 #include "engine/codecs/PictScan.h"
 #include "engine/Limits.h"
@@ -91,8 +92,10 @@ class PictDecoder final : public Decoder
     PictScan m_scan;
 };
 
-Result<PageHeader> PictDecoder::header(int)
+Result<PageHeader> PictDecoder::header(int page)
 {
+    if (const Status there = onlyPage(page); !there)
+        return there.error();
     if (m_scan.bitmaps.empty() && !m_scan.unread.isEmpty())
         return Error{ErrorKind::Unsupported,
                      QStringLiteral("a Macintosh picture compressed as \"%1\"").arg(m_scan.unread)};

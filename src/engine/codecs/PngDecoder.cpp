@@ -2,7 +2,7 @@
 
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/PngFast.h"
 #include "engine/codecs/PngProfile.h"
 #include "engine/codecs/PngRows.h"

@@ -1,6 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/PnmLayout.h"
 #include "engine/codecs/PnmText.h"
 #include "engine/codecs/PnmWriter.h"

@@ -1,6 +1,6 @@
 #include "engine/codecs/AnimatorPicture.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/SoftimageLayout.h"
 #include "engine/codecs/SoftimageRows.h"
 #include "engine/codecs/SoftimageWriter.h"

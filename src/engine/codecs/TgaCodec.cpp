@@ -1,6 +1,6 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/TgaLayout.h"
 #include "engine/codecs/TgaRows.h"
 #include "engine/codecs/TgaWriter.h"

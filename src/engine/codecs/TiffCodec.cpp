@@ -1,4 +1,5 @@
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/TiffHandle.h"
 #include "engine/codecs/TiffLayout.h"
 #include "engine/codecs/TiffPages.h"
@@ -67,8 +68,8 @@ class TiffDecoder final : public Decoder
 
 Result<TiffDecoder::Page> TiffDecoder::openPage(int page) const
 {
-    if (page < 1 || page > int(m_pages.size()))
-        return Error{ErrorKind::Damaged, QStringLiteral("there is no page %1").arg(page)};
+    if (const Status there = pageAmong(page, int(m_pages.size())); !there)
+        return there.error();
     Page found;
     found.handle = TiffHandle::reading(m_source);
     TIFF* tiff = found.handle->get();

@@ -1,6 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/SourceReader.h"
 #include "engine/codecs/UtahLayout.h"
 #include "engine/Limits.h"

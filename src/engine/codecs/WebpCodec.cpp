@@ -1,6 +1,6 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/OnlyPage.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/WebpLayout.h"
 #include "engine/codecs/WebpWriter.h"
 #include "engine/Limits.h"

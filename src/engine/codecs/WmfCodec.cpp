@@ -1,4 +1,5 @@
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/WmfHeader.h"
 #include "engine/codecs/WmfPlayer.h"
 #include "engine/codecs/WmfWriter.h"
@@ -93,8 +94,10 @@ Result<Layout> WmfDecoder::layOut() const
     return Layout{size, *mapping, wmfDepth(m_source, m_header.recordOffset)};
 }
 
-Result<PageHeader> WmfDecoder::header(int)
+Result<PageHeader> WmfDecoder::header(int page)
 {
+    if (const Status there = onlyPage(page); !there)
+        return there.error();
     if (!m_layout)
         m_layout.emplace(layOut());
     if (!*m_layout)

@@ -1,4 +1,5 @@
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/WpgBitmap.h"
 #include "engine/codecs/WpgCanvas.h"
 #include "engine/codecs/WpgDrawing1.h"
@@ -28,6 +29,8 @@ class WpgBitmapDecoder final : public Decoder
 
     Result<PageHeader> header(int page) override
     {
+        if (const Status there = pageAmong(page, pageCount()); !there)
+            return there.error();
         const Result<WpgBitmap> bitmap = readWpgBitmap(*m_source, m_file, recordOf(page));
         if (!bitmap)
             return bitmap.error();
@@ -36,6 +39,8 @@ class WpgBitmapDecoder final : public Decoder
 
     Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override
     {
+        if (const Status there = pageAmong(page, pageCount()); !there)
+            return there.error();
         const size_t record = recordOf(page);
         const Result<WpgBitmap> bitmap = readWpgBitmap(*m_source, m_file, record);
         if (!bitmap)
@@ -44,10 +49,7 @@ class WpgBitmapDecoder final : public Decoder
     }
 
   private:
-    size_t recordOf(int page) const
-    {
-        return m_bitmaps[size_t(std::clamp(page, 1, int(m_bitmaps.size())) - 1)];
-    }
+    size_t recordOf(int page) const { return m_bitmaps[size_t(page - 1)]; }
 
     std::shared_ptr<ByteSource> m_source;
     WpgFile m_file;
@@ -66,8 +68,10 @@ class WpgDrawingDecoder final : public Decoder
 
     int pageCount() override { return 1; }
 
-    Result<PageHeader> header(int) override
+    Result<PageHeader> header(int page) override
     {
+        if (const Status there = onlyPage(page); !there)
+            return there.error();
         const QSize size = WpgCanvas::pixelsFor(m_inches);
         const Status allowed = checkSize(size);
         if (!allowed)
