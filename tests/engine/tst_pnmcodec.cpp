@@ -29,10 +29,13 @@ class TestPnmCodec : public QObject
     void showsWhatACutFileHolds();
     void writesWhatOthersRead_data();
     void writesWhatOthersRead();
+    void keepsTwoColorsApart_data();
+    void keepsTwoColorsApart();
     void laysAlphaOverWhite();
     void spreadsTheErrorInBlackAndWhite();
     void refusesToWrite();
     void stopsWhenCancelled();
+    void stopsWithinARow();
     void survivesBrokenFiles();
 
   private:
@@ -58,7 +61,16 @@ void TestPnmCodec::sniffs_data()
     QTest::newRow("7") << QByteArray("P7\nWIDTH 1") << true;
     QTest::newRow("7 with a long line end") << QByteArray("P7\r\nWIDTH 1") << true;
     QTest::newRow("blank") << QByteArray("P6 1 1 255 ") << true;
-    QTest::newRow("comment") << QByteArray("P5#x") << true;
+    QTest::newRow("comment") << QByteArray("P5#x\n2 2") << true;
+    QTest::newRow("comments and blanks") << QByteArray("P5 \t#x\r\n # y\n\n2 2") << true;
+    QTest::newRow("comment longer than the head") << QByteArray("P5\n#").leftJustified(1024, 'x') << true;
+    QTest::newRow("comment and no more") << QByteArray("P5#x") << false;
+    QTest::newRow("blank and no more") << QByteArray("P5 ") << false;
+    QTest::newRow("text") << QByteArray("P1 is the first page of the memo") << false;
+    QTest::newRow("text behind a comment") << QByteArray("P2 # 3\nthree 4") << false;
+    QTest::newRow("7, a comment and a tab") << QByteArray("P7\n# c\nDEPTH\t3\n") << true;
+    QTest::newRow("7 and text") << QByteArray("P7\nWIDTHS and heights") << false;
+    QTest::newRow("7 and a number") << QByteArray("P7\n3 3") << false;
     QTest::newRow("thumbnail of another program") << QByteArray("P7 332\n") << false;
     QTest::newRow("0") << QByteArray("P0\n") << false;
     QTest::newRow("8") << QByteArray("P8\n") << false;
@@ -155,6 +167,9 @@ void TestPnmCodec::readsOddHeaders_data()
         << QByteArray("P2 2 1 9 #x\n9 # y 7\n0") << QSize(2, 1) << qRgb(255, 255, 255);
     QTest::newRow("arbitrary map in another order")
         << QByteArray("P7\n# c\nMAXVAL 255\nTUPLTYPE GRAYSCALE\nDEPTH 1\nHEIGHT 1\nWIDTH 2\n\nENDHDR\nab")
+        << QSize(2, 1) << qRgb(97, 97, 97);
+    QTest::newRow("arbitrary map with tabs")
+        << QByteArray("P7\nWIDTH\t2\nHEIGHT \t1\nDEPTH\t 1\nMAXVAL\t255\nTUPLTYPE\tGRAYSCALE\nENDHDR\nab")
         << QSize(2, 1) << qRgb(97, 97, 97);
     QTest::newRow("a second picture behind")
         << QByteArray("P5 1 1 255 aP5 1 1 255 b") << QSize(1, 1) << qRgb(97, 97, 97);
@@ -278,6 +293,41 @@ void TestPnmCodec::writesWhatOthersRead()
     QCOMPARE(firstDifference(rgbaOf(own->image), bits), QString());
 }
 
+void TestPnmCodec::keepsTwoColorsApart_data()
+{
+    QTest::addColumn<QRgb>("first");
+    QTest::addColumn<QRgb>("second");
+    QTest::addColumn<QByteArray>("bits"); // of the pixels first, second; 1 is black
+    QTest::newRow("black and white") << qRgb(0, 0, 0) << qRgb(255, 255, 255) << QByteArray("80");
+    QTest::newRow("white and black") << qRgb(255, 255, 255) << qRgb(0, 0, 0) << QByteArray("40");
+    QTest::newRow("127 and 128") << qRgb(127, 127, 127) << qRgb(128, 128, 128) << QByteArray("80");
+    QTest::newRow("two dark ones") << qRgb(0, 0, 0) << qRgb(0, 0, 90) << QByteArray("80");
+    QTest::newRow("two dark ones, the lighter first")
+        << qRgb(60, 60, 60) << qRgb(9, 9, 9) << QByteArray("40");
+    QTest::newRow("two light ones") << qRgb(200, 200, 200) << qRgb(255, 255, 0) << QByteArray("80");
+    QTest::newRow("two light ones, the lighter first")
+        << qRgb(255, 255, 255) << qRgb(130, 130, 130) << QByteArray("40");
+    QTest::newRow("dark and clear") << qRgb(50, 50, 50) << qRgba(0, 0, 0, 0) << QByteArray("80");
+    QTest::newRow("light and clear") << qRgb(150, 150, 150) << qRgba(0, 0, 0, 0) << QByteArray("80");
+    QTest::newRow("twice the same, dark") << qRgb(50, 50, 50) << qRgb(50, 50, 50) << QByteArray("c0");
+    QTest::newRow("twice the same, light") << qRgb(150, 150, 150) << qRgb(150, 150, 150) << QByteArray("00");
+}
+
+void TestPnmCodec::keepsTwoColorsApart()
+{
+    QFETCH(QRgb, first);
+    QFETCH(QRgb, second);
+    for (const QImage::Format format : {QImage::Format_Mono, QImage::Format_MonoLSB}) {
+        QImage image(2, 1, format);
+        image.setColorTable({first, second});
+        image.setPixel(0, 0, 0);
+        image.setPixel(1, 0, 1);
+        const auto bytes = m_codec.encode(image, QStringLiteral("pbm"), {});
+        QVERIFY(bytes);
+        QTEST(bytes->right(1).toHex(), "bits");
+    }
+}
+
 void TestPnmCodec::laysAlphaOverWhite()
 {
     QImage image(3, 1, QImage::Format_ARGB32);
@@ -346,6 +396,28 @@ void TestPnmCodec::stopsWhenCancelled()
         QCOMPARE(result.error().kind, ErrorKind::Cancelled);
         cancel = false;
         QVERIFY((*decoder)->decode(1, QSize(), cancel));
+    }
+}
+
+/// A plain row may be longer than a reader wants to wait for.
+void TestPnmCodec::stopsWithinARow()
+{
+    const QByteArray row = QByteArray("1 2 3 ").repeated(20000);
+    const QByteArray comment = '#' + QByteArray(200000, 'x') + '\n';
+    for (const QByteArray& file : {"P3 20000 1 3\n" + row, "P2 9 1 3\n1" + comment + row}) {
+        CancelFlag cancel = false;
+        int reads = 0;
+        const auto source = std::make_shared<WatchedSource>(file, [&](qint64 offset) {
+            reads += offset > 0 ? 1 : 0;
+            if (reads == 2)
+                cancel = true;
+        });
+        const auto decoder = m_codec.open(source);
+        QVERIFY(decoder);
+        const auto result = (*decoder)->decode(1, QSize(), cancel);
+        QVERIFY(!result);
+        QCOMPARE(result.error().kind, ErrorKind::Cancelled);
+        QVERIFY2(source->reached() < file.size() / 2, qPrintable(QString::number(source->reached())));
     }
 }
 

@@ -195,7 +195,7 @@ qint64 PnmDecoder::readRaw(Picture& picture, const CancelFlag& cancel) const
 qint64 PnmDecoder::readPlain(Picture& picture, const CancelFlag& cancel) const
 {
     const SampleScale scale(m_layout.maxval);
-    PnmText text(*m_source, m_layout.pixelOffset, std::numeric_limits<qint64>::max());
+    PnmText text(*m_source, m_layout.pixelOffset, std::numeric_limits<qint64>::max(), &cancel);
     qint64 pixels = 0;
     uchar* bits = picture.image.bits();
     const qint64 stride = picture.image.bytesPerLine();

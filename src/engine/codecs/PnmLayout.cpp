@@ -2,6 +2,9 @@
 
 #include "engine/codecs/PnmText.h"
 
+#include <algorithm>
+#include <array>
+
 namespace quorvia::engine {
 
 namespace {
@@ -42,6 +45,12 @@ Result<PnmLayout> readClassic(PnmText& text, char kind)
     return layout;
 }
 
+/// The characters of `line` before its first blank of any kind.
+QByteArray firstWord(const QByteArray& line)
+{
+    return line.left(std::find_if(line.begin(), line.end(), PnmText::isBlank) - line.begin());
+}
+
 Result<PnmLayout> readArbitrary(PnmText& text)
 {
     PnmLayout layout;
@@ -51,9 +60,8 @@ Result<PnmLayout> readArbitrary(PnmText& text)
     for (QByteArray line = text.line(); line != "ENDHDR"; line = text.line()) {
         if (text.atEnd())
             return brokenHeader();
-        const qsizetype blank = line.indexOf(' ');
-        const QByteArray key = line.left(blank);
-        const QByteArray value = blank < 0 ? QByteArray() : line.mid(blank + 1).trimmed();
+        const QByteArray key = firstWord(line);
+        const QByteArray value = line.mid(key.size()).trimmed();
         if (key == "WIDTH")
             layout.size.setWidth(value.toInt());
         else if (key == "HEIGHT")
@@ -79,6 +87,30 @@ Result<PnmLayout> readArbitrary(PnmText& text)
     return layout;
 }
 
+bool hasMark(const QByteArray& head)
+{
+    if (head.size() < 3 || head[0] != 'P' || head[1] < '1' || head[1] > '7')
+        return false;
+    const char after = head[2];
+    if (head[1] == '7') // followed by a number it is another program's thumbnail
+        return after == '\n' || (after == '\r' && head.size() > 3 && head[3] == '\n');
+    return PnmText::isBlank(after) || after == '#';
+}
+
+qsizetype endOfComment(const QByteArray& head, qsizetype at)
+{
+    while (at < head.size() && head[at] != '\n' && head[at] != '\r')
+        ++at;
+    return at;
+}
+
+/// True for the words that begin the lines of an arbitrary map's header.
+bool isArbitraryWord(const QByteArray& word)
+{
+    constexpr std::array<const char*, 6> words = {"WIDTH", "HEIGHT", "DEPTH", "MAXVAL", "TUPLTYPE", "ENDHDR"};
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
 } // namespace
 
 qint64 PnmLayout::rowBytes() const
@@ -95,18 +127,25 @@ int PnmLayout::bitsPerPixel() const
 
 bool isPnm(const QByteArray& head)
 {
-    if (head.size() < 3 || head[0] != 'P' || head[1] < '1' || head[1] > '7')
+    if (!hasMark(head))
         return false;
-    const char after = head[2];
-    if (head[1] == '7') // followed by a number it is another program's thumbnail
-        return after == '\n' || (after == '\r' && head.size() > 3 && head[3] == '\n');
-    return after == ' ' || (after >= '\t' && after <= '\r') || after == '#';
+    constexpr qsizetype fullHead = 1024; // of what is sniffed at; a comment may be longer
+    qsizetype at = 2;
+    while (at < head.size() && (PnmText::isBlank(head[at]) || head[at] == '#')) {
+        if (head[at] == '#')
+            at = endOfComment(head, at);
+        else
+            ++at;
+    }
+    if (at >= head.size())
+        return head.size() >= fullHead;
+    return head[1] == '7' ? isArbitraryWord(firstWord(head.mid(at))) : PnmText::isDigit(head[at]);
 }
 
 Result<PnmLayout> readPnmLayout(const ByteSource& source)
 {
     const QByteArray mark = source.bytes(0, 4);
-    if (!isPnm(mark))
+    if (!hasMark(mark))
         return Error{ErrorKind::Damaged, QStringLiteral("no mark of a portable map")};
     PnmText text(source, 2, longestHeader);
     if (mark[1] != '7')

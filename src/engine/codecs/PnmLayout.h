@@ -27,7 +27,8 @@ struct PnmLayout
     int bitsPerPixel() const;
 };
 
-/// True when `head` begins with P1 to P6 and a blank or comment, or with P7 and a line end.
+/// True when `head` (up to 1024 bytes) begins with P1 to P6, blanks or comments and a number, or with P7 and
+/// a line of an arbitrary map's header.
 bool isPnm(const QByteArray& head);
 
 /// Reads the header of `source`. Damaged when a word is missing or no number, Unsupported for tuples that are

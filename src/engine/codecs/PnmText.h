@@ -12,9 +12,10 @@ namespace quorvia::engine {
 class PnmText
 {
   public:
-    /// Reads `source` from `offset` (bytes), at most `length` bytes.
-    PnmText(const ByteSource& source, qint64 offset, qint64 length)
-        : m_reader(source, offset, length), m_position(offset)
+    /// Reads `source` from `offset` (bytes), at most `length` bytes. Once `cancel` (null for none) is set,
+    /// the text comes to an end.
+    PnmText(const ByteSource& source, qint64 offset, qint64 length, const std::atomic<bool>* cancel = nullptr)
+        : m_reader(source, offset, length, cancel), m_position(offset)
     {
     }
 
@@ -66,14 +67,14 @@ class PnmText
         return text.trimmed();
     }
 
+    static bool isBlank(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+    static bool isDigit(int c) { return c >= '0' && c <= '9'; }
+
     /// Offset of the next character in the source.
     qint64 position() const { return m_position; }
     bool atEnd() const { return m_ended; }
 
   private:
-    static bool isBlank(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-    static bool isDigit(int c) { return c >= '0' && c <= '9'; }
-
     int raw()
     {
         const int c = m_reader.next();

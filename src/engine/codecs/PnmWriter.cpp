@@ -67,6 +67,22 @@ void setBlack(char* out, int x)
     out[x / 8] = char(out[x / 8] | 0x80 >> x % 8);
 }
 
+/// The grey below which a pixel of `image` (1 bit) is black: half intensity, or the lighter of two colours
+/// that lie on the same side of it, so that both stay apart.
+int darkLimit(const QImage& image)
+{
+    constexpr int half = 128;
+    const auto greyOfEntry = [&](int index) {
+        QImage dot(1, 1, QImage::Format_ARGB32);
+        dot.setPixel(0, 0, image.colorCount() > index ? image.color(index) : 0xFF000000);
+        const QImage seen = overWhite(std::move(dot));
+        return seen.isNull() ? 0 : greyOf(seen.pixel(0, 0));
+    };
+    const auto [darker, lighter] = std::minmax({greyOfEntry(0), greyOfEntry(1)});
+    const bool apart = darker < half && lighter >= half;
+    return apart || darker == lighter ? half : lighter;
+}
+
 /// Grey to black and white, row after row, the error spread to the right and to the next row.
 class Diffusion
 {
@@ -102,9 +118,10 @@ Result<QByteArray> writePbm(const QImage& image)
     const int width = image.width();
     const qint64 rowBytes = (qint64(width) + 7) / 8;
     if (image.depth() == 1) {
-        return written(image, '4', rowBytes, [width](const QRgb* row, char* out) {
+        const int limit = darkLimit(image);
+        return written(image, '4', rowBytes, [width, limit](const QRgb* row, char* out) {
             for (int x = 0; x < width; ++x) {
-                if (greyOf(row[x]) < 128)
+                if (greyOf(row[x]) < limit)
                     setBlack(out, x);
             }
         });

@@ -10,8 +10,9 @@
 
 namespace quorvia::engine {
 
-/// Black and white. Two-colour images become black below half intensity; all others are brought to black and
-/// white with the error spread over the neighbours (Floyd and Steinberg), so black and white stay exact.
+/// Black and white. Two-colour images become black below half intensity, or the darker colour does where both
+/// lie on the same side of it; all others are brought to black and white with the error spread over the
+/// neighbours (Floyd and Steinberg), so black and white stay exact.
 Result<QByteArray> writePbm(const QImage& image);
 
 /// Grey of 8 bits: (299 R + 587 G + 114 B) / 1000, rounded.

@@ -5,15 +5,18 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 
 namespace quorvia::engine {
 
 class SourceReader
 {
   public:
-    /// Reads `source` from `offset` (bytes) for at most `length` bytes.
-    SourceReader(const ByteSource& source, qint64 offset, qint64 length)
-        : m_source(source), m_offset(offset), m_left(std::max<qint64>(length, 0))
+    /// Reads `source` from `offset` (bytes) for at most `length` bytes. Once `cancel` (null for none) is set,
+    /// the reader comes to its end with the buffer.
+    SourceReader(const ByteSource& source, qint64 offset, qint64 length,
+                 const std::atomic<bool>* cancel = nullptr)
+        : m_source(source), m_offset(offset), m_left(std::max<qint64>(length, 0)), m_cancel(cancel)
     {
     }
 
@@ -41,7 +44,8 @@ class SourceReader
   private:
     bool fill()
     {
-        const qint64 wanted = std::min<qint64>(m_left, qint64(m_buffer.size()));
+        const bool cancelled = m_cancel && *m_cancel;
+        const qint64 wanted = cancelled ? 0 : std::min<qint64>(m_left, qint64(m_buffer.size()));
         const qint64 got = m_source.read(m_offset, m_buffer.data(), wanted);
         m_left = got > 0 ? m_left - got : 0;
         m_offset += got;
@@ -53,6 +57,7 @@ class SourceReader
     const ByteSource& m_source;
     qint64 m_offset;
     qint64 m_left;
+    const std::atomic<bool>* m_cancel;
     std::array<uchar, 16384> m_buffer;
     size_t m_at = 0;
     size_t m_filled = 0;
