@@ -52,7 +52,7 @@ QString pictureFault(const Result<engine::PageHeader>& header, const Result<Pict
     return {};
 }
 
-QString misbehaviourOf(const Result<std::unique_ptr<engine::Decoder>>& decoder)
+QString misbehaviourOf(const Result<std::unique_ptr<engine::Decoder>>& decoder, int* pictures = nullptr)
 {
     if (!decoder)
         return decoder.error().text.isEmpty() ? QStringLiteral("an error without a text") : QString();
@@ -62,9 +62,12 @@ QString misbehaviourOf(const Result<std::unique_ptr<engine::Decoder>>& decoder)
     const engine::CancelFlag go = false;
     for (int page = 1; page <= std::min(pages, 3); ++page) {
         const Result<engine::PageHeader> header = (*decoder)->header(page);
-        const QString fault = pictureFault(header, (*decoder)->decode(page, QSize(), go));
+        const Result<Picture> picture = (*decoder)->decode(page, QSize(), go);
+        const QString fault = pictureFault(header, picture);
         if (!fault.isEmpty())
             return fault;
+        if (pictures && picture)
+            ++*pictures;
     }
     return {};
 }
@@ -76,9 +79,9 @@ QString misbehaviour(const engine::Codec& codec, const QByteArray& bytes)
     return misbehaviourOf(codec.open(engine::ByteSource::fromBytes(bytes)));
 }
 
-QString misbehaviour(const QString& extension, const QByteArray& bytes)
+QString misbehaviour(const QString& extension, const QByteArray& bytes, int* pictures)
 {
-    return misbehaviourOf(engine::openDecoder(engine::ByteSource::fromBytes(bytes), extension));
+    return misbehaviourOf(engine::openDecoder(engine::ByteSource::fromBytes(bytes), extension), pictures);
 }
 
 Result<Picture> decoded(const engine::Codec& codec, const QByteArray& bytes, int page)

@@ -78,19 +78,21 @@ void TestBrokenCorpus::childrenAreHarmless()
     QVERIFY(!m_fixtures.empty());
     Limits::setMachineBytes(pictureBudget);
     Watchdog watchdog;
-    int pictures = 0;
+    int shown = 0; // children that gave a picture
     for (int child = 0; child < childCount; ++child) {
         const QByteArray& parent = m_fixtures[size_t(child) % m_fixtures.size()].file;
         const QByteArray bytes = Mutator(parent, quint32(child)).next();
         watchdog.begin(child);
         QString fault;
-        const qint64 grown = peakGrowth([&] { fault = misbehaviour(m_extension, bytes); });
+        int pictures = 0;
+        const qint64 grown = peakGrowth([&] { fault = misbehaviour(m_extension, bytes, &pictures); });
         QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: %2").arg(child).arg(fault)));
+        QVERIFY2(grown >= 0, "the system does not tell the memory in use");
         QVERIFY2(grown < memoryCap, qPrintable(QStringLiteral("seed %1: %2 bytes").arg(child).arg(grown)));
-        pictures += openDecoder(ByteSource::fromBytes(bytes), m_extension) ? 1 : 0;
+        shown += pictures > 0 ? 1 : 0;
     }
     // Were all refused at the door, nothing behind it would have been tried.
-    QVERIFY2(pictures > childCount / 10, qPrintable(QString::number(pictures)));
+    QVERIFY2(shown > childCount / 10, qPrintable(QString::number(shown)));
 }
 
 int main(int argc, char** argv)

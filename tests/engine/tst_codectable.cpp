@@ -1,7 +1,7 @@
 // The table of codecs as a whole: every extension of the viewer is read, and written where it can hold a
 // bitmap.
 #include "app/ImageTypes.h"
-#include "CodecFixtures.h"
+#include "corpus/Corpus.h"
 #include "engine/Codec.h"
 
 #include <QPainter>
@@ -33,6 +33,24 @@ QImage dots(QSize size)
     return image;
 }
 
+/// What `pattern` captures in a file of the source tree, first capture to second (or to nothing).
+QMap<QString, QString> foundIn(const QString& file, const QString& pattern, const QString& part = {})
+{
+    QFile source(qEnvironmentVariable("QUORVIA_SOURCE") + QLatin1Char('/') + file);
+    if (!source.open(QIODevice::ReadOnly))
+        return {};
+    QString text = QString::fromUtf8(source.readAll());
+    if (!part.isEmpty())
+        text = QRegularExpression(part).match(text).captured(0);
+    QMap<QString, QString> found;
+    auto matches = QRegularExpression(pattern).globalMatch(text);
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        found.insert(match.captured(1), match.captured(2));
+    }
+    return found;
+}
+
 QImage inFormat(QImage::Format format)
 {
     const Rgba picture = samplePicture(QSize(40, 30));
@@ -47,6 +65,7 @@ class TestCodecTable : public QObject
 
   private Q_SLOTS:
     void namesAreDifferent();
+    void everyCodecIsFuzzed();
     void everyExtensionIsKnown_data();
     void everyExtensionIsKnown();
     void everyExtensionIsWritten_data();
@@ -65,6 +84,37 @@ void TestCodecTable::namesAreDifferent()
         names.insert(codec->name());
     }
     QCOMPARE(size_t(names.size()), codecTable().size());
+}
+
+/// Each codec has a fuzz target, each target good files to start from, and no good files lie idle.
+void TestCodecTable::everyCodecIsFuzzed()
+{
+    QStringList codecs;
+    QStringList targets;
+    for (const Codec* codec : codecTable()) {
+        codecs.append(codec->name());
+        targets.append(QStringLiteral("fuzz_") +
+                       codec->name().toLower().replace(QLatin1Char(' '), QLatin1Char('_')));
+    }
+    codecs.sort();
+    targets.sort();
+    const auto fuzzed = foundIn(QStringLiteral("fuzz/CMakeLists.txt"), QStringLiteral("\"([^\"]+)\""),
+                                QStringLiteral("set\\(FUZZED[^)]*\\)"));
+    QCOMPARE(QStringList(fuzzed.keys()), codecs);
+    const auto seeds =
+        foundIn(QStringLiteral("tools/fuzz"), QStringLiteral("\\[(fuzz_\\w+)\\]=\"([^\"]*)\""));
+    QCOMPARE(QStringList(seeds.keys()), targets);
+    QStringList started;
+    for (const QString& formats : seeds) {
+        QVERIFY(!formats.isEmpty());
+        started.append(formats.split(QLatin1Char(' ')));
+    }
+    QStringList corpora;
+    for (const CorpusEntry& entry : corpusTable())
+        corpora.append(QString::fromLatin1(entry.extension));
+    started.sort();
+    corpora.sort();
+    QCOMPARE(started, corpora);
 }
 
 void TestCodecTable::everyExtensionIsKnown_data()
