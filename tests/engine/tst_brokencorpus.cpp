@@ -92,7 +92,9 @@ void TestBrokenCorpus::childrenAreHarmless()
         shown += pictures > 0 ? 1 : 0;
     }
     // Were all refused at the door, nothing behind it would have been tried.
-    QVERIFY2(shown > childCount / 10, qPrintable(QString::number(shown)));
+    // The library for JPEG XL gives nothing at all for most of them.
+    const int least = m_extension == QLatin1String("jxl") ? childCount / 50 : childCount / 10;
+    QVERIFY2(shown > least, qPrintable(QString::number(shown)));
 }
 
 int main(int argc, char** argv)
