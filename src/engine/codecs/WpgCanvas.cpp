@@ -38,6 +38,14 @@ double lengthOf(const QPainterPath& path)
     return length;
 }
 
+/// What filling between edges of `length` pixels that lie in `covered` takes: the rasteriser sorts those that
+/// meet a row of pixels, so that crowded ones cost far more than lonely ones.
+double edgeCost(double length, const QRectF& covered)
+{
+    const double crowd = std::min(length / std::max(covered.height(), 1.0), covered.width());
+    return length * (20 + 12 * crowd);
+}
+
 } // namespace
 
 QSize WpgCanvas::pixelsFor(QSizeF inches)
@@ -87,16 +95,21 @@ QPainterPath WpgCanvas::toPixels(const QPainterPath& inches) const
 
 double WpgCanvas::costOf(const QPainterPath& path, double length, const QPen& pen, bool filled) const
 {
-    const QRectF covered = path.boundingRect() & QRectF(QPointF(), QSizeF(m_size));
-    // The rasteriser sorts the edges that meet a row of pixels: crowded ones cost far more than lonely ones.
-    const double crowd = std::min(length / std::max(covered.height(), 1.0), covered.width());
-    const double edges = length * (20 + 12 * crowd);
+    const QRectF frame(QPointF(), QSizeF(m_size));
+    const QRectF covered = path.boundingRect() & frame;
     double cost = elementCost * path.elementCount();
     if (filled)
-        cost += edges + covered.width() * covered.height();
-    if (pen.style() != Qt::NoPen)
-        cost += pen.widthF() <= 1 ? thinCost * length : 2.5 * edges + length * pen.widthF();
-    return cost;
+        cost += edgeCost(length, covered) + covered.width() * covered.height();
+    if (pen.style() == Qt::NoPen)
+        return cost;
+    if (pen.widthF() <= 1)
+        return cost + thinCost * length;
+    // A wide stroke is an area: an edge on either side, and around each of the joins, some to a curve.
+    const double half = pen.widthF() / 2;
+    const QRectF inked = path.boundingRect().adjusted(-half, -half, half, half) & frame;
+    const double reach = std::min(pen.widthF(), std::hypot(m_size.width(), m_size.height()));
+    const double joins = 4.0 * path.elementCount();
+    return cost + edgeCost(2.5 * length + 3 * joins * reach, inked) + length * pen.widthF();
 }
 
 QPen WpgCanvas::penFor(const WpgStyle& style, double length) const
