@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace quorvia::engine {
 
@@ -95,7 +96,7 @@ QPainterPath WpgCanvas::toPixels(const QPainterPath& inches) const
 
 double WpgCanvas::costOf(const QPainterPath& path, double length, const QPen& pen, bool filled) const
 {
-    const QRectF frame(QPointF(), QSizeF(m_size));
+    const QRectF frame{QPointF(), QSizeF(m_size)};
     const QRectF covered = path.boundingRect() & frame;
     double cost = elementCost * path.elementCount();
     if (filled)
@@ -104,11 +105,14 @@ double WpgCanvas::costOf(const QPainterPath& path, double length, const QPen& pe
         return cost;
     if (pen.widthF() <= 1)
         return cost + thinCost * length;
-    // A wide stroke is an area: an edge on either side, and around each of the joins, some to a curve.
+    // A wide stroke is an area: an edge on either side, around each of the joins, some to a curve, and across
+    // the ends of each dash.
     const double half = pen.widthF() / 2;
     const QRectF inked = path.boundingRect().adjusted(-half, -half, half, half) & frame;
     const double reach = std::min(pen.widthF(), std::hypot(m_size.width(), m_size.height()));
-    const double joins = 4.0 * path.elementCount();
+    const QList<qreal> dashes = pen.dashPattern();
+    const double period = pen.widthF() * std::accumulate(dashes.begin(), dashes.end(), 0.0);
+    const double joins = 4.0 * path.elementCount() + (period > 0 ? 2 * length / period : 0);
     return cost + edgeCost(2.5 * length + 3 * joins * reach, inked) + length * pen.widthF();
 }
 
