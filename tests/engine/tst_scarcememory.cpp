@@ -138,6 +138,9 @@ void TestScarceMemory::changesAndShows()
     };
     int failures = 0;
     for (const qint64 kilobytes : {20, 50, 100, 200, 400, 800, 1500, 3000, 200000}) {
+        constexpr int painting = 6;
+        if (step == painting && kilobytes < 400)
+            continue; // the toolkit's own share, without which it does not come as far as to the control
         const int done = heldWithMemory(kilobytes << 10, act);
         if (done == -2)
             return; // a sanitizer needs the address space for itself
