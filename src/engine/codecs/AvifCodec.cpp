@@ -27,10 +27,6 @@ class AvifCodec final : public Codec
 
 namespace {
 
-constexpr MagickFormat format = MagickFormat::Heif;
-/// Without it the reader decodes the picture to tell its size, which it knows turned and cropped already.
-constexpr const char* headerOnly = "heif:ignore-transformations=TRUE";
-
 class AvifDecoder final : public Decoder
 {
   public:
@@ -69,7 +65,7 @@ Result<Picture> AvifDecoder::decode(int page, QSize, const CancelFlag& cancel)
         return facts.error();
     if (cancel)
         return cancelledError();
-    Result<MagickPicture> read = readWithMagick(format, m_file, cancel);
+    Result<MagickPicture> read = readWithMagick(m_file, cancel);
     if (!read)
         return read.error();
     Picture picture;
@@ -128,7 +124,7 @@ Result<std::unique_ptr<Decoder>> AvifCodec::open(std::shared_ptr<ByteSource> sou
     if (!sniff(*file, QString()))
         return Error{ErrorKind::Damaged, QStringLiteral("no mark of %1").arg(name())};
     const bool filled = filledUp(*file);
-    const Result<MagickFacts> facts = pingWithMagick(format, *file, headerOnly);
+    const Result<MagickFacts> facts = pingWithMagick(*file);
     if (!facts)
         return facts.error();
     return std::unique_ptr<Decoder>(std::make_unique<AvifDecoder>(*std::move(file), *facts, !filled));

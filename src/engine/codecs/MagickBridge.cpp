@@ -100,26 +100,24 @@ Error noLibrary()
                  QStringLiteral("GraphicsMagick, which reads this, is not installed")};
 }
 
-const char* nameOf(MagickFormat format)
-{
-    return format == MagickFormat::Heif ? "HEIF" : "JXL";
-}
+constexpr const char* formatName = "HEIF";
+/// Without it the reader decodes the picture to tell its size, which it knows turned and cropped already.
+constexpr const char* headerOnly = "heif:ignore-transformations=TRUE";
 
 enum class Mode { Ping, Read };
 
 /// Lets the library read `file` into `call`.
-Status run(const MagickLibrary& magick, Call& call, Mode mode, MagickFormat format, const QByteArray& file,
-           const char* definitions)
+Status run(const MagickLibrary& magick, Call& call, Mode mode, const QByteArray& file)
 {
     Landing landing;
     const bool done = called(landing, [&] {
         call.info = magick.CloneImageInfo(nullptr);
         // The prefix of the file name, with no name behind it, is what keeps the library from looking at the
         // content: the format alone would be overruled by a mark of another.
-        std::strncpy(call.info->magick, nameOf(format), sizeof call.info->magick - 1);
-        std::snprintf(call.info->filename, sizeof call.info->filename, "%s:", nameOf(format));
-        if (definitions)
-            magick.AddDefinitions(call.info, definitions, call.exception());
+        std::strncpy(call.info->magick, formatName, sizeof call.info->magick - 1);
+        std::snprintf(call.info->filename, sizeof call.info->filename, "%s:", formatName);
+        if (mode == Mode::Ping)
+            magick.AddDefinitions(call.info, headerOnly, call.exception());
         const auto read = mode == Mode::Ping ? magick.PingBlob : magick.BlobToImage;
         call.image = read(call.info, file.constData(), size_t(file.size()), call.exception());
     });
@@ -172,27 +170,26 @@ MagickLibrary::Callbacks MagickLibrary::callbacks()
     return {leaveCall, tellProgress};
 }
 
-Result<MagickFacts> pingWithMagick(MagickFormat format, const QByteArray& file, const char* definitions)
+Result<MagickFacts> pingWithMagick(const QByteArray& file)
 {
     const MagickLibrary* magick = MagickLibrary::get();
     if (!magick)
         return noLibrary();
     Call call(*magick);
-    const Status done = run(*magick, call, Mode::Ping, format, file, definitions);
+    const Status done = run(*magick, call, Mode::Ping, file);
     if (!done)
         return done.error();
-    return MagickFacts{sizeOf(*call.image), call.image->matte != 0, int(call.image->depth),
-                       int(call.image->orientation)};
+    return MagickFacts{sizeOf(*call.image), call.image->matte != 0};
 }
 
-Result<MagickPicture> readWithMagick(MagickFormat format, const QByteArray& file, const CancelFlag& cancel)
+Result<MagickPicture> readWithMagick(const QByteArray& file, const CancelFlag& cancel)
 {
     const MagickLibrary* magick = MagickLibrary::get();
     if (!magick)
         return noLibrary();
     const CancelScope scope(cancel);
     Call call(*magick);
-    const Status done = run(*magick, call, Mode::Read, format, file, nullptr);
+    const Status done = run(*magick, call, Mode::Read, file);
     if (cancel)
         return cancelledError();
     if (!done)
@@ -206,7 +203,6 @@ Result<MagickPicture> readWithMagick(MagickFormat format, const QByteArray& file
         return cancelledError();
     if (picture.image.isNull())
         return noMemoryError();
-    picture.orientation = int(call.image->orientation);
     picture.complete = !call.failed();
     size_t length = 0;
     const unsigned char* profile = magick->GetImageProfile(call.image, "ICM", &length);
