@@ -17,7 +17,7 @@ bool Decoder::scales() const
     return false;
 }
 
-bool Codec::keepsProfile(const QString&) const
+bool Codec::keepsProfile(const QString&, ColorModel) const
 {
     return false;
 }

@@ -17,6 +17,8 @@
 
 namespace quorvia::engine {
 
+enum class ColorModel; // ColorConversion.h
+
 /// Facts of one page that stand in the header; no pixel is decoded for them.
 struct PageHeader
 {
@@ -94,8 +96,8 @@ class Codec
     virtual Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const = 0;
     /// True when encode() can write this extension.
     virtual bool canEncode(const QString& extension) const = 0;
-    /// True when encode() embeds EncodeOptions::profile in files of this extension.
-    virtual bool keepsProfile(const QString& extension) const;
+    /// True when encode() embeds an EncodeOptions::profile of `model` in files of this extension.
+    virtual bool keepsProfile(const QString& extension, ColorModel model) const;
     /// The whole file's bytes for `image` (any QImage format). Unsupported when the image cannot be held.
     virtual Result<QByteArray> encode(const QImage& image, const QString& extension,
                                       const EncodeOptions& options) const = 0;

@@ -14,8 +14,10 @@
 #include <QPainter>
 #include <QPaintEvent>
 
+#include <algorithm>
 #include <cmath>
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace quorvia::engine {
@@ -42,17 +44,35 @@ QByteArray profileOf(const QImage& image)
     return space.isValid() && space != QColorSpace(QColorSpace::SRgb) ? space.iccProfile() : QByteArray();
 }
 
-/// True when encoders write `image` in such colours as `profile` describes.
-bool suits(const QByteArray& profile, const QImage& image)
+bool isBlackAndWhite(const QImage& image)
+{
+    const QList<QRgb> table = image.colorTable();
+    return std::all_of(table.begin(), table.end(),
+                       [](QRgb color) { return color == qRgb(0, 0, 0) || color == qRgb(255, 255, 255); });
+}
+
+/// The colours in which encoders write `image`; nothing where it is grey in one format and a palette in the
+/// next.
+std::optional<ColorModel> writtenModel(const QImage& image)
 {
     switch (image.format()) {
     case QImage::Format_Grayscale8:
-        return colorModelOf(profile) == ColorModel::Gray;
+        return ColorModel::Gray;
     case QImage::Format_Mono:
-        return false; // black and white are grey in one format and a palette in the next
+        if (isBlackAndWhite(image))
+            return {};
+        break;
     default:
-        return colorModelOf(profile) == ColorModel::Rgb;
+        break;
     }
+    return ColorModel::Rgb;
+}
+
+/// True when `codec` writes `image` together with `profile`.
+bool keeps(const Codec& codec, const QString& extension, const QByteArray& profile, const QImage& image)
+{
+    const auto model = colorModelOf(profile);
+    return model && model == writtenModel(image) && codec.keepsProfile(extension, *model);
 }
 
 } // namespace
@@ -328,7 +348,7 @@ bool ImageEngine::SaveFile()
                          QStringLiteral("no format is written for the extension \"%1\"").arg(extension)};
         EncodeOptions options = d->encodeOptions;
         const QByteArray profile = d->profile();
-        if (codec->keepsProfile(extension.toLower()) && suits(profile, image))
+        if (keeps(*codec, extension.toLower(), profile, image))
             options.profile = profile;
         else
             image = toSrgb(std::move(image), profile);

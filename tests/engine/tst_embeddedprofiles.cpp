@@ -240,8 +240,8 @@ void TestEmbeddedProfiles::writes()
     QFETCH(bool, kept);
     const Codec& codec = tiff ? tiffCodec() : pngCodec();
     const char* extension = tiff ? "tif" : "png";
-    QVERIFY(codec.keepsProfile(QLatin1String(extension)));
-    QVERIFY(!codec.keepsProfile(QStringLiteral("bmp")));
+    QVERIFY(codec.keepsProfile(QLatin1String(extension), ColorModel::Gray));
+    QVERIFY(!codec.keepsProfile(QStringLiteral("bmp"), ColorModel::Rgb));
     const auto file = codec.encode(image, QLatin1String(extension), EncodeOptions{{}, profile});
     const auto plain = codec.encode(image, QLatin1String(extension), {});
     QVERIFY(file && plain);

@@ -334,8 +334,11 @@ class tst_IccImages : public QObject
         QFETCH(QImage::Format, format);
         QFETCH(QByteArray, profile);
         QFETCH(bool, embedded);
-        QVERIFY(codec.keepsProfile(QStringLiteral("jpg")) && codec.keepsProfile(QStringLiteral("jif")));
-        QVERIFY(!codec.keepsProfile(QStringLiteral("png")));
+        for (const ColorModel model : {ColorModel::Gray, ColorModel::Rgb}) {
+            QVERIFY(codec.keepsProfile(QStringLiteral("jpg"), model) &&
+                    codec.keepsProfile(QStringLiteral("jif"), model));
+            QVERIFY(!codec.keepsProfile(QStringLiteral("png"), model));
+        }
         const QImage image = imageOf(samplePicture(usual)).convertToFormat(format);
         EncodeOptions options;
         options.profile = profile;
@@ -527,12 +530,75 @@ class tst_IccImages : public QObject
         open(withProfile(plain, rgbProfile(adobeRgb)));
         const QString name = QStringLiteral("out.") + extension;
         save(name);
-        QVERIFY(!encoderFor(extension)->keepsProfile(extension));
+        QVERIFY(!encoderFor(extension)->keepsProfile(extension, ColorModel::Rgb));
         const QImage stored = imageOf(djpeg(plain)).convertToFormat(QImage::Format_RGB32);
         const Rgba seen = readWithMagick(m_files->read(name), extension);
         QCOMPARE(firstDifference(seen, rgbaOf(byFormula(stored, adobeRgb)), 1), QString());
         m_engine->SetFileName(m_files->path(name));
         QCOMPARE(differs(m_engine->Picture(), byFormula(stored, adobeRgb), 1), QString());
+    }
+
+    void savedPicturesKeepTheirColors_data()
+    {
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<QImage>("image");
+        QTest::addColumn<QByteArray>("profile");
+        const QImage color = imageOf(samplePicture(usual)).convertToFormat(QImage::Format_RGB32);
+        const QImage gray = color.convertToFormat(QImage::Format_Grayscale8);
+        const QImage palette = color.convertToFormat(QImage::Format_Indexed8, Qt::ThresholdDither);
+        QImage bits = gray.convertToFormat(QImage::Format_Mono, Qt::ThresholdDither);
+        QImage greyBits = bits;
+        bits.setColorTable({qRgb(90, 40, 30), qRgb(120, 180, 220)});
+        greyBits.setColorTable({qRgb(60, 60, 60), qRgb(180, 180, 180)});
+        for (const Codec* writer : codecTable()) {
+            for (const QString& extension : writer->extensions()) {
+                if (!writer->canEncode(extension))
+                    continue;
+                const auto row = [&](const char* name, const QImage& image, const QByteArray& profile) {
+                    QTest::addRow("%s, %s", qPrintable(extension), name) << extension << image << profile;
+                };
+                row("grey", gray, grayProfile(1.2));
+                row("RGB", color, rgbProfile(swappedRgb));
+                row("palette", palette, rgbProfile(swappedRgb));
+                row("two colours", bits, rgbProfile(swappedRgb));
+                row("two greys", greyBits, rgbProfile(wideGamut));
+            }
+        }
+    }
+
+    void savedPicturesKeepTheirColors()
+    {
+        QFETCH(QString, extension);
+        QFETCH(QImage, image);
+        QFETCH(QByteArray, profile);
+        // A PNG brings them in: it holds all of these as they are.
+        const Codec& png = *encoderFor(QStringLiteral("png"));
+        const auto file = png.encode(image, QStringLiteral("png"), EncodeOptions{{}, profile});
+        QVERIFY(file);
+        m_engine->SetFileName(m_files->write(QStringLiteral("in.png"), *file));
+        const QImage shown = m_engine->Picture();
+        QVERIFY(!shown.isNull());
+        QVERIFY(differs(shown, image, 3) != QString()); // the profile does something
+        m_engine->SetJPEGLuminance(0);
+        m_engine->SetJPEGChrominance(0);
+        m_engine->SetJPEGSubSampling(0);
+        const QString path = save(QStringLiteral("out.") + extension);
+        const auto source = ByteSource::open(path);
+        QVERIFY(source);
+        const auto decoder = openDecoder(*source, extension);
+        QVERIFY(decoder);
+        const auto again = (*decoder)->decode(1, QSize(), CancelFlag(false));
+        QVERIFY(again);
+        const QImage seen = displayImage(*again);
+        QImage wanted = shown;
+        if (extension == QLatin1String("pgm") || extension == QLatin1String("pbm")) { // grey by its own rule
+            const Codec& writer = *encoderFor(extension);
+            const auto plain = writer.encode(shown, extension, {});
+            QVERIFY(plain);
+            wanted = decodeBytes(writer, *plain)->image;
+        }
+        const double ratio = psnr(rgbaOf(seen), rgbaOf(wanted));
+        QVERIFY2(ratio > 34, qPrintable(QString::number(ratio))); // some hold 256 colours
     }
 
     void palettesAreConvertedAsPalettes()

@@ -1,6 +1,7 @@
 #include "CodecChecks.h"
 #include "corpus/MapTools.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/ColorConversion.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
 
@@ -277,8 +278,9 @@ void TestWebpCodec::keepsColorsUnderFullTransparency()
 
 void TestWebpCodec::writesTheProfile()
 {
-    QVERIFY(m_codec.keepsProfile(QStringLiteral("webp")));
-    QVERIFY(!m_codec.keepsProfile(QStringLiteral("png")));
+    QVERIFY(m_codec.keepsProfile(QStringLiteral("webp"), ColorModel::Rgb));
+    QVERIFY(!m_codec.keepsProfile(QStringLiteral("webp"), ColorModel::Gray));
+    QVERIFY(!m_codec.keepsProfile(QStringLiteral("png"), ColorModel::Rgb));
     const QImage image = imageOf(samplePicture({20, 10}));
     EncodeOptions options;
     options.profile = profileOf("RGB ");

@@ -1,6 +1,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/JpegDecoder.h"
 #include "engine/codecs/JpegEncode.h"
+#include "engine/ColorConversion.h"
 
 namespace quorvia::engine {
 
@@ -14,7 +15,7 @@ class JpegCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension) const override;
+    bool keepsProfile(const QString& extension, ColorModel model) const override;
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };
@@ -52,9 +53,9 @@ bool JpegCodec::canEncode(const QString& extension) const
     return extensions().contains(extension);
 }
 
-bool JpegCodec::keepsProfile(const QString& extension) const
+bool JpegCodec::keepsProfile(const QString& extension, ColorModel model) const
 {
-    return canEncode(extension);
+    return canEncode(extension) && model != ColorModel::Cmyk;
 }
 
 Result<QByteArray> JpegCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const

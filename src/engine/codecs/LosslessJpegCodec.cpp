@@ -2,6 +2,7 @@
 #include "engine/codecs/JpegHeader.h"
 #include "engine/codecs/LosslessJpegDecoder.h"
 #include "engine/codecs/LosslessJpegEncode.h"
+#include "engine/ColorConversion.h"
 
 namespace quorvia::engine {
 
@@ -15,7 +16,7 @@ class LosslessJpegCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension) const override;
+    bool keepsProfile(const QString& extension, ColorModel model) const override;
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };
@@ -54,9 +55,9 @@ bool LosslessJpegCodec::canEncode(const QString& extension) const
     return extensions().contains(extension);
 }
 
-bool LosslessJpegCodec::keepsProfile(const QString& extension) const
+bool LosslessJpegCodec::keepsProfile(const QString& extension, ColorModel model) const
 {
-    return canEncode(extension);
+    return canEncode(extension) && model != ColorModel::Cmyk;
 }
 
 Result<QByteArray> LosslessJpegCodec::encode(const QImage& image, const QString&,

@@ -1,6 +1,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/PngDecoder.h"
 #include "engine/codecs/PngEncode.h"
+#include "engine/ColorConversion.h"
 
 namespace quorvia::engine {
 
@@ -14,7 +15,10 @@ class PngCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension) const override { return canEncode(extension); }
+    bool keepsProfile(const QString& extension, ColorModel model) const override
+    {
+        return canEncode(extension) && model != ColorModel::Cmyk;
+    }
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };

@@ -5,6 +5,7 @@
 #include "engine/codecs/TiffPages.h"
 #include "engine/codecs/TiffPicture.h"
 #include "engine/codecs/TiffWriter.h"
+#include "engine/ColorConversion.h"
 
 namespace quorvia::engine {
 
@@ -18,7 +19,10 @@ class TiffCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension) const override { return canEncode(extension); }
+    bool keepsProfile(const QString& extension, ColorModel model) const override
+    {
+        return canEncode(extension) && model != ColorModel::Cmyk;
+    }
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };

@@ -3,6 +3,7 @@
 #include "engine/codecs/PageNumber.h"
 #include "engine/codecs/WebpLayout.h"
 #include "engine/codecs/WebpWriter.h"
+#include "engine/ColorConversion.h"
 #include "engine/Limits.h"
 
 #include <webp/decode.h>
@@ -24,7 +25,7 @@ class WebpCodec final : public Codec
     bool sniff(const QByteArray& head, const QString& extension) const override;
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
     bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension) const override;
+    bool keepsProfile(const QString& extension, ColorModel model) const override;
     Result<QByteArray> encode(const QImage& image, const QString& extension,
                               const EncodeOptions& options) const override;
 };
@@ -239,9 +240,9 @@ bool WebpCodec::canEncode(const QString& extension) const
     return extensions().contains(extension);
 }
 
-bool WebpCodec::keepsProfile(const QString& extension) const
+bool WebpCodec::keepsProfile(const QString& extension, ColorModel model) const
 {
-    return canEncode(extension);
+    return canEncode(extension) && model == ColorModel::Rgb;
 }
 
 Result<QByteArray> WebpCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
