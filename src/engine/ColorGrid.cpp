@@ -262,6 +262,13 @@ class CmykGridConversion final : public ColorConversion
 
 } // namespace
 
+QRgb labInSrgb(float lightness, float a, float b)
+{
+    static const NodeReader reader;
+    const float number = (lightness + 16) / 116;
+    return reader.pixel(Node{number + a / 500, number, number - b / 200});
+}
+
 std::shared_ptr<const ColorConversion> makeGrid(ProfileSampler& sampler, ColorModel model)
 {
     if (model == ColorModel::Cmyk) {

@@ -10,4 +10,7 @@ namespace quorvia::engine {
 /// to be given up.
 std::shared_ptr<const ColorConversion> makeGrid(ProfileSampler& sampler, ColorModel model);
 
+/// What a colour of CIE Lab, seen under D50, is in sRGB; `lightness` 0 to 100.
+QRgb labInSrgb(float lightness, float a, float b);
+
 } // namespace quorvia::engine

@@ -5,6 +5,7 @@
 #include "engine/Limits.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace quorvia::engine {
@@ -92,12 +93,9 @@ Status readNumbers(TIFF* tiff, TiffLayout& layout)
     switch (fieldOrDefault<uint16_t>(tiff, TIFFTAG_SAMPLEFORMAT)) {
     case SAMPLEFORMAT_UINT:
     case SAMPLEFORMAT_VOID:
+    case SAMPLEFORMAT_INT:
         layout.numbers = TiffNumbers::Unsigned;
         known = layout.bits <= 16 || layout.bits == 32;
-        break;
-    case SAMPLEFORMAT_INT:
-        layout.numbers = TiffNumbers::Signed;
-        known = layout.bits == 8 || layout.bits == 16 || layout.bits == 32;
         break;
     case SAMPLEFORMAT_IEEEFP:
         layout.numbers = TiffNumbers::Float;
@@ -121,14 +119,18 @@ Status readPalette(TIFF* tiff, TiffLayout& layout)
     if (!TIFFGetField(tiff, TIFFTAG_COLORMAP, &red, &green, &blue) || !red || !green || !blue)
         return damaged(QStringLiteral("the palette is missing"));
     const int count = 1 << layout.bits;
-    const auto isNarrow = [count](const uint16_t* values) {
-        return std::all_of(values, values + count, [](uint16_t value) { return value < 256; });
+    const auto all = [&](const auto& test) {
+        return std::all_of(red, red + count, test) && std::all_of(green, green + count, test) &&
+               std::all_of(blue, blue + count, test);
     };
-    // Old writers store 8 bits where 16 belong. Of 16 the upper half is the colour, whether it was made by
-    // a shift or by 257.
-    const int shift = isNarrow(red) && isNarrow(green) && isNarrow(blue) ? 0 : 8;
+    // Some writers store 8 bits where 16 belong, some shift them; all others span the 16 bits.
+    const bool narrow = all([](uint16_t value) { return value < 256; });
+    const bool shifted = all([](uint16_t value) { return (value & 0xFF) == 0; });
+    const auto entry = [narrow, shifted](int value) {
+        return narrow ? value : shifted ? value >> 8 : (value + 128) / 257;
+    };
     for (int i = 0; i < count; ++i)
-        layout.palette.append(qRgb(red[i] >> shift, green[i] >> shift, blue[i] >> shift));
+        layout.palette.append(qRgb(entry(red[i]), entry(green[i]), entry(blue[i])));
     return ok();
 }
 
@@ -158,6 +160,58 @@ Status leaveToLibrary(TIFF* tiff, TiffLayout& layout)
     return ok();
 }
 
+/// The numbers that YCbCr is brought to RGB by; the usual ones where those in the file make no sense.
+/// Format: TIFF 6.0, sections 20 and 21.
+void readLuma(TIFF* tiff, TiffLayout& layout)
+{
+    const float* luma = nullptr;
+    layout.luma = {0.299F, 0.587F, 0.114F};
+    if (TIFFGetFieldDefaulted(tiff, TIFFTAG_YCBCRCOEFFICIENTS, &luma) && luma &&
+        std::all_of(luma, luma + 3, [](float share) { return share > 0.001F && share < 1; }))
+        std::copy_n(luma, 3, layout.luma.begin());
+    const float* range = nullptr;
+    layout.range = {0, 255, 128, 255, 128, 255};
+    const auto spans = [](const float* pair) {
+        return std::isfinite(pair[0]) && std::isfinite(pair[1]) && std::abs(pair[1] - pair[0]) >= 1;
+    };
+    if (TIFFGetFieldDefaulted(tiff, TIFFTAG_REFERENCEBLACKWHITE, &range) && range && spans(range) &&
+        spans(range + 2) && spans(range + 4))
+        std::copy_n(range, 6, layout.range.begin());
+}
+
+Status readYCbCr(TIFF* tiff, TiffLayout& layout, int compression)
+{
+    if (compression == COMPRESSION_JPEG && !layout.planar && layout.samples == 3) {
+        TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE,
+                     JPEGCOLORMODE_RGB); // the JPEG decoder converts and upsamples
+        layout.colors = TiffColors::Rgb;
+        return ok();
+    }
+    uint16_t across = 1;
+    uint16_t down = 1;
+    TIFFGetFieldDefaulted(tiff, TIFFTAG_YCBCRSUBSAMPLING, &across, &down);
+    const auto isUsual = [](int step) { return step == 1 || step == 2 || step == 4; };
+    const bool ours =
+        layout.bits == 8 && layout.samples == 3 && !layout.planar && isUsual(across) && isUsual(down) &&
+        layout.numbers == TiffNumbers::Unsigned && compression != COMPRESSION_OJPEG &&
+        compression != COMPRESSION_JPEG &&
+        (layout.strile.height() % down == 0 || layout.strile.height() == layout.stored.height());
+    if (!ours)
+        return leaveToLibrary(tiff, layout);
+    layout.colors = TiffColors::YCbCr;
+    layout.block = QSize(across, down);
+    readLuma(tiff, layout);
+    return ok();
+}
+
+Status readLab(TIFF* tiff, TiffLayout& layout, TiffColors kind)
+{
+    if ((layout.bits != 8 && layout.bits != 16) || layout.numbers == TiffNumbers::Float || layout.samples < 3)
+        return leaveToLibrary(tiff, layout);
+    layout.colors = kind;
+    return ok();
+}
+
 Status readColors(TIFF* tiff, TiffLayout& layout, int compression)
 {
     switch (photometricOf(tiff, layout, compression)) {
@@ -182,12 +236,11 @@ Status readColors(TIFF* tiff, TiffLayout& layout, int compression)
         layout.colors = TiffColors::Cmyk;
         break;
     case PHOTOMETRIC_YCBCR:
-        if (compression != COMPRESSION_JPEG || layout.planar || layout.samples != 3)
-            return leaveToLibrary(tiff, layout);
-        TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE,
-                     JPEGCOLORMODE_RGB); // the JPEG decoder converts and upsamples
-        layout.colors = TiffColors::Rgb;
-        break;
+        return readYCbCr(tiff, layout, compression);
+    case PHOTOMETRIC_CIELAB:
+        return readLab(tiff, layout, TiffColors::CieLab);
+    case PHOTOMETRIC_ICCLAB:
+        return readLab(tiff, layout, TiffColors::IccLab);
     default:
         return leaveToLibrary(tiff, layout);
     }
@@ -249,6 +302,9 @@ int TiffLayout::colorSamples() const
 {
     switch (colors) {
     case TiffColors::Rgb:
+    case TiffColors::YCbCr:
+    case TiffColors::CieLab:
+    case TiffColors::IccLab:
     case TiffColors::Library:
         return 3;
     case TiffColors::Cmyk:

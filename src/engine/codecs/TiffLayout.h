@@ -10,6 +10,8 @@
 #include <QList>
 #include <QSize>
 
+#include <array>
+
 namespace quorvia::engine {
 
 enum class TiffColors {
@@ -18,12 +20,17 @@ enum class TiffColors {
     Palette,
     Rgb,
     Cmyk,
-    Library ///< left to libtiff's own conversion: YCbCr, CIELab, logarithmic
+    YCbCr,  ///< 8 bits, interleaved, with or without sub-sampling
+    CieLab, ///< a and b with their sign
+    IccLab, ///< a and b counted from their least
+    Library ///< left to libtiff's own conversion: old JPEG, YCbCr in planes, logarithmic
 };
 
 enum class TiffAlpha { None, Associated, Unassociated };
 
-enum class TiffNumbers { Unsigned, Signed, Float };
+/// Samples that are said to be signed count as the others: other readers show them so, and writers seldom
+/// mean it.
+enum class TiffNumbers { Unsigned, Float };
 
 struct TiffLayout
 {
@@ -40,7 +47,10 @@ struct TiffLayout
     bool planar = false;               ///< each sample in striles of its own
     bool compressed = false;
     bool tiled = false;
-    QSize strile; ///< pixels of a tile, or of a strip
+    QSize strile;                    ///< pixels of a tile, or of a strip
+    QSize block = QSize(1, 1);       ///< pixels that share their colour samples and are stored together
+    std::array<float, 3> luma = {};  ///< shares of red, green and blue in Y, for YCbCr
+    std::array<float, 6> range = {}; ///< reference black and white of Y, Cb, Cr
 
     /// Samples of a pixel that carry colour.
     int colorSamples() const;

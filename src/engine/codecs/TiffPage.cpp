@@ -4,6 +4,7 @@
 #include "engine/codecs/TiffPieces.h"
 #include "engine/codecs/TiffRows.h"
 #include "engine/codecs/TiffStriles.h"
+#include "engine/codecs/TiffYcc.h"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +29,8 @@ class Worker
 {
   public:
     Worker(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout)
-        : m_handle(handle), m_layout(layout), m_striles(handle, std::move(source), m_layout), m_rows(m_layout)
+        : m_handle(handle), m_layout(layout), m_striles(handle, std::move(source), m_layout),
+          m_rows(m_layout), m_ycc(m_layout)
     {
     }
     /// A worker, with room for `rows` rows, for the page whose directory is at that offset; null when it
@@ -37,7 +39,7 @@ class Worker
                                           int rows);
 
     qint64 rowBytes() const { return m_striles.rowBytes(); }
-    qint64 memoryFor(int rows) const { return m_striles.memoryFor(rows, planes()); }
+    qint64 memoryFor(int rows) const { return m_striles.memoryFor(blockRows(rows), planes()); }
     QImage::Format format() const { return m_rows.format(); }
     QList<QRgb> colorTable() const { return m_rows.colorTable(); }
     /// Makes room for `rows` rows; false when there is none.
@@ -48,6 +50,7 @@ class Worker
     TiffProgress progress() const;
 
   private:
+    int blockRows(int rows) const { return (rows + m_layout.block.height() - 1) / m_layout.block.height(); }
     int planes() const { return m_layout.planar ? m_layout.usedSamples() : 1; }
     StrileOutcome decodePlanes(qint64 perPlane, const TiffPiece& piece, int rows, const CancelFlag& cancel);
     void drawRows(const TiffPiece& piece, int rows, const Canvas& canvas);
@@ -57,6 +60,7 @@ class Worker
     const TiffLayout m_layout;
     TiffStriles m_striles;
     TiffRows m_rows;
+    TiffYcc m_ycc;
     std::array<TiffBuffer, 5> m_buffers;
     TiffProgress m_progress;
 };
@@ -77,7 +81,7 @@ std::unique_ptr<Worker> Worker::beside(quint64 directory, const std::shared_ptr<
 bool Worker::allocate(int rows)
 {
     for (int plane = 0; plane < planes(); ++plane) {
-        m_buffers[size_t(plane)] = m_striles.allocate(rows);
+        m_buffers[size_t(plane)] = m_striles.allocate(blockRows(rows));
         if (!m_buffers[size_t(plane)])
             return false;
     }
@@ -91,9 +95,10 @@ StrileOutcome Worker::decodePlanes(qint64 perPlane, const TiffPiece& piece, int 
     StrileOutcome worst = {rows, true};
     for (int plane = 0; plane < planes() && worst.rows > 0; ++plane) {
         const auto index = quint32(piece.strile + plane * perPlane);
-        const StrileOutcome one =
-            m_striles.decode(index, piece.first, rows, m_buffers[size_t(plane)].get(), cancel);
-        worst = {std::min(worst.rows, one.rows), worst.whole && one.whole};
+        const int tall = m_layout.block.height();
+        const StrileOutcome one = m_striles.decode(index, piece.first / tall, blockRows(rows),
+                                                   m_buffers[size_t(plane)].get(), cancel);
+        worst = {std::min(worst.rows, one.rows * tall), worst.whole && one.whole};
     }
     return worst;
 }
@@ -104,11 +109,18 @@ void Worker::drawRows(const TiffPiece& piece, int rows, const Canvas& canvas)
     TiffSampleRow samples;
     samples.step = m_layout.planar ? 1 : m_layout.samples;
     for (int i = 0; i < rows; ++i) {
+        uchar* const line = canvas.bits + canvas.bytesPerLine * (piece.y + i);
+        if (m_layout.colors == TiffColors::YCbCr) {
+            const int tall = m_layout.block.height();
+            const uchar* blocks = m_buffers[0].get() + i / tall * m_striles.rowBytes();
+            m_ycc.convert(blocks, i % tall, count, reinterpret_cast<QRgb*>(line) + piece.x);
+            continue;
+        }
         for (size_t s = 0; s < size_t(m_layout.usedSamples()); ++s) {
             samples.bytes[s] = m_buffers[m_layout.planar ? s : 0].get() + i * m_striles.rowBytes();
             samples.first[s] = m_layout.planar ? 0 : int(s);
         }
-        m_rows.convert(samples, count, canvas.bits + canvas.bytesPerLine * (piece.y + i), piece.x);
+        m_rows.convert(samples, count, line, piece.x);
     }
 }
 

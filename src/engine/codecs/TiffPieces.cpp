@@ -12,7 +12,8 @@ TiffPieces::TiffPieces(const TiffLayout& layout, qint64 rowBytes)
     // Strips that are not compressed may be the whole page.
     constexpr qint64 pieceBytes = 256 * 1024;
     if (!layout.tiled && !layout.compressed)
-        m_step = int(std::clamp<qint64>(pieceBytes / rowBytes, 1, m_step));
+        m_step =
+            int(std::min<qint64>(std::max<qint64>(pieceBytes / rowBytes, 1) * layout.block.height(), m_step));
     m_perStrile = (layout.strile.height() + m_step - 1) / m_step;
 }
 

@@ -19,7 +19,8 @@ struct TiffPiece
 class TiffPieces
 {
   public:
-    /// `layout`, which must outlive this, has striles whose rows take `rowBytes` (at least 1) when decoded.
+    /// `layout`, which must outlive this, has striles whose rows of blocks take `rowBytes` (at least 1) when
+    /// decoded.
     TiffPieces(const TiffLayout& layout, qint64 rowBytes);
 
     qint64 count() const { return strilesPerPlane() * m_perStrile; }

@@ -1,6 +1,7 @@
 #include "engine/codecs/TiffRows.h"
 
 #include "engine/codecs/ImageRows.h"
+#include "engine/ColorGrid.h"
 
 #include <QFloat16>
 
@@ -98,7 +99,7 @@ void widen(const uchar* bytes, int first, int step, const TiffLayout& layout, st
         }
         return;
     }
-    if (layout.numbers == TiffNumbers::Unsigned && layout.bits == 16) {
+    if (layout.bits == 16) {
         for (quint16& value : out) {
             value = numberAt<quint16>(bytes, index);
             index += step;
@@ -106,9 +107,8 @@ void widen(const uchar* bytes, int first, int step, const TiffLayout& layout, st
         return;
     }
     const quint64 greatest = (quint64(1) << layout.bits) - 1;
-    const quint32 bias = layout.numbers == TiffNumbers::Signed ? 1u << (layout.bits - 1) : 0;
     for (quint16& value : out) {
-        const quint32 sample = unsignedAt(bytes, index, layout.bits) ^ bias;
+        const quint32 sample = unsignedAt(bytes, index, layout.bits);
         value = quint16((sample * quint64(top) + greatest / 2) / greatest);
         index += step;
     }
@@ -224,6 +224,10 @@ void TiffRows::convertGrey8(const uchar* samples, int count, uchar* out) const
 
 void TiffRows::convertDeep(const TiffSampleRow& row, int count, uchar* line, int x)
 {
+    if (m_layout.colors == TiffColors::CieLab || m_layout.colors == TiffColors::IccLab) {
+        convertLab(row, count, reinterpret_cast<QRgb*>(line) + x);
+        return;
+    }
     const int used = m_layout.usedSamples();
     for (size_t channel = 0; channel < size_t(used); ++channel) {
         m_wide[channel].resize(size_t(count));
@@ -262,6 +266,30 @@ void TiffRows::convertInks(int count, QRgb* out)
         return;
     for (size_t i = 0; i < size_t(count); ++i)
         out[i] = (out[i] & 0xffffffU) | QRgb(narrow(m_wide[4][i])) << 24;
+}
+
+/// Format: TIFF 6.0, section 23; TIFF Technical Note 4. Deep ICC samples are those of ICC.1:2001: 0xFF00 is
+/// full.
+void TiffRows::convertLab(const TiffSampleRow& row, int count, QRgb* out)
+{
+    const bool deep = m_layout.bits == 16;
+    const bool icc = m_layout.colors == TiffColors::IccLab;
+    const bool hasAlpha = m_layout.alpha != TiffAlpha::None;
+    const float unit = deep ? 256 : 1;
+    const float full = !deep ? 255 : icc ? 65280 : 65535;
+    const quint32 half = deep ? 32768 : 128;
+    const auto hue = [&](quint32 code) {
+        const quint32 counted = icc ? code : code ^ half; // from the least either way
+        return (float(counted) - float(half)) / unit;
+    };
+    for (int i = 0; i < count; ++i) {
+        const auto code = [&](size_t s) {
+            return unsignedAt(row.bytes[s], row.first[s] + qint64(i) * row.step, m_layout.bits);
+        };
+        out[i] = labInSrgb(std::min(float(code(0)) * 100 / full, 100.0F), hue(code(1)), hue(code(2)));
+        if (hasAlpha)
+            out[i] = (out[i] & 0xffffffU) | (code(3) >> (deep ? 8 : 0)) << 24;
+    }
 }
 
 void TiffRows::combine(int count, QRgb* out) const

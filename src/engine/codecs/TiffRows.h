@@ -43,6 +43,7 @@ class TiffRows
     void convertDeep(const TiffSampleRow& row, int count, uchar* line, int x);
     void combine(int count, QRgb* out) const;
     void convertInks(int count, QRgb* out);
+    void convertLab(const TiffSampleRow& row, int count, QRgb* out);
 
     const TiffLayout m_layout;
     QImage::Format m_format;

@@ -52,6 +52,11 @@ TiffStriles::TiffStriles(TiffHandle& handle, std::shared_ptr<ByteSource> source,
     m_isJbig = field<uint16_t>(handle.get(), TIFFTAG_COMPRESSION) == COMPRESSION_JBIG;
     // libtiff turns JBIG's bits round when the tag says what is usual elsewhere.
     m_isReversed = field<uint16_t>(handle.get(), TIFFTAG_FILLORDER) == FILLORDER_MSB2LSB;
+    if (layout.colors == TiffColors::YCbCr) { // a block: its Y by rows, then Cb and Cr
+        const qint64 across = (layout.strile.width() + layout.block.width() - 1) / layout.block.width();
+        m_rowBytes = across * (layout.block.width() * layout.block.height() + 2);
+        return;
+    }
     if (told >= needed && told <= quint64(Limits::machine().maxBytes))
         m_rowBytes = qint64(told);
 }

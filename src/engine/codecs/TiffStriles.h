@@ -30,6 +30,8 @@ class TiffStriles
     /// `layout` is the present directory of `handle`, whose bytes are `source`.
     TiffStriles(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout);
 
+    /// What follows speaks of rows of blocks (TiffLayout::block), which are rows of pixels in most files.
+
     /// Bytes from one decoded row to the next; 0 when the page's numbers contradict each other.
     qint64 rowBytes() const { return m_rowBytes; }
     /// Bytes that decoding `rows` rows of `planes` planes side by side takes besides the picture.
