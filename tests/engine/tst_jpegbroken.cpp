@@ -38,6 +38,8 @@ class TestJpegBroken : public QObject
     void warningsAreNotFatal();
     void garbageBehindTheHeader();
     void garbageBehindTheEnd();
+    void garbageBetweenTheScans_data();
+    void garbageBetweenTheScans();
     void givesUpRefining();
     void promisesCostNothing_data();
     void promisesCostNothing();
@@ -190,6 +192,36 @@ void TestJpegBroken::garbageBehindTheEnd()
     const auto picture = decodeBytes(codec, file);
     QVERIFY(picture);
     QVERIFY(picture->complete);
+}
+
+void TestJpegBroken::garbageBetweenTheScans_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("complete");
+    const QByteArray junk(40, '\x55');
+    for (const bool progressive : {false, true}) {
+        const char* kind = progressive ? "progressive" : "baseline";
+        const QByteArray good = colorJpeg(
+            QSize(61, 47), progressive ? QStringList{QStringLiteral("-progressive")} : QStringList());
+        const auto with = [&](qsizetype at) { return QByteArray(good).insert(at, junk); };
+        const qsizetype end = good.size() - 2;
+        QTest::addRow("%s, none", kind) << good << true;
+        QTest::addRow("%s, behind the last scan", kind) << with(end) << false;
+        QTest::addRow("%s, behind the end", kind) << good + junk << true;
+        QTest::addRow("%s, before the frame", kind) << with(frameAt(good)) << true;
+        QTest::addRow("%s, a scan's mark broken", kind)
+            << QByteArray(good).replace(good.lastIndexOf("\xff\xda"), 1, "\x55") << false;
+    }
+}
+
+void TestJpegBroken::garbageBetweenTheScans()
+{
+    QFETCH(QByteArray, file);
+    const auto picture = decodeBytes(codec, file);
+    if (picture)
+        QTEST(picture->complete, "complete");
+    else
+        QTEST(false, "complete");
 }
 
 void TestJpegBroken::givesUpRefining()

@@ -6,6 +6,7 @@
 #include "JpegFixtures.h"
 #include "LosslessJpegFixtures.h"
 #include "Mutator.h"
+#include "ProfileFixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -120,6 +121,9 @@ class TestLosslessJpegCodec : public QObject
     void carriesProfiles_data();
     void carriesProfiles();
     void dropsBrokenProfiles();
+    void joinsPiecesInAnyOrder();
+    void convertsInksByTheirProfile_data();
+    void convertsInksByTheirProfile();
     void refusesToWrite();
     void stopsWhenCancelled();
     void survivesBrokenFiles();
@@ -529,6 +533,71 @@ void TestLosslessJpegCodec::dropsBrokenProfiles()
         const auto picture = decodeBytes(codec, broken);
         QVERIFY(picture && picture->complete);
         QVERIFY(picture->profile.isEmpty());
+    }
+}
+
+void TestLosslessJpegCodec::joinsPiecesInAnyOrder()
+{
+    EncodeOptions options;
+    options.profile = profileOf("RGB ", 100000);
+    const QByteArray file =
+        *codec.encode(imageOf(samplePicture(QSize(9, 7))), QStringLiteral("ljp"), options);
+    const qsizetype first = markerAt(file, 0xe2);
+    const qsizetype second = markerAt(file, 0xe2, first + 2 + 65535);
+    QVERIFY(first > 0 && second > first);
+    const qsizetype length = 2 + (uchar(file[second + 2]) << 8 | uchar(file[second + 3]));
+    QByteArray turned = file;
+    turned.replace(first, second + length - first,
+                   file.mid(second, length) + file.mid(first, second - first));
+    const auto picture = decodeBytes(codec, turned);
+    QVERIFY(picture && picture->complete);
+    QCOMPARE(picture->profile, options.profile);
+}
+
+void TestLosslessJpegCodec::convertsInksByTheirProfile_data()
+{
+    QTest::addColumn<int>("transform"); // Adobe's; -1 for no mark
+    QTest::newRow("inks") << -1;
+    QTest::newRow("Adobe's inks") << 0;
+    QTest::newRow("Adobe's YCCK") << 2;
+}
+
+/// The same samples without the profile name the inks; with it they have its colours.
+void TestLosslessJpegCodec::convertsInksByTheirProfile()
+{
+    QFETCH(int, transform);
+    const QByteArray profile = cmykProfile();
+    LosslessJpegMaker maker;
+    maker.picture = samplePlanes(QSize(13, 11), 4, 8);
+    if (transform == 2)
+        for (size_t i = 1; i < 3; ++i)
+            std::fill(maker.picture.planes[i].begin(), maker.picture.planes[i].end(), 128); // no hue
+    if (transform >= 0)
+        maker.marks = adobeMark(transform);
+    constexpr qsizetype longest = 60000;
+    const int count = int((profile.size() + longest - 1) / longest);
+    for (int i = 0; i < count; ++i)
+        maker.marks += LosslessJpegMaker::segment(0xe2, QByteArray("ICC_PROFILE\0", 12) + char(i + 1) +
+                                                            char(count) + profile.mid(i * longest, longest));
+    const auto picture = decodeBytes(codec, maker.bytes());
+    QVERIFY(picture && picture->complete);
+    QCOMPARE(picture->profile, QByteArray());
+    for (int y = 0; y < 11; ++y) {
+        for (int x = 0; x < 13; ++x) {
+            std::array<int, 4> ink;
+            for (size_t i = 0; i < 4; ++i)
+                ink[i] = maker.picture.planes[i][size_t(y * 13 + x)];
+            if (transform == 2)
+                ink[0] = ink[1] = ink[2] = 255 - ink[0];
+            if (transform >= 0)
+                for (int& value : ink)
+                    value = 255 - value;
+            const QRgb wanted = inkInSrgb(ink[0], ink[1], ink[2], ink[3]);
+            QVERIFY2(distance(picture->image.pixel(x, y), wanted) <= 3,
+                     qPrintable(QStringLiteral("%1 instead of %2")
+                                    .arg(picture->image.pixel(x, y), 0, 16)
+                                    .arg(wanted, 0, 16)));
+        }
     }
 }
 

@@ -479,9 +479,9 @@ void TestTiffCodec::readsVariants_data()
     TiffMaker narrowMap = page(4, 1, 2, 1, 3, "1b");
     narrowMap.setShorts(320, hex("ff00 0000 0000 ff00   0000 ff00 0000 ff00   0000 0000 ff00 ff00"));
     add("palette with values of 8 bits", narrowMap, four, QImage::Format_Indexed8, 2);
-    TiffMaker wide = page(2, 1, 1, 1, 3, "40");
-    wide.setShorts(320, hex("8100 8000 0000 ffff ff7f 0080")); // 129 is nearer to 257 than to 0
-    add("palette of 1 bit, values of 16 bits", wide, {qRgb(1, 0, 127), qRgb(0, 255, 128)},
+    TiffMaker spread = page(2, 1, 1, 1, 3, "40");
+    spread.setShorts(320, hex("8100 8000 0000 ffff ff7f 0080")); // 129 is nearer to 257 than to 0
+    add("palette of 1 bit, values of 16 bits", spread, {qRgb(1, 0, 127), qRgb(0, 255, 128)},
         QImage::Format_Mono, 1);
     TiffMaker shifted = page(2, 1, 1, 1, 3, "40");
     shifted.setShorts(320, hex("0064 00c8 0000 00ff 0011 0000"));

@@ -23,9 +23,17 @@ JpegErrors& errorsOf(j_common_ptr info)
     std::longjmp(errors.landing.place, 1);
 }
 
-bool losesPixels(int message)
+/// True once a scan has begun: what is skipped from there to the end mark should have been pixels.
+bool isAmongScans(j_common_ptr info)
 {
-    switch (message) {
+    return info->is_decompressor && reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > 0;
+}
+
+bool losesPixels(j_common_ptr info)
+{
+    switch (info->err->msg_code) {
+    case JWRN_EXTRANEOUS_DATA:
+        return isAmongScans(info);
     case JWRN_ARITH_BAD_CODE:
     case JWRN_BOGUS_PROGRESSION:
     case JWRN_HIT_MARKER:
@@ -45,7 +53,7 @@ void takeMessage(j_common_ptr info, int level)
         return; // a trace
     JpegErrors& errors = errorsOf(info);
     info->err->num_warnings++;
-    if (losesPixels(info->err->msg_code))
+    if (losesPixels(info))
         errors.damage++;
     if (info->err->msg_code == JWRN_HIT_MARKER)
         errors.dataEnded = true;

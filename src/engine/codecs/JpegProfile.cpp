@@ -1,10 +1,7 @@
 #include "engine/codecs/JpegProfile.h"
 
-#include "engine/codecs/Growing.h"
-
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 namespace quorvia::engine {
 
@@ -57,10 +54,10 @@ boolean JpegProfile::takeSegment(j_decompress_ptr info)
             byte = nextByte(info);
         left -= headLength;
         if (std::memcmp(head, mark, sizeof mark) == 0) {
-            profile.begin(head[sizeof mark], head[sizeof mark + 1]);
+            profile.m_pieces.begin(head[sizeof mark], head[sizeof mark + 1]);
             while (left > 0) {
                 const size_t now = std::min(left, ready(info));
-                profile.add(info->src->next_input_byte, now);
+                profile.m_pieces.add(info->src->next_input_byte, qsizetype(now));
                 moveOn(info, now);
                 left -= now;
             }
@@ -71,23 +68,10 @@ boolean JpegProfile::takeSegment(j_decompress_ptr info)
     return TRUE;
 }
 
-void JpegProfile::begin(int number, int count)
-{
-    m_broken = m_broken || number != m_taken + 1 || (m_taken > 0 && count != m_count);
-    ++m_taken;
-    m_count = count;
-}
-
-void JpegProfile::add(const JOCTET* bytes, size_t length)
-{
-    const auto count = static_cast<qsizetype>(length);
-    m_broken = m_broken || m_bytes.size() + count > maxProfileBytes || !appended(m_bytes, bytes, count);
-}
-
 QByteArray JpegProfile::take(ColorModel model)
 {
-    QByteArray bytes = std::exchange(m_bytes, {});
-    if (m_broken || m_taken != m_count || colorModelOf(bytes) != model)
+    QByteArray bytes = m_pieces.take();
+    if (colorModelOf(bytes) != model)
         return {};
     return bytes;
 }

@@ -2,6 +2,7 @@
 // Costs nothing for a file without one.
 #pragma once
 
+#include "engine/codecs/IccPieces.h"
 #include "engine/ColorConversion.h"
 
 #include <jpeglib.h>
@@ -18,19 +19,14 @@ class JpegProfile
     /// outlive the reading; `info` must be no other's client.
     void attach(j_decompress_ptr info);
 
-    /// The profile when all of it stood in its order within maxProfileBytes, and its colours are of `model`;
-    /// else empty. Ask after the header is read.
+    /// The profile when all its pieces came, in any order, within maxProfileBytes, and its colours are of
+    /// `model`; else empty. Ask after the header is read.
     QByteArray take(ColorModel model);
 
   private:
     static boolean takeSegment(j_decompress_ptr info);
-    void begin(int number, int count);
-    void add(const JOCTET* bytes, size_t length);
 
-    QByteArray m_bytes;
-    int m_taken = 0; ///< pieces so far
-    int m_count = 0; ///< pieces that there should be
-    bool m_broken = false;
+    IccPieces m_pieces;
 };
 
 } // namespace quorvia::engine

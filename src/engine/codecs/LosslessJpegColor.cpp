@@ -105,8 +105,30 @@ void LosslessCanvas::draw(int component, int y, int count, const quint16* sample
         row[x] = (row[x] & keep) | QRgb(eightBits(x)) << place;
 }
 
-QImage LosslessCanvas::finish()
+/// A row of four samples a pixel as the inks that are stored, brought to RGB in place.
+void LosslessCanvas::convertInks(QRgb* row, int count, const ColorConversion& inks) const
 {
+    std::vector<uchar> bytes;
+    bytes.reserve(4 * size_t(count));
+    for (int x = 0; x < count; ++x) {
+        QRgb ink = row[x];
+        if (m_color == LosslessColor::InvertedYcck)
+            ink = (~fromYCbCr(qRed(ink), qGreen(ink), qBlue(ink)) & 0xffffffU) | (ink & 0xff000000U);
+        for (const int value : {qRed(ink), qGreen(ink), qBlue(ink), qAlpha(ink)})
+            bytes.push_back(uchar(value));
+    }
+    inks.convertInks(bytes.data(), row, count, m_color != LosslessColor::Cmyk);
+}
+
+QImage LosslessCanvas::finish(const ColorConversion* inks)
+{
+    const bool byProfile = inks && inks->model() == ColorModel::Cmyk &&
+                           (m_color == LosslessColor::Cmyk || m_color == LosslessColor::InvertedCmyk ||
+                            m_color == LosslessColor::InvertedYcck);
+    for (int y = 0; byProfile && y < m_image.height(); ++y)
+        convertInks(reinterpret_cast<QRgb*>(m_image.scanLine(y)), m_reached[size_t(y)], *inks);
+    if (byProfile)
+        return std::move(m_image);
     if (m_color != LosslessColor::Gray && m_color != LosslessColor::Rgb) {
         for (int y = 0; y < m_image.height(); ++y) {
             auto* row = reinterpret_cast<QRgb*>(m_image.scanLine(y));

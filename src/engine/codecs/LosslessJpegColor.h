@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/codecs/LosslessJpegMarkers.h"
+#include "engine/ColorConversion.h"
 
 #include <QImage>
 
@@ -31,11 +32,14 @@ class LosslessCanvas
 
     /// Sets the first `count` samples of `component` in row `y` from stored samples shifted up by `shift`.
     void draw(int component, int y, int count, const quint16* samples, int shift);
-    /// The image, its colours brought to RGB as far as it was drawn. Call once.
-    QImage finish();
+    /// The image, its colours brought to RGB as far as it was drawn; four inks by `inks` when it is given and
+    /// of their model. Call once.
+    QImage finish(const ColorConversion* inks = nullptr);
     bool drawn() const { return m_drawn; }
 
   private:
+    void convertInks(QRgb* row, int count, const ColorConversion& inks) const;
+
     QImage m_image;
     LosslessColor m_color;
     std::vector<uchar> m_eightBits; ///< by sample value

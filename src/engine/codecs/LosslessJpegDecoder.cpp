@@ -158,12 +158,13 @@ Result<Picture> Session::decode(const CancelFlag& cancel)
     if (!m_canvas || !m_canvas->drawn())
         return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
     Picture picture;
-    picture.image = m_canvas->finish();
+    const QByteArray profile = m_profile.profile();
+    const size_t components = m_frame.components.size();
+    picture.image = m_canvas->finish(components == 4 ? ColorConversion::of(profile).get() : nullptr);
     picture.fullSize = m_frame.size;
     picture.complete = m_complete && isDone();
-    const size_t components = m_frame.components.size();
-    if (components < 4) // four inks come out as sRGB
-        picture.profile = m_profile.profile(components < 3);
+    if (components < 4 && isProfileFor(profile, components < 3)) // four inks come out as sRGB
+        picture.profile = profile;
     return picture;
 }
 

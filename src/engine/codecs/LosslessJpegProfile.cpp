@@ -20,20 +20,8 @@ void LosslessProfileReader::take(ByteSpan body)
                                     [](char wanted, uchar byte) { return uchar(wanted) == byte; });
     if (!isPiece)
         return;
-    const int number = body[sizeof mark];
-    const int count = body[sizeof mark + 1];
-    m_broken = m_broken || number != m_taken + 1 || (m_taken > 0 && count != m_count);
-    ++m_taken;
-    m_count = count;
-    if (!m_broken)
-        m_bytes.append(reinterpret_cast<const char*>(body.data()) + headLength,
-                       qsizetype(body.size() - headLength));
-}
-
-QByteArray LosslessProfileReader::profile(bool gray) const
-{
-    const bool whole = !m_broken && m_taken > 0 && m_taken == m_count;
-    return whole && isProfileFor(m_bytes, gray) ? m_bytes : QByteArray();
+    m_pieces.begin(body[sizeof mark], body[sizeof mark + 1]);
+    m_pieces.add(body.data() + headLength, qsizetype(body.size() - headLength));
 }
 
 bool isProfileFor(const QByteArray& profile, bool gray)

@@ -2,6 +2,7 @@
 // of all. Cheap.
 #pragma once
 
+#include "engine/codecs/IccPieces.h"
 #include "engine/codecs/LosslessJpegMarkers.h"
 
 #include <QByteArray>
@@ -9,20 +10,17 @@
 
 namespace quorvia::engine {
 
-/// Collects the pieces of a profile in the order of the file.
+/// Collects the pieces of a profile.
 class LosslessProfileReader
 {
   public:
     /// Takes the body of an APP2 segment; one that is no piece of a profile is left alone.
     void take(ByteSpan body);
-    /// The profile when all pieces stood in their order and its colours are `gray` or else RGB; else empty.
-    QByteArray profile(bool gray) const;
+    /// The profile when all pieces came; else empty. Once.
+    QByteArray profile() { return m_pieces.take(); }
 
   private:
-    QByteArray m_bytes;
-    int m_taken = 0;
-    int m_count = 0; ///< pieces that there should be
-    bool m_broken = false;
+    IccPieces m_pieces;
 };
 
 /// True when `profile` is an ICC profile for grey (`gray`) or RGB colours.
