@@ -51,6 +51,7 @@ class TestWebpCodec : public QObject
     void readsWhatOthersWrite();
     void tellsTheDepth_data();
     void tellsTheDepth();
+    void showsAlphaThatItsHeaderDenies();
     void readsOnlyTheBeginningToOpen();
     void coversTheBox_data();
     void coversTheBox();
@@ -120,6 +121,30 @@ void TestWebpCodec::tellsTheDepth()
     QCOMPARE(picture->bitsPerPixel, bits);
     QCOMPARE(picture->image.format(), bits == 32 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     QCOMPARE(picture->image.size(), QSize(9, 5));
+}
+
+void TestWebpCodec::showsAlphaThatItsHeaderDenies()
+{
+    const QSize size(33, 17);
+    const QByteArray plain = cwebp("-lossless -exact", samplePng(size, true), "png");
+    QVERIFY(plain.mid(12, 4) == "VP8L");
+    QByteArray file = extended(0, size) + plain.mid(12);
+    qToLittleEndian<quint32>(quint32(file.size() - 8), file.data() + 4);
+    const Rgba wanted = pngPixels(samplePng(size, true));
+    const auto picture = decoded(m_codec, file);
+    QVERIFY(picture && picture->complete);
+    QCOMPARE(picture->bitsPerPixel, 32);
+    QCOMPARE(firstDifference(rgbaOf(picture->image), wanted), QString());
+    QCOMPARE(firstDifference(pngPixels(converted("dwebp -quiet @in -o @out", file, "webp", "png")), wanted),
+             QString());
+    // Alpha that the picture itself denies is not there.
+    QByteArray opaque = plain;
+    opaque[24] = char(opaque[24] & ~0x10);
+    const auto bare = decoded(m_codec, opaque);
+    QVERIFY(bare);
+    QCOMPARE(bare->image.format(), QImage::Format_RGB32);
+    for (int x = 0; x < size.width(); ++x)
+        QCOMPARE(qAlpha(reinterpret_cast<const QRgb*>(bare->image.constScanLine(5))[x]), 255);
 }
 
 void TestWebpCodec::readsOnlyTheBeginningToOpen()

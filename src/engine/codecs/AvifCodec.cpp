@@ -58,6 +58,21 @@ class AvifDecoder final : public Decoder
     bool m_complete;
 };
 
+/// Colours that were multiplied by their alpha, as they were before.
+void unpremultiply(QImage& image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int alpha = qAlpha(row[x]);
+            const auto whole = [alpha](int share) {
+                return alpha == 0 ? 0 : std::min((share * 255 + alpha / 2) / alpha, 255);
+            };
+            row[x] = qRgba(whole(qRed(row[x])), whole(qGreen(row[x])), whole(qBlue(row[x])), alpha);
+        }
+    }
+}
+
 Result<Picture> AvifDecoder::decode(int page, QSize, const CancelFlag& cancel)
 {
     const Result<PageHeader> facts = header(page);
@@ -79,6 +94,8 @@ Result<Picture> AvifDecoder::decode(int page, QSize, const CancelFlag& cancel)
         return noMemoryError();
     if (picture.image.size() != facts->size)
         return Error{ErrorKind::Damaged, QStringLiteral("the picture has not the size that its header told")};
+    if (picture.image.format() == QImage::Format_ARGB32 && isHeifPremultiplied(m_file))
+        unpremultiply(picture.image);
     picture.profile = read->profile;
     return picture;
 }

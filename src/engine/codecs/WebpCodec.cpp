@@ -174,6 +174,15 @@ Outcome decodeInto(QImage& image, const Frame& frame, bool scaled, const CancelF
     return outcome;
 }
 
+/// A lossless picture may hold alpha that it says it has not.
+void makeOpaque(QImage& image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        std::transform(row, row + image.width(), row, [](QRgb pixel) { return pixel | 0xff000000U; });
+    }
+}
+
 Result<Picture> WebpDecoder::decode(int page, QSize box, const CancelFlag& cancel)
 {
     const Result<PageHeader> facts = header(page);
@@ -206,6 +215,8 @@ Result<Picture> WebpDecoder::decode(int page, QSize box, const CancelFlag& cance
     picture.complete = outcome.status == VP8_STATUS_OK && frame->complete;
     if (!picture.complete && outcome.rows == 0)
         return nothingToShowError();
+    if (picture.image.format() == QImage::Format_RGB32)
+        makeOpaque(picture.image);
     picture.profile = profileIn(demux.get());
     return picture;
 }

@@ -19,6 +19,35 @@ Error broken()
     return Error{ErrorKind::Damaged, QStringLiteral("the WebP file tells no size")};
 }
 
+bool losslessAlpha(const uchar* body)
+{
+    return (qFromLittleEndian<quint32>(body + 1) >> 28 & 1) != 0;
+}
+
+/// Whether the still picture behind an extended header has alpha: the picture's own chunks tell, as libwebp
+/// takes it, and `told` by the header where they are not found.
+bool storedAlpha(const ByteSource& source, bool told)
+{
+    constexpr int mostChunks = 64;
+    constexpr int enough = 5; // bytes of the picture
+    qint64 at = firstChunk;
+    for (int i = 0; i < mostChunks; ++i) {
+        const QByteArray head = source.bytes(at, chunkHead + enough);
+        if (head.size() < chunkHead + enough)
+            return told;
+        const auto* bytes = reinterpret_cast<const uchar*>(head.constData());
+        if (head.startsWith("VP8L"))
+            return losslessAlpha(bytes + chunkHead);
+        if (head.startsWith("VP8 "))
+            return told;
+        if (head.startsWith("ALPH"))
+            return true;
+        const qint64 length = qFromLittleEndian<quint32>(bytes + 4);
+        at += chunkHead + length + length % 2;
+    }
+    return told;
+}
+
 } // namespace
 
 bool isWebp(const QByteArray& head)
@@ -43,6 +72,8 @@ Result<WebpLayout> readWebpLayout(const ByteSource& source)
         layout.hasAlpha = (body[0] & alpha) != 0;
         layout.hasProfile = (body[0] & profile) != 0;
         layout.size = QSize(int(threeBytes(body + 4)) + 1, int(threeBytes(body + 7)) + 1);
+        if (!layout.isAnimated)
+            layout.hasAlpha = storedAlpha(source, layout.hasAlpha);
         return layout;
     }
     if (kind == "VP8 ") {
@@ -59,7 +90,7 @@ Result<WebpLayout> readWebpLayout(const ByteSource& source)
         if (body[0] != 0x2F)
             return broken();
         layout.size = QSize(int(facts & sideBits) + 1, int(facts >> 14 & sideBits) + 1);
-        layout.hasAlpha = (facts >> 28 & 1) != 0;
+        layout.hasAlpha = losslessAlpha(body);
         return layout;
     }
     return Error{

@@ -1,4 +1,4 @@
-// The chunks at the beginning of a WebP file. Cheap: a few small reads, whatever the file's length.
+// The chunks at the beginning of a WebP file. Cheap: some small reads, whatever the file's length.
 #pragma once
 
 #include "engine/ByteSource.h"
@@ -20,7 +20,8 @@ struct WebpLayout
 /// True when `head` begins like a WebP file.
 bool isWebp(const QByteArray& head);
 
-/// Reads the first chunk of `source`. Damaged when it tells no size, Unsupported for codings of the future.
+/// Reads the first chunk of `source`, and the heads of further ones up to the picture's. Damaged when it
+/// tells no size, Unsupported for codings of the future.
 Result<WebpLayout> readWebpLayout(const ByteSource& source);
 
 } // namespace quorvia::engine

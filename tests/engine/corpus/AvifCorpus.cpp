@@ -41,6 +41,7 @@ std::vector<Fixture> avifCorpus()
         avif("AVIF, lossless, 1 x 1", "-l", samplePng({1, 1}, false), 0),
         avif("AVIF, lossless, 1 x 300", "-l", samplePng({1, 300}, false), 0),
         avif("AVIF, lossless, alpha", "-l", clear, 0),
+        avif("AVIF, lossless, premultiplied", "-l -p", clear, 3), // libyuv divides roughly
         avif("AVIF, 4:4:4", "-y 444 --min 10 --max 20", small, 3),
         byLibheif("AVIF, 4:2:0, 64 x 64", "avifenc -j 1 -s 8 -y 420 @in @out", "avif", {64, 64}, false),
         avif("AVIF, grey", "-y 400 --min 0 --max 0", small, 3),
