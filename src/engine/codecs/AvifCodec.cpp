@@ -1,8 +1,9 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/HeifBoxes.h"
-#include "engine/codecs/MagickBridge.h"
+#include "engine/codecs/HeifReader.h"
 #include "engine/codecs/PageNumber.h"
+#include "engine/Limits.h"
 
 #include <algorithm>
 #include <new>
@@ -27,12 +28,26 @@ class AvifCodec final : public Codec
 
 namespace {
 
+/// Beside Limits a picture must leave room for the library, which holds its planes, those of one step to RGB,
+/// and turned copies of them.
+Status checkCost(QSize size, int bits)
+{
+    const int bytesPerPixel = bits > 8 ? 32 : 16;
+    const Limits& limits = Limits::machine();
+    const Status allowed = checkSize(size, limits);
+    if (!allowed)
+        return allowed;
+    Limits tighter = limits;
+    tighter.maxBytes = limits.maxBytes * 4 / bytesPerPixel;
+    return checkSize(size, tighter);
+}
+
 class AvifDecoder final : public Decoder
 {
   public:
-    /// `complete` is false when the end of `file` was filled up.
-    AvifDecoder(QByteArray file, MagickFacts facts, bool complete)
-        : m_file(std::move(file)), m_facts(facts), m_samples(heifSamples(m_file)), m_complete(complete)
+    /// `complete` is false when the end of the file was filled up.
+    AvifDecoder(std::unique_ptr<HeifReader> reader, bool complete)
+        : m_reader(std::move(reader)), m_samples(heifSamples(m_reader->file())), m_complete(complete)
     {
     }
 
@@ -42,62 +57,54 @@ class AvifDecoder final : public Decoder
     {
         if (const Status there = onlyPage(page); !there)
             return there.error();
-        const Status allowed = checkMagickSize(m_facts.size);
+        const int bits = std::max(m_samples.bits, m_reader->bits());
+        const Status allowed = checkCost(m_reader->size(), bits);
         if (!allowed)
             return allowed.error();
-        const int channels = m_facts.hasAlpha ? 4 : m_samples.channels;
-        return PageHeader{m_facts.size, channels * (m_samples.bits > 8 ? 16 : 8)};
+        const int channels = m_reader->hasAlpha() ? 4 : m_samples.channels;
+        return PageHeader{m_reader->size(), channels * (bits > 8 ? 16 : 8)};
     }
 
     Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
 
   private:
-    QByteArray m_file;
-    MagickFacts m_facts;
+    std::unique_ptr<HeifReader> m_reader;
     HeifSamples m_samples;
     bool m_complete;
 };
-
-/// Colours that were multiplied by their alpha, as they were before.
-void unpremultiply(QImage& image)
-{
-    for (int y = 0; y < image.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const int alpha = qAlpha(row[x]);
-            const auto whole = [alpha](int share) {
-                return alpha == 0 ? 0 : std::min((share * 255 + alpha / 2) / alpha, 255);
-            };
-            row[x] = qRgba(whole(qRed(row[x])), whole(qGreen(row[x])), whole(qBlue(row[x])), alpha);
-        }
-    }
-}
 
 Result<Picture> AvifDecoder::decode(int page, QSize, const CancelFlag& cancel)
 {
     const Result<PageHeader> facts = header(page);
     if (!facts)
         return facts.error();
-    if (cancel)
-        return cancelledError();
-    Result<MagickPicture> read = readWithMagick(m_file, cancel);
-    if (!read)
-        return read.error();
+    Result<QImage> image = m_reader->decode(cancel);
+    if (!image)
+        return image.error();
     Picture picture;
     picture.fullSize = facts->size;
     picture.bitsPerPixel = facts->bitsPerPixel;
-    picture.complete = m_complete && read->complete;
-    picture.image = std::move(read->image);
+    picture.complete = m_complete;
+    picture.image = *std::move(image);
     if (m_samples.channels == 1 && !picture.image.hasAlphaChannel())
         picture.image = picture.image.convertToFormat(QImage::Format_Grayscale8);
     if (picture.image.isNull())
         return noMemoryError();
-    if (picture.image.size() != facts->size)
-        return Error{ErrorKind::Damaged, QStringLiteral("the picture has not the size that its header told")};
-    if (picture.image.format() == QImage::Format_ARGB32 && isHeifPremultiplied(m_file))
-        unpremultiply(picture.image);
-    picture.profile = read->profile;
+    picture.profile = m_reader->profile();
     return picture;
+}
+
+/// The bytes of `source`; TooLarge when a picture's file cannot be that long.
+Result<QByteArray> wholeFile(const ByteSource& source)
+{
+    constexpr qint64 longest = qint64(1) << 30;
+    if (source.size() > std::min(longest, Limits::machine().maxBytes / 4))
+        return Error{ErrorKind::TooLarge, QStringLiteral("a file of %1 bytes").arg(source.size())};
+    try {
+        return source.bytes(0, source.size());
+    } catch (const std::bad_alloc&) {
+        return noMemoryError();
+    }
 }
 
 /// Fills a file that was cut short up to the length that its boxes promise, so that the reader takes what is
@@ -135,16 +142,16 @@ bool AvifCodec::sniff(const QByteArray& head, const QString&) const
 
 Result<std::unique_ptr<Decoder>> AvifCodec::open(std::shared_ptr<ByteSource> source) const
 {
-    Result<QByteArray> file = readForMagick(*source);
+    Result<QByteArray> file = wholeFile(*source);
     if (!file)
         return file.error();
     if (!sniff(*file, QString()))
         return Error{ErrorKind::Damaged, QStringLiteral("no mark of %1").arg(name())};
     const bool filled = filledUp(*file);
-    const Result<MagickFacts> facts = pingWithMagick(*file);
-    if (!facts)
-        return facts.error();
-    return std::unique_ptr<Decoder>(std::make_unique<AvifDecoder>(*std::move(file), *facts, !filled));
+    Result<std::unique_ptr<HeifReader>> reader = HeifReader::open(*std::move(file));
+    if (!reader)
+        return reader.error();
+    return std::unique_ptr<Decoder>(std::make_unique<AvifDecoder>(*std::move(reader), !filled));
 }
 
 bool AvifCodec::canEncode(const QString&) const

@@ -63,23 +63,6 @@ HeifSamples heifSamples(const QByteArray& file)
     return found;
 }
 
-bool isHeifPremultiplied(const QByteArray& file)
-{
-    constexpr qsizetype headerBytes = 64 * 1024; // the references stand in front
-    constexpr qsizetype versionBytes = 4;
-    const QByteArray head = file.left(headerBytes);
-    const qsizetype name = head.indexOf("iref");
-    if (name < 4)
-        return false;
-    const qsizetype end = std::min<qsizetype>(name - 4 + qsizetype(longAt(head, name - 4)), head.size());
-    for (qsizetype at = name + 4 + versionBytes; at + boxHead <= end;) {
-        if (QByteArrayView(head).sliced(at + 4, 4) == "prem")
-            return true;
-        at += std::max<qsizetype>(longAt(head, at), boxHead);
-    }
-    return false;
-}
-
 qint64 promisedHeifLength(const QByteArray& file)
 {
     qint64 at = 0;

@@ -19,10 +19,6 @@ struct HeifSamples
 /// are several. Three channels of 8 bits when nothing tells.
 HeifSamples heifSamples(const QByteArray& file);
 
-/// True when the colours of a picture in `file` are stored multiplied by its alpha: an item refers to another
-/// as "prem". Format: ISO/IEC 23008-12, 6.10.1; ISO/IEC 14496-12, 8.11.12.
-bool isHeifPremultiplied(const QByteArray& file);
-
 /// The length in bytes that the outermost boxes of `file` promise; that of `file` when they promise nothing.
 qint64 promisedHeifLength(const QByteArray& file);
 

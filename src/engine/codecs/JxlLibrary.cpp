@@ -1,8 +1,9 @@
 #include "engine/codecs/JxlLibrary.h"
 
+#include "engine/codecs/SharedLibrary.h"
+
 #include <QByteArray>
 
-#include <dlfcn.h>
 #include <jxl/version.h>
 
 #include <optional>
@@ -18,39 +19,28 @@ QByteArray libraryName()
            QByteArray::number(JPEGXL_MINOR_VERSION);
 }
 
-/// Looks "JxlDecoder" + `name` up in `library`; false when it is not there.
-template <class Function>
-bool find(void* library, const char* name, Function& function)
-{
-    function = reinterpret_cast<Function>(dlsym(library, (QByteArray("JxlDecoder") + name).constData()));
-    return function != nullptr;
-}
-
 std::optional<JxlLibrary> load()
 {
-    void* library = dlopen(libraryName().constData(), RTLD_NOW | RTLD_LOCAL);
-    if (!library)
-        return std::nullopt;
+    SharedLibrary library(libraryName(), "JxlDecoder");
     JxlLibrary found;
-    const bool all = find(library, "Create", found.Create) && find(library, "Destroy", found.Destroy) &&
-                     find(library, "SubscribeEvents", found.SubscribeEvents) &&
-                     find(library, "SetUnpremultiplyAlpha", found.SetUnpremultiplyAlpha) &&
-                     find(library, "SetInput", found.SetInput) &&
-                     find(library, "ReleaseInput", found.ReleaseInput) &&
-                     find(library, "ProcessInput", found.ProcessInput) &&
-                     find(library, "GetBasicInfo", found.GetBasicInfo) &&
-                     find(library, "GetExtraChannelInfo", found.GetExtraChannelInfo) &&
-                     find(library, "GetColorAsEncodedProfile", found.GetColorAsEncodedProfile) &&
-                     find(library, "GetICCProfileSize", found.GetICCProfileSize) &&
-                     find(library, "GetColorAsICCProfile", found.GetColorAsICCProfile) &&
-                     find(library, "SetPreferredColorProfile", found.SetPreferredColorProfile) &&
-                     find(library, "ImageOutBufferSize", found.ImageOutBufferSize) &&
-                     find(library, "SetImageOutBuffer", found.SetImageOutBuffer) &&
-                     find(library, "FlushImage", found.FlushImage);
-    if (!all) {
-        dlclose(library);
+    library.find("Create", found.Create);
+    library.find("Destroy", found.Destroy);
+    library.find("SubscribeEvents", found.SubscribeEvents);
+    library.find("SetUnpremultiplyAlpha", found.SetUnpremultiplyAlpha);
+    library.find("SetInput", found.SetInput);
+    library.find("ReleaseInput", found.ReleaseInput);
+    library.find("ProcessInput", found.ProcessInput);
+    library.find("GetBasicInfo", found.GetBasicInfo);
+    library.find("GetExtraChannelInfo", found.GetExtraChannelInfo);
+    library.find("GetColorAsEncodedProfile", found.GetColorAsEncodedProfile);
+    library.find("GetICCProfileSize", found.GetICCProfileSize);
+    library.find("GetColorAsICCProfile", found.GetColorAsICCProfile);
+    library.find("SetPreferredColorProfile", found.SetPreferredColorProfile);
+    library.find("ImageOutBufferSize", found.ImageOutBufferSize);
+    library.find("SetImageOutBuffer", found.SetImageOutBuffer);
+    library.find("FlushImage", found.FlushImage);
+    if (!library.isWhole())
         return std::nullopt;
-    }
     return found;
 }
 
