@@ -44,6 +44,8 @@ class TestAvifCodec : public QObject
     void tellsTheDepth_data();
     void tellsTheDepth();
     void readsProfiles();
+    void refusesOtherCodedSizes_data();
+    void refusesOtherCodedSizes();
     void refuses_data();
     void refuses();
     void showsWhatACutAvifHolds();
@@ -113,7 +115,12 @@ void TestAvifCodec::tellsTheDepth_data()
     QTest::newRow("AVIF, alpha") << QStringLiteral("AVIF, lossless, alpha") << 32 << alpha;
     QTest::newRow("AVIF, 10 bits") << QStringLiteral("AVIF, 10 bits") << 48 << color;
     QTest::newRow("AVIF, 12 bits, alpha") << QStringLiteral("AVIF, 12 bits, alpha") << 64 << alpha;
+    QTest::newRow("AVIF, premultiplied") << QStringLiteral("AVIF, premultiplied") << 32 << alpha;
+    QTest::newRow("AVIF, grey") << QStringLiteral("AVIF, grey") << 8 << int(QImage::Format_Grayscale8);
+    QTest::newRow("AVIF, grey, 10 bits")
+        << QStringLiteral("AVIF, grey, 10 bits") << 16 << int(QImage::Format_Grayscale8);
     QTest::newRow("HEIC") << QStringLiteral("HEIC, 64 x 48") << 24 << color;
+    QTest::newRow("HEIC, alpha") << QStringLiteral("HEIC, alpha") << 32 << alpha;
 }
 
 void TestAvifCodec::tellsTheDepth()
@@ -142,6 +149,38 @@ void TestAvifCodec::readsProfiles()
     const auto avif = decoded(avifCodec(), files.read(QStringLiteral("x.avif")));
     QVERIFY(avif);
     QCOMPARE(avif->profile, profile);
+}
+
+void TestAvifCodec::refusesOtherCodedSizes_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QSize>("told");
+    for (const char* name : {"AVIF, lossless, 33 x 17", "AVIF, lossless, alpha", "AVIF, 12 bits, alpha",
+                             "AVIF, grey", "AVIF, turned by 90 degrees", "HEIC, 64 x 48", "HEIC, alpha"}) {
+        for (const QSize told : {QSize(16, 16), QSize(224, 2321), QSize(2321, 16)})
+            QTest::addRow("%s, told %d x %d", name, told.width(), told.height())
+                << QString::fromLatin1(name) << told;
+    }
+}
+
+void TestAvifCodec::refusesOtherCodedSizes()
+{
+    QFETCH(QString, name);
+    QFETCH(QSize, told);
+    const auto fixture = std::find_if(m_avif.cbegin(), m_avif.cend(),
+                                      [&name](const Fixture& known) { return known.name == name; });
+    QVERIFY(fixture != m_avif.cend());
+    QByteArray file = fixture->file;
+    int boxes = 0;
+    for (qsizetype at = file.indexOf("ispe"); at >= 0; at = file.indexOf("ispe", at + 1), ++boxes) {
+        qToBigEndian<quint32>(quint32(told.width()), file.data() + at + 8);
+        qToBigEndian<quint32>(quint32(told.height()), file.data() + at + 12);
+    }
+    QVERIFY(boxes > 0);
+    QCOMPARE(misbehaviour(avifCodec(), file), QString());
+    const auto picture = decoded(avifCodec(), file);
+    QVERIFY(!picture);
+    QCOMPARE(picture.error().kind, ErrorKind::Damaged);
 }
 
 void TestAvifCodec::refuses_data()

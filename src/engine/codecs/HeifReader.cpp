@@ -7,7 +7,6 @@
 #include <QtEndian>
 
 #include <algorithm>
-#include <array>
 #include <new>
 #include <utility>
 
@@ -67,22 +66,29 @@ uint sampleAt(const uchar* pixel, int channel, const Samples& samples)
     return std::min(value, samples.most);
 }
 
-/// One row of `samples` to QRgb, not premultiplied, rounded to 8 bits.
+/// `value` of `whole` in 8 bits, rounded; a value beyond the whole is the whole.
+int eightBits(uint value, uint whole)
+{
+    return whole == 0 ? 0 : int(std::min((value * 255 + whole / 2) / whole, 255U));
+}
+
+/// One row of plain bytes to QRgb: nearly every picture.
+void copyBytes(const uchar* in, QRgb* out, int width, int channels)
+{
+    for (int x = 0; x < width; ++x, in += channels)
+        out[x] = qRgba(in[0], in[1], in[2], channels == 4 ? in[3] : 255);
+}
+
+/// One row of `samples` to QRgb, not premultiplied.
 void copyRow(const uchar* in, QRgb* out, int width, const Samples& samples)
 {
-    const uint most = samples.most;
+    if (samples.bytes == 1 && !samples.premultiplied)
+        return copyBytes(in, out, width, samples.channels);
     for (int x = 0; x < width; ++x, in += samples.channels * samples.bytes) {
-        std::array<uint, 4> values = {0, 0, 0, most};
-        for (int channel = 0; channel < samples.channels; ++channel)
-            values[size_t(channel)] = sampleAt(in, channel, samples);
-        const uint alpha = values[3];
-        for (int channel = 0; samples.premultiplied && alpha > 0 && channel < 3; ++channel) {
-            uint& value = values[size_t(channel)];
-            value = std::min((value * most + alpha / 2) / alpha, most);
-        }
-        for (uint& value : values)
-            value = (value * 255 + most / 2) / most;
-        out[x] = qRgba(int(values[0]), int(values[1]), int(values[2]), int(values[3]));
+        const uint alpha = samples.channels == 4 ? sampleAt(in, 3, samples) : samples.most;
+        const uint whole = samples.premultiplied ? alpha : samples.most;
+        out[x] = qRgba(eightBits(sampleAt(in, 0, samples), whole), eightBits(sampleAt(in, 1, samples), whole),
+                       eightBits(sampleAt(in, 2, samples), whole), eightBits(alpha, samples.most));
     }
 }
 
