@@ -2,6 +2,7 @@
 #include "CodecChecks.h"
 #include "corpus/MapTools.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/HeifCoded.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
 #include "MadeProfiles.h"
@@ -10,6 +11,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <limits>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
@@ -21,6 +23,28 @@ QByteArray box(const char* name, const QByteArray& content)
     QByteArray length(4, '\0');
     qToBigEndian<quint32>(quint32(content.size() + 8), length.data());
     return length + name + content;
+}
+
+/// `file` with boxes that tell `size`.
+QByteArray told(QByteArray file, QSize size)
+{
+    for (qsizetype at = file.indexOf("ispe"); at >= 0; at = file.indexOf("ispe", at + 1)) {
+        qToBigEndian<quint32>(quint32(size.width()), file.data() + at + 8);
+        qToBigEndian<quint32>(quint32(size.height()), file.data() + at + 12);
+    }
+    return file;
+}
+
+/// Bytes from their bits, filled up with zeros; blanks mean nothing.
+QByteArray bitsOf(const char* text)
+{
+    const QByteArray bits = QByteArray(text).replace(' ', "");
+    QByteArray bytes((bits.size() + 7) / 8, '\0');
+    for (qsizetype i = 0; i < bits.size(); ++i) {
+        if (bits[i] == '1')
+            bytes[i / 8] = char(uchar(bytes[i / 8]) | 0x80 >> i % 8);
+    }
+    return bytes;
 }
 
 decltype(SIG_DFL) handlerOf(int number)
@@ -46,6 +70,12 @@ class TestAvifCodec : public QObject
     void readsProfiles();
     void refusesOtherCodedSizes_data();
     void refusesOtherCodedSizes();
+    void knowsTheCodedSizes_data();
+    void knowsTheCodedSizes();
+    void readsSequenceHeaders_data();
+    void readsSequenceHeaders();
+    void refusesHugeCodedPictures_data();
+    void refusesHugeCodedPictures();
     void refuses_data();
     void refuses();
     void showsWhatACutAvifHolds();
@@ -58,9 +88,18 @@ class TestAvifCodec : public QObject
     void survivesBrokenFiles();
 
   private:
+    Fixture fixture(const QString& name) const;
+
     std::vector<decltype(SIG_DFL)> m_handlers; ///< of the signals, before the library is loaded
     std::vector<Fixture> m_avif;
 };
+
+Fixture TestAvifCodec::fixture(const QString& name) const
+{
+    const auto found = std::find_if(m_avif.cbegin(), m_avif.cend(),
+                                    [&name](const Fixture& known) { return known.name == name; });
+    return found != m_avif.cend() ? *found : Fixture();
+}
 
 void TestAvifCodec::initTestCase()
 {
@@ -126,16 +165,10 @@ void TestAvifCodec::tellsTheDepth_data()
 void TestAvifCodec::tellsTheDepth()
 {
     QFETCH(QString, name);
-    for (const Fixture& fixture : m_avif) {
-        if (fixture.name != name)
-            continue;
-        const auto picture = decoded(avifCodec(), fixture.file);
-        QVERIFY(picture);
-        QTEST(picture->bitsPerPixel, "bits");
-        QTEST(int(picture->image.format()), "format");
-        return;
-    }
-    QFAIL("no such fixture");
+    const auto picture = decoded(avifCodec(), fixture(name).file);
+    QVERIFY(picture);
+    QTEST(picture->bitsPerPixel, "bits");
+    QTEST(int(picture->image.format()), "format");
 }
 
 void TestAvifCodec::readsProfiles()
@@ -154,33 +187,114 @@ void TestAvifCodec::readsProfiles()
 void TestAvifCodec::refusesOtherCodedSizes_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QSize>("told");
+    QTest::addColumn<QSize>("size");
     for (const char* name : {"AVIF, lossless, 33 x 17", "AVIF, lossless, alpha", "AVIF, 12 bits, alpha",
                              "AVIF, grey", "AVIF, turned by 90 degrees", "HEIC, 64 x 48", "HEIC, alpha"}) {
-        for (const QSize told : {QSize(16, 16), QSize(224, 2321), QSize(2321, 16)})
-            QTest::addRow("%s, told %d x %d", name, told.width(), told.height())
-                << QString::fromLatin1(name) << told;
+        for (const QSize size : {QSize(16, 16), QSize(224, 2321), QSize(2321, 16)})
+            QTest::addRow("%s, told %d x %d", name, size.width(), size.height())
+                << QString::fromLatin1(name) << size;
     }
 }
 
 void TestAvifCodec::refusesOtherCodedSizes()
 {
     QFETCH(QString, name);
-    QFETCH(QSize, told);
-    const auto fixture = std::find_if(m_avif.cbegin(), m_avif.cend(),
-                                      [&name](const Fixture& known) { return known.name == name; });
-    QVERIFY(fixture != m_avif.cend());
-    QByteArray file = fixture->file;
-    int boxes = 0;
-    for (qsizetype at = file.indexOf("ispe"); at >= 0; at = file.indexOf("ispe", at + 1), ++boxes) {
-        qToBigEndian<quint32>(quint32(told.width()), file.data() + at + 8);
-        qToBigEndian<quint32>(quint32(told.height()), file.data() + at + 12);
-    }
-    QVERIFY(boxes > 0);
+    QFETCH(QSize, size);
+    const QByteArray file = told(fixture(name).file, size);
     QCOMPARE(misbehaviour(avifCodec(), file), QString());
     const auto picture = decoded(avifCodec(), file);
     QVERIFY(!picture);
     QCOMPARE(picture.error().kind, ErrorKind::Damaged);
+}
+
+void TestAvifCodec::knowsTheCodedSizes_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QSize>("coded");
+    QTest::newRow("AVIF") << QStringLiteral("AVIF, lossless, 33 x 17") << QSize(33, 17);
+    QTest::newRow("AVIF, narrow") << QStringLiteral("AVIF, lossless, 1 x 300") << QSize(1, 300);
+    QTest::newRow("AVIF, alpha") << QStringLiteral("AVIF, lossless, alpha") << QSize(33, 17);
+    QTest::newRow("AVIF, 12 bits") << QStringLiteral("AVIF, 12 bits, alpha") << QSize(33, 17);
+    QTest::newRow("AVIF, turned") << QStringLiteral("AVIF, turned by 90 degrees") << QSize(33, 17);
+    QTest::newRow("AVIF, tiles") << QStringLiteral("AVIF, tiles") << QSize(128, 96);
+    // In whole blocks, from which the decoder cuts.
+    QTest::newRow("HEIC") << QStringLiteral("HEIC, 64 x 48") << QSize(64, 64);
+    QTest::newRow("HEIC, 4:4:4") << QStringLiteral("HEIC, 4:4:4") << QSize(64, 64);
+    QTest::newRow("HEIC, alpha") << QStringLiteral("HEIC, alpha") << QSize(64, 64);
+}
+
+void TestAvifCodec::knowsTheCodedSizes()
+{
+    QFETCH(QString, name);
+    const QList<QSize> sizes = heifCodedSizes(fixture(name).file);
+    QVERIFY(!sizes.isEmpty());
+    for (const QSize size : sizes)
+        QTEST(size, "coded");
+}
+
+void TestAvifCodec::readsSequenceHeaders_data()
+{
+    QTest::addColumn<QByteArray>("stream");
+    QTest::addColumn<bool>("hevc");
+    QTest::addColumn<QSize>("size");
+    // Units of AV1: head, length; then profile, still, reduced, and what stands before the bits of the sides.
+    const auto av1 = [](const char* bits) { return bitsOf("00001010 00100000") + bitsOf(bits); };
+    QTest::newRow("AV1, reduced") << av1("000 1 1 00000 0100 0011 00111 1111 0000") << false << QSize(8, 16);
+    QTest::newRow("AV1, full") << av1("000 0 0 0 0 00000 000000000000 00100 0100 0011 00111 1111 0000")
+                               << false << QSize(8, 16);
+    QTest::newRow("AV1, tier") << av1("000 0 0 0 0 00000 000000000000 01000 1 0100 0011 00111 1111 0000")
+                               << false << QSize(8, 16);
+    QTest::newRow("AV1, behind a delimiter")
+        << bitsOf("00010010 00000000") + av1("000 1 1 00000 0100 0011 00111 1111 0000") << false
+        << QSize(8, 16);
+    QTest::newRow("AV1, largest") << av1("000 1 1 00000 1111 1111 1111111111111111 1111111111111111 0000")
+                                  << false << QSize(65536, 65536);
+    QTest::newRow("AV1, cut") << av1("000 1 1 00000 1111 1111 11") << false << QSize();
+    QTest::newRow("AV1, none") << bitsOf("00010010 00000000") << false << QSize();
+    QTest::newRow("AV1, empty") << QByteArray() << false << QSize();
+    const QByteArray level(12, '\x55');
+    const auto hevc = [&level](const char* layers, const QByteArray& middle, const char* bits) {
+        return bitsOf("0100001000000001") + bitsOf(layers) + level + middle + bitsOf(bits);
+    };
+    QTest::newRow("HEVC") << hevc("0000 000 1", {}, "1 010 0001000 000010000 1") << true << QSize(7, 15);
+    QTest::newRow("HEVC, 4:4:4") << hevc("0000 000 1", {}, "1 00100 0 0001000 000010000 1") << true
+                                 << QSize(7, 15);
+    QTest::newRow("HEVC, layers") << hevc("0000 001 1", bitsOf("11 00000000000000") + level,
+                                          "1 010 0001000 000010000 1")
+                                  << true << QSize(7, 15);
+    QTest::newRow("HEVC, beyond all") << hevc("0000 000 1", {}, "1 010") + QByteArray(9, '\0') + '\xFF'
+                                      << true << QSize(std::numeric_limits<int>::max(), 0);
+    QTest::newRow("HEVC, another unit") << QByteArray(40, '\x26') << true << QSize();
+}
+
+void TestAvifCodec::readsSequenceHeaders()
+{
+    QFETCH(QByteArray, stream);
+    QFETCH(bool, hevc);
+    QTEST(hevc ? hevcUnitSize(stream) : av1StreamSize(stream), "size");
+}
+
+void TestAvifCodec::refusesHugeCodedPictures_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("extension");
+    QTest::newRow("AVIF") << QStringLiteral("avifenc -j 1 -s 10 @in @out") << QStringLiteral("avif");
+    QTest::newRow("HEIC") << QStringLiteral("heif-enc -q 50 @in -o @out") << QStringLiteral("heic");
+}
+
+void TestAvifCodec::refusesHugeCodedPictures()
+{
+    // The box tells 16 x 16, the stream 512 x 512, which is not let near the decoder.
+    QFETCH(QString, program);
+    QFETCH(QString, extension);
+    const QByteArray good =
+        converted(qPrintable(program), samplePng({512, 512}, false), "png", qPrintable(extension));
+    QVERIFY(decoded(avifCodec(), good));
+    Limits::setMachineBytes(qint64(2) << 20);
+    const auto restored = qScopeGuard([] { Limits::setMachineBytes(0); });
+    const auto picture = decoded(avifCodec(), told(good, {16, 16}));
+    QVERIFY(!picture);
+    QCOMPARE(picture.error().kind, ErrorKind::TooLarge);
 }
 
 void TestAvifCodec::refuses_data()

@@ -1,6 +1,7 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/HeifBoxes.h"
+#include "engine/codecs/HeifCoded.h"
 #include "engine/codecs/HeifReader.h"
 #include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
@@ -47,8 +48,10 @@ class AvifDecoder final : public Decoder
   public:
     /// `complete` is false when the end of the file was filled up.
     AvifDecoder(std::unique_ptr<HeifReader> reader, bool complete)
-        : m_reader(std::move(reader)), m_samples(heifSamples(m_reader->file())), m_complete(complete)
+        : m_reader(std::move(reader)), m_samples(heifSamples(m_reader->file())),
+          m_sizes(heifCodedSizes(m_reader->file())), m_complete(complete)
     {
+        m_sizes.append(m_reader->size());
     }
 
     int pageCount() override { return 1; }
@@ -58,9 +61,11 @@ class AvifDecoder final : public Decoder
         if (const Status there = onlyPage(page); !there)
             return there.error();
         const int bits = std::max(m_samples.bits, m_reader->bits());
-        const Status allowed = checkCost(m_reader->size(), bits);
-        if (!allowed)
-            return allowed.error();
+        for (const QSize size : m_sizes) {
+            const Status allowed = checkCost(size, bits);
+            if (!allowed)
+                return allowed.error();
+        }
         const int channels = m_reader->hasAlpha() ? 4 : m_samples.channels;
         return PageHeader{m_reader->size(), channels * (bits > 8 ? 16 : 8)};
     }
@@ -70,6 +75,7 @@ class AvifDecoder final : public Decoder
   private:
     std::unique_ptr<HeifReader> m_reader;
     HeifSamples m_samples;
+    QList<QSize> m_sizes; ///< that the library makes room for: those of the coded pictures and of the whole
     bool m_complete;
 };
 
