@@ -72,6 +72,7 @@ class TestAvifCodec : public QObject
     void refusesOtherCodedSizes();
     void knowsTheCodedSizes_data();
     void knowsTheCodedSizes();
+    void findsStreamsInPieces();
     void readsSequenceHeaders_data();
     void readsSequenceHeaders();
     void refusesHugeCodedPictures_data();
@@ -232,6 +233,32 @@ void TestAvifCodec::knowsTheCodedSizes()
         QTEST(size, "coded");
 }
 
+void TestAvifCodec::findsStreamsInPieces()
+{
+    // One item, in two pieces of the box of item data, in the wider forms of the boxes.
+    const QByteArray stream = QByteArray::fromHex("0a20") + bitsOf("000 1 1 00000 0100 0011 00111 1111 0000");
+    const QByteArray entry = box("infe", QByteArray::fromHex("030000000000000700006176303100"));
+    const QByteArray types = box("iinf", QByteArray::fromHex("0100000000000001") + entry);
+    const QByteArray places = box("iloc", QByteArray::fromHex("02000000"
+                                                              "4440"
+                                                              "00000001"
+                                                              "00000007"
+                                                              "0001"
+                                                              "0000"
+                                                              "00000001"
+                                                              "0002"
+                                                              "00000000"
+                                                              "00000003"
+                                                              "00000004"
+                                                              "00000009"));
+    const QByteArray data = box("idat", 'x' + stream.left(3) + 'x' + stream.mid(3));
+    const QByteArray file =
+        box("ftyp", "avif0000") + box("meta", QByteArray(4, '\0') + types + places + data);
+    QCOMPARE(heifCodedSizes(file), QList<QSize>{QSize(8, 16)});
+    for (qsizetype length = 0; length < file.size(); ++length)
+        QVERIFY(heifCodedSizes(file.left(length)).size() <= 1);
+}
+
 void TestAvifCodec::readsSequenceHeaders_data()
 {
     QTest::addColumn<QByteArray>("stream");
@@ -244,6 +271,11 @@ void TestAvifCodec::readsSequenceHeaders_data()
                                << false << QSize(8, 16);
     QTest::newRow("AV1, tier") << av1("000 0 0 0 0 00000 000000000000 01000 1 0100 0011 00111 1111 0000")
                                << false << QSize(8, 16);
+    QTest::newRow("AV1, timing and decoder model")
+        << av1((QByteArray("000 0 0 1") + QByteArray(64, '1') + "1 00101 1 00010" + QByteArray(42, '1') +
+                "1 00000 000000000000 00100 1 1111111 1 1111 0100 0011 00111 1111 0000")
+                   .constData())
+        << false << QSize(8, 16);
     QTest::newRow("AV1, behind a delimiter")
         << bitsOf("00010010 00000000") + av1("000 1 1 00000 0100 0011 00111 1111 0000") << false
         << QSize(8, 16);
@@ -264,6 +296,10 @@ void TestAvifCodec::readsSequenceHeaders_data()
                                   << true << QSize(7, 15);
     QTest::newRow("HEVC, beyond all") << hevc("0000 000 1", {}, "1 010") + QByteArray(9, '\0') + '\xFF'
                                       << true << QSize(std::numeric_limits<int>::max(), 0);
+    QTest::newRow("HEVC, guarded") << bitsOf("0100001000000001 0000 000 1") +
+                                          QByteArray::fromHex("55555500000355555555555555") +
+                                          bitsOf("1 010 0001000 000010000 1")
+                                   << true << QSize(7, 15);
     QTest::newRow("HEVC, another unit") << QByteArray(40, '\x26') << true << QSize();
 }
 
