@@ -1,11 +1,13 @@
 #include "engine/ColorGrid.h"
 
+#include "engine/GridAxis.h"
 #include "engine/SrgbCurve.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -13,11 +15,13 @@ namespace quorvia::engine {
 
 namespace {
 
-// Profiles with tables describe colours in CIE Lab, and lcms2 interpolates there. So does the grid, in the
-// three numbers that Lab is a sum of: then it meets the profile's own colours, and near the edge of sRGB's
-// gamut no curve bends between two nodes.
+// Profiles with tables describe colours in CIE Lab or in XYZ, and lcms2 interpolates there. So does the grid,
+// in the three numbers that Lab is a sum of, or in light: then it meets the profile's own colours, and near
+// the edge of sRGB's gamut no curve bends between two nodes.
+enum class NodeKind { Lab, Light };
 
-/// Lab's numbers f(X / Xn), f(Y / Yn), f(Z / Zn) of a colour, and one unused. Source: CIE 15:2004, 8.2.1.
+/// Lab's numbers f(X / Xn), f(Y / Yn), f(Z / Zn) of a colour, or its light, and one unused. Source: CIE
+/// 15:2004, 8.2.1.
 using Node = Four;
 
 constexpr float cubeEnd = 6.0F / 29;              ///< f above which it is a cube root
@@ -61,8 +65,10 @@ Matrix inverseOf(const Matrix& m)
     return inverse;
 }
 
-Node nodeOf(const LinearColor& color)
+Node nodeOf(const LinearColor& color, NodeKind kind)
 {
+    if (kind == NodeKind::Light)
+        return Node{color.red, color.green, color.blue, 0};
     Node node = {};
     for (size_t i = 0; i < 3; ++i)
         node[static_cast<int>(i)] = labNumber(toShares[i][0] * color.red + toShares[i][1] * color.green +
@@ -74,9 +80,10 @@ Node nodeOf(const LinearColor& color)
 class NodeReader
 {
   public:
-    NodeReader()
+    explicit NodeReader(NodeKind kind) : m_cubed(kind == NodeKind::Lab)
     {
-        const Matrix inverse = inverseOf(toShares);
+        constexpr Matrix same = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+        const Matrix inverse = m_cubed ? inverseOf(toShares) : same;
         for (size_t i = 0; i < 3; ++i) {
             for (size_t channel = 0; channel < 3; ++channel)
                 m_columns[i][static_cast<int>(channel)] = inverse[channel][i] * (lightSteps - 1);
@@ -85,7 +92,7 @@ class NodeReader
 
     QRgb pixel(Node numbers) const
     {
-        const Four shares = sharesOf(numbers);
+        const Four shares = m_cubed ? sharesOf(numbers) : numbers;
         const FourInts places =
             srgbPlaces(m_columns[0] * shares[0] + m_columns[1] * shares[1] + m_columns[2] * shares[2] + 0.5F);
         const auto encoded = [&](int c) { return m_encode[static_cast<size_t>(places[c])]; };
@@ -93,6 +100,7 @@ class NodeReader
     }
 
   private:
+    const bool m_cubed;
     std::array<Four, 3> m_columns = {}; ///< of the matrix back, in lightSteps
     const std::array<uchar, lightSteps>& m_encode = srgbTable();
 };
@@ -113,40 +121,32 @@ template <size_t Axes>
 class Grid
 {
   public:
-    static constexpr unsigned nodes = Axes == 3 ? 33 : 17; // an axis
+    using GridAxes = std::array<GridAxis, Axes>;
 
-    static std::unique_ptr<const Grid> make(ProfileSampler& sampler)
+    /// `light` holds the colours of deviceOf(axes).
+    Grid(const GridAxes& axes, const std::vector<LinearColor>& light, NodeKind kind) : m_reader(kind)
+    {
+        unsigned stride = 1;
+        for (size_t axis = Axes; axis-- > 0; stride *= unsigned(axes[axis].size()))
+            place(m_places[axis], axes[axis], stride);
+        m_nodes.reserve(light.size());
+        std::transform(light.begin(), light.end(), std::back_inserter(m_nodes),
+                       [kind](const LinearColor& color) { return nodeOf(color, kind); });
+    }
+
+    /// The device values of all nodes, the last axis first.
+    static std::vector<float> deviceOf(const GridAxes& axes)
     {
         size_t count = 1;
-        for (size_t axis = 0; axis < Axes; ++axis)
-            count *= nodes;
+        for (const GridAxis& axis : axes)
+            count *= axis.size();
         std::vector<float> device(count * Axes);
         for (size_t i = 0; i < count; ++i) {
             size_t rest = i;
-            for (size_t axis = Axes; axis-- > 0; rest /= nodes)
-                device[i * Axes + axis] = float(rest % nodes) / (nodes - 1);
+            for (size_t axis = Axes; axis-- > 0; rest /= axes[axis].size())
+                device[i * Axes + axis] = axes[axis][rest % axes[axis].size()];
         }
-        std::vector<LinearColor> light(count);
-        if (!sampler.sample(device.data(), light.data(), count))
-            return nullptr;
-        auto grid = std::make_unique<Grid>();
-        grid->m_nodes.reserve(count);
-        std::transform(light.begin(), light.end(), std::back_inserter(grid->m_nodes), nodeOf);
-        return grid;
-    }
-
-    Grid()
-    {
-        unsigned stride = 1;
-        for (size_t axis = Axes; axis-- > 0; stride *= nodes) {
-            for (unsigned value = 0; value < 256; ++value) {
-                const unsigned scaled = value * (nodes - 1);
-                const unsigned below =
-                    std::min(scaled / 255, nodes - 2); // the last node is the end of a cell
-                const unsigned way = ((scaled - below * 255) << wholeBits) / 255;
-                m_places[axis][value] = {below * stride, way << strideBits | stride};
-            }
-        }
+        return device;
     }
 
     /// Linear along the first axis where there are four, and in the tetrahedron of the other three, as
@@ -175,6 +175,20 @@ class Grid
     }
 
   private:
+    static void place(std::array<Place, 256>& places, const GridAxis& nodes, unsigned stride)
+    {
+        unsigned below = 0;
+        for (unsigned value = 0; value < 256; ++value) {
+            const float at = float(value) / 255;
+            while (below + 2 < nodes.size() && nodes[below + 1] <= at) // the last node is the end of a cell
+                ++below;
+            const float way = (at - nodes[below]) / (nodes[below + 1] - nodes[below]);
+            const auto whole = float(1U << wholeBits);
+            const auto counted = unsigned(std::lround(std::clamp(way, 0.0F, 1.0F) * whole));
+            places[value] = {below * stride, counted << strideBits | stride};
+        }
+    }
+
     static float wayOf(unsigned key) { return float(key >> strideBits) * (1.0F / (1U << wholeBits)); }
 
     /// From the node below along the axes, the longest way first.
@@ -207,6 +221,129 @@ class Grid
     std::vector<Node> m_nodes;
     const NodeReader m_reader;
 };
+
+// --- the grid that fits a profile best
+
+/// Device values all over, each ink alone among them, and what the sampler makes of them.
+template <size_t Axes>
+struct Trial
+{
+    using Values = std::array<uchar, Axes>;
+    std::vector<Values> device;
+    std::vector<QRgb> srgb;
+
+    static std::optional<Trial> of(ProfileSampler& sampler)
+    {
+        Trial trial;
+        for (size_t axis = 0; axis < Axes; ++axis) {
+            for (int value = 0; value < 256; value += 5) {
+                Values values = {};
+                values[axis] = uchar(value);
+                trial.device.push_back(values);
+            }
+        }
+        std::minstd_rand numbers(21);
+        constexpr size_t enough = 1024;
+        while (trial.device.size() < enough) {
+            Values values;
+            std::generate(values.begin(), values.end(), [&] { return uchar(numbers() >> 8); });
+            trial.device.push_back(values);
+        }
+        std::vector<float> device;
+        for (const Values& values : trial.device) {
+            for (const uchar value : values)
+                device.push_back(float(value) / 255);
+        }
+        std::vector<LinearColor> light(trial.device.size());
+        if (!sampler.sample(device.data(), light.data(), light.size()))
+            return {};
+        for (const LinearColor& color : light)
+            trial.srgb.push_back(qRgb(srgbByte(color.red), srgbByte(color.green), srgbByte(color.blue)));
+        return trial;
+    }
+
+    /// The squares of what `grid` is off by, summed up; 0 where nothing is off by more than rounding.
+    double missOf(const Grid<Axes>& grid) const
+    {
+        double sum = 0;
+        int most = 0;
+        for (size_t i = 0; i < device.size(); ++i) {
+            const QRgb made = grid.at(device[i]);
+            const int off =
+                std::max({std::abs(qRed(made) - qRed(srgb[i])), std::abs(qGreen(made) - qGreen(srgb[i])),
+                          std::abs(qBlue(made) - qBlue(srgb[i]))});
+            most = std::max(most, off);
+            sum += double(off) * off;
+        }
+        return most > 1 ? sum : 0;
+    }
+};
+
+/// The nodes of one axis where the colours along it bend; empty when the profile is to be given up.
+template <size_t Axes>
+GridAxis bentAxis(ProfileSampler& sampler, size_t axis, size_t nodes, NodeKind kind)
+{
+    constexpr size_t steps = 256;
+    std::vector<float> bend(steps, 0);
+    for (const float others : {0.0F, 0.25F, 0.5F}) {
+        std::vector<float> device(steps * Axes, others);
+        for (size_t i = 0; i < steps; ++i)
+            device[i * Axes + axis] = float(i) / (steps - 1);
+        std::vector<LinearColor> light(steps);
+        if (!sampler.sample(device.data(), light.data(), steps))
+            return {};
+        std::vector<Node> line;
+        std::transform(light.begin(), light.end(), std::back_inserter(line),
+                       [kind](const LinearColor& color) { return nodeOf(color, kind); });
+        for (size_t i = 1; i + 1 < steps; ++i) {
+            const Node second = line[i - 1] - 2 * line[i] + line[i + 1];
+            for (int c = 0; c < 3; ++c)
+                bend[i] = std::max(bend[i], std::abs(second[c]));
+        }
+    }
+    return axisByBend(bend, nodes);
+}
+
+/// First with even nodes; where that misses, with nodes where the colours bend.
+template <size_t Axes>
+std::unique_ptr<const Grid<Axes>> bestGrid(ProfileSampler& sampler)
+{
+    using Fitting = Grid<Axes>;
+    constexpr size_t evenNodes = Axes == 3 ? 33 : 17;
+    const auto trial = Trial<Axes>::of(sampler);
+    if (!trial)
+        return nullptr;
+    std::unique_ptr<const Fitting> best;
+    NodeKind bestKind = NodeKind::Lab;
+    double least = 0;
+    const auto tryAxes = [&](const typename Fitting::GridAxes& axes, std::initializer_list<NodeKind> kinds) {
+        const std::vector<float> device = Fitting::deviceOf(axes);
+        std::vector<LinearColor> light(device.size() / Axes);
+        if (!sampler.sample(device.data(), light.data(), light.size()))
+            return;
+        for (const NodeKind kind : kinds) {
+            auto grid = std::make_unique<const Fitting>(axes, light, kind);
+            const double miss = trial->missOf(*grid);
+            if (best && miss >= least)
+                continue;
+            best = std::move(grid);
+            bestKind = kind;
+            least = miss;
+        }
+    };
+    typename Fitting::GridAxes axes;
+    axes.fill(evenAxis(evenNodes));
+    tryAxes(axes, {NodeKind::Lab, NodeKind::Light});
+    if (!best || least == 0)
+        return best;
+    for (size_t axis = 0; axis < Axes; ++axis) {
+        axes[axis] = bentAxis<Axes>(sampler, axis, evenNodes, bestKind);
+        if (axes[axis].empty())
+            return best;
+    }
+    tryAxes(axes, {bestKind});
+    return best;
+}
 
 class RgbGridConversion final : public ColorConversion
 {
@@ -264,7 +401,7 @@ class CmykGridConversion final : public ColorConversion
 
 QRgb labInSrgb(float lightness, float a, float b)
 {
-    static const NodeReader reader;
+    static const NodeReader reader(NodeKind::Lab);
     const float number = (lightness + 16) / 116;
     return reader.pixel(Node{number + a / 500, number, number - b / 200});
 }
@@ -272,10 +409,10 @@ QRgb labInSrgb(float lightness, float a, float b)
 std::shared_ptr<const ColorConversion> makeGrid(ProfileSampler& sampler, ColorModel model)
 {
     if (model == ColorModel::Cmyk) {
-        auto grid = Grid<4>::make(sampler);
+        auto grid = bestGrid<4>(sampler);
         return grid ? std::make_shared<CmykGridConversion>(std::move(grid)) : nullptr;
     }
-    auto grid = Grid<3>::make(sampler);
+    auto grid = bestGrid<3>(sampler);
     return grid ? std::make_shared<RgbGridConversion>(std::move(grid)) : nullptr;
 }
 

@@ -6,8 +6,8 @@
 
 namespace quorvia::engine {
 
-/// The grid of an Rgb or Cmyk profile; costs some ten milliseconds and a megabyte. Null when the profile is
-/// to be given up.
+/// The grid of an Rgb or Cmyk profile, of several kinds the one that fits it best; costs up to a tenth of a
+/// second, and a megabyte and a half. Null when the profile is to be given up.
 std::shared_ptr<const ColorConversion> makeGrid(ProfileSampler& sampler, ColorModel model);
 
 /// What a colour of CIE Lab, seen under D50, is in sRGB; `lightness` 0 to 100.

@@ -8,6 +8,7 @@
 #include <lcms2.h>
 
 #include <cstring>
+#include <random>
 #include <thread>
 #include <vector>
 
@@ -46,6 +47,48 @@ std::vector<QRgb> byLcms(const QByteArray& profile, const std::vector<QRgb>& col
     cmsDeleteTransform(transform);
     cmsCloseProfile(from);
     cmsCloseProfile(to);
+    return result;
+}
+
+/// Four inks all over, each of them alone among them; 255 is full.
+std::vector<uchar> inksAllOver()
+{
+    std::vector<uchar> inks;
+    std::minstd_rand numbers(77);
+    constexpr int colors = 10000;
+    for (int i = 0; i < 4 * colors; ++i)
+        inks.push_back(uchar(numbers() >> 8));
+    for (int own = 0; own < 4; ++own) {
+        for (int value = 0; value < 256; ++value) {
+            for (int ink = 0; ink < 4; ++ink)
+                inks.push_back(uchar(ink == own ? value : 0));
+        }
+    }
+    return inks;
+}
+
+/// As lcms2 converts `inks` itself in floating point, without any table of its own.
+std::vector<QRgb> inksByLcms(const QByteArray& profile, const std::vector<uchar>& inks)
+{
+    std::vector<float> percent;
+    for (const uchar ink : inks)
+        percent.push_back(float(ink) * 100 / 255);
+    const size_t count = inks.size() / 4;
+    std::vector<float> colors(3 * count);
+    const cmsHPROFILE from = cmsOpenProfileFromMem(profile.constData(), cmsUInt32Number(profile.size()));
+    const cmsHPROFILE to = cmsCreate_sRGBProfile();
+    const cmsHTRANSFORM transform =
+        cmsCreateTransform(from, TYPE_CMYK_FLT, to, TYPE_RGB_FLT, INTENT_PERCEPTUAL,
+                           cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE | cmsFLAGS_BLACKPOINTCOMPENSATION);
+    cmsDoTransform(transform, percent.data(), colors.data(), cmsUInt32Number(count));
+    cmsDeleteTransform(transform);
+    cmsCloseProfile(from);
+    cmsCloseProfile(to);
+    std::vector<QRgb> result;
+    for (size_t i = 0; i < colors.size(); i += 3) {
+        const auto byte = [&](size_t c) { return qBound(0, qRound(colors[i + c] * 255), 255); };
+        result.push_back(qRgb(byte(0), byte(1), byte(2)));
+    }
     return result;
 }
 
@@ -289,6 +332,37 @@ class tst_ColorConversion : public QObject
         std::transform(inks.begin(), inks.end(), bytes, [](uchar ink) { return uchar(255 - ink); });
         conversion->convertInks(bytes, inPlace.data(), count, true);
         QCOMPARE(inPlace, got);
+    }
+
+    void installedInkProfiles_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("most"); // a channel is off by at the very most
+        QTest::newRow("table of Lab behind curves") << QStringLiteral("default_cmyk") << 5;
+        QTest::newRow("table of XYZ") << QStringLiteral("ps_cmyk") << 1;
+        QTest::newRow("table of XYZ, grey in black") << QStringLiteral("gray_to_k") << 1;
+    }
+
+    void installedInkProfiles()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, most);
+        QFile file(QStringLiteral("/usr/share/color/icc/ghostscript/%1.icc").arg(name));
+        QVERIFY2(file.open(QIODevice::ReadOnly), "Ghostscript's profiles (libgs-common) are not installed");
+        const QByteArray profile = file.readAll();
+        const auto conversion = ColorConversion::of(profile);
+        QVERIFY(conversion);
+        const std::vector<uchar> inks = inksAllOver();
+        const std::vector<QRgb> exact = inksByLcms(profile, inks);
+        std::vector<QRgb> got(exact.size());
+        conversion->convertInks(inks.data(), got.data(), qsizetype(got.size()), false);
+        size_t far = 0;
+        for (size_t i = 0; i < got.size(); ++i) {
+            const int off = distance(got[i], exact[i]);
+            QVERIFY2(off <= most, qPrintable(QStringLiteral("colour %1: %2").arg(i).arg(off)));
+            far += off > 2 ? 1 : 0;
+        }
+        QVERIFY2(far * 1000 <= got.size(), qPrintable(QString::number(far)));
     }
 
     void inksStayWithinTheirRows()
