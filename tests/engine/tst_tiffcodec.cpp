@@ -139,6 +139,8 @@ class TestTiffCodec : public QObject
     void readsEveryPage();
     void refuses_data();
     void refuses();
+    void tellsWhatIsWrong_data();
+    void tellsWhatIsWrong();
     void showsWhatACutFileHolds_data();
     void showsWhatACutFileHolds();
     void writesWhatOthersRead_data();
@@ -708,6 +710,38 @@ void TestTiffCodec::refuses_data()
     TiffMaker garbage = page(4, 4, 8, 1, 1);
     garbage.set(259, 3, {8});
     row("pixels that are no deflate", garbage, ErrorKind::Damaged);
+}
+
+void TestTiffCodec::tellsWhatIsWrong_data()
+{
+    QTest::addColumn<bool>("tiled");
+    QTest::addColumn<int>("compression");
+    QTest::addColumn<QString>("text");
+    const QString packed = QStringLiteral("no row of any %1 could be unpacked");
+    const QString plain = QStringLiteral("no row of any %1 is within the file");
+    const QString strip = QStringLiteral("strip");
+    const QString tile = QStringLiteral("tile");
+    QTest::newRow("deflate") << false << 8 << packed.arg(strip);
+    QTest::newRow("LZW") << false << 5 << packed.arg(strip);
+    QTest::newRow("deflate in a tile") << true << 8 << packed.arg(tile);
+    QTest::newRow("cut tile") << true << 1 << plain.arg(tile);
+    QTest::newRow("cut strip") << false << 1 << plain.arg(strip);
+}
+
+/// In our own words: libtiff's numbers of lines mean nothing where strips are decoded one by one.
+void TestTiffCodec::tellsWhatIsWrong()
+{
+    QFETCH(bool, tiled);
+    QFETCH(int, compression);
+    TiffMaker tiff;
+    tiff.page(16, 16, 8, 1, 1, "pixels");
+    tiff.set(259, 3, {quint32(compression)});
+    if (tiled)
+        tiff.tile(16, 16);
+    const auto result = decoded(m_codec, tiff.bytes());
+    QVERIFY(!result);
+    QCOMPARE(result.error().kind, ErrorKind::Damaged);
+    QTEST(result.error().text, "text");
 }
 
 void TestTiffCodec::refuses()

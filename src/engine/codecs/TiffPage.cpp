@@ -29,8 +29,7 @@ class Worker
 {
   public:
     Worker(TiffHandle& handle, std::shared_ptr<ByteSource> source, const TiffLayout& layout)
-        : m_handle(handle), m_layout(layout), m_striles(handle, std::move(source), m_layout),
-          m_rows(m_layout), m_ycc(m_layout)
+        : m_layout(layout), m_striles(handle, std::move(source), m_layout), m_rows(m_layout), m_ycc(m_layout)
     {
     }
     /// A worker, with room for `rows` rows, for the page whose directory is at that offset; null when it
@@ -47,7 +46,7 @@ class Worker
     /// Decodes `piece` of `pieces` and draws what came of it.
     void draw(const TiffPieces& pieces, const TiffPiece& piece, const Canvas& canvas,
               const CancelFlag& cancel);
-    TiffProgress progress() const;
+    TiffProgress progress() const { return m_progress; }
 
   private:
     int blockRows(int rows) const { return (rows + m_layout.block.height() - 1) / m_layout.block.height(); }
@@ -56,7 +55,6 @@ class Worker
     void drawRows(const TiffPiece& piece, int rows, const Canvas& canvas);
 
     std::unique_ptr<TiffHandle> m_ownHandle;
-    TiffHandle& m_handle;
     const TiffLayout m_layout;
     TiffStriles m_striles;
     TiffRows m_rows;
@@ -138,14 +136,6 @@ void Worker::draw(const TiffPieces& pieces, const TiffPiece& piece, const Canvas
     m_progress.complete = m_progress.complete && outcome.whole;
 }
 
-TiffProgress Worker::progress() const
-{
-    TiffProgress made = m_progress;
-    if (m_handle.errorCount() > 0)
-        made.error = m_handle.lastError();
-    return made;
-}
-
 /// How many threads decode `pieces`: no more than there is work and memory for.
 int threadCount(const Worker& worker, const TiffPieces& pieces, const TiffLayout& layout, int most)
 {
@@ -212,8 +202,6 @@ Result<QImage> decodeTiffStriles(TiffHandle& handle, const std::shared_ptr<ByteS
         const TiffProgress made = worker->progress();
         progress.drawn = progress.drawn || made.drawn;
         progress.complete = progress.complete && made.complete;
-        if (progress.error.isEmpty())
-            progress.error = made.error;
     }
     return image;
 }

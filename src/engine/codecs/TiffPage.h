@@ -13,7 +13,6 @@ struct TiffProgress
 {
     bool drawn = false;
     bool complete = true;
-    QString error; ///< what libtiff said, when it said something
 };
 
 /// The stored rows of the page that is the present directory of `handle`, described by `layout` (not

@@ -19,6 +19,14 @@ Error cancelled()
     return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
 }
 
+Error nothingDrawn(const TiffLayout& layout)
+{
+    const QString part = layout.tiled ? QStringLiteral("tile") : QStringLiteral("strip");
+    const QString lack = layout.compressed ? QStringLiteral("no row of any %1 could be unpacked")
+                                           : QStringLiteral("no row of any %1 is within the file");
+    return Error{ErrorKind::Damaged, lack.arg(part)};
+}
+
 /// libtiff packs its pixels as alpha, blue, green, red; with alpha the colours are multiplied by it.
 void fromLibraryPixels(QImage& image, int top, int rows)
 {
@@ -101,7 +109,7 @@ Result<Picture> decodeTiffPage(TiffHandle& handle, const std::shared_ptr<ByteSou
     if (!stored)
         return stored.error();
     if (!progress.drawn)
-        return Error{ErrorKind::Damaged, progress.error.isEmpty() ? handle.lastError() : progress.error};
+        return nothingDrawn(layout); // libtiff counts its lines from one strip, or from nowhere
     Picture picture;
     picture.image = upright(*std::move(stored), layout.orientation);
     if (picture.image.isNull())
