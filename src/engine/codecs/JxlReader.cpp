@@ -3,7 +3,6 @@
 #include "engine/ColorConversion.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace quorvia::engine {
 
@@ -48,7 +47,7 @@ JxlReader::JxlReader(const JxlLibrary& library, const ByteSource& source, int ev
 bool JxlReader::feed()
 {
     const size_t left = m_library.ReleaseInput(get());
-    std::memmove(m_bytes.data(), m_bytes.data() + m_bytes.size() - left, left);
+    m_bytes.erase(m_bytes.begin(), m_bytes.end() - std::ptrdiff_t(left));
     const qint64 piece = pieceOf(m_source.size());
     m_bytes.resize(left + size_t(piece));
     const qint64 got = std::max<qint64>(m_source.read(m_offset, m_bytes.data() + left, piece), 0);
