@@ -47,4 +47,14 @@ Status checkSize(QSize size, const Limits& limits)
     return ok();
 }
 
+Status checkCost(QSize size, int bytesPerPixel, const Limits& limits)
+{
+    Status allowed = checkSize(size, limits);
+    if (!allowed)
+        return allowed;
+    Limits tighter = limits;
+    tighter.maxBytes = limits.maxBytes * 4 / bytesPerPixel;
+    return checkSize(size, tighter);
+}
+
 } // namespace quorvia::engine

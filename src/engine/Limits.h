@@ -24,4 +24,7 @@ struct Limits
 /// TooLarge.
 Status checkSize(QSize size, const Limits& limits = Limits::machine());
 
+/// The same for a picture whose decoding takes `bytesPerPixel` bytes, which are more than its own four.
+Status checkCost(QSize size, int bytesPerPixel, const Limits& limits = Limits::machine());
+
 } // namespace quorvia::engine

@@ -31,16 +31,9 @@ namespace {
 
 /// Beside Limits a picture must leave room for the library, which holds its planes, those of one step to RGB,
 /// and turned copies of them.
-Status checkCost(QSize size, int bits)
+Status checkPlanes(QSize size, int bits)
 {
-    const int bytesPerPixel = bits > 8 ? 32 : 16;
-    const Limits& limits = Limits::machine();
-    const Status allowed = checkSize(size, limits);
-    if (!allowed)
-        return allowed;
-    Limits tighter = limits;
-    tighter.maxBytes = limits.maxBytes * 4 / bytesPerPixel;
-    return checkSize(size, tighter);
+    return checkCost(size, bits > 8 ? 32 : 16);
 }
 
 class AvifDecoder final : public Decoder
@@ -62,7 +55,7 @@ class AvifDecoder final : public Decoder
             return there.error();
         const int bits = std::max(m_samples.bits, m_reader->bits());
         for (const QSize size : m_sizes) {
-            const Status allowed = checkCost(size, bits);
+            const Status allowed = checkPlanes(size, bits);
             if (!allowed)
                 return allowed.error();
         }

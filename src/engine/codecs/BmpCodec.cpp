@@ -164,7 +164,7 @@ Result<std::unique_ptr<Decoder>> openEmbedded(std::shared_ptr<ByteSource> source
     const QByteArray mark = jpeg ? QByteArrayLiteral("\xFF\xD8\xFF") : QByteArrayLiteral("\x89PNG");
     if (inner->bytes(0, mark.size()) != mark)
         return Error{ErrorKind::Damaged, QStringLiteral("the embedded picture is missing")};
-    return openDecoder(std::move(inner), jpeg ? QStringLiteral("jpg") : QStringLiteral("png"));
+    return openDecoder(inner, jpeg ? QStringLiteral("jpg") : QStringLiteral("png"));
 }
 
 } // namespace

@@ -27,7 +27,7 @@ class Fields
     }
     QByteArray bytes(qsizetype count)
     {
-        const QByteArray taken = m_bytes.mid(std::min(m_at, m_bytes.size()), count);
+        QByteArray taken = m_bytes.mid(std::min(m_at, m_bytes.size()), count);
         m_at += count;
         return taken;
     }

@@ -62,16 +62,9 @@ Facts factsOf(const JxlBasicInfo& info)
 
 /// Beside Limits the picture must leave room for the library, which holds whole planes of 4 bytes a sample,
 /// and some of them twice.
-Status checkCost(const Facts& facts)
+Status checkPlanes(const Facts& facts)
 {
-    const Limits& limits = Limits::machine();
-    const Status allowed = checkSize(facts.size, limits);
-    if (!allowed)
-        return allowed;
-    const int bytesPerPixel = 4 + 4 * std::max(facts.planes, 3);
-    Limits tighter = limits;
-    tighter.maxBytes = limits.maxBytes * 4 / bytesPerPixel;
-    return checkSize(facts.size, tighter);
+    return checkCost(facts.size, 4 + 4 * std::max(facts.planes, 3));
 }
 
 /// R, G, B, A in bytes to QRgb, in place.
@@ -107,7 +100,7 @@ class JpegXlDecoder final : public Decoder
     {
         if (const Status there = onlyPage(page); !there)
             return there.error();
-        const Status allowed = checkCost(m_facts);
+        const Status allowed = checkPlanes(m_facts);
         if (!allowed)
             return allowed.error();
         const int channels = m_facts.alpha ? 4 : m_facts.grey ? 1 : 3;

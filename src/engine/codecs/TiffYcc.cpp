@@ -8,7 +8,7 @@ namespace {
 
 int clamped(float value)
 {
-    return int(std::clamp(value, 0.0F, 255.0F) + 0.5F);
+    return (int(2 * std::clamp(value, 0.0F, 255.0F)) + 1) / 2; // rounded
 }
 
 } // namespace

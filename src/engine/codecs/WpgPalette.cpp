@@ -45,7 +45,7 @@ WpgPalette::WpgPalette()
     for (int i = 0; i < 16; ++i) {
         m_colors[size_t(i)] = egaColor(i);
         const int grey = fromSixBits(greys[size_t(i)]);
-        m_colors[size_t(16 + i)] = qRgb(grey, grey, grey);
+        m_colors[16 + size_t(i)] = qRgb(grey, grey, grey);
     }
     size_t at = 32;
     for (const auto& circle : circles) {
@@ -68,7 +68,7 @@ void WpgPalette::read(const WpgFile& file, const WpgRecord& record, const ByteSo
     for (int i = 0; i < m_named && first + i < 256 && in.left() >= entryBytes; ++i) {
         const int red = channel();
         const int green = channel();
-        m_colors[size_t(first + i)] = qRgb(red, green, channel());
+        m_colors[size_t(first) + size_t(i)] = qRgb(red, green, channel());
         in.skip(entryBytes - 3 * sampleBytes);
     }
 }
