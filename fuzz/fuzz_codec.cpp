@@ -2,7 +2,7 @@
 // codec is chosen when this is compiled, by its name in the table (QUORVIA_FUZZED).
 #include "engine/Codec.h"
 #include "engine/Limits.h"
-#include "tests/engine/HostileBytes.h"
+#include "tests/engine/fixtures/HostileBytes.h"
 
 #include <QGuiApplication>
 

@@ -1,7 +1,7 @@
 // Bitmaps of netpbm, ImageMagick and GraphicsMagick; the same without their file header; run-length ones,
 // those with 4 bits written here, since no program makes them.
-#include "../PngFixtures.h"
 #include "Corpus.h"
+#include "PngFixtures.h"
 
 #include <QtEndian>
 

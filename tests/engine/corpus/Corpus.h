@@ -4,7 +4,7 @@
 // format.
 #pragma once
 
-#include "../CodecFixtures.h"
+#include "CodecFixtures.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,6 +1,6 @@
 // GIF files of netpbm, ImageMagick and GraphicsMagick.
-#include "../PngFixtures.h"
 #include "Corpus.h"
+#include "PngFixtures.h"
 
 namespace quorvia::test {
 

@@ -1,8 +1,8 @@
 // JPEG files of libjpeg-turbo's writer, with the pixels that its reader gives.
-#include "../JpegFixtures.h"
 #include "../ProfileFixtures.h"
-#include "../TiffMaker.h"
 #include "Corpus.h"
+#include "JpegFixtures.h"
+#include "TiffMaker.h"
 
 namespace quorvia::test {
 

@@ -1,6 +1,6 @@
-#include "../JpegFixtures.h"
 #include "../LosslessJpegFixtures.h"
 #include "Corpus.h"
+#include "JpegFixtures.h"
 
 namespace quorvia::test {
 

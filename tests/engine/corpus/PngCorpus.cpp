@@ -1,5 +1,5 @@
-#include "../PngFixtures.h"
 #include "Corpus.h"
+#include "PngFixtures.h"
 
 #include <algorithm>
 

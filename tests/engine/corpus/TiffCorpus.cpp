@@ -1,5 +1,5 @@
-#include "../TiffMaker.h"
 #include "Corpus.h"
+#include "TiffMaker.h"
 
 #include <QMap>
 

@@ -1,7 +1,7 @@
 // Puts metafiles together record by record, and the pixels that they must give, for the tests.
 #pragma once
 
-#include "../CodecFixtures.h"
+#include "CodecFixtures.h"
 
 #include <QByteArray>
 #include <QColor>

@@ -1,0 +1,191 @@
+// The bits of sequence headers.
+#include "engine/codecs/avif/HeifCoded.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace quorvia::engine {
+
+namespace {
+
+/// Bits from the highest of each byte down; zeros behind the end.
+class Bits
+{
+  public:
+    explicit Bits(QByteArray bytes) : m_bytes(std::move(bytes)) {}
+
+    quint32 take(int count)
+    {
+        quint32 value = 0;
+        for (int i = 0; i < count; ++i)
+            value = value << 1 | bit();
+        return value;
+    }
+    bool flag() { return bit() != 0; }
+    void skip(int count) { m_at += count; }
+
+    /// A number of the Exponential-Golomb code of order 0, which both formats have.
+    quint32 golomb()
+    {
+        int zeros = 0;
+        while (!isAtEnd() && !flag())
+            ++zeros;
+        if (zeros >= 32)
+            return std::numeric_limits<quint32>::max();
+        return (1U << zeros) - 1 + take(zeros);
+    }
+    bool isAtEnd() const { return m_at >= qint64(m_bytes.size()) * 8; }
+
+  private:
+    quint32 bit()
+    {
+        const quint32 value =
+            isAtEnd() ? 0U : quint32(uchar(m_bytes[qsizetype(m_at / 8)])) >> (7 - m_at % 8) & 1;
+        ++m_at;
+        return value;
+    }
+
+    QByteArray m_bytes;
+    qint64 m_at = 0;
+};
+
+/// A size from its sides as the file counts them; empty when the bits ended before.
+QSize sizeFrom(const Bits& bits, quint64 width, quint64 height)
+{
+    constexpr quint64 most = std::numeric_limits<int>::max();
+    return bits.isAtEnd() ? QSize() : QSize(int(std::min(width, most)), int(std::min(height, most)));
+}
+
+/// Passes over what stands before the sizes in a sequence header that is not the reduced one.
+void skipOperation(Bits& bits)
+{
+    int delayBits = 0;
+    if (bits.flag()) { // timing
+        bits.skip(64);
+        if (bits.flag())
+            bits.golomb();
+        if (bits.flag()) { // decoder model
+            delayBits = int(bits.take(5)) + 1;
+            bits.skip(32 + 5 + 5);
+        }
+    }
+    const bool displayDelay = bits.flag();
+    const int points = int(bits.take(5)) + 1;
+    for (int point = 0; point < points; ++point) {
+        constexpr quint32 highestWithoutTier = 7;
+        bits.skip(12);
+        if (bits.take(5) > highestWithoutTier)
+            bits.skip(1);
+        if (delayBits > 0 && bits.flag())
+            bits.skip(2 * delayBits + 1);
+        if (displayDelay && bits.flag())
+            bits.skip(4);
+    }
+}
+
+QSize av1SequenceSize(const QByteArray& header)
+{
+    Bits bits(header);
+    bits.skip(3 + 1); // profile, still picture
+    if (bits.flag())
+        bits.skip(5); // level
+    else
+        skipOperation(bits);
+    const int widthBits = int(bits.take(4)) + 1;
+    const int heightBits = int(bits.take(4)) + 1;
+    const quint64 width = quint64(bits.take(widthBits)) + 1;
+    const quint64 height = quint64(bits.take(heightBits)) + 1;
+    return sizeFrom(bits, width, height);
+}
+
+/// The number at `at` of `bytes`, seven bits a byte, the lowest first; moves `at` behind it.
+quint64 sevenBitNumber(const QByteArray& bytes, qsizetype& at)
+{
+    constexpr int mostBytes = 8;
+    quint64 value = 0;
+    for (int i = 0; i < mostBytes && at < bytes.size(); ++i) {
+        const auto byte = uchar(bytes[at++]);
+        value |= quint64(byte & 0x7F) << (7 * i);
+        if (byte < 0x80)
+            break;
+    }
+    return value;
+}
+
+/// The bits of a unit of H.265, from which the bytes that keep start codes out are taken.
+QByteArray withoutGuards(const QByteArray& unit)
+{
+    QByteArray bytes;
+    int zeros = 0;
+    for (const char byte : unit) {
+        if (zeros >= 2 && byte == 3) {
+            zeros = 0;
+            continue;
+        }
+        zeros = byte == 0 ? zeros + 1 : 0;
+        bytes.append(byte);
+    }
+    return bytes;
+}
+
+/// Passes over profile, tier and level of a sequence with `layers` sub-layers beside the highest.
+void skipProfile(Bits& bits, int layers)
+{
+    constexpr int profileBits = 88;
+    constexpr int levelBits = 8;
+    constexpr int mostLayers = 8;
+    bits.skip(profileBits + levelBits);
+    if (layers == 0)
+        return;
+    int length = 0;
+    for (int layer = 0; layer < mostLayers; ++layer) {
+        const bool profile = bits.flag();
+        const bool level = bits.flag();
+        if (layer < layers)
+            length += (profile ? profileBits : 0) + (level ? levelBits : 0);
+    }
+    bits.skip(length);
+}
+
+} // namespace
+
+QSize av1StreamSize(const QByteArray& stream)
+{
+    constexpr int sequenceHeader = 1;
+    qsizetype at = 0;
+    while (at < stream.size()) {
+        const auto head = uchar(stream[at]);
+        at += (head & 4) != 0 ? 2 : 1;
+        quint64 length = std::numeric_limits<quint64>::max();
+        if ((head & 2) != 0)
+            length = sevenBitNumber(stream, at);
+        if (at >= stream.size())
+            break;
+        length = std::min(length, quint64(stream.size() - at));
+        if ((head >> 3 & 15) == sequenceHeader)
+            return av1SequenceSize(stream.mid(at, qsizetype(length)));
+        at += qsizetype(length);
+    }
+    return {};
+}
+
+QSize hevcUnitSize(const QByteArray& unit)
+{
+    constexpr int parameterSet = 33;
+    constexpr int longest = 1024; // bytes before the size, many times over
+    if (unit.size() < 2 || (uchar(unit[0]) >> 1 & 63) != parameterSet)
+        return {};
+    Bits bits(withoutGuards(unit.mid(2, longest)));
+    bits.skip(4);
+    const int layers = int(bits.take(3));
+    bits.skip(1);
+    skipProfile(bits, layers);
+    bits.golomb();          // the set's number
+    if (bits.golomb() == 3) // chroma
+        bits.skip(1);
+    const quint64 width = bits.golomb();
+    const quint64 height = bits.golomb();
+    return sizeFrom(bits, width, height);
+}
+
+} // namespace quorvia::engine

@@ -1,0 +1,19 @@
+// The short way through a PNG whose file is whole and not interlaced: all data chunks are inflated at once by
+// libdeflate, and rows are unfiltered on one core while another converts them. Takes little more memory than
+// the picture and the compressed data. Whatever is out of the ordinary is left to libpng.
+#pragma once
+
+#include "engine/Codec.h"
+#include "engine/codecs/png/PngChunks.h"
+
+#include <optional>
+
+namespace quorvia::engine {
+
+/// Decodes the PNG in `source`, whose header is `header` and within the limits. Nothing when the file is
+/// interlaced, damaged in any way, unusually put together or very large, when memory is short, or when
+/// `cancel` was set: the pixels are then to be had from libpng, or not at all. The same pixels as libpng's.
+std::optional<Picture> decodePngFast(const ByteSource& source, const PngHeader& header,
+                                     const CancelFlag& cancel);
+
+} // namespace quorvia::engine

@@ -1,0 +1,133 @@
+#include "engine/codecs/Codecs.h"
+#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/tiff/TiffHandle.h"
+#include "engine/codecs/tiff/TiffLayout.h"
+#include "engine/codecs/tiff/TiffPages.h"
+#include "engine/codecs/tiff/TiffPicture.h"
+#include "engine/codecs/tiff/TiffWriter.h"
+#include "engine/ColorConversion.h"
+
+namespace quorvia::engine {
+
+namespace {
+
+class TiffCodec final : public Codec
+{
+  public:
+    QString name() const override;
+    QStringList extensions() const override;
+    bool sniff(const QByteArray& head, const QString& extension) const override;
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
+    bool canEncode(const QString& extension) const override;
+    bool keepsProfile(const QString& extension, ColorModel model) const override
+    {
+        return canEncode(extension) && model != ColorModel::Cmyk;
+    }
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override;
+};
+
+} // namespace
+
+namespace {
+
+class TiffDecoder final : public Decoder
+{
+  public:
+    TiffDecoder(std::shared_ptr<ByteSource> source, std::vector<quint64> pages)
+        : m_source(std::move(source)), m_pages(std::move(pages))
+    {
+    }
+
+    int pageCount() override { return int(m_pages.size()); }
+
+    Result<PageHeader> header(int page) override
+    {
+        const Result<Page> found = openPage(page);
+        if (!found)
+            return found.error();
+        return PageHeader{found->layout.size, found->layout.bits * found->layout.samples};
+    }
+
+    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override
+    {
+        const Result<Page> found = openPage(page);
+        if (!found)
+            return found.error();
+        return decodeTiffPage(*found->handle, m_source, found->layout, cancel);
+    }
+
+  private:
+    /// A page ready to be decoded. Each use has a handle of its own: what one decode sets is gone with it.
+    struct Page
+    {
+        std::shared_ptr<TiffHandle> handle;
+        TiffLayout layout;
+    };
+    Result<Page> openPage(int page) const;
+
+    std::shared_ptr<ByteSource> m_source;
+    std::vector<quint64> m_pages;
+};
+
+Result<TiffDecoder::Page> TiffDecoder::openPage(int page) const
+{
+    if (const Status there = pageAmong(page, int(m_pages.size())); !there)
+        return there.error();
+    Page found;
+    found.handle = TiffHandle::reading(m_source);
+    TIFF* tiff = found.handle->get();
+    if (!tiff || !TIFFSetSubDirectory(tiff, m_pages[size_t(page - 1)]))
+        return Error{ErrorKind::Damaged, found.handle->lastError()};
+    const Result<TiffLayout> layout = readTiffLayout(tiff);
+    if (!layout)
+        return layout.error();
+    found.layout = *layout;
+    return found;
+}
+
+} // namespace
+
+QString TiffCodec::name() const
+{
+    return QStringLiteral("TIFF");
+}
+
+QStringList TiffCodec::extensions() const
+{
+    return {QStringLiteral("tif"), QStringLiteral("tiff")};
+}
+
+bool TiffCodec::sniff(const QByteArray& head, const QString&) const
+{
+    constexpr int markLength = 4;
+    const QByteArray mark = head.left(markLength);
+    return mark == QByteArray("II*\0", markLength) || mark == QByteArray("MM\0*", markLength) ||
+           mark == QByteArray("II+\0", markLength) || mark == QByteArray("MM\0+", markLength);
+}
+
+Result<std::unique_ptr<Decoder>> TiffCodec::open(std::shared_ptr<ByteSource> source) const
+{
+    std::vector<quint64> pages = tiffPageOffsets(*source);
+    if (pages.empty())
+        return Error{ErrorKind::Damaged, QStringLiteral("the file holds no page")};
+    return std::unique_ptr<Decoder>(std::make_unique<TiffDecoder>(std::move(source), std::move(pages)));
+}
+
+bool TiffCodec::canEncode(const QString& extension) const
+{
+    return extensions().contains(extension);
+}
+
+Result<QByteArray> TiffCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
+{
+    return writeTiff(image, options.profile);
+}
+
+const Codec& tiffCodec()
+{
+    static const TiffCodec codec;
+    return codec;
+}
+
+} // namespace quorvia::engine
