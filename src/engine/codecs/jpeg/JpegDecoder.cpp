@@ -39,6 +39,37 @@ void cmykToRgb(const JSAMPLE* in, QRgb* out, JDIMENSION count, bool inverted)
     }
 }
 
+/// The figures of the frame header that the library overwrites when it meets a second one, before it calls
+/// that an error. They must be put back before it is asked for pixels.
+class FrameFigures
+{
+  public:
+    explicit FrameFigures(const jpeg_decompress_struct& info)
+        : m_progressive(info.progressive_mode), m_arithmetic(info.arith_code),
+          m_precision(info.data_precision), m_width(info.image_width), m_height(info.image_height),
+          m_components(info.num_components)
+    {
+    }
+
+    void putBack(jpeg_decompress_struct& info) const
+    {
+        info.progressive_mode = m_progressive;
+        info.arith_code = m_arithmetic;
+        info.data_precision = m_precision;
+        info.image_width = m_width;
+        info.image_height = m_height;
+        info.num_components = m_components;
+    }
+
+  private:
+    boolean m_progressive;
+    boolean m_arithmetic;
+    int m_precision;
+    JDIMENSION m_width;
+    JDIMENSION m_height;
+    int m_components;
+};
+
 /// One decode under way: libjpeg's object and what hangs on it.
 class Session
 {
@@ -147,6 +178,7 @@ Status Session::chooseOutput(QSize box)
 /// Takes in the scans of a file that has several. What was complete before an error is shown.
 Status Session::collectScans()
 {
+    const FrameFigures figures(m_info);
     const bool good = attempt([this] {
         for (;;) {
             lookForCancel();
@@ -164,6 +196,7 @@ Status Session::collectScans()
     if (m_errors.cancelled || (!good && m_scans == 0))
         return m_errors.error();
     m_gaveUp = m_gaveUp || !good;
+    figures.putBack(m_info);
     if (!attempt([this] { jpeg_start_output(&m_info, m_scans); }))
         return m_errors.error();
     return ok();

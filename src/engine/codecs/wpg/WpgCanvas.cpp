@@ -106,14 +106,16 @@ double WpgCanvas::costOf(const QPainterPath& path, double length, const QPen& pe
     if (pen.widthF() <= 1)
         return cost + thinCost * length;
     // A wide stroke is an area: an edge on either side, around each of the joins, some to a curve, and across
-    // the ends of each dash.
+    // the ends of each dash. Those across the ends were measured to cost their whole length, wherever they
+    // lie.
     const double half = pen.widthF() / 2;
     const QRectF inked = path.boundingRect().adjusted(-half, -half, half, half) & frame;
     const double reach = std::min(pen.widthF(), std::hypot(m_size.width(), m_size.height()));
     const QList<qreal> dashes = pen.dashPattern();
     const double period = pen.widthF() * std::accumulate(dashes.begin(), dashes.end(), 0.0);
-    const double joins = 4.0 * path.elementCount() + (period > 0 ? 2 * length / period : 0);
-    return cost + edgeCost(2.5 * length + 3 * joins * reach, inked) + length * pen.widthF();
+    const double ends = period > 0 ? 2 * length / period : 0;
+    const double edges = 2.5 * length + 12.0 * path.elementCount() * reach + 3 * ends * pen.widthF();
+    return cost + edgeCost(edges, inked) + length * pen.widthF();
 }
 
 QPen WpgCanvas::penFor(const WpgStyle& style, double length) const
