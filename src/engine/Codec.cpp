@@ -10,6 +10,12 @@
 namespace quorvia::engine {
 
 Decoder::~Decoder() = default;
+
+Codec::Codec(QString name, QStringList extensions, QStringList written)
+    : m_name(std::move(name)), m_extensions(std::move(extensions)), m_written(std::move(written))
+{
+}
+
 Codec::~Codec() = default;
 
 bool Decoder::scales() const
@@ -20,6 +26,11 @@ bool Decoder::scales() const
 bool Codec::keepsProfile(const QString&, ColorModel) const
 {
     return false;
+}
+
+Result<QByteArray> Codec::encode(const QImage&, const QString&, const EncodeOptions&) const
+{
+    return Error{ErrorKind::Unsupported, QStringLiteral("%1 is not written").arg(m_name)};
 }
 
 std::span<const Codec* const> codecTable()

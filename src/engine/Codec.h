@@ -84,23 +84,37 @@ class Codec
 {
   public:
     virtual ~Codec();
+    Codec(const Codec&) = delete;
+    Codec& operator=(const Codec&) = delete;
 
     /// Short name for logs and tables, as "JPEG".
-    virtual QString name() const = 0;
+    const QString& name() const { return m_name; }
     /// Extensions without the point, lower case, the usual one first.
-    virtual QStringList extensions() const = 0;
+    const QStringList& extensions() const { return m_extensions; }
+    /// True when encode() can write this extension.
+    bool canEncode(const QString& extension) const { return m_written.contains(extension); }
+
     /// True when a file that begins with `head` (up to 1024 bytes) is of this format. Content decides before
     /// the extension; `extension` (lower case, no point) matters only to formats without a mark of their own.
     virtual bool sniff(const QByteArray& head, const QString& extension) const = 0;
     /// Opens a file that sniff() accepted; reads the header only.
     virtual Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const = 0;
-    /// True when encode() can write this extension.
-    virtual bool canEncode(const QString& extension) const = 0;
-    /// True when encode() embeds an EncodeOptions::profile of `model` in files of this extension.
+    /// True when encode() embeds an EncodeOptions::profile of `model` in files of this extension; false, as
+    /// here, for formats that hold none.
     virtual bool keepsProfile(const QString& extension, ColorModel model) const;
-    /// The whole file's bytes for `image` (any QImage format). Unsupported when the image cannot be held.
+    /// The whole file's bytes for `image` (any QImage format). Unsupported when the image cannot be held and,
+    /// as here, when the format is only read.
     virtual Result<QByteArray> encode(const QImage& image, const QString& extension,
-                                      const EncodeOptions& options) const = 0;
+                                      const EncodeOptions& options) const;
+
+  protected:
+    /// A codec that reads `extensions` and writes those of them that are in `written`.
+    Codec(QString name, QStringList extensions, QStringList written = {});
+
+  private:
+    const QString m_name;
+    const QStringList m_extensions;
+    const QStringList m_written;
 };
 
 /// All codecs, in the order in which they are asked.

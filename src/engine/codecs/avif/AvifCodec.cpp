@@ -3,29 +3,13 @@
 #include "engine/codecs/avif/HeifReader.h"
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
 #include <new>
 
 namespace quorvia::engine {
-
-namespace {
-
-class AvifCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -36,7 +20,7 @@ Status checkPlanes(QSize size, int bits)
     return checkCost(size, bits > 8 ? 32 : 16);
 }
 
-class AvifDecoder final : public Decoder
+class AvifDecoder final : public OnePageDecoder
 {
   public:
     /// `complete` is false when the end of the file was filled up.
@@ -47,12 +31,9 @@ class AvifDecoder final : public Decoder
         m_sizes.append(m_reader->size());
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
+  private:
+    Result<PageHeader> facts() override
     {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
         const int bits = std::max(m_samples.bits, m_reader->bits());
         for (const QSize size : m_sizes) {
             const Status allowed = checkPlanes(size, bits);
@@ -62,27 +43,21 @@ class AvifDecoder final : public Decoder
         const int channels = m_reader->hasAlpha() ? 4 : m_samples.channels;
         return PageHeader{m_reader->size(), channels * (bits > 8 ? 16 : 8)};
     }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
-
-  private:
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     std::unique_ptr<HeifReader> m_reader;
     HeifSamples m_samples;
     QList<QSize> m_sizes; ///< that the library makes room for: those of the coded pictures and of the whole
     bool m_complete;
 };
 
-Result<Picture> AvifDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> AvifDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     Result<QImage> image = m_reader->decode(cancel);
     if (!image)
         return image.error();
     Picture picture;
-    picture.fullSize = facts->size;
-    picture.bitsPerPixel = facts->bitsPerPixel;
+    picture.fullSize = facts.size;
+    picture.bitsPerPixel = facts.bitsPerPixel;
     picture.complete = m_complete;
     picture.image = *std::move(image);
     if (m_samples.channels == 1 && !picture.image.hasAlphaChannel())
@@ -122,46 +97,33 @@ bool filledUp(QByteArray& file)
     }
 }
 
+class AvifCodec final : public Codec
+{
+  public:
+    AvifCodec()
+        : Codec(QStringLiteral("AVIF"),
+                {QStringLiteral("avif"), QStringLiteral("heic"), QStringLiteral("heif")})
+    {
+    }
+
+    bool sniff(const QByteArray& head, const QString&) const override { return isHeif(head); }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        Result<QByteArray> file = wholeFile(*source);
+        if (!file)
+            return file.error();
+        if (!sniff(*file, QString()))
+            return Error{ErrorKind::Damaged, QStringLiteral("no mark of %1").arg(name())};
+        const bool filled = filledUp(*file);
+        Result<std::unique_ptr<HeifReader>> reader = HeifReader::open(*std::move(file));
+        if (!reader)
+            return reader.error();
+        return std::unique_ptr<Decoder>(std::make_unique<AvifDecoder>(*std::move(reader), !filled));
+    }
+};
+
 } // namespace
-
-QString AvifCodec::name() const
-{
-    return QStringLiteral("AVIF");
-}
-
-QStringList AvifCodec::extensions() const
-{
-    return {QStringLiteral("avif"), QStringLiteral("heic"), QStringLiteral("heif")};
-}
-
-bool AvifCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return isHeif(head);
-}
-
-Result<std::unique_ptr<Decoder>> AvifCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    Result<QByteArray> file = wholeFile(*source);
-    if (!file)
-        return file.error();
-    if (!sniff(*file, QString()))
-        return Error{ErrorKind::Damaged, QStringLiteral("no mark of %1").arg(name())};
-    const bool filled = filledUp(*file);
-    Result<std::unique_ptr<HeifReader>> reader = HeifReader::open(*std::move(file));
-    if (!reader)
-        return reader.error();
-    return std::unique_ptr<Decoder>(std::make_unique<AvifDecoder>(*std::move(reader), !filled));
-}
-
-bool AvifCodec::canEncode(const QString&) const
-{
-    return false;
-}
-
-Result<QByteArray> AvifCodec::encode(const QImage&, const QString&, const EncodeOptions&) const
-{
-    return Error{ErrorKind::Unsupported, QStringLiteral("AVIF and HEIF are not written")};
-}
 
 const Codec& avifCodec()
 {

@@ -2,10 +2,11 @@
 #include "engine/codecs/bmp/BmpRle.h"
 #include "engine/codecs/bmp/BmpRows.h"
 #include "engine/codecs/bmp/BmpWriter.h"
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/PageNumber.h"
-#include "engine/Limits.h"
+#include "engine/codecs/OnePage.h"
 
 #include <algorithm>
 #include <vector>
@@ -14,39 +15,13 @@ namespace quorvia::engine {
 
 namespace {
 
-class BmpCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
-
-namespace {
-
 Error nothingToShow()
 {
-    return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
-}
-
-Error noMemory()
-{
-    return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
-}
-
-Error cancelled()
-{
-    return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+    return nothingToShowError();
 }
 
 /// A bitmap whose pixels are stored as rows or runs.
-class BmpDecoder final : public Decoder
+class BmpDecoder final : public OnePageDecoder
 {
   public:
     BmpDecoder(std::shared_ptr<ByteSource> source, BmpLayout layout)
@@ -54,27 +29,12 @@ class BmpDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
+  private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.bitsPerPixel}; }
+    Result<Picture> decodePage(const PageHeader&, QSize, const CancelFlag& cancel) override
     {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.bitsPerPixel};
-    }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override
-    {
-        const Result<PageHeader> facts = header(page);
-        if (!facts)
-            return facts.error();
         return m_layout.packing == BmpPacking::Rows ? decodeRows(cancel) : decodeRuns(cancel);
     }
-
-  private:
     Result<Picture> decodeRows(const CancelFlag& cancel) const;
     Result<Picture> decodeRuns(const CancelFlag& cancel) const;
     Picture blankPicture(QImage::Format format) const;
@@ -85,10 +45,7 @@ class BmpDecoder final : public Decoder
 
 Picture BmpDecoder::blankPicture(QImage::Format format) const
 {
-    Picture picture;
-    picture.image = allocateImage(m_layout.size, format);
-    picture.fullSize = m_layout.size;
-    picture.bitsPerPixel = m_layout.bitsPerPixel;
+    Picture picture = blank({m_layout.size, m_layout.bitsPerPixel}, format);
     if (!m_layout.palette.isEmpty() && !picture.image.isNull())
         picture.image.setColorTable(m_layout.palette);
     return picture;
@@ -99,7 +56,7 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
     const BmpRows rows(m_layout);
     Picture picture = blankPicture(rows.format());
     if (picture.image.isNull())
-        return noMemory();
+        return noMemoryError();
 
     constexpr qint64 chunkBytes = 256 * 1024;
     const qint64 rowBytes = m_layout.rowBytes();
@@ -113,7 +70,7 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
     AlphaWatch alpha;
     for (int first = 0; first < height && picture.complete; first += chunkRows) {
         if (cancel)
-            return cancelled();
+            return cancelledError();
         const int count = std::min(chunkRows, height - first);
         const qint64 got =
             m_source->read(m_layout.pixelOffset + first * rowBytes, chunk.data(), count * rowBytes);
@@ -135,7 +92,7 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
     if (picture.complete && alpha.isUnfilled()) {
         picture.image = std::move(picture.image).convertToFormat(QImage::Format_RGB32);
         if (picture.image.isNull())
-            return noMemory();
+            return noMemoryError();
     }
     return picture;
 }
@@ -145,11 +102,11 @@ Result<Picture> BmpDecoder::decodeRuns(const CancelFlag& cancel) const
     const bool deep = m_layout.packing == BmpPacking::Rle24;
     Picture picture = blankPicture(deep ? QImage::Format_RGB32 : QImage::Format_Indexed8);
     if (picture.image.isNull())
-        return noMemory();
+        return noMemoryError();
     SourceReader in(*m_source, m_layout.pixelOffset, m_layout.pixelLength);
     const RleOutcome outcome = unpackRle(in, m_layout, picture.image, cancel);
     if (cancel)
-        return cancelled();
+        return cancelledError();
     if (!outcome.drawn && !outcome.complete)
         return nothingToShow();
     picture.complete = outcome.complete;
@@ -167,42 +124,36 @@ Result<std::unique_ptr<Decoder>> openEmbedded(std::shared_ptr<ByteSource> source
     return openDecoder(inner, jpeg ? QStringLiteral("jpg") : QStringLiteral("png"));
 }
 
+class BmpCodec final : public Codec
+{
+  public:
+    BmpCodec()
+        : Codec(QStringLiteral("BMP"), {QStringLiteral("bmp"), QStringLiteral("dib"), QStringLiteral("rle")},
+                {QStringLiteral("bmp"), QStringLiteral("dib"), QStringLiteral("rle")})
+    {
+    }
+
+    bool sniff(const QByteArray& head, const QString& extension) const override
+    {
+        return isBmpFile(head) || isBareDib(head, extensions().contains(extension));
+    }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        const Result<BmpLayout> layout = readBmpLayout(source->bytes(0, bmpHeadLength), source->size());
+        if (layout && (layout->packing == BmpPacking::Jpeg || layout->packing == BmpPacking::Png))
+            return openEmbedded(std::move(source), *layout);
+        return decoderOf<BmpDecoder>(source, layout);
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions&) const override
+    {
+        return extension == QLatin1String("rle") ? writeRleBmp(image) : writeBmp(image);
+    }
+};
+
 } // namespace
-
-QString BmpCodec::name() const
-{
-    return QStringLiteral("BMP");
-}
-
-QStringList BmpCodec::extensions() const
-{
-    return {QStringLiteral("bmp"), QStringLiteral("dib"), QStringLiteral("rle")};
-}
-
-bool BmpCodec::sniff(const QByteArray& head, const QString& extension) const
-{
-    return isBmpFile(head) || isBareDib(head, extensions().contains(extension));
-}
-
-Result<std::unique_ptr<Decoder>> BmpCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<BmpLayout> layout = readBmpLayout(source->bytes(0, bmpHeadLength), source->size());
-    if (!layout)
-        return layout.error();
-    if (layout->packing == BmpPacking::Jpeg || layout->packing == BmpPacking::Png)
-        return openEmbedded(std::move(source), *layout);
-    return std::unique_ptr<Decoder>(std::make_unique<BmpDecoder>(std::move(source), *layout));
-}
-
-bool BmpCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> BmpCodec::encode(const QImage& image, const QString& extension, const EncodeOptions&) const
-{
-    return extension == QLatin1String("rle") ? writeRleBmp(image) : writeBmp(image);
-}
 
 const Codec& bmpCodec()
 {

@@ -1,7 +1,8 @@
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/gif/GifStream.h"
 #include "engine/codecs/gif/GifWriter.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
@@ -10,22 +11,6 @@
 #include <vector>
 
 namespace quorvia::engine {
-
-namespace {
-
-class GifCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -142,7 +127,7 @@ QImage Canvas::finished()
     return std::move(m_image);
 }
 
-class GifDecoder final : public Decoder
+class GifDecoder final : public OnePageDecoder
 {
   public:
     GifDecoder(std::shared_ptr<ByteSource> source, PageHeader facts)
@@ -150,30 +135,15 @@ class GifDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_facts.size);
-        if (!allowed)
-            return allowed.error();
-        return m_facts;
-    }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override { return m_facts; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     std::shared_ptr<ByteSource> m_source;
     PageHeader m_facts;
 };
 
-Result<Picture> GifDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> GifDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     GifStream stream(m_source);
     const Result<GifFrame> frame = stream.firstFrame();
     if (!frame)
@@ -182,20 +152,20 @@ Result<Picture> GifDecoder::decode(int page, QSize, const CancelFlag& cancel)
     const Status allowed = checkSize(frame->rectangle.size());
     if (!allowed)
         return allowed.error();
-    QImage image = allocateImage(facts->size, QImage::Format_Indexed8);
+    QImage image = allocateImage(facts.size, QImage::Format_Indexed8);
     if (image.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
 
     Picture picture;
-    picture.fullSize = facts->size;
-    picture.bitsPerPixel = facts->bitsPerPixel;
+    picture.fullSize = facts.size;
+    picture.bitsPerPixel = facts.bitsPerPixel;
     Canvas canvas(*frame, std::move(image));
     const uchar blank = uchar(frame->transparentIndex.value_or(0));
     std::vector<uchar> row(size_t(frame->rectangle.width()));
     bool drawn = false;
     for (const int y : rowOrder(frame->rectangle.height(), frame->interlaced)) {
         if (cancel)
-            return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+            return cancelledError();
         std::fill(row.begin(), row.end(), blank);
         picture.complete = stream.readRow(row);
         // A row that breaks off is shown as far as it came.
@@ -210,46 +180,37 @@ Result<Picture> GifDecoder::decode(int page, QSize, const CancelFlag& cancel)
         return Error{ErrorKind::Damaged, QStringLiteral("the frame holds no pixel")};
     picture.image = canvas.finished();
     if (picture.image.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     return picture;
 }
 
+class GifCodec final : public Codec
+{
+  public:
+    GifCodec() : Codec(QStringLiteral("GIF"), {QStringLiteral("gif")}, {QStringLiteral("gif")}) {}
+
+    bool sniff(const QByteArray& head, const QString&) const override
+    {
+        return head.startsWith("GIF87a") || head.startsWith("GIF89a");
+    }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        GifStream stream(source);
+        const Result<GifFrame> frame = stream.firstFrame();
+        if (!frame)
+            return frame.error();
+        return std::unique_ptr<Decoder>(
+            std::make_unique<GifDecoder>(std::move(source), PageHeader{frame->canvas, frame->bitsPerPixel}));
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString&, const EncodeOptions&) const override
+    {
+        return writeGif(image);
+    }
+};
+
 } // namespace
-
-QString GifCodec::name() const
-{
-    return QStringLiteral("GIF");
-}
-
-QStringList GifCodec::extensions() const
-{
-    return {QStringLiteral("gif")};
-}
-
-bool GifCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return head.startsWith("GIF87a") || head.startsWith("GIF89a");
-}
-
-Result<std::unique_ptr<Decoder>> GifCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    GifStream stream(source);
-    const Result<GifFrame> frame = stream.firstFrame();
-    if (!frame)
-        return frame.error();
-    return std::unique_ptr<Decoder>(
-        std::make_unique<GifDecoder>(std::move(source), PageHeader{frame->canvas, frame->bitsPerPixel}));
-}
-
-bool GifCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> GifCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
-{
-    return writeGif(image);
-}
 
 const Codec& gifCodec()
 {

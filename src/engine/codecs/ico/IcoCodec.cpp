@@ -1,4 +1,6 @@
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/ico/IcoDirectory.h"
 #include "engine/codecs/ico/IcoEntry.h"
 #include "engine/codecs/ico/IcoWriter.h"
@@ -35,7 +37,7 @@ class IcoDecoder final : public Decoder
         if (const Status there = onlyPage(page); !there)
             return there.error();
         if (cancel)
-            return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+            return cancelledError();
         const IcoEntry& entry = chosen();
         if (m_picture)
             return *m_picture;
@@ -78,20 +80,20 @@ const IcoEntry& IcoDecoder::chosen()
 class IcoCodec final : public Codec
 {
   public:
-    QString name() const override { return QStringLiteral("ICO"); }
-    QStringList extensions() const override { return {QStringLiteral("ico"), QStringLiteral("cur")}; }
+    IcoCodec()
+        : Codec(QStringLiteral("ICO"), {QStringLiteral("ico"), QStringLiteral("cur")},
+                {QStringLiteral("ico")})
+    {
+    }
+
     bool sniff(const QByteArray& head, const QString& extension) const override
     {
         return isIco(head, extensions().contains(extension));
     }
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
     {
-        Result<std::vector<IcoEntry>> entries = readIcoDirectory(*source);
-        if (!entries)
-            return entries.error();
-        return std::unique_ptr<Decoder>(std::make_unique<IcoDecoder>(std::move(source), *std::move(entries)));
+        return decoderOf<IcoDecoder>(source, readIcoDirectory(*source));
     }
-    bool canEncode(const QString& extension) const override { return extension == QLatin1String("ico"); }
     Result<QByteArray> encode(const QImage& image, const QString&, const EncodeOptions&) const override
     {
         return writeIco(image);

@@ -1,6 +1,7 @@
 #include "engine/codecs/ico/IcoDirectory.h"
 
 #include "engine/codecs/bmp/BmpLayout.h"
+#include "engine/codecs/CodecErrors.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
@@ -109,7 +110,7 @@ Result<IcoEntry> readBitmapEntry(const QByteArray& head, const Slot& slot, qint6
     if (!allowed)
         return allowed.error();
     if (layout->pixelLength < layout->usedRowBytes())
-        return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
+        return nothingToShowError();
     return entry;
 }
 

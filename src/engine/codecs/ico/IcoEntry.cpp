@@ -2,6 +2,7 @@
 
 #include "engine/codecs/bmp/BmpLayout.h"
 #include "engine/codecs/bmp/BmpRows.h"
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 
 #include <algorithm>
@@ -70,11 +71,6 @@ class Mask
     QImage& m_image;
 };
 
-Error noMemory()
-{
-    return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
-}
-
 Result<Picture> decodeBitmap(const ByteSource& source, const IcoEntry& entry, const CancelFlag& cancel)
 {
     const Result<BmpLayout> read = readBmpLayout(source.bytes(0, bmpHeadLength), source.size());
@@ -88,7 +84,7 @@ Result<Picture> decodeBitmap(const ByteSource& source, const IcoEntry& entry, co
     Picture picture;
     picture.image = allocateImage(entry.size, rows.format());
     if (picture.image.isNull())
-        return noMemory();
+        return noMemoryError();
     if (!layout.palette.isEmpty())
         picture.image.setColorTable(layout.palette);
     picture.fullSize = entry.size;
@@ -118,9 +114,9 @@ Result<Picture> decodeBitmap(const ByteSource& source, const IcoEntry& entry, co
         picture.complete = picture.complete && whole;
     }
     if (cancel)
-        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+        return cancelledError();
     if (picture.image.isNull())
-        return noMemory();
+        return noMemoryError();
     return picture;
 }
 

@@ -1,9 +1,9 @@
 #include "engine/codecs/jpeg/JpegDecoder.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/jpeg/JpegErrors.h"
 #include "engine/codecs/jpeg/JpegProfile.h"
 #include "engine/codecs/jpeg/JpegSource.h"
-#include "engine/codecs/PageNumber.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
@@ -303,7 +303,7 @@ Result<Picture> Session::decode(QSize box)
     const QSize size(static_cast<int>(m_info.output_width), static_cast<int>(m_info.output_height));
     QImage image = allocateImage(size, format());
     if (image.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     const bool complete = readRows(image);
     if (m_inks && !m_errors.cancelled)
         m_errors.cancelled = !convertInks(image, static_cast<int>(m_info.output_scanline), *m_inks,
@@ -338,7 +338,7 @@ Status checkFrame(const JpegFrame& frame)
     if (std::max(frame.size.width(), frame.size.height()) > JPEG_MAX_DIMENSION)
         return Error{ErrorKind::TooLarge,
                      QStringLiteral("a side of more than %1 pixels").arg(JPEG_MAX_DIMENSION)};
-    return checkSize(frame.size);
+    return ok();
 }
 
 } // namespace
@@ -360,24 +360,15 @@ JpegDecoder::JpegDecoder(std::shared_ptr<ByteSource> source, const JpegFrame& fr
 {
 }
 
-int JpegDecoder::pageCount()
+Result<PageHeader> JpegDecoder::facts()
 {
-    return 1;
-}
-
-Result<PageHeader> JpegDecoder::header(int page)
-{
-    if (const Status there = onlyPage(page); !there)
-        return there.error();
     if (const Status good = checkFrame(m_frame); !good)
         return good.error();
     return PageHeader{m_frame.size, m_frame.components * m_frame.precision};
 }
 
-Result<Picture> JpegDecoder::decode(int page, QSize box, const CancelFlag& cancel)
+Result<Picture> JpegDecoder::decodePage(const PageHeader&, QSize box, const CancelFlag& cancel)
 {
-    if (const Result<PageHeader> facts = header(page); !facts)
-        return facts.error();
     return std::make_unique<Session>(*m_source, cancel)->decode(box);
 }
 

@@ -3,23 +3,23 @@
 // (progressive) needs all its coefficients in memory, two bytes each, beside the picture.
 #pragma once
 
-#include "engine/Codec.h"
 #include "engine/codecs/jpeg/JpegHeader.h"
+#include "engine/codecs/OnePage.h"
 
 namespace quorvia::engine {
 
-class JpegDecoder final : public Decoder
+class JpegDecoder final : public OnePageDecoder
 {
   public:
     /// `frame` is what readJpegFrame() gave for `source`.
     JpegDecoder(std::shared_ptr<ByteSource> source, const JpegFrame& frame);
 
-    int pageCount() override;
-    Result<PageHeader> header(int page) override;
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
     bool scales() const override { return true; }
 
   private:
+    Result<PageHeader> facts() override;
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
+
     std::shared_ptr<ByteSource> m_source;
     JpegFrame m_frame;
 };

@@ -1,28 +1,12 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/jpegxl/JxlReader.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
 
 namespace quorvia::engine {
-
-namespace {
-
-class JpegXlCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -86,7 +70,7 @@ bool isBlank(const QImage& image)
     return std::all_of(bytes, bytes + image.sizeInBytes(), [](uchar byte) { return byte == 0; });
 }
 
-class JpegXlDecoder final : public Decoder
+class JpegXlDecoder final : public OnePageDecoder
 {
   public:
     JpegXlDecoder(const JxlLibrary& library, std::shared_ptr<ByteSource> source, const Facts& facts)
@@ -94,22 +78,16 @@ class JpegXlDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
+  private:
+    Result<PageHeader> facts() override
     {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
         const Status allowed = checkPlanes(m_facts);
         if (!allowed)
             return allowed.error();
         const int channels = m_facts.alpha ? 4 : m_facts.grey ? 1 : 3;
         return PageHeader{m_facts.size, channels * (m_facts.deep ? 16 : 8)};
     }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
-
-  private:
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     bool setBuffer(JxlReader& reader, QImage& image) const;
 
     const JxlLibrary& m_library;
@@ -129,17 +107,14 @@ bool JpegXlDecoder::setBuffer(JxlReader& reader, QImage& image) const
            m_library.SetImageOutBuffer(reader.get(), &format, image.bits(), there) == JXL_DEC_SUCCESS;
 }
 
-Result<Picture> JpegXlDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> JpegXlDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> header = this->header(page);
-    if (!header)
-        return header.error();
     JxlReader reader(m_library, *m_source, JXL_DEC_BASIC_INFO | JXL_DEC_COLOR_ENCODING | JXL_DEC_FULL_IMAGE);
     if (!reader.get())
         return noMemoryError();
     Picture picture;
-    picture.fullSize = header->size;
-    picture.bitsPerPixel = header->bitsPerPixel;
+    picture.fullSize = facts.size;
+    picture.bitsPerPixel = facts.bitsPerPixel;
     JxlEnd end = JxlEnd::Event;
     for (;;) {
         JxlDecoderStatus event = JXL_DEC_ERROR;
@@ -149,11 +124,11 @@ Result<Picture> JpegXlDecoder::decode(int page, QSize, const CancelFlag& cancel)
         if (event == JXL_DEC_COLOR_ENCODING) {
             picture.profile = reader.settleColors(reader.info());
         } else if (event == JXL_DEC_NEED_IMAGE_OUT_BUFFER) {
-            if (factsOf(reader.info()).size != header->size)
+            if (factsOf(reader.info()).size != facts.size)
                 return brokenError(); // another file by now
-            picture.image = allocateImage(header->size, m_facts.isGrey8() ? QImage::Format_Grayscale8
-                                                        : m_facts.alpha   ? QImage::Format_ARGB32
-                                                                          : QImage::Format_RGB32);
+            picture.image = allocateImage(facts.size, m_facts.isGrey8() ? QImage::Format_Grayscale8
+                                                      : m_facts.alpha   ? QImage::Format_ARGB32
+                                                                        : QImage::Format_RGB32);
             if (picture.image.isNull())
                 return noMemoryError();
             if (!setBuffer(reader, picture.image))
@@ -176,54 +151,41 @@ Result<Picture> JpegXlDecoder::decode(int page, QSize, const CancelFlag& cancel)
     return picture;
 }
 
+class JpegXlCodec final : public Codec
+{
+  public:
+    JpegXlCodec() : Codec(QStringLiteral("JPEG XL"), {QStringLiteral("jxl")}) {}
+
+    bool sniff(const QByteArray& head, const QString&) const override
+    {
+        return head.startsWith("\xFF\x0A") ||
+               head.startsWith(QByteArray::fromHex("0000000c4a584c200d0a870a"));
+    }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        const QByteArray head = source->bytes(0, 16);
+        if (!sniff(head, QString()))
+            return Error{ErrorKind::Damaged, QStringLiteral("no mark of %1").arg(name())};
+        const JxlLibrary* library = JxlLibrary::get();
+        if (!library)
+            return noLibrary();
+        JxlReader reader(*library, *source, JXL_DEC_BASIC_INFO);
+        if (!reader.get())
+            return noMemoryError();
+        const CancelFlag go = false;
+        JxlDecoderStatus event = JXL_DEC_ERROR;
+        if (reader.run(go, event) != JxlEnd::Event)
+            return brokenError();
+        const JxlBasicInfo info = reader.info();
+        if (reader.hasInk(info))
+            return Error{ErrorKind::Unsupported, QStringLiteral("JPEG XL with a plane of black ink")};
+        return std::unique_ptr<Decoder>(
+            std::make_unique<JpegXlDecoder>(*library, std::move(source), factsOf(info)));
+    }
+};
+
 } // namespace
-
-QString JpegXlCodec::name() const
-{
-    return QStringLiteral("JPEG XL");
-}
-
-QStringList JpegXlCodec::extensions() const
-{
-    return {QStringLiteral("jxl")};
-}
-
-bool JpegXlCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return head.startsWith("\xFF\x0A") || head.startsWith(QByteArray::fromHex("0000000c4a584c200d0a870a"));
-}
-
-Result<std::unique_ptr<Decoder>> JpegXlCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const QByteArray head = source->bytes(0, 16);
-    if (!sniff(head, QString()))
-        return Error{ErrorKind::Damaged, QStringLiteral("no mark of %1").arg(name())};
-    const JxlLibrary* library = JxlLibrary::get();
-    if (!library)
-        return noLibrary();
-    JxlReader reader(*library, *source, JXL_DEC_BASIC_INFO);
-    if (!reader.get())
-        return noMemoryError();
-    const CancelFlag go = false;
-    JxlDecoderStatus event = JXL_DEC_ERROR;
-    if (reader.run(go, event) != JxlEnd::Event)
-        return brokenError();
-    const JxlBasicInfo info = reader.info();
-    if (reader.hasInk(info))
-        return Error{ErrorKind::Unsupported, QStringLiteral("JPEG XL with a plane of black ink")};
-    return std::unique_ptr<Decoder>(
-        std::make_unique<JpegXlDecoder>(*library, std::move(source), factsOf(info)));
-}
-
-bool JpegXlCodec::canEncode(const QString&) const
-{
-    return false;
-}
-
-Result<QByteArray> JpegXlCodec::encode(const QImage&, const QString&, const EncodeOptions&) const
-{
-    return Error{ErrorKind::Unsupported, QStringLiteral("JPEG XL is not written")};
-}
 
 const Codec& jpegXlCodec()
 {

@@ -1,10 +1,9 @@
 #include "engine/codecs/losslessjpeg/LosslessJpegDecoder.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/losslessjpeg/LosslessJpegColor.h"
 #include "engine/codecs/losslessjpeg/LosslessJpegProfile.h"
 #include "engine/codecs/losslessjpeg/LosslessJpegScan.h"
-#include "engine/codecs/PageNumber.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 
@@ -60,7 +59,7 @@ Status Session::makeCanvas()
     QImage image = allocateImage(m_frame.size, color == LosslessColor::Gray ? QImage::Format_Grayscale8
                                                                             : QImage::Format_RGB32);
     if (image.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     m_canvas.emplace(std::move(image), color, m_frame.precision);
     return ok();
 }
@@ -102,7 +101,7 @@ Status Session::takeScan(const JpegSegment& segment, const CancelFlag& cancel)
         },
         cancel);
     if (outcome.cancelled)
-        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+        return cancelledError();
     m_decoded |= named;
     m_complete = m_complete && outcome.complete;
     m_next = outcome.end;
@@ -156,7 +155,7 @@ Result<Picture> Session::decode(const CancelFlag& cancel)
         break;
     }
     if (!m_canvas || !m_canvas->drawn())
-        return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
+        return nothingToShowError();
     Picture picture;
     const QByteArray profile = m_profile.profile();
     const size_t components = m_frame.components.size();
@@ -181,21 +180,13 @@ int LosslessJpegDecoder::bitsPerPixel() const
     return 8 * bytes * int(m_frame.components.size());
 }
 
-Result<PageHeader> LosslessJpegDecoder::header(int page)
+Result<PageHeader> LosslessJpegDecoder::facts()
 {
-    if (const Status there = onlyPage(page); !there)
-        return there.error();
-    const Status allowed = checkSize(m_frame.size);
-    if (!allowed)
-        return allowed.error();
     return PageHeader{m_frame.size, bitsPerPixel()};
 }
 
-Result<Picture> LosslessJpegDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> LosslessJpegDecoder::decodePage(const PageHeader&, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     // No sample takes more than 32 bits, and stuffing at most doubles them; the rest is for metadata.
     constexpr qint64 mostMetadata = qint64(64) << 20;
     constexpr qint64 mostBytesPerSample = 8;

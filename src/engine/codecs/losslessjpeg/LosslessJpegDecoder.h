@@ -2,21 +2,19 @@
 // costs some nanoseconds a sample.
 #pragma once
 
-#include "engine/Codec.h"
 #include "engine/codecs/losslessjpeg/LosslessJpegMarkers.h"
+#include "engine/codecs/OnePage.h"
 
 namespace quorvia::engine {
 
-class LosslessJpegDecoder final : public Decoder
+class LosslessJpegDecoder final : public OnePageDecoder
 {
   public:
     LosslessJpegDecoder(std::shared_ptr<ByteSource> source, LosslessFrame frame);
 
-    int pageCount() override { return 1; }
-    Result<PageHeader> header(int page) override;
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override;
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     int bitsPerPixel() const;
 
     std::shared_ptr<ByteSource> m_source;

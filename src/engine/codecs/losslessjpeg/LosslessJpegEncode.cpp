@@ -1,5 +1,6 @@
 #include "engine/codecs/losslessjpeg/LosslessJpegEncode.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/losslessjpeg/LosslessJpegHuffman.h"
 #include "engine/codecs/losslessjpeg/LosslessJpegProfile.h"
@@ -233,11 +234,6 @@ void putDifference(BitWriter& bits, const HuffmanCode& code, int difference, int
     bits.put(unsigned(rest) & ((1U << category) - 1), category);
 }
 
-Error noMemory()
-{
-    return Error{ErrorKind::TooLarge, QStringLiteral("no memory to write the JPEG")};
-}
-
 bool isGrayByFormat(const QImage& image)
 {
     if (image.format() == QImage::Format_Grayscale16)
@@ -265,7 +261,7 @@ Result<QByteArray> encodeLosslessJpeg(const QImage& image, const QByteArray& pro
             ++counts[component][size_t(jpegCategory(difference))];
         });
     if (!counted)
-        return noMemory();
+        return noMemoryError();
 
     QByteArray out = QByteArrayLiteral("\xff\xd8");
     if (components == 3)
@@ -289,7 +285,7 @@ Result<QByteArray> encodeLosslessJpeg(const QImage& image, const QByteArray& pro
             putDifference(bits, codes[component][size_t(category)], difference, category);
         });
     if (!written)
-        return noMemory();
+        return noMemoryError();
     bits.finish();
     out.append("\xff\xd9", 2);
     return out;

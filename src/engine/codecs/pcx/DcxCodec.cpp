@@ -12,22 +12,6 @@ namespace quorvia::engine {
 
 namespace {
 
-class DcxCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
-
-namespace {
-
 const QByteArray mark = QByteArrayLiteral("\xB1\x68\xDE\x3A");
 constexpr int mostPages = 1023;
 constexpr int tableEntries = mostPages + 1;
@@ -111,52 +95,41 @@ class DcxDecoder final : public Decoder
     std::vector<Page> m_pages;
 };
 
-} // namespace
-
-QString DcxCodec::name() const
+class DcxCodec final : public Codec
 {
-    return QStringLiteral("DCX");
-}
+  public:
+    DcxCodec() : Codec(QStringLiteral("DCX"), {QStringLiteral("dcx")}, {QStringLiteral("dcx")}) {}
 
-QStringList DcxCodec::extensions() const
-{
-    return {QStringLiteral("dcx")};
-}
+    bool sniff(const QByteArray& head, const QString&) const override { return head.startsWith(mark); }
 
-bool DcxCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return head.startsWith(mark);
-}
-
-Result<std::unique_ptr<Decoder>> DcxCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    if (source->bytes(0, mark.size()) != mark)
-        return Error{ErrorKind::Damaged, QStringLiteral("no mark of a DCX")};
-    std::vector<Page> pages = readPages(*source);
-    if (pages.empty())
-        return Error{ErrorKind::Damaged, QStringLiteral("the DCX names no page that lies in the file")};
-    return std::unique_ptr<Decoder>(std::make_unique<DcxDecoder>(std::move(source), std::move(pages)));
-}
-
-bool DcxCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> DcxCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
-{
-    const Result<QByteArray> page = pcxCodec().encode(image, QStringLiteral("pcx"), options);
-    if (!page)
-        return page.error();
-    try {
-        QByteArray out = mark;
-        out.resize(mark.size() + tableEntries * entryBytes, '\0');
-        qToLittleEndian<quint32>(quint32(out.size()), out.data() + mark.size());
-        return out + *page;
-    } catch (const std::bad_alloc&) {
-        return noMemoryError();
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        if (source->bytes(0, mark.size()) != mark)
+            return Error{ErrorKind::Damaged, QStringLiteral("no mark of a DCX")};
+        std::vector<Page> pages = readPages(*source);
+        if (pages.empty())
+            return Error{ErrorKind::Damaged, QStringLiteral("the DCX names no page that lies in the file")};
+        return std::unique_ptr<Decoder>(std::make_unique<DcxDecoder>(std::move(source), std::move(pages)));
     }
-}
+
+    Result<QByteArray> encode(const QImage& image, const QString&,
+                              const EncodeOptions& options) const override
+    {
+        const Result<QByteArray> page = pcxCodec().encode(image, QStringLiteral("pcx"), options);
+        if (!page)
+            return page.error();
+        try {
+            QByteArray out = mark;
+            out.resize(mark.size() + tableEntries * entryBytes, '\0');
+            qToLittleEndian<quint32>(quint32(out.size()), out.data() + mark.size());
+            return out + *page;
+        } catch (const std::bad_alloc&) {
+            return noMemoryError();
+        }
+    }
+};
+
+} // namespace
 
 const Codec& dcxCodec()
 {

@@ -1,32 +1,16 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/pcx/PcxLayout.h"
 #include "engine/codecs/pcx/PcxRuns.h"
 #include "engine/codecs/pcx/PcxWriter.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 #include <vector>
 
 namespace quorvia::engine {
-
-namespace {
-
-class PcxCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -80,7 +64,7 @@ void convertRow(const PcxLayout& layout, const uchar* row, int count, uchar* out
     }
 }
 
-class PcxDecoder final : public Decoder
+class PcxDecoder final : public OnePageDecoder
 {
   public:
     PcxDecoder(std::shared_ptr<ByteSource> source, PcxLayout layout)
@@ -88,21 +72,9 @@ class PcxDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.bitsPerPixel()};
-    }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.bitsPerPixel()}; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     /// How many pixels of a row are there when `got` of its bytes are: all planes must have come to a pixel.
     int pixelsIn(int got) const;
 
@@ -116,17 +88,11 @@ int PcxDecoder::pixelsIn(int got) const
     return int(std::min<qint64>(qint64(ofLastPlane) * 8 / m_layout.bitsPerSample, m_layout.size.width()));
 }
 
-Result<Picture> PcxDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> PcxDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
-    Picture picture;
-    picture.image = allocateImage(facts->size, formatOf(m_layout));
+    Picture picture = blank(facts, formatOf(m_layout));
     if (picture.image.isNull())
         return noMemoryError();
-    picture.fullSize = facts->size;
-    picture.bitsPerPixel = facts->bitsPerPixel;
 
     PcxRuns runs(*m_source, m_layout.packed);
     std::vector<uchar> row(size_t(m_layout.rowBytes()));
@@ -134,7 +100,7 @@ Result<Picture> PcxDecoder::decode(int page, QSize, const CancelFlag& cancel)
     const qint64 stride = picture.image.bytesPerLine();
     bool drawn = false;
     bool more = true;
-    for (int y = 0; y < facts->size.height() && more; ++y) {
+    for (int y = 0; y < facts.size.height() && more; ++y) {
         if (cancel)
             return cancelledError();
         const int got = runs.read(row.data(), m_layout.rowBytes());
@@ -142,7 +108,7 @@ Result<Picture> PcxDecoder::decode(int page, QSize, const CancelFlag& cancel)
         convertRow(m_layout, row.data(), pixels, bits + y * stride);
         drawn = drawn || pixels > 0;
         more = got == m_layout.rowBytes();
-        picture.complete = picture.complete && more && pixels == facts->size.width();
+        picture.complete = picture.complete && more && pixels == facts.size.width();
     }
     if (!drawn)
         return nothingToShowError();
@@ -163,40 +129,25 @@ Result<Picture> PcxDecoder::decode(int page, QSize, const CancelFlag& cancel)
     return picture;
 }
 
+class PcxCodec final : public Codec
+{
+  public:
+    PcxCodec() : Codec(QStringLiteral("PCX"), {QStringLiteral("pcx")}, {QStringLiteral("pcx")}) {}
+
+    bool sniff(const QByteArray& head, const QString&) const override { return isPcx(head); }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<PcxDecoder>(source, readPcxLayout(*source));
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString&, const EncodeOptions&) const override
+    {
+        return writePcx(image);
+    }
+};
+
 } // namespace
-
-QString PcxCodec::name() const
-{
-    return QStringLiteral("PCX");
-}
-
-QStringList PcxCodec::extensions() const
-{
-    return {QStringLiteral("pcx")};
-}
-
-bool PcxCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return isPcx(head);
-}
-
-Result<std::unique_ptr<Decoder>> PcxCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<PcxLayout> layout = readPcxLayout(*source);
-    if (!layout)
-        return layout.error();
-    return std::unique_ptr<Decoder>(std::make_unique<PcxDecoder>(std::move(source), *layout));
-}
-
-bool PcxCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> PcxCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
-{
-    return writePcx(image);
-}
 
 const Codec& pcxCodec()
 {

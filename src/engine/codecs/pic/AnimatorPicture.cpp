@@ -1,7 +1,7 @@
 #include "engine/codecs/pic/AnimatorPicture.h"
 
-#include "engine/codecs/PageNumber.h"
-#include "engine/Limits.h"
+#include "engine/codecs/CodecErrors.h"
+#include "engine/codecs/OnePage.h"
 
 #include <QtEndian>
 
@@ -103,7 +103,7 @@ Result<Layout> readProLayout(const ByteSource& source, const QByteArray& head)
     return layout;
 }
 
-class AnimatorDecoder final : public Decoder
+class AnimatorDecoder final : public OnePageDecoder
 {
   public:
     AnimatorDecoder(std::shared_ptr<ByteSource> source, Layout layout)
@@ -111,34 +111,19 @@ class AnimatorDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.bits};
-    }
-
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.bits}; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     std::shared_ptr<ByteSource> m_source;
     Layout m_layout;
 };
 
-Result<Picture> AnimatorDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> AnimatorDecoder::decodePage(const PageHeader&, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     QImage image =
         allocateImage(m_layout.size, m_layout.bits == 1 ? QImage::Format_Mono : QImage::Format_Indexed8);
     if (image.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     image.setColorTable(m_layout.palette);
     const qint64 rowBytes = m_layout.rowBytes();
     uchar* row = image.bits();
@@ -146,7 +131,7 @@ Result<Picture> AnimatorDecoder::decode(int page, QSize, const CancelFlag& cance
     bool complete = m_layout.pixelOffset >= 0;
     for (int y = 0; y < image.height() && complete; ++y, row += image.bytesPerLine()) {
         if (cancel)
-            return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+            return cancelledError();
         const qint64 got = m_source->read(m_layout.pixelOffset + y * rowBytes, row, rowBytes);
         drawn = drawn || got > 0;
         complete = got == rowBytes;

@@ -1,29 +1,13 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/DecoderOf.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/pict/PictRows.h"
 #include "engine/codecs/pict/PictScan.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 
 namespace quorvia::engine {
-
-namespace {
-
-class PictCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -66,7 +50,7 @@ bool isAllClear(const QImage& image)
     return true;
 }
 
-class PictDecoder final : public Decoder
+class PictDecoder final : public OnePageDecoder
 {
   public:
     PictDecoder(std::shared_ptr<ByteSource> source, PictScan scan)
@@ -74,11 +58,9 @@ class PictDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-    Result<PageHeader> header(int page) override;
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override;
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     bool isWhole(const PictBitmap& bitmap) const;
     Result<Picture> decodeIndexed(const PictBitmap& bitmap, const CancelFlag& cancel) const;
     Result<Picture> decodeEmbedded(const PictBitmap& bitmap, const CancelFlag& cancel) const;
@@ -86,16 +68,17 @@ class PictDecoder final : public Decoder
     /// Draw one bitmap; false when something of it was missing.
     bool drawStored(const PictBitmap& bitmap, QImage& canvas, const CancelFlag& cancel) const;
     bool drawEmbedded(const PictBitmap& bitmap, QImage& canvas, const CancelFlag& cancel) const;
-    Picture blank(QImage::Format format) const;
+    Picture blankPicture(QImage::Format format) const
+    {
+        return blank({m_scan.size, m_scan.bitsPerPixel()}, format);
+    }
 
     std::shared_ptr<ByteSource> m_source;
     PictScan m_scan;
 };
 
-Result<PageHeader> PictDecoder::header(int page)
+Result<PageHeader> PictDecoder::facts()
 {
-    if (const Status there = onlyPage(page); !there)
-        return there.error();
     if (m_scan.bitmaps.empty() && !m_scan.unread.isEmpty())
         return Error{ErrorKind::Unsupported,
                      QStringLiteral("a Macintosh picture compressed as \"%1\"").arg(m_scan.unread)};
@@ -104,9 +87,6 @@ Result<PageHeader> PictDecoder::header(int page)
                      QStringLiteral("a Macintosh picture of drawings, without a bitmap")};
     if (m_scan.bitmaps.empty())
         return Error{ErrorKind::Damaged, QStringLiteral("a Macintosh picture without a bitmap")};
-    const Status allowed = checkSize(m_scan.size);
-    if (!allowed)
-        return allowed.error();
     return PageHeader{m_scan.size, m_scan.bitsPerPixel()};
 }
 
@@ -118,20 +98,8 @@ bool PictDecoder::isWhole(const PictBitmap& bitmap) const
            QRect(QPoint(0, 0), bitmap.size).contains(bitmap.source);
 }
 
-Picture PictDecoder::blank(QImage::Format format) const
+Result<Picture> PictDecoder::decodePage(const PageHeader&, QSize, const CancelFlag& cancel)
 {
-    Picture picture;
-    picture.image = allocateImage(m_scan.size, format);
-    picture.fullSize = m_scan.size;
-    picture.bitsPerPixel = m_scan.bitsPerPixel();
-    return picture;
-}
-
-Result<Picture> PictDecoder::decode(int page, QSize, const CancelFlag& cancel)
-{
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     const PictBitmap& first = m_scan.bitmaps.front();
     const bool embedded = first.packing == PictPacking::Embedded;
     Result<Picture> picture = isWhole(first) && embedded                   ? decodeEmbedded(first, cancel)
@@ -147,7 +115,7 @@ Result<Picture> PictDecoder::decode(int page, QSize, const CancelFlag& cancel)
 Result<Picture> PictDecoder::decodeIndexed(const PictBitmap& bitmap, const CancelFlag& cancel) const
 {
     const bool mono = bitmap.bitsPerPixel == 1;
-    Picture picture = blank(mono ? QImage::Format_Mono : QImage::Format_Indexed8);
+    Picture picture = blankPicture(mono ? QImage::Format_Mono : QImage::Format_Indexed8);
     if (picture.image.isNull())
         return noMemoryError();
     QList<QRgb> palette = bitmap.palette;
@@ -209,7 +177,7 @@ Result<Picture> PictDecoder::compose(const CancelFlag& cancel) const
     const bool alpha = std::any_of(m_scan.bitmaps.begin(), m_scan.bitmaps.end(), [](const PictBitmap& b) {
         return b.packing == PictPacking::Planes && b.components == 4;
     });
-    Picture picture = blank(alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    Picture picture = blankPicture(alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     if (picture.image.isNull())
         return noMemoryError();
     const QRect all = picture.image.rect();
@@ -297,40 +265,24 @@ bool PictDecoder::drawEmbedded(const PictBitmap& bitmap, QImage& canvas, const C
     return picture->complete;
 }
 
+class PictCodec final : public Codec
+{
+  public:
+    PictCodec()
+        : Codec(QStringLiteral("PICT"),
+                {QStringLiteral("pict"), QStringLiteral("pct"), QStringLiteral("pic")})
+    {
+    }
+
+    bool sniff(const QByteArray& head, const QString&) const override { return isPict(head); }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<PictDecoder>(source, scanPict(*source));
+    }
+};
+
 } // namespace
-
-QString PictCodec::name() const
-{
-    return QStringLiteral("PICT");
-}
-
-QStringList PictCodec::extensions() const
-{
-    return {QStringLiteral("pict"), QStringLiteral("pct"), QStringLiteral("pic")};
-}
-
-bool PictCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return isPict(head);
-}
-
-Result<std::unique_ptr<Decoder>> PictCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    Result<PictScan> scan = scanPict(*source);
-    if (!scan)
-        return scan.error();
-    return std::unique_ptr<Decoder>(std::make_unique<PictDecoder>(std::move(source), *std::move(scan)));
-}
-
-bool PictCodec::canEncode(const QString&) const
-{
-    return false;
-}
-
-Result<QByteArray> PictCodec::encode(const QImage&, const QString&, const EncodeOptions&) const
-{
-    return Error{ErrorKind::Unsupported, QStringLiteral("Macintosh pictures are not written")};
-}
 
 const Codec& pictCodec()
 {

@@ -1,4 +1,5 @@
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/png/PngDecoder.h"
 #include "engine/codecs/png/PngEncode.h"
 #include "engine/ColorConversion.h"
@@ -10,53 +11,31 @@ namespace {
 class PngCodec final : public Codec
 {
   public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
+    PngCodec() : Codec(QStringLiteral("PNG"), {QStringLiteral("png")}, {QStringLiteral("png")}) {}
+
+    bool sniff(const QByteArray& head, const QString&) const override
+    {
+        return head.startsWith("\x89PNG\r\n\x1a\n");
+    }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<PngDecoder>(source, readPngHeader(*source));
+    }
+
     bool keepsProfile(const QString& extension, ColorModel model) const override
     {
         return canEncode(extension) && model != ColorModel::Cmyk;
     }
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
+
+    Result<QByteArray> encode(const QImage& image, const QString&,
+                              const EncodeOptions& options) const override
+    {
+        return encodePng(image, options.profile);
+    }
 };
 
 } // namespace
-
-QString PngCodec::name() const
-{
-    return QStringLiteral("PNG");
-}
-
-QStringList PngCodec::extensions() const
-{
-    return {QStringLiteral("png")};
-}
-
-bool PngCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return head.startsWith("\x89PNG\r\n\x1a\n");
-}
-
-Result<std::unique_ptr<Decoder>> PngCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<PngHeader> header = readPngHeader(*source);
-    if (!header)
-        return header.error();
-    return std::unique_ptr<Decoder>(std::make_unique<PngDecoder>(std::move(source), *header));
-}
-
-bool PngCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> PngCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
-{
-    return encodePng(image, options.profile);
-}
 
 const Codec& pngCodec()
 {

@@ -1,8 +1,8 @@
 #include "engine/codecs/png/PngDecoder.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Guarded.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/PageNumber.h"
 #include "engine/codecs/png/PngFast.h"
 #include "engine/codecs/png/PngProfile.h"
 #include "engine/codecs/png/PngRows.h"
@@ -234,7 +234,7 @@ Status Session::prepare()
     }
     m_image = allocateImage(m_header.size, format);
     if (m_image.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     m_bits = m_image.bits();
     m_stride = m_image.bytesPerLine();
     return ok();
@@ -299,24 +299,13 @@ PngDecoder::PngDecoder(std::shared_ptr<ByteSource> source, const PngHeader& head
 {
 }
 
-int PngDecoder::pageCount()
+Result<PageHeader> PngDecoder::facts()
 {
-    return 1;
-}
-
-Result<PageHeader> PngDecoder::header(int page)
-{
-    if (const Status there = onlyPage(page); !there)
-        return there.error();
-    if (const Status good = checkSize(m_header.size); !good)
-        return good.error();
     return PageHeader{m_header.size, m_header.depth * m_header.channels()};
 }
 
-Result<Picture> PngDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> PngDecoder::decodePage(const PageHeader&, QSize, const CancelFlag& cancel)
 {
-    if (const Result<PageHeader> facts = header(page); !facts)
-        return facts.error();
     if (cancel)
         return Error{ErrorKind::Cancelled, QStringLiteral("dropped by the asker")};
     std::optional<Picture> whole = decodePngFast(*m_source, m_header, cancel);

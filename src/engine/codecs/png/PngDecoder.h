@@ -3,7 +3,7 @@
 // cut down.
 #pragma once
 
-#include "engine/Codec.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/png/PngChunks.h"
 
 namespace quorvia::engine {
@@ -13,17 +13,16 @@ namespace quorvia::engine {
 Result<Picture> decodePngByLibrary(const ByteSource& source, const PngHeader& header,
                                    const CancelFlag& cancel);
 
-class PngDecoder final : public Decoder
+class PngDecoder final : public OnePageDecoder
 {
   public:
     /// `header` is what readPngHeader() gave for `source`.
     PngDecoder(std::shared_ptr<ByteSource> source, const PngHeader& header);
 
-    int pageCount() override;
-    Result<PageHeader> header(int page) override;
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override;
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
+
     std::shared_ptr<ByteSource> m_source;
     PngHeader m_header;
 };

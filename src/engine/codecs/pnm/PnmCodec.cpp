@@ -1,32 +1,16 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/DecoderOf.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/pnm/PnmLayout.h"
 #include "engine/codecs/pnm/PnmText.h"
 #include "engine/codecs/pnm/PnmWriter.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 #include <limits>
 #include <vector>
 
 namespace quorvia::engine {
-
-namespace {
-
-class PnmCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -47,7 +31,7 @@ class SampleScale
     std::vector<uchar> m_scaled;
 };
 
-class PnmDecoder final : public Decoder
+class PnmDecoder final : public OnePageDecoder
 {
   public:
     PnmDecoder(std::shared_ptr<ByteSource> source, PnmLayout layout)
@@ -55,21 +39,9 @@ class PnmDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.bitsPerPixel()};
-    }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.bitsPerPixel()}; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     /// Read rows into `picture`; the number of pixels that were there.
     qint64 readRaw(Picture& picture, const CancelFlag& cancel) const;
     qint64 readPlain(Picture& picture, const CancelFlag& cancel) const;
@@ -136,17 +108,11 @@ void convertRow(const PnmLayout& layout, const SampleScale& scale, const uchar* 
         putPixel(row, x, channels, [&](int i) { return scale.of(stored[i]); });
 }
 
-Result<Picture> PnmDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> PnmDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
-    Picture picture;
-    picture.image = allocateImage(facts->size, formatOf(m_layout));
+    Picture picture = blank(facts, formatOf(m_layout));
     if (picture.image.isNull())
         return noMemoryError();
-    picture.fullSize = facts->size;
-    picture.bitsPerPixel = facts->bitsPerPixel;
     if (m_layout.bilevel) {
         const QRgb black = qRgb(0, 0, 0);
         const QRgb white = qRgb(255, 255, 255);
@@ -158,7 +124,7 @@ Result<Picture> PnmDecoder::decode(int page, QSize, const CancelFlag& cancel)
         return cancelledError();
     if (pixels == 0)
         return nothingToShowError();
-    picture.complete = pixels == qint64(facts->size.width()) * facts->size.height();
+    picture.complete = pixels == qint64(facts.size.width()) * facts.size.height();
     return picture;
 }
 
@@ -218,44 +184,34 @@ qint64 PnmDecoder::readPlain(Picture& picture, const CancelFlag& cancel) const
     return pixels;
 }
 
+class PnmCodec final : public Codec
+{
+  public:
+    PnmCodec()
+        : Codec(QStringLiteral("PNM"),
+                {QStringLiteral("ppm"), QStringLiteral("pgm"), QStringLiteral("pbm"), QStringLiteral("pnm"),
+                 QStringLiteral("pam")},
+                {QStringLiteral("pbm"), QStringLiteral("pgm"), QStringLiteral("ppm")})
+    {
+    }
+
+    bool sniff(const QByteArray& head, const QString&) const override { return isPnm(head); }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<PnmDecoder>(source, readPnmLayout(*source));
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions&) const override
+    {
+        if (extension == QLatin1String("pbm"))
+            return writePbm(image);
+        return extension == QLatin1String("pgm") ? writePgm(image) : writePpm(image);
+    }
+};
+
 } // namespace
-
-QString PnmCodec::name() const
-{
-    return QStringLiteral("PNM");
-}
-
-QStringList PnmCodec::extensions() const
-{
-    return {QStringLiteral("ppm"), QStringLiteral("pgm"), QStringLiteral("pbm"), QStringLiteral("pnm"),
-            QStringLiteral("pam")};
-}
-
-bool PnmCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return isPnm(head);
-}
-
-Result<std::unique_ptr<Decoder>> PnmCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<PnmLayout> layout = readPnmLayout(*source);
-    if (!layout)
-        return layout.error();
-    return std::unique_ptr<Decoder>(std::make_unique<PnmDecoder>(std::move(source), *layout));
-}
-
-bool PnmCodec::canEncode(const QString& extension) const
-{
-    return extension == QLatin1String("pbm") || extension == QLatin1String("pgm") ||
-           extension == QLatin1String("ppm");
-}
-
-Result<QByteArray> PnmCodec::encode(const QImage& image, const QString& extension, const EncodeOptions&) const
-{
-    if (extension == QLatin1String("pbm"))
-        return writePbm(image);
-    return extension == QLatin1String("pgm") ? writePgm(image) : writePpm(image);
-}
 
 const Codec& pnmCodec()
 {

@@ -1,10 +1,11 @@
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/ImageRows.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/tga/TgaLayout.h"
 #include "engine/codecs/tga/TgaRows.h"
 #include "engine/codecs/tga/TgaWriter.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 #include <vector>
@@ -13,23 +14,6 @@ namespace quorvia::engine {
 
 namespace {
 
-class TgaCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-Error noMemory()
-{
-    return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
-}
-
 template <class T>
 void mirror(uchar* row, int width)
 {
@@ -37,7 +21,7 @@ void mirror(uchar* row, int width)
     std::reverse(pixels, pixels + width);
 }
 
-class TgaDecoder final : public Decoder
+class TgaDecoder final : public OnePageDecoder
 {
   public:
     TgaDecoder(std::shared_ptr<ByteSource> source, TgaLayout layout)
@@ -45,36 +29,21 @@ class TgaDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.bitsPerPixel()};
-    }
-
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.bitsPerPixel()}; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     Result<Picture> readRows(QImage image, const CancelFlag& cancel) const;
 
     std::shared_ptr<ByteSource> m_source;
     TgaLayout m_layout;
 };
 
-Result<Picture> TgaDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> TgaDecoder::decodePage(const PageHeader&, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     const QImage::Format format = tgaImageFormat(m_layout);
     QImage image = allocateImage(m_layout.size, format);
     if (image.isNull())
-        return noMemory();
+        return noMemoryError();
     Result<Picture> picture = readRows(std::move(image), cancel);
     if (picture && format == QImage::Format_Indexed8) {
         QList<QRgb> palette = m_layout.palette;
@@ -100,7 +69,7 @@ Result<Picture> TgaDecoder::readRows(QImage image, const CancelFlag& cancel) con
     TgaRowOrder order(m_layout);
     for (int i = 0; i < m_layout.size.height() && complete; ++i) {
         if (cancel)
-            return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+            return cancelledError();
         const int count = pixels.read(stored.data(), width);
         uchar* row = bits + order.next() * stride;
         convertTgaRow(m_layout, stored.data(), count, row);
@@ -112,46 +81,39 @@ Result<Picture> TgaDecoder::readRows(QImage image, const CancelFlag& cancel) con
         complete = count == width;
     }
     if (!drawn)
-        return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
+        return nothingToShowError();
     if (complete && alpha.isUnfilled())
         image.reinterpretAsFormat(QImage::Format_RGB32);
     return Picture{std::move(image), m_layout.size, m_layout.bitsPerPixel(), complete};
 }
 
+class TgaCodec final : public Codec
+{
+  public:
+    TgaCodec()
+        : Codec(QStringLiteral("TGA"),
+                {QStringLiteral("tga"), QStringLiteral("icb"), QStringLiteral("vda"), QStringLiteral("vst")},
+                {QStringLiteral("tga"), QStringLiteral("icb"), QStringLiteral("vda"), QStringLiteral("vst")})
+    {
+    }
+
+    bool sniff(const QByteArray& head, const QString& extension) const override
+    {
+        return extensions().contains(extension) && isPlausibleTga(head);
+    }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<TgaDecoder>(source, readTgaLayout(*source));
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString&, const EncodeOptions&) const override
+    {
+        return writeTga(image);
+    }
+};
+
 } // namespace
-
-QString TgaCodec::name() const
-{
-    return QStringLiteral("TGA");
-}
-
-QStringList TgaCodec::extensions() const
-{
-    return {QStringLiteral("tga"), QStringLiteral("icb"), QStringLiteral("vda"), QStringLiteral("vst")};
-}
-
-bool TgaCodec::sniff(const QByteArray& head, const QString& extension) const
-{
-    return extensions().contains(extension) && isPlausibleTga(head);
-}
-
-Result<std::unique_ptr<Decoder>> TgaCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<TgaLayout> layout = readTgaLayout(*source);
-    if (!layout)
-        return layout.error();
-    return std::unique_ptr<Decoder>(std::make_unique<TgaDecoder>(std::move(source), *layout));
-}
-
-bool TgaCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> TgaCodec::encode(const QImage& image, const QString&, const EncodeOptions&) const
-{
-    return writeTga(image);
-}
 
 const Codec& tgaCodec()
 {

@@ -11,26 +11,6 @@ namespace quorvia::engine {
 
 namespace {
 
-class TiffCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension, ColorModel model) const override
-    {
-        return canEncode(extension) && model != ColorModel::Cmyk;
-    }
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
-
-namespace {
-
 class TiffDecoder final : public Decoder
 {
   public:
@@ -86,43 +66,44 @@ Result<TiffDecoder::Page> TiffDecoder::openPage(int page) const
     return found;
 }
 
+class TiffCodec final : public Codec
+{
+  public:
+    TiffCodec()
+        : Codec(QStringLiteral("TIFF"), {QStringLiteral("tif"), QStringLiteral("tiff")},
+                {QStringLiteral("tif"), QStringLiteral("tiff")})
+    {
+    }
+
+    bool sniff(const QByteArray& head, const QString&) const override
+    {
+        constexpr int markLength = 4;
+        const QByteArray mark = head.left(markLength);
+        return mark == QByteArray("II*\0", markLength) || mark == QByteArray("MM\0*", markLength) ||
+               mark == QByteArray("II+\0", markLength) || mark == QByteArray("MM\0+", markLength);
+    }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        std::vector<quint64> pages = tiffPageOffsets(*source);
+        if (pages.empty())
+            return Error{ErrorKind::Damaged, QStringLiteral("the file holds no page")};
+        return std::unique_ptr<Decoder>(std::make_unique<TiffDecoder>(std::move(source), std::move(pages)));
+    }
+
+    bool keepsProfile(const QString& extension, ColorModel model) const override
+    {
+        return canEncode(extension) && model != ColorModel::Cmyk;
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString&,
+                              const EncodeOptions& options) const override
+    {
+        return writeTiff(image, options.profile);
+    }
+};
+
 } // namespace
-
-QString TiffCodec::name() const
-{
-    return QStringLiteral("TIFF");
-}
-
-QStringList TiffCodec::extensions() const
-{
-    return {QStringLiteral("tif"), QStringLiteral("tiff")};
-}
-
-bool TiffCodec::sniff(const QByteArray& head, const QString&) const
-{
-    constexpr int markLength = 4;
-    const QByteArray mark = head.left(markLength);
-    return mark == QByteArray("II*\0", markLength) || mark == QByteArray("MM\0*", markLength) ||
-           mark == QByteArray("II+\0", markLength) || mark == QByteArray("MM\0+", markLength);
-}
-
-Result<std::unique_ptr<Decoder>> TiffCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    std::vector<quint64> pages = tiffPageOffsets(*source);
-    if (pages.empty())
-        return Error{ErrorKind::Damaged, QStringLiteral("the file holds no page")};
-    return std::unique_ptr<Decoder>(std::make_unique<TiffDecoder>(std::move(source), std::move(pages)));
-}
-
-bool TiffCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-Result<QByteArray> TiffCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
-{
-    return writeTiff(image, options.profile);
-}
 
 const Codec& tiffCodec()
 {

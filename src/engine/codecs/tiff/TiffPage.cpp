@@ -1,6 +1,7 @@
 #include "engine/codecs/tiff/TiffPage.h"
 
 #include "engine/Bands.h"
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/tiff/TiffPieces.h"
 #include "engine/codecs/tiff/TiffRows.h"
 #include "engine/codecs/tiff/TiffStriles.h"
@@ -155,8 +156,6 @@ Result<QImage> decodeTiffStriles(TiffHandle& handle, const std::shared_ptr<ByteS
                                  const TiffLayout& layout, const CancelFlag& cancel, TiffProgress& progress,
                                  int mostThreads)
 {
-    const Error noMemory{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
-    const Error cancelled{ErrorKind::Cancelled, QStringLiteral("cancelled")};
     std::vector<std::unique_ptr<Worker>> workers;
     workers.push_back(std::make_unique<Worker>(handle, source, layout));
     Worker& first = *workers.front();
@@ -167,10 +166,10 @@ Result<QImage> decodeTiffStriles(TiffHandle& handle, const std::shared_ptr<ByteS
     if (!affordable)
         return affordable.error();
     if (!first.allocate(pieces.tallest()))
-        return noMemory;
+        return noMemoryError();
     QImage image = allocateImage(layout.stored, first.format());
     if (image.isNull())
-        return noMemory;
+        return noMemoryError();
     image.setColorTable(first.colorTable());
     const Canvas canvas{image.bits(), image.bytesPerLine()};
 
@@ -193,9 +192,9 @@ Result<QImage> decodeTiffStriles(TiffHandle& handle, const std::shared_ptr<ByteS
         }
     });
     if (cancel)
-        return cancelled;
+        return cancelledError();
     if (starved)
-        return noMemory;
+        return noMemoryError();
     for (const auto& worker : workers) {
         if (!worker)
             continue;

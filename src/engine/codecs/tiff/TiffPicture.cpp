@@ -1,5 +1,6 @@
 #include "engine/codecs/tiff/TiffPicture.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Orientation.h"
 #include "engine/codecs/tiff/TiffPage.h"
 
@@ -8,16 +9,6 @@
 namespace quorvia::engine {
 
 namespace {
-
-Error noMemory()
-{
-    return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
-}
-
-Error cancelled()
-{
-    return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
-}
 
 Error nothingDrawn(const TiffLayout& layout)
 {
@@ -79,10 +70,10 @@ Result<QImage> decodeByLibrary(TiffHandle& handle, const TiffLayout& layout, con
         return affordable.error();
     QImage image = allocateImage(layout.stored, format);
     if (image.isNull())
-        return noMemory();
+        return noMemoryError();
     for (int top = 0; top < image.height(); top += layout.strile.height()) {
         if (cancel)
-            return cancelled();
+            return cancelledError();
         const int rows = std::min(layout.strile.height(), image.height() - top);
         const int errorsBefore = handle.errorCount();
         reader.image.row_offset = top;
@@ -113,7 +104,7 @@ Result<Picture> decodeTiffPage(TiffHandle& handle, const std::shared_ptr<ByteSou
     Picture picture;
     picture.image = upright(*std::move(stored), layout.orientation);
     if (picture.image.isNull())
-        return noMemory();
+        return noMemoryError();
     picture.fullSize = layout.size;
     picture.bitsPerPixel = layout.bits * layout.samples;
     picture.complete = progress.complete;

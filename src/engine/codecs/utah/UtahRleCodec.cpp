@@ -1,9 +1,9 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/DecoderOf.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/SourceReader.h"
 #include "engine/codecs/utah/UtahLayout.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 #include <array>
@@ -11,22 +11,6 @@
 #include <vector>
 
 namespace quorvia::engine {
-
-namespace {
-
-class UtahRleCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -236,7 +220,7 @@ void UtahCanvas::draw(const CancelFlag& cancel)
     m_complete = m_complete && m_budget >= 0;
 }
 
-class UtahDecoder final : public Decoder
+class UtahDecoder final : public OnePageDecoder
 {
   public:
     UtahDecoder(std::shared_ptr<ByteSource> source, UtahLayout layout)
@@ -244,21 +228,9 @@ class UtahDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.bitsPerPixel()};
-    }
-
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override;
-
   private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.bitsPerPixel()}; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     void fillBackground(QImage& image) const;
 
     std::shared_ptr<ByteSource> m_source;
@@ -277,17 +249,11 @@ void UtahDecoder::fillBackground(QImage& image) const
         image.fill(uint(red));
 }
 
-Result<Picture> UtahDecoder::decode(int page, QSize, const CancelFlag& cancel)
+Result<Picture> UtahDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
-    Picture picture;
-    picture.image = allocateImage(facts->size, m_layout.format());
+    Picture picture = blank(facts, m_layout.format());
     if (picture.image.isNull())
         return noMemoryError();
-    picture.fullSize = facts->size;
-    picture.bitsPerPixel = facts->bitsPerPixel;
     fillBackground(picture.image);
     UtahCanvas canvas(*m_source, m_layout, picture.image);
     canvas.draw(cancel);
@@ -301,40 +267,20 @@ Result<Picture> UtahDecoder::decode(int page, QSize, const CancelFlag& cancel)
     return picture;
 }
 
+class UtahRleCodec final : public Codec
+{
+  public:
+    UtahRleCodec() : Codec(QStringLiteral("Utah RLE"), {QStringLiteral("rle")}) {}
+
+    bool sniff(const QByteArray& head, const QString&) const override { return isUtah(head); }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<UtahDecoder>(source, readUtahLayout(*source));
+    }
+};
+
 } // namespace
-
-QString UtahRleCodec::name() const
-{
-    return QStringLiteral("Utah RLE");
-}
-
-QStringList UtahRleCodec::extensions() const
-{
-    return {QStringLiteral("rle")};
-}
-
-bool UtahRleCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return isUtah(head);
-}
-
-Result<std::unique_ptr<Decoder>> UtahRleCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<UtahLayout> layout = readUtahLayout(*source);
-    if (!layout)
-        return layout.error();
-    return std::unique_ptr<Decoder>(std::make_unique<UtahDecoder>(std::move(source), *layout));
-}
-
-bool UtahRleCodec::canEncode(const QString&) const
-{
-    return false;
-}
-
-Result<QByteArray> UtahRleCodec::encode(const QImage&, const QString&, const EncodeOptions&) const
-{
-    return Error{ErrorKind::Unsupported, QStringLiteral("Utah files are not written")};
-}
 
 const Codec& utahRleCodec()
 {

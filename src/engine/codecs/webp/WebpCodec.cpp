@@ -1,6 +1,7 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
-#include "engine/codecs/PageNumber.h"
+#include "engine/codecs/DecoderOf.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/webp/WebpLayout.h"
 #include "engine/codecs/webp/WebpWriter.h"
 #include "engine/ColorConversion.h"
@@ -14,23 +15,6 @@
 #include <new>
 
 namespace quorvia::engine {
-
-namespace {
-
-class WebpCodec final : public Codec
-{
-  public:
-    QString name() const override;
-    QStringList extensions() const override;
-    bool sniff(const QByteArray& head, const QString& extension) const override;
-    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override;
-    bool keepsProfile(const QString& extension, ColorModel model) const override;
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions& options) const override;
-};
-
-} // namespace
 
 namespace {
 
@@ -55,30 +39,18 @@ struct Frame
     bool complete = true; ///< false when the file ends in it
 };
 
-class WebpDecoder final : public Decoder
+class WebpDecoder final : public OnePageDecoder
 {
   public:
     WebpDecoder(std::shared_ptr<ByteSource> source, WebpLayout layout)
         : m_source(std::move(source)), m_layout(layout)
     {
     }
-
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
-    {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const Status allowed = checkSize(m_layout.size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{m_layout.size, m_layout.hasAlpha ? 32 : 24};
-    }
-
-    Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) override;
     bool scales() const override { return !m_layout.isAnimated; }
 
   private:
+    Result<PageHeader> facts() override { return PageHeader{m_layout.size, m_layout.hasAlpha ? 32 : 24}; }
+    Result<Picture> decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel) override;
     Result<QByteArray> readFile() const;
     Result<Frame> firstFrame(const QByteArray& file, const WebPDemuxer* demux) const;
 
@@ -183,11 +155,8 @@ void makeOpaque(QImage& image)
     }
 }
 
-Result<Picture> WebpDecoder::decode(int page, QSize box, const CancelFlag& cancel)
+Result<Picture> WebpDecoder::decodePage(const PageHeader& facts, QSize box, const CancelFlag& cancel)
 {
-    const Result<PageHeader> facts = header(page);
-    if (!facts)
-        return facts.error();
     const Result<QByteArray> file = readFile();
     if (!file)
         return file.error();
@@ -206,7 +175,7 @@ Result<Picture> WebpDecoder::decode(int page, QSize box, const CancelFlag& cance
     if (picture.image.isNull())
         return noMemoryError();
     picture.fullSize = m_layout.size;
-    picture.bitsPerPixel = facts->bitsPerPixel;
+    picture.bitsPerPixel = facts.bitsPerPixel;
     const Outcome outcome = decodeInto(picture.image, *frame, wanted != m_layout.size, cancel);
     if (cancel)
         return cancelledError();
@@ -221,45 +190,31 @@ Result<Picture> WebpDecoder::decode(int page, QSize box, const CancelFlag& cance
     return picture;
 }
 
+class WebpCodec final : public Codec
+{
+  public:
+    WebpCodec() : Codec(QStringLiteral("WebP"), {QStringLiteral("webp")}, {QStringLiteral("webp")}) {}
+
+    bool sniff(const QByteArray& head, const QString&) const override { return isWebp(head); }
+
+    Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
+    {
+        return decoderOf<WebpDecoder>(source, readWebpLayout(*source));
+    }
+
+    bool keepsProfile(const QString& extension, ColorModel model) const override
+    {
+        return canEncode(extension) && model == ColorModel::Rgb;
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString&,
+                              const EncodeOptions& options) const override
+    {
+        return writeWebp(image, options.profile);
+    }
+};
+
 } // namespace
-
-QString WebpCodec::name() const
-{
-    return QStringLiteral("WebP");
-}
-
-QStringList WebpCodec::extensions() const
-{
-    return {QStringLiteral("webp")};
-}
-
-bool WebpCodec::sniff(const QByteArray& head, const QString&) const
-{
-    return isWebp(head);
-}
-
-Result<std::unique_ptr<Decoder>> WebpCodec::open(std::shared_ptr<ByteSource> source) const
-{
-    const Result<WebpLayout> layout = readWebpLayout(*source);
-    if (!layout)
-        return layout.error();
-    return std::unique_ptr<Decoder>(std::make_unique<WebpDecoder>(std::move(source), *layout));
-}
-
-bool WebpCodec::canEncode(const QString& extension) const
-{
-    return extensions().contains(extension);
-}
-
-bool WebpCodec::keepsProfile(const QString& extension, ColorModel model) const
-{
-    return canEncode(extension) && model == ColorModel::Rgb;
-}
-
-Result<QByteArray> WebpCodec::encode(const QImage& image, const QString&, const EncodeOptions& options) const
-{
-    return writeWebp(image, options.profile);
-}
 
 const Codec& webpCodec()
 {

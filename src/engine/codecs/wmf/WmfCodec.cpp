@@ -1,4 +1,6 @@
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/PageNumber.h"
 #include "engine/codecs/wmf/WmfHeader.h"
 #include "engine/codecs/wmf/WmfPlayer.h"
@@ -113,7 +115,7 @@ Result<Picture> WmfDecoder::decode(int page, QSize, const CancelFlag& cancel)
 {
     const bool drawable = waitForToolkit(cancel); // the header, too, is better for it
     if (cancel)
-        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+        return cancelledError();
     const Result<PageHeader> facts = header(page);
     if (!facts)
         return facts.error();
@@ -121,12 +123,12 @@ Result<Picture> WmfDecoder::decode(int page, QSize, const CancelFlag& cancel)
         return Error{ErrorKind::Unsupported, QStringLiteral("nothing can be drawn without a screen")};
     WmfCanvas canvas(facts->size);
     if (!canvas.isUsable())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     WmfContext context{canvas, cancel, {(**m_layout).mapping}};
     WmfRecordReader reader(m_source, m_header.recordOffset);
     playRecords(context, reader);
     if (cancel)
-        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+        return cancelledError();
     if (!context.complete && !canvas.wasDrawnOn())
         return Error{ErrorKind::Damaged, QStringLiteral("the file ends before anything is drawn")};
 
@@ -142,17 +144,13 @@ Result<Picture> WmfDecoder::decode(int page, QSize, const CancelFlag& cancel)
 class WmfCodec final : public Codec
 {
   public:
-    QString name() const override { return QStringLiteral("WMF"); }
-    QStringList extensions() const override { return {QStringLiteral("wmf")}; }
+    WmfCodec() : Codec(QStringLiteral("WMF"), {QStringLiteral("wmf")}, {QStringLiteral("wmf")}) {}
+
     bool sniff(const QByteArray& head, const QString&) const override { return isMetafile(head); }
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override
     {
-        const Result<WmfHeader> header = readWmfHeader(*source);
-        if (!header)
-            return header.error();
-        return std::unique_ptr<Decoder>(std::make_unique<WmfDecoder>(std::move(source), *header));
+        return decoderOf<WmfDecoder>(source, readWmfHeader(*source));
     }
-    bool canEncode(const QString& extension) const override { return extensions().contains(extension); }
     Result<QByteArray> encode(const QImage& image, const QString&, const EncodeOptions&) const override
     {
         return writeWmf(image);

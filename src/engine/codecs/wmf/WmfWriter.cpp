@@ -1,5 +1,6 @@
 #include "engine/codecs/wmf/WmfWriter.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/Palette.h"
 #include "engine/codecs/wmf/WmfRecords.h"
@@ -178,7 +179,7 @@ Result<QByteArray> writeWmf(const QImage& image)
                      QStringLiteral("a metafile holds at most %1 pixels a side").arg(longestSide)};
     const QImage source = storable(image);
     if (source.isNull())
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     const Dib dib = dibOf(source);
 
     QByteArray records;
@@ -209,7 +210,7 @@ Result<QByteArray> writeWmf(const QImage& image)
         return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the file")};
     }
     if (!packRows(source, dib, out.data() + pixelsAt))
-        return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
+        return noMemoryError();
     appendRecord(out, WmfFunction::EndOfFile, {});
     return out;
 }

@@ -1,5 +1,6 @@
 #include "engine/codecs/wpg/WpgBitmap.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/SourceReader.h"
 #include "engine/Limits.h"
 #include "engine/Transforms.h"
@@ -212,10 +213,9 @@ Result<WpgBitmap> readWpgBitmap(const ByteSource& source, const WpgFile& file, s
 Result<Picture> decodeWpgBitmap(const ByteSource& source, const WpgBitmap& bitmap, const WpgPalette& palette,
                                 const CancelFlag& cancel)
 {
-    const Error noMemory = {ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
     QImage image = allocateImage(bitmap.stored, formatOf(bitmap));
     if (image.isNull())
-        return noMemory;
+        return noMemoryError();
     if (bitmap.pixel == WpgPixel::Index)
         image.setColorTable(palette.colors(bitmap.bitsPerPixel));
     uchar* bits = image.bits();
@@ -225,14 +225,14 @@ Result<Picture> decodeWpgBitmap(const ByteSource& source, const WpgBitmap& bitma
     SourceReader in(source, bitmap.dataOffset, bitmap.dataLength);
     unpackWpg(in, bitmap.packing, rows, cancel);
     if (cancel)
-        return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+        return cancelledError();
     const bool complete = rows.full();
     if (!rows.flush())
-        return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
+        return nothingToShowError();
     Picture picture;
     picture.image = upright(std::move(image), bitmap);
     if (picture.image.isNull())
-        return noMemory;
+        return noMemoryError();
     picture.fullSize = bitmap.size();
     picture.bitsPerPixel = bitmap.bitsPerPixel;
     picture.complete = complete;

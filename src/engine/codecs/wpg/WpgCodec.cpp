@@ -1,4 +1,6 @@
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/OnePage.h"
 #include "engine/codecs/PageNumber.h"
 #include "engine/codecs/wpg/WpgBitmap.h"
 #include "engine/codecs/wpg/WpgCanvas.h"
@@ -7,7 +9,6 @@
 #include "engine/codecs/wpg/WpgPalette.h"
 #include "engine/codecs/wpg/WpgRecords.h"
 #include "engine/codecs/wpg/WpgWriter.h"
-#include "engine/Limits.h"
 #include "engine/Toolkit.h"
 
 #include <algorithm>
@@ -58,7 +59,7 @@ class WpgBitmapDecoder final : public Decoder
 };
 
 /// A file with lines, areas or text: one page, drawn.
-class WpgDrawingDecoder final : public Decoder
+class WpgDrawingDecoder final : public OnePageDecoder
 {
   public:
     WpgDrawingDecoder(std::shared_ptr<ByteSource> source, WpgFile file, QSizeF inches)
@@ -66,42 +67,27 @@ class WpgDrawingDecoder final : public Decoder
     {
     }
 
-    int pageCount() override { return 1; }
-
-    Result<PageHeader> header(int page) override
+  private:
+    Result<PageHeader> facts() override
     {
-        if (const Status there = onlyPage(page); !there)
-            return there.error();
-        const QSize size = WpgCanvas::pixelsFor(m_inches);
-        const Status allowed = checkSize(size);
-        if (!allowed)
-            return allowed.error();
-        return PageHeader{size, drawnBits};
+        constexpr int drawnBits = 24;
+        return PageHeader{WpgCanvas::pixelsFor(m_inches), drawnBits};
     }
 
-    Result<Picture> decode(int page, QSize, const CancelFlag& cancel) override
+    Result<Picture> decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel) override
     {
-        const Result<PageHeader> facts = header(page);
-        if (!facts)
-            return facts.error();
         if (!waitForToolkit(cancel) && !cancel)
             return Error{ErrorKind::Unsupported, QStringLiteral("nothing can be drawn without a screen")};
-        Picture picture;
-        picture.image = allocateImage(facts->size, QImage::Format_RGB32);
+        Picture picture = blank(facts, QImage::Format_RGB32);
         if (picture.image.isNull())
-            return Error{ErrorKind::TooLarge, QStringLiteral("no memory for the picture")};
-        picture.fullSize = facts->size;
-        picture.bitsPerPixel = facts->bitsPerPixel;
+            return noMemoryError();
         const bool drawn = draw(picture, cancel);
         if (cancel)
-            return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
+            return cancelledError();
         if (!drawn)
             return Error{ErrorKind::Damaged, QStringLiteral("the drawing shows nothing")};
         return picture;
     }
-
-  private:
-    static constexpr int drawnBits = 24;
 
     bool draw(Picture& picture, const CancelFlag& cancel) const
     {
@@ -123,11 +109,10 @@ class WpgDrawingDecoder final : public Decoder
 class WpgCodec final : public Codec
 {
   public:
-    QString name() const override { return QStringLiteral("WPG"); }
-    QStringList extensions() const override { return {QStringLiteral("wpg")}; }
+    WpgCodec() : Codec(QStringLiteral("WPG"), {QStringLiteral("wpg")}, {QStringLiteral("wpg")}) {}
+
     bool sniff(const QByteArray& head, const QString&) const override { return isWpg(head); }
     Result<std::unique_ptr<Decoder>> open(std::shared_ptr<ByteSource> source) const override;
-    bool canEncode(const QString& extension) const override { return extensions().contains(extension); }
     Result<QByteArray> encode(const QImage& image, const QString&, const EncodeOptions&) const override
     {
         return writeWpg(image);
