@@ -1,7 +1,7 @@
 // JPEG files of libjpeg-turbo's writer, with the pixels that its reader gives.
-#include "../ProfileFixtures.h"
 #include "Corpus.h"
 #include "JpegFixtures.h"
+#include "ProfileFixtures.h"
 #include "TiffMaker.h"
 
 namespace quorvia::test {

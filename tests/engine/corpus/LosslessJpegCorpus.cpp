@@ -1,6 +1,6 @@
-#include "../LosslessJpegFixtures.h"
 #include "Corpus.h"
 #include "JpegFixtures.h"
+#include "LosslessJpegFixtures.h"
 
 namespace quorvia::test {
 

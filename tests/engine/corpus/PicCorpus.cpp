@@ -1,6 +1,6 @@
-#include "../SoftimageMaker.h"
-#include "../StbReader.h"
 #include "Corpus.h"
+#include "SoftimageMaker.h"
+#include "StbReader.h"
 
 namespace quorvia::test {
 

@@ -1,5 +1,5 @@
-#include "../TgaMaker.h"
 #include "Corpus.h"
+#include "TgaMaker.h"
 
 namespace quorvia::test {
 
