@@ -85,11 +85,11 @@ class tst_EngineSaving : public QObject
         m_engine->SetJPEGSubSampling(sampling);
         m_engine->SetJPEGGrayscale(grey);
         const QByteArray jpeg = saved(QStringLiteral("a.jpg"));
-        QTEST(QString::fromLatin1(
-                  outputOf(QStringLiteral("identify"),
-                           {QStringLiteral("-format"), QStringLiteral("%[jpeg:sampling-factor]"),
-                            m_directory->filePath(QStringLiteral("a.jpg"))})),
-              "factors");
+        QTEST(
+            QString::fromLatin1(runTool(QStringLiteral("identify"),
+                                        {QStringLiteral("-format"), QStringLiteral("%[jpeg:sampling-factor]"),
+                                         m_directory->filePath(QStringLiteral("a.jpg"))})),
+            "factors");
         constexpr char tables = '\xdb';
         QByteArray steps;
         for (int i = 0; !segment(jpeg, tables, i).isEmpty(); ++i)
@@ -131,7 +131,7 @@ class tst_EngineSaving : public QObject
         m_engine->SetPicture(picture);
         m_engine->Rotate(90);
         QVERIFY(!saved(QStringLiteral("a.") + extension).isEmpty());
-        const QString told = QString::fromLatin1(outputOf(
+        const QString told = QString::fromLatin1(runTool(
             QStringLiteral("identify"), {QStringLiteral("-format"), QStringLiteral("%[type] %k"), path}));
         QVERIFY2(told.startsWith(colors == 2 ? QStringLiteral("Bilevel") : QStringLiteral("Palette")),
                  qPrintable(told));

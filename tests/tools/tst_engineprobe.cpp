@@ -1,5 +1,5 @@
 // The program that checks image files from a terminal: its lines, its files, its exit code.
-#include "engine/CodecFixtures.h"
+#include "CodecFixtures.h"
 
 #include <QCryptographicHash>
 #include <QFile>

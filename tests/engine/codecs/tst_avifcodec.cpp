@@ -5,7 +5,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
-#include "MadeProfiles.h"
+#include "ProfileFixtures.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -175,7 +175,7 @@ void TestAvifCodec::tellsTheDepth()
 void TestAvifCodec::readsProfiles()
 {
     const ScratchFiles files;
-    const QByteArray profile = rgbProfile();
+    const QByteArray profile = rgbProfile(wideGamut);
     const QString icc = files.write(QStringLiteral("x.icc"), profile);
     const QString png = files.write(QStringLiteral("in.png"), samplePng({33, 17}, false));
     runTool(QStringLiteral("avifenc"),

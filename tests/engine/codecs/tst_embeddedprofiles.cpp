@@ -1,7 +1,7 @@
 #include "engine/codecs/Codecs.h"
 #include "engine/ColorConversion.h"
-#include "MadeProfiles.h"
 #include "PngFixtures.h"
+#include "ProfileFixtures.h"
 #include "TiffMaker.h"
 
 #include <QTest>
@@ -76,8 +76,8 @@ void TestEmbeddedProfiles::readsPng_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("profile");
-    const QByteArray rgb = rgbProfile();
-    const QByteArray gray = grayProfile();
+    const QByteArray rgb = rgbProfile(wideGamut);
+    const QByteArray gray = grayProfile(1);
     const QByteArray none;
     QTest::newRow("RGB") << pngWith(2, profileChunk(rgb)) << rgb;
     QTest::newRow("RGBA") << pngWith(6, profileChunk(rgb)) << rgb;
@@ -131,7 +131,7 @@ void TestEmbeddedProfiles::readsOtherPrograms()
 {
     QFETCH(QString, extension);
     const ScratchFiles files;
-    const QByteArray profile = rgbProfile();
+    const QByteArray profile = rgbProfile(wideGamut);
     const QString path = files.write(QStringLiteral("some.icc"), profile);
     const QString out = files.path(QStringLiteral("out.") + extension);
     runTool(QStringLiteral("convert"), {QStringLiteral("ppm:-"), QStringLiteral("-profile"), path, out},
@@ -149,8 +149,8 @@ void TestEmbeddedProfiles::readsTiff_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("profile");
-    const QByteArray rgb = rgbProfile();
-    const QByteArray gray = grayProfile();
+    const QByteArray rgb = rgbProfile(wideGamut);
+    const QByteArray gray = grayProfile(1);
     const QByteArray none;
     const QByteArray pixels(16, '\x55');
     constexpr int whiteIsZero = 0;
@@ -190,7 +190,7 @@ void TestEmbeddedProfiles::convertsInks()
     QRgb wanted[4];
     conversion->convertInks(reinterpret_cast<const uchar*>(inks.constData()), wanted, 4, false);
     const auto picture = decodeBytes(tiffCodec(), tiffWith(5, 4, profile, inks).bytes());
-    const auto plain = decodeBytes(tiffCodec(), tiffWith(5, 4, rgbProfile(), inks).bytes());
+    const auto plain = decodeBytes(tiffCodec(), tiffWith(5, 4, rgbProfile(wideGamut), inks).bytes());
     QVERIFY(picture && plain);
     for (int i = 0; i < 4; ++i)
         QCOMPARE(picture->image.pixel(i % 2, i / 2), wanted[i]);
@@ -220,12 +220,12 @@ void TestEmbeddedProfiles::writes_data()
     const QImage indexed = color.convertToFormat(QImage::Format_Indexed8);
     for (const bool tiff : {false, true}) {
         const char* name = tiff ? "TIFF" : "PNG";
-        QTest::addRow("%s RGB", name) << tiff << color << rgbProfile() << true;
-        QTest::addRow("%s RGBA", name) << tiff << alpha << rgbProfile() << true;
-        QTest::addRow("%s palette", name) << tiff << indexed << rgbProfile() << true;
-        QTest::addRow("%s grey", name) << tiff << gray << grayProfile() << true;
-        QTest::addRow("%s grey with RGB", name) << tiff << gray << rgbProfile() << false;
-        QTest::addRow("%s RGB with grey", name) << tiff << color << grayProfile() << false;
+        QTest::addRow("%s RGB", name) << tiff << color << rgbProfile(wideGamut) << true;
+        QTest::addRow("%s RGBA", name) << tiff << alpha << rgbProfile(wideGamut) << true;
+        QTest::addRow("%s palette", name) << tiff << indexed << rgbProfile(wideGamut) << true;
+        QTest::addRow("%s grey", name) << tiff << gray << grayProfile(1) << true;
+        QTest::addRow("%s grey with RGB", name) << tiff << gray << rgbProfile(wideGamut) << false;
+        QTest::addRow("%s RGB with grey", name) << tiff << color << grayProfile(1) << false;
         QTest::addRow("%s RGB with CMYK", name) << tiff << color << cmykProfile() << false;
         QTest::addRow("%s with something else", name) << tiff << color << QByteArray(300, 'x') << false;
         QTest::addRow("%s without", name) << tiff << color << QByteArray() << false;

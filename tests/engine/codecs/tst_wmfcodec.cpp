@@ -205,8 +205,8 @@ void TestWmfCodec::drawsSamplesAsOthersDo()
     const auto picture = decoded(m_codec, file.readAll());
     QVERIFY(picture && picture->complete);
     const QImage theirs =
-        readPnm(outputOf(QStringLiteral("gm"), {QStringLiteral("convert"), path, QStringLiteral("-depth"),
-                                                QStringLiteral("8"), QStringLiteral("ppm:-")}));
+        readPnm(runTool(QStringLiteral("gm"), {QStringLiteral("convert"), path, QStringLiteral("-depth"),
+                                               QStringLiteral("8"), QStringLiteral("ppm:-")}));
     QVERIFY(!theirs.isNull());
     const QImage ours = coarse(picture->image);
     const QImage wanted = coarse(theirs);

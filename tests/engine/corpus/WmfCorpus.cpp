@@ -234,6 +234,12 @@ QList<Fixture> bitmaps()
                 Paper(sheet)
                     .paint(4, 5, 12, 7, [](int x, int y) { return (x - 4 < 2) == (y == 5) ? blue : red; })
                     .rgba()});
+    const QSize narrow(8, 9);
+    out.append({"StretchDIB, wider than the picture",
+                WmfMaker::pixels(narrow)
+                    .record(0x0F43, withRop(copySource, {0, 9, 8, 0, 0, 9, 8, 0, 0}), deep)
+                    .file(),
+                Paper(narrow).paint(0, 0, 8, 9, [](int x, int y) { return colorAt(x, y); }).rgba()});
     const QSize thin(1, 20000);
     out.append({"1 x 20000",
                 WmfMaker::pixels(thin)

@@ -330,7 +330,7 @@ void drawPattern(WmfContext& context, const Request& request)
     putOperation(context, request.rop, visible, std::move(pixels));
 }
 
-/// True when every pixel of the picture becomes the pixel of the bitmap at its place.
+/// True when every pixel of the picture is the pixel of the bitmap at the same place.
 bool coversAll(const WmfContext& context, const Request& request, const WmfStretch& stretch)
 {
     const QRect picture = context.canvas.image().rect();
@@ -366,7 +366,8 @@ void drawBitmap(WmfContext& context, const Request& request, const WmfRecord& re
         return;
     const QImage bitmap = stored.convertToFormat(QImage::Format_RGB32);
     if (first && coversAll(context, request, *stretch)) {
-        context.whole = stored;
+        // The bitmap may go on where the picture ends.
+        context.whole = stored.rect() == stretch->from ? stored : stored.copy(stretch->from);
         context.canvas.put(QPoint(), bitmap);
         return;
     }
