@@ -1,215 +1,20 @@
-#include "engine/ImageLoader.h"
-#include "FakePictures.h"
+// Loads among threads: cancelling, dropping, the order of the work, calls when a picture stands.
+#include "LoaderStage.h"
 
 #include <QtTest>
 
-#include <future>
 #include <random>
 
 using namespace quorvia::engine;
-using quorvia::test::FakePictures;
-using quorvia::test::Gate;
-using quorvia::test::graded;
-using quorvia::test::plain;
+using namespace quorvia::test;
 
-namespace {
-
-constexpr QSize box(100, 100);
-const QString big = QStringLiteral("big");
-const QString other = QStringLiteral("other");
-const QString third = QStringLiteral("third");
-
-/// The answer of a wait that another thread is in; fails the test instead of hanging it.
-template <class Value>
-bool ended(std::future<Value>& wait)
-{
-    return wait.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
-}
-
-} // namespace
-
-class tst_ImageLoader : public QObject
+class tst_LoaderThreads : public QObject, protected LoaderStage
 {
     Q_OBJECT
 
   private Q_SLOTS:
-    void init()
-    {
-        m_pictures = std::make_unique<FakePictures>();
-        for (const QString& name : {big, other, third})
-            (*m_pictures)[name].pages = {graded(1000, 500), graded(40, 30)};
-        m_loader = std::make_unique<ImageLoader>(m_pictures->opener());
-    }
-
-    void cleanup()
-    {
-        for (const QString& name : {big, other, third})
-            (*m_pictures)[name].headerGate->open(); // no flag ends that wait
-        m_loader.reset();
-        QCOMPARE(m_pictures->openDecoders(), 0);
-        m_pictures.reset();
-    }
-
-    void headerFirstFull()
-    {
-        const auto load = m_loader->load(big, 1, box);
-        QCOMPARE(load->key().path, big);
-        QCOMPARE(load->key().page, 1);
-        const auto header = load->header();
-        QVERIFY(header);
-        QCOMPARE(header->size, QSize(1000, 500));
-        QCOMPARE(header->bitsPerPixel, 24);
-        const auto first = load->first();
-        QVERIFY(first);
-        QCOMPARE(first->image.size(), QSize(100, 50));
-        QCOMPARE(first->fullSize, QSize(1000, 500));
-        QVERIFY(load->fullIfReady().image.isNull());
-        const auto full = load->full();
-        QVERIFY(full);
-        QCOMPARE(full->image, graded(1000, 500));
-        QCOMPARE(load->fullIfReady().image, full->image);
-        QCOMPARE(load->first()->image.size(), QSize(1000, 500)); // the small one has given way
-        QCOMPARE(m_pictures->order(), QStringList({big, big + '+'}));
-        QCOMPARE(m_pictures->openDecoders(), 0); // the file is closed when nothing is left to read
-    }
-
-    void aFullFirstServesAsTheFullOne()
-    {
-        const auto load = m_loader->load(big, 2, box); // smaller than the box
-        QCOMPARE(load->first()->image.size(), QSize(40, 30));
-        QCOMPARE(load->fullIfReady().image, graded(40, 30));
-        QCOMPARE(load->full()->image, graded(40, 30));
-        QCOMPARE(m_pictures->order(), QStringList(big));
-    }
-
-    void emptyBoxAsksForAll()
-    {
-        const auto load = m_loader->load(big, 1, QSize());
-        QCOMPARE(load->first()->image.size(), QSize(1000, 500));
-        QCOMPARE(m_pictures->order(), QStringList(big + '+'));
-    }
-
-    void headerDoesNotWaitForPixels()
-    {
-        (*m_pictures)[big].firstGate->close();
-        const auto load = m_loader->load(big, 1, box);
-        QVERIFY(load->header());
-        auto first = std::async(std::launch::async, [&] { return load->first(); });
-        QVERIFY((*m_pictures)[big].firstGate->sawArrivals(1));
-        (*m_pictures)[big].firstGate->open();
-        QVERIFY(ended(first));
-        QVERIFY(first.get());
-    }
-
-    void headerFailure_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("page");
-        QTest::addColumn<int>("kind");
-        QTest::newRow("no file") << QStringLiteral("none") << 1 << int(ErrorKind::NotFound);
-        QTest::newRow("no page") << big << 3 << int(ErrorKind::Damaged);
-        QTest::newRow("page 0") << big << 0 << int(ErrorKind::Damaged);
-    }
-
-    void headerFailure()
-    {
-        QFETCH(QString, name);
-        QFETCH(int, page);
-        QFETCH(int, kind);
-        const auto load = m_loader->load(name, page, box);
-        QVERIFY(!load->header());
-        QCOMPARE(int(load->header().error().kind), kind);
-        QCOMPARE(int(load->first().error().kind), kind);
-        QCOMPARE(int(load->full().error().kind), kind);
-        QVERIFY(load->fullIfReady().image.isNull());
-    }
-
-    void pixelFailure()
-    {
-        (*m_pictures)[big].badPixels = true;
-        const auto load = m_loader->load(big, 1, box);
-        QVERIFY(load->header());
-        QCOMPARE(load->first().error().kind, ErrorKind::Damaged);
-        QCOMPARE(load->full().error().kind, ErrorKind::Damaged);
-    }
-
-    void fullFailureKeepsTheFirst()
-    {
-        (*m_pictures)[big].badFull = true;
-        const auto load = m_loader->load(big, 1, box);
-        QCOMPARE(load->full().error().kind, ErrorKind::Damaged);
-        QCOMPARE(load->first()->image.size(), QSize(100, 50));
-    }
-
-    void failuresAreNotShared()
-    {
-        (*m_pictures)[big].badPixels = true;
-        const auto load = m_loader->load(big, 1, box);
-        QVERIFY(!load->first());
-        (*m_pictures)[big].badPixels = false;
-        QVERIFY(m_loader->load(big, 1, box)->first());
-    }
-
-    void anExceptionIsAFailure()
-    {
-        ImageLoader loader(
-            [](const QString&) -> Result<std::unique_ptr<Decoder>> { throw std::bad_alloc(); });
-        const auto load = loader.load(big, 1, box);
-        QCOMPARE(load->header().error().kind, ErrorKind::TooLarge);
-        QCOMPARE(load->full().error().kind, ErrorKind::TooLarge);
-    }
-
-    void sharing_data()
-    {
-        QTest::addColumn<QSize>("firstBox");
-        QTest::addColumn<QSize>("secondBox");
-        QTest::addColumn<bool>("shared");
-        QTest::newRow("same box") << box << box << true;
-        QTest::newRow("smaller box") << box << QSize(50, 50) << true;
-        QTest::newRow("other shape, covered") << box << QSize(100, 3000) << true;
-        QTest::newRow("larger box") << box << QSize(200, 200) << false;
-        QTest::newRow("full wanted") << box << QSize() << false;
-        QTest::newRow("full there") << QSize() << box << true;
-        QTest::newRow("full there, full wanted") << QSize() << QSize() << true;
-        QTest::newRow("both boxes larger than the page") << QSize(2000, 2000) << QSize(3000, 3000) << true;
-    }
-
-    void sharing()
-    {
-        QFETCH(QSize, firstBox);
-        QFETCH(QSize, secondBox);
-        QFETCH(bool, shared);
-        const auto one = m_loader->load(big, 1, firstBox);
-        QVERIFY(one->first());
-        const auto two = m_loader->load(big, 1, secondBox);
-        QVERIFY(two->first());
-        QCOMPARE(m_pictures->order().size(), shared ? 1 : 2);
-        const QSize wanted = fittedSize(QSize(1000, 500), secondBox);
-        QVERIFY(two->first()->image.width() >= wanted.width());
-    }
-
-    void otherPageIsNotShared()
-    {
-        const auto one = m_loader->load(big, 1, box);
-        const auto two = m_loader->load(big, 2, box);
-        QCOMPARE(one->header()->size, QSize(1000, 500));
-        QCOMPARE(two->header()->size, QSize(40, 30));
-    }
-
-    void theNewestIsKeptWithoutAHold()
-    {
-        m_loader->load(big, 1, box)->first(); // the hold is dropped at once
-        QVERIFY(m_loader->load(big, 1, box)->first());
-        QCOMPARE(m_pictures->order(), QStringList(big));
-    }
-
-    void olderOnesAreForgotten()
-    {
-        m_loader->load(big, 1, box)->first();
-        m_loader->load(other, 1, box)->first();
-        m_loader->load(big, 1, box)->first();
-        QCOMPARE(m_pictures->order(), QStringList({big, other, big}));
-    }
+    void init() { setUp(); }
+    void cleanup() { takeDown(); }
 
     void cancelForgetsTheNewest()
     {
@@ -385,59 +190,6 @@ class tst_ImageLoader : public QObject
         load->cancel();
     }
 
-    void keyFollowsTheFile()
-    {
-        QTemporaryDir directory;
-        const QString path = directory.filePath(QStringLiteral("a"));
-        QCOMPARE(PageKey::of(path, 1).size, qint64(-1));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QVERIFY(file.write("12345") == 5);
-        file.close();
-        const PageKey before = PageKey::of(path, 1);
-        QCOMPARE(before.size, qint64(5));
-        QVERIFY(before.modified > 0);
-        QVERIFY(before == PageKey::of(path, 1));
-        QVERIFY(!(before == PageKey::of(path, 2)));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(5), QFile::FileModificationTime));
-        file.close();
-        QVERIFY(!(before == PageKey::of(path, 1)));
-    }
-
-    void aChangedFileIsLoadedAgain()
-    {
-        QTemporaryDir directory;
-        const QString path = directory.filePath(QStringLiteral("a"));
-        (*m_pictures)[path].pages = {graded(10, 10)};
-        const auto write = [&path](const QByteArray& bytes) {
-            QFile file(path);
-            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-        };
-        QVERIFY(write("one"));
-        const auto one = m_loader->load(path, 1, box);
-        QVERIFY(one->first());
-        QVERIFY(m_loader->load(path, 1, box)->first());
-        QCOMPARE(m_pictures->order().size(), 1);
-        QVERIFY(write("longer"));
-        QVERIFY(m_loader->load(path, 1, box)->first());
-        QCOMPARE(m_pictures->order().size(), 2);
-    }
-
-    void realFiles()
-    {
-        QTemporaryDir directory;
-        const QString path = directory.filePath(QStringLiteral("a.png"));
-        QVERIFY(graded(30, 20).save(path));
-        ImageLoader loader;
-        QCOMPARE(loader.load(path, 1, QSize())->full()->image, graded(30, 20));
-        QCOMPARE(ImageLoader::pageCount(path), 1);
-        QCOMPARE(ImageLoader::pageCount(directory.filePath(QStringLiteral("none.png"))), 0);
-        QCOMPARE(ImageLoader::pageCount(directory.path()), 0);
-        const auto none = loader.load(directory.filePath(QStringLiteral("none.png")), 1, QSize());
-        QCOMPARE(none->header().error().kind, ErrorKind::NotFound);
-    }
-
     // Several askers load, wait, cancel and drop at random; nobody hangs, and what arrives is right.
     void hammer()
     {
@@ -512,11 +264,7 @@ class tst_ImageLoader : public QObject
             QVERIFY(answer ? answer->isFull() : answer.error().kind == ErrorKind::Cancelled);
         }
     }
-
-  private:
-    std::unique_ptr<FakePictures> m_pictures;
-    std::unique_ptr<ImageLoader> m_loader;
 };
 
-QTEST_GUILESS_MAIN(tst_ImageLoader)
-#include "tst_imageloader.moc"
+QTEST_GUILESS_MAIN(tst_LoaderThreads)
+#include "tst_loaderthreads.moc"
