@@ -85,15 +85,13 @@ void TestPictCodec::sniffs()
 
 void TestPictCodec::readsWhatOthersWrite_data()
 {
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < m_corpus.size(); ++i)
-        QTest::newRow(qPrintable(m_corpus[i].name)) << int(i);
+    addFixtureRows(m_corpus);
 }
 
 void TestPictCodec::readsWhatOthersWrite()
 {
-    QFETCH(int, index);
-    QCOMPARE(fixtureFault(m_codec, m_corpus[size_t(index)]), QString());
+    QFETCH(Fixture, fixture);
+    QCOMPARE(fixtureFault(m_codec, fixture), QString());
 }
 
 void TestPictCodec::keepsTheDepth_data()

@@ -1,4 +1,4 @@
-#include "corpus/Corpus.h"
+#include "CodecChecks.h"
 #include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
@@ -130,34 +130,16 @@ void TestSoftimageCodec::sniffs()
 
 void TestSoftimageCodec::readsTheCorpus_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QByteArray>("pixels");
-    const std::vector<Fixture> corpus = picCorpus();
-    QVERIFY(corpus.size() >= 10);
-    for (const Fixture& fixture : corpus)
-        QTest::newRow(qPrintable(fixture.name))
-            << fixture.file << fixture.expected.size << fixture.expected.pixels;
+    addFixtureRows(picCorpus());
 }
 
 void TestSoftimageCodec::readsTheCorpus()
 {
-    QFETCH(QByteArray, file);
-    QFETCH(QSize, size);
-    QFETCH(QByteArray, pixels);
-    const auto decoder = openDecoder(ByteSource::fromBytes(file), QString());
-    QVERIFY(decoder);
-    const auto facts = (*decoder)->header(1);
-    QVERIFY(facts);
-    QCOMPARE(facts->size, size);
-    const CancelFlag go = false;
-    const auto picture = (*decoder)->decode(1, {}, go);
-    QVERIFY2(picture, picture ? "" : qPrintable(picture.error().text));
-    QVERIFY(picture->complete && picture->isFull());
-    QCOMPARE(picture->bitsPerPixel, facts->bitsPerPixel);
-    QCOMPARE(picture->image.format(),
-             facts->bitsPerPixel == 32 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-    QCOMPARE(firstDifference(rgbaOf(picture->image), Rgba{size, pixels}), QString());
+    QFETCH(Fixture, fixture);
+    Picture picture;
+    QCOMPARE(fixtureFault(codec, fixture, &picture), QString());
+    QCOMPARE(picture.image.format(),
+             picture.bitsPerPixel == 32 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
 }
 
 void TestSoftimageCodec::skipsChannelsForOtherUses()

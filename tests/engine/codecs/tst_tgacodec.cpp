@@ -1,4 +1,4 @@
-#include "corpus/Corpus.h"
+#include "CodecChecks.h"
 #include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
@@ -109,35 +109,18 @@ void TestTgaCodec::sniffs()
 
 void TestTgaCodec::readsTheCorpus_data()
 {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QByteArray>("pixels");
-    const std::vector<Fixture> corpus = tgaCorpus();
-    QVERIFY(corpus.size() >= 10);
-    for (const Fixture& fixture : corpus)
-        QTest::newRow(qPrintable(fixture.name))
-            << fixture.file << fixture.expected.size << fixture.expected.pixels;
+    addFixtureRows(tgaCorpus());
 }
 
 void TestTgaCodec::readsTheCorpus()
 {
-    QFETCH(QByteArray, file);
-    QFETCH(QSize, size);
-    QFETCH(QByteArray, pixels);
-    const auto decoder = openDecoder(ByteSource::fromBytes(file), tga);
-    QVERIFY2(decoder, decoder ? "" : qPrintable(decoder.error().text));
-    const auto facts = (*decoder)->header(1);
-    QVERIFY(facts);
-    QCOMPARE(facts->size, size);
-    QCOMPARE(facts->bitsPerPixel, (uchar(file[16]) + 7) / 8 * 8);
-    const CancelFlag go = false;
-    const auto picture = (*decoder)->decode(1, {}, go);
-    QVERIFY2(picture, picture ? "" : qPrintable(picture.error().text));
-    QVERIFY(picture->complete && picture->isFull());
-    QCOMPARE(picture->bitsPerPixel, facts->bitsPerPixel);
-    QCOMPARE(firstDifference(rgbaOf(picture->image), Rgba{size, pixels}), QString());
+    QFETCH(Fixture, fixture);
+    Picture picture;
+    QCOMPARE(fixtureFault(codec, fixture, &picture), QString());
+    const QByteArray& file = fixture.file;
+    QCOMPARE(picture.bitsPerPixel, (uchar(file[16]) + 7) / 8 * 8);
     if (file[16] == 8)
-        QCOMPARE(picture->image.format(),
+        QCOMPARE(picture.image.format(),
                  (file[2] & 3) == 1 ? QImage::Format_Indexed8 : QImage::Format_Grayscale8);
 }
 

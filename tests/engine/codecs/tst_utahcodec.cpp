@@ -56,15 +56,13 @@ void TestUtahCodec::sniffs()
 
 void TestUtahCodec::readsWhatOthersWrite_data()
 {
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < m_corpus.size(); ++i)
-        QTest::newRow(qPrintable(m_corpus[i].name)) << int(i);
+    addFixtureRows(m_corpus);
 }
 
 void TestUtahCodec::readsWhatOthersWrite()
 {
-    QFETCH(int, index);
-    QCOMPARE(fixtureFault(m_codec, m_corpus[size_t(index)]), QString());
+    QFETCH(Fixture, fixture);
+    QCOMPARE(fixtureFault(m_codec, fixture), QString());
 }
 
 void TestUtahCodec::keepsTheDepth_data()
