@@ -1,0 +1,104 @@
+#include "corpus/Corpus.h"
+#include "CutFiles.h"
+#include "engine/codecs/Codecs.h"
+#include "HostileBytes.h"
+#include "IcoMaker.h"
+#include "IndependentReader.h"
+#include "Mutator.h"
+
+#include <QtTest>
+
+using namespace quorvia::engine;
+using namespace quorvia::test;
+using namespace quorvia::test::ico;
+
+class TestIcoHostile : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void refuses_data();
+    void refuses();
+    void showsWhatACutFileHolds_data();
+    void showsWhatACutFileHolds();
+    void stopsWhenCancelled();
+    void survivesBrokenFiles();
+
+  private:
+    const Codec& m_codec = icoCodec();
+};
+
+void TestIcoHostile::refuses_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("kind");
+    const auto add = [](const char* name, const QByteArray& file, ErrorKind kind) {
+        QTest::newRow(name) << file << int(kind);
+    };
+    const Slot good = {bitmap(2, 2, 9)};
+    add("directory cut short", icon({good}).left(20), ErrorKind::Damaged);
+    add("no content", icon({good}).left(22), ErrorKind::Damaged);
+    add("header only", icon({good}).left(62), ErrorKind::Damaged);
+    add("no header", icon({{QByteArray(100, 'x')}}), ErrorKind::Damaged);
+    Slot packed = good;
+    packed.content[14] = 8;
+    packed.content[16] = 1;
+    add("run length", icon({packed}), ErrorKind::Unsupported);
+    Slot deep = good;
+    deep.content.replace(4, 8, longWord(70000) + longWord(4));
+    add("beyond the limits", icon({deep}), ErrorKind::TooLarge);
+    Slot flat = good;
+    flat.content.replace(8, 4, longWord(1));
+    add("no height", icon({flat}), ErrorKind::Damaged);
+}
+
+void TestIcoHostile::refuses()
+{
+    QFETCH(QByteArray, file);
+    const auto result = decoded(m_codec, file);
+    QVERIFY(!result);
+    QTEST(int(result.error().kind), "kind");
+    QVERIFY(!result.error().text.isEmpty());
+}
+
+void TestIcoHostile::showsWhatACutFileHolds_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("bitmap") << icon({{bitmap(8, 6, 2), 8, 6}});
+    QTest::newRow("PNG") << icon({{png(QSize(9, 9)), 9, 9}});
+    QTest::newRow("two entries") << icon({{bitmap(8, 6, 2), 8, 6}, {bitmap(4, 4, 1), 4, 4}});
+    QTest::newRow("palette and alpha")
+        << *icoCodec().encode(palettePicture(QSize(9, 7), 9), QStringLiteral("ico"), {});
+    QTest::newRow("alpha") << *icoCodec().encode(alphaPicture(QSize(9, 7)), QStringLiteral("ico"), {});
+}
+
+void TestIcoHostile::showsWhatACutFileHolds()
+{
+    QFETCH(QByteArray, file);
+    QCOMPARE(everyCutFault(m_codec, file), QString());
+}
+
+void TestIcoHostile::stopsWhenCancelled()
+{
+    const auto decoder = m_codec.open(ByteSource::fromBytes(icon({{bitmap(8, 6, 2), 8, 6}})));
+    QVERIFY(decoder);
+    CancelFlag cancel = true;
+    const auto result = (*decoder)->decode(1, QSize(), cancel);
+    QVERIFY(!result);
+    QCOMPARE(result.error().kind, ErrorKind::Cancelled);
+    cancel = false;
+    QVERIFY((*decoder)->decode(1, QSize(), cancel));
+}
+
+void TestIcoHostile::survivesBrokenFiles()
+{
+    const std::vector<Fixture> parents = icoCorpus();
+    for (quint32 seed = 1; seed <= 400; ++seed) {
+        const QByteArray& good = parents[seed % parents.size()].file;
+        const QString fault = misbehaviour(m_codec, Mutator(good, seed).next());
+        QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(fault)));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestIcoHostile)
+#include "tst_icohostile.moc"
