@@ -22,16 +22,16 @@ QImage swatch()
 
 QByteArray pngBytes()
 {
-    return outputOf(QStringLiteral("convert"), {QStringLiteral("ppm:-"), QStringLiteral("png:-")},
-                    writePnm(swatch()));
+    return runTool(QStringLiteral("convert"), {QStringLiteral("ppm:-"), QStringLiteral("png:-")},
+                   writePnm(swatch()));
 }
 
 QByteArray jpegBytes()
 {
-    return outputOf(QStringLiteral("convert"),
-                    {QStringLiteral("ppm:-"), QStringLiteral("-quality"), QStringLiteral("100"),
-                     QStringLiteral("jpeg:-")},
-                    writePnm(swatch()));
+    return runTool(QStringLiteral("convert"),
+                   {QStringLiteral("ppm:-"), QStringLiteral("-quality"), QStringLiteral("100"),
+                    QStringLiteral("jpeg:-")},
+                   writePnm(swatch()));
 }
 
 } // namespace

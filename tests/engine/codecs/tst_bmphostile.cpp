@@ -20,8 +20,8 @@ QByteArray pngBytes()
 {
     QImage swatch(9, 5, QImage::Format_RGB32);
     swatch.fill(qRgb(200, 30, 60));
-    return outputOf(QStringLiteral("convert"), {QStringLiteral("ppm:-"), QStringLiteral("png:-")},
-                    writePnm(swatch));
+    return runTool(QStringLiteral("convert"), {QStringLiteral("ppm:-"), QStringLiteral("png:-")},
+                   writePnm(swatch));
 }
 
 } // namespace

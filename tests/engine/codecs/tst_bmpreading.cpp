@@ -167,7 +167,7 @@ void TestBmpReading::readsFilesOfTools()
     QFETCH(QStringList, arguments);
     QFETCH(QImage, picture);
     QFETCH(int, bits);
-    const QByteArray bytes = outputOf(program, arguments, writePnm(picture));
+    const QByteArray bytes = runTool(program, arguments, writePnm(picture));
     QVERIFY(m_codec.sniff(bytes.left(512), QString()));
     const auto result = decoded(m_codec, bytes);
     QVERIFY2(result, result ? "" : qPrintable(result.error().text));

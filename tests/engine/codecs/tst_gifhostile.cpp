@@ -64,8 +64,8 @@ void TestGifHostile::showsWhatACutFileHolds_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("rows in order") << encodeBytes(m_codec, palettePicture(QSize(9, 40), 7), "gif");
-    QTest::newRow("interlaced") << outputOf(QStringLiteral("convert"), words("ppm:- -interlace GIF gif:-"),
-                                            writePnm(palettePicture(QSize(9, 40), 7)));
+    QTest::newRow("interlaced") << runTool(QStringLiteral("convert"), words("ppm:- -interlace GIF gif:-"),
+                                           writePnm(palettePicture(QSize(9, 40), 7)));
     GifMaker gif;
     gif.transparent = 2;
     QTest::newRow("transparent entry") << gif.bytes();
@@ -125,10 +125,10 @@ void TestGifHostile::survivesBrokenFiles()
     GifMaker clear;
     clear.transparent = 1;
     clear.local = clear.global;
-    const QList<QByteArray> parents = {
-        offset.bytes(), clear.bytes(), encodeBytes(m_codec, palettePicture(QSize(40, 30), 200), "gif"),
-        outputOf(QStringLiteral("convert"), words("ppm:- -interlace GIF gif:-"),
-                 writePnm(palettePicture(QSize(9, 40), 7)))};
+    const QList<QByteArray> parents = {offset.bytes(), clear.bytes(),
+                                       encodeBytes(m_codec, palettePicture(QSize(40, 30), 200), "gif"),
+                                       runTool(QStringLiteral("convert"), words("ppm:- -interlace GIF gif:-"),
+                                               writePnm(palettePicture(QSize(9, 40), 7)))};
     for (quint32 seed = 1; seed <= 320; ++seed) {
         const QString fault =
             misbehaviour(m_codec, Mutator(parents[seed % quint32(parents.size())], seed).next());

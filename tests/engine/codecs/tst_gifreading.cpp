@@ -72,7 +72,7 @@ void TestGifReading::readsFilesOfTools()
     QFETCH(QString, program);
     QFETCH(QStringList, arguments);
     QFETCH(QImage, picture);
-    const QByteArray bytes = outputOf(program, arguments, writePnm(picture));
+    const QByteArray bytes = runTool(program, arguments, writePnm(picture));
     QVERIFY(m_codec.sniff(bytes.left(512), QString()));
     const auto result = decoded(m_codec, bytes);
     QVERIFY2(result, result ? "" : qPrintable(result.error().text));

@@ -136,7 +136,7 @@ void TestGifWriting::keepsUndecodedPixelsOpaque_data()
     QTest::addColumn<QByteArray>("bytes");
     const auto cutJpeg = [](const QImage& picture) {
         const QByteArray whole =
-            outputOf(QStringLiteral("convert"), words("ppm:- -quality 90 jpeg:-"), writePnm(picture));
+            runTool(QStringLiteral("convert"), words("ppm:- -quality 90 jpeg:-"), writePnm(picture));
         return whole.left(whole.size() * 2 / 3);
     };
     QImage flat(QSize(200, 400), QImage::Format_RGB32);

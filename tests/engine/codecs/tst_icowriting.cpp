@@ -14,8 +14,8 @@ QImage readByIcotool(const QByteArray& file)
 {
     const ScratchFiles files;
     const QString path = files.write(QStringLiteral("in.ico"), file);
-    return QImage::fromData(outputOf(
-        QStringLiteral("icotool"), {QStringLiteral("-x"), QStringLiteral("-o"), QStringLiteral("-"), path}));
+    return QImage::fromData(runTool(QStringLiteral("icotool"),
+                                    {QStringLiteral("-x"), QStringLiteral("-o"), QStringLiteral("-"), path}));
 }
 
 } // namespace

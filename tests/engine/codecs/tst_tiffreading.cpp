@@ -185,7 +185,7 @@ void TestTiffReading::agreesWithOtherReaders()
     if (reader == QLatin1String("convert"))
         other = readByMagick(bytes, QStringLiteral("tiff"));
     else if (reader == QLatin1String("tifftopnm"))
-        other = readPnm(outputOf(reader, {QStringLiteral("-byrow")}, bytes));
+        other = readPnm(runTool(reader, {QStringLiteral("-byrow")}, bytes));
     else
         other = readByMagick(fileMadeBy(reader, arguments("-n -c none @in @"), QStringLiteral("tif"), bytes),
                              QStringLiteral("tiff"));
