@@ -125,6 +125,7 @@ void TestEmbeddedProfiles::readsOtherPrograms_data()
     QTest::addColumn<QString>("extension");
     QTest::newRow("PNG") << QStringLiteral("png");
     QTest::newRow("TIFF") << QStringLiteral("tif");
+    QTest::newRow("BMP") << QStringLiteral("bmp");
 }
 
 void TestEmbeddedProfiles::readsOtherPrograms()
@@ -241,7 +242,7 @@ void TestEmbeddedProfiles::writes()
     const Codec& codec = tiff ? tiffCodec() : pngCodec();
     const char* extension = tiff ? "tif" : "png";
     QVERIFY(codec.keepsProfile(QLatin1String(extension), ColorModel::Gray));
-    QVERIFY(!codec.keepsProfile(QStringLiteral("bmp"), ColorModel::Rgb));
+    QVERIFY(!codec.keepsProfile(QStringLiteral("gif"), ColorModel::Rgb));
     const auto file = codec.encode(image, QLatin1String(extension), EncodeOptions{{}, profile});
     const auto plain = codec.encode(image, QLatin1String(extension), {});
     QVERIFY(file && plain);

@@ -2,6 +2,7 @@
 // those with 4 bits written here, since no program makes them.
 #include "Corpus.h"
 #include "PngFixtures.h"
+#include "ProfileFixtures.h"
 
 #include <QtEndian>
 
@@ -140,11 +141,26 @@ std::vector<Fixture> madeAll(std::initializer_list<Recipe> recipes)
     return fixtures;
 }
 
+/// A bitmap with a colour profile behind its pixels.
+Fixture profiled()
+{
+    const ScratchFiles files;
+    const QString profile = files.write(QStringLiteral("some.icc"), rgbProfile(adobeRgb));
+    Fixture fixture{
+        QStringLiteral("version 5, profile"),
+        runTool(QStringLiteral("convert"),
+                {QStringLiteral("ppm:-"), QStringLiteral("-profile"), profile, QStringLiteral("bmp:-")},
+                ppmOf(samplePicture(QSize(33, 31)))),
+        {}};
+    fixture.expected = readWithMagick(fixture.file, QStringLiteral("bmp"));
+    return fixture;
+}
+
 } // namespace
 
 std::vector<Fixture> bmpCorpus()
 {
-    return madeAll({
+    std::vector<Fixture> fixtures = madeAll({
         {"24 bits", "ppmtobmp", "-windows -bpp=24", 256, {37, 13}},
         {"24 bits, OS/2", "ppmtobmp", "-os2 -bpp=24", 256, {23, 9}},
         {"8 bits", "ppmtobmp", "-windows -bpp=8", 5, {61, 17}},
@@ -166,6 +182,8 @@ std::vector<Fixture> bmpCorpus()
         {"1 x 20000", "ppmtobmp", "-windows -bpp=24", 256, {1, 20000}},
         {"20000 x 1", "ppmtobmp", "-windows -bpp=8", 4, {20000, 1}},
     });
+    fixtures.push_back(profiled());
+    return fixtures;
 }
 
 std::vector<Fixture> dibCorpus()

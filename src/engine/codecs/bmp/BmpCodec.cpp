@@ -1,4 +1,5 @@
 #include "engine/codecs/bmp/BmpLayout.h"
+#include "engine/codecs/bmp/BmpProfile.h"
 #include "engine/codecs/bmp/BmpRle.h"
 #include "engine/codecs/bmp/BmpRows.h"
 #include "engine/codecs/bmp/BmpWriter.h"
@@ -7,6 +8,7 @@
 #include "engine/codecs/DecoderOf.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/OnePage.h"
+#include "engine/ColorConversion.h"
 
 #include <algorithm>
 #include <vector>
@@ -45,9 +47,14 @@ class BmpDecoder final : public OnePageDecoder
 
 Picture BmpDecoder::blankPicture(QImage::Format format) const
 {
-    Picture picture = blank({m_layout.size, m_layout.bitsPerPixel}, format);
-    if (!m_layout.palette.isEmpty() && !picture.image.isNull())
+    QByteArray profile = readBmpProfile(*m_source, m_layout);
+    // As a palette they could not take a grey profile along when they are saved.
+    const bool greys = isGreyByProfile(profile, m_layout);
+    Picture picture =
+        blank({m_layout.size, m_layout.bitsPerPixel}, greys ? QImage::Format_Grayscale8 : format);
+    if (!greys && !m_layout.palette.isEmpty() && !picture.image.isNull())
         picture.image.setColorTable(m_layout.palette);
+    picture.profile = std::move(profile);
     return picture;
 }
 
@@ -146,10 +153,16 @@ class BmpCodec final : public Codec
         return decoderOf<BmpDecoder>(source, layout);
     }
 
-    Result<QByteArray> encode(const QImage& image, const QString& extension,
-                              const EncodeOptions&) const override
+    bool keepsProfile(const QString& extension, ColorModel model) const override
     {
-        return extension == QLatin1String("rle") ? writeRleBmp(image) : writeBmp(image);
+        return canEncode(extension) && model != ColorModel::Cmyk;
+    }
+
+    Result<QByteArray> encode(const QImage& image, const QString& extension,
+                              const EncodeOptions& options) const override
+    {
+        return extension == QLatin1String("rle") ? writeRleBmp(image, options.profile)
+                                                 : writeBmp(image, options.profile);
     }
 };
 

@@ -14,6 +14,7 @@ constexpr quint32 os2CoreHeader = 12;
 constexpr quint32 windowsHeader = 40;
 constexpr quint32 os2ShortestHeader = 16; ///< of OS/2 2; its writers leave out the fields that are 0
 constexpr quint32 os2LongHeader = 64;
+constexpr quint32 version5Header = 124;
 
 // Compression numbers. 3 and 4 mean something else in an OS/2 header.
 constexpr quint32 plainRows = 0;
@@ -23,6 +24,9 @@ constexpr quint32 bitFields = 3;
 constexpr quint32 jpegOrRle24 = 4;
 constexpr quint32 png = 5;
 constexpr quint32 alphaBitFields = 6;
+
+/// The colour space of a version 5 header whose profile is in the file.
+constexpr quint32 embeddedProfile = 0x4D424544; // "MBED"
 
 Error damaged(const QString& text)
 {
@@ -221,6 +225,18 @@ void placePaletteAndPixels(const QByteArray& head, qint64 at, const Fields& fiel
         layout.palette = readPalette(head, paletteAt, stored, entryBytes, fields.bits);
 }
 
+/// Finds the profile, whose place counts from the DIB header. One within the header is nonsense.
+void placeProfile(const QByteArray& head, qint64 at, const Fields& fields, BmpLayout& layout)
+{
+    if (fields.headerSize != version5Header || little<quint32>(head, at + 56) != embeddedProfile)
+        return;
+    const qint64 offset = little<quint32>(head, at + 112);
+    if (offset < version5Header)
+        return;
+    layout.profileOffset = at + offset;
+    layout.profileLength = little<quint32>(head, at + 116);
+}
+
 } // namespace
 
 bool isBmpFile(const QByteArray& head)
@@ -269,6 +285,7 @@ Result<BmpLayout> readBmpLayout(const QByteArray& head, qint64 fileSize)
     layout.bitsPerPixel = fields.bits;
     layout.masks = findMasks(fields);
     placePaletteAndPixels(head, at, fields, fileSize, layout);
+    placeProfile(head, at, fields, layout);
     const bool startsAsJpeg = head.mid(layout.pixelOffset).startsWith("\xFF\xD8\xFF");
     if (layout.packing == BmpPacking::Rle24 && !fields.isOs2() && startsAsJpeg)
         layout.packing = BmpPacking::Jpeg;

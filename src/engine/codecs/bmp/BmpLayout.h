@@ -1,5 +1,6 @@
 // What the headers of a bitmap say, as plain functions over bytes: the file header, every DIB header from
-// OS/2 1 to version 5, masks and palette. Cheap: looks at the first two kilobytes only.
+// OS/2 1 to version 5, masks, palette and the place of a colour profile. Cheap: looks at the first two
+// kilobytes only.
 #pragma once
 
 #include "engine/Result.h"
@@ -28,6 +29,8 @@ struct BmpLayout
     QList<QRgb> palette;               ///< 1 << bitsPerPixel entries up to 8 bits, else empty
     qint64 pixelOffset = 0;            ///< bytes from the start of the file; of the first bitmap in an array
     qint64 pixelLength = 0;            ///< bytes of pixel data that the file can hold
+    qint64 profileOffset = 0; ///< of an embedded ICC profile, bytes from the start of the file; as told
+    qint64 profileLength = 0; ///< bytes of it, as told; 0 without one
 
     /// Bytes from one stored row to the next: rows fill up to 32 bits.
     qint64 rowBytes() const { return (qint64(size.width()) * bitsPerPixel + 31) / 32 * 4; }

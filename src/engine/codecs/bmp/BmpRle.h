@@ -13,9 +13,9 @@ struct RleOutcome
     bool drawn = false;    ///< at least one pixel was set
 };
 
-/// Unpacks `in` into `image`, which is blank and Indexed8 for RLE4 and RLE8 or RGB32 for RLE24. Pixels that
-/// no code reaches stay as they are; what would lie outside the image is dropped. Stops early, not complete,
-/// when `cancel` is set.
+/// Unpacks `in` into `image`, which is blank and Indexed8 (or Grayscale8) for RLE4 and RLE8, RGB32 for RLE24.
+/// Pixels that no code reaches stay as they are; what would lie outside the image is dropped. Stops early,
+/// not complete, when `cancel` is set.
 RleOutcome unpackRle(SourceReader& in, const BmpLayout& layout, QImage& image, const CancelFlag& cancel);
 
 } // namespace quorvia::engine

@@ -2,6 +2,7 @@
 
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/Palette.h"
+#include "engine/ColorConversion.h"
 
 #include <QtEndian>
 
@@ -22,6 +23,7 @@ struct Shape
     quint32 compression = 0; // 0 rows, 1 RLE8, 3 masks
     int headerBytes = plainHeaderBytes;
     QList<QRgb> palette;
+    QByteArray profile = {}; // stands behind the pixels, under a version 5 header
 };
 
 template <class T>
@@ -37,26 +39,44 @@ qint32 dotsPerMeter(int told)
     return told > 0 ? told : screen;
 }
 
-void appendV5Tail(QByteArray& out)
+/// What a version 5 header has more than the plain one. `profileOffset` counts from the header's start.
+void appendV5Tail(QByteArray& out, const Shape& shape, qint64 profileOffset)
 {
+    const bool masked = shape.compression == 3;
     for (const quint32 mask : {0x00FF0000u, 0x0000FF00u, 0x000000FFu, 0xFF000000u})
-        append<quint32>(out, mask);
-    append<quint32>(out, 0x73524742); // colour space "sRGB"
+        append<quint32>(out, masked ? mask : 0);
+    const bool embeds = !shape.profile.isEmpty();
+    append<quint32>(out, embeds ? 0x4D424544 : 0x73524742); // colour space: "MBED" or "sRGB"
     constexpr int endpointsAndGamma = 36 + 12;
     out.append(endpointsAndGamma, '\0');
     append<quint32>(out, 4); // intent: images
-    constexpr int profileAndReserved = 12;
-    out.append(profileAndReserved, '\0');
+    append<quint32>(out, embeds ? quint32(profileOffset) : 0);
+    append<quint32>(out, quint32(shape.profile.size()));
+    append<quint32>(out, 0); // reserved
 }
 
-/// The headers and the palette of a file with `pixelBytes` bytes of pixels behind them.
+/// Bytes before the pixels.
+qint64 pixelOffset(const Shape& shape)
+{
+    return fileHeaderBytes + shape.headerBytes + 4 * shape.palette.size();
+}
+
+/// Bytes of the whole file.
+qint64 fileBytes(const Shape& shape, qint64 pixelBytes)
+{
+    return pixelOffset(shape) + pixelBytes + shape.profile.size();
+}
+
+/// The headers and the palette of a file with `pixelBytes` bytes of pixels behind them, and behind those the
+/// profile.
 QByteArray headersOf(const QImage& image, const Shape& shape, qint64 pixelBytes)
 {
-    const qint64 offset = fileHeaderBytes + shape.headerBytes + 4 * shape.palette.size();
+    const qint64 offset = pixelOffset(shape);
+    const qint64 total = fileBytes(shape, pixelBytes);
     QByteArray out;
-    out.reserve(offset + pixelBytes);
+    out.reserve(total);
     out.append("BM");
-    append<quint32>(out, quint32(offset + pixelBytes));
+    append<quint32>(out, quint32(total));
     append<quint32>(out, 0);
     append<quint32>(out, quint32(offset));
 
@@ -72,7 +92,7 @@ QByteArray headersOf(const QImage& image, const Shape& shape, qint64 pixelBytes)
     append<quint32>(out, quint32(shape.palette.size()));
     append<quint32>(out, 0); // all colours matter
     if (shape.headerBytes == v5HeaderBytes)
-        appendV5Tail(out);
+        appendV5Tail(out, shape, offset - fileHeaderBytes + pixelBytes);
     for (const QRgb color : shape.palette)
         append<quint32>(out, color & 0xFFFFFF);
     return out;
@@ -80,8 +100,18 @@ QByteArray headersOf(const QImage& image, const Shape& shape, qint64 pixelBytes)
 
 bool fitsInto32Bits(const Shape& shape, qint64 pixelBytes)
 {
-    return fileHeaderBytes + shape.headerBytes + 4 * shape.palette.size() + pixelBytes <=
-           qint64(std::numeric_limits<quint32>::max());
+    return fileBytes(shape, pixelBytes) <= qint64(std::numeric_limits<quint32>::max());
+}
+
+/// `shape` with `profile` when that is one of the colours of `image`.
+Shape withProfile(Shape shape, const QImage& image, const QByteArray& profile)
+{
+    const bool grey = image.format() == QImage::Format_Grayscale8;
+    if (colorModelOf(profile) == (grey ? ColorModel::Gray : ColorModel::Rgb)) {
+        shape.profile = profile;
+        shape.headerBytes = v5HeaderBytes;
+    }
+    return shape;
 }
 
 Error tooMuch()
@@ -206,12 +236,12 @@ void appendRleRow(QByteArray& out, const uchar* row, int width)
 
 } // namespace
 
-Result<QByteArray> writeBmp(const QImage& image)
+Result<QByteArray> writeBmp(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
         return noImage();
     const QImage source = blankIfClear(storable(image));
-    const Shape shape = shapeOf(source);
+    const Shape shape = withProfile(shapeOf(source), source, profile);
     const qint64 rowBytes = (qint64(source.width()) * shape.bits + 31) / 32 * 4;
     const qint64 pixelBytes = rowBytes * source.height();
     if (source.isNull() || !fitsInto32Bits(shape, pixelBytes))
@@ -223,10 +253,11 @@ Result<QByteArray> writeBmp(const QImage& image)
         char* row = out.data() + offset + (source.height() - 1 - y) * rowBytes;
         packRow(source.constScanLine(y), source.width(), shape.bits, row);
     }
+    out.append(shape.profile);
     return out;
 }
 
-Result<QByteArray> writeRleBmp(const QImage& image)
+Result<QByteArray> writeRleBmp(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
         return noImage();
@@ -239,10 +270,11 @@ Result<QByteArray> writeRleBmp(const QImage& image)
         runs.append('\0');
         runs.append(y == 0 ? '\1' : '\0'); // end of the bitmap or of the row
     }
-    const Shape shape = {8, 1, plainHeaderBytes, grey ? greyRamp() : storedPalette(source)};
+    const Shape plain = {8, 1, plainHeaderBytes, grey ? greyRamp() : storedPalette(source)};
+    const Shape shape = withProfile(plain, source, profile);
     if (source.isNull() || !fitsInto32Bits(shape, runs.size()))
         return tooMuch();
-    return headersOf(source, shape, runs.size()) + runs;
+    return headersOf(source, shape, runs.size()) + runs + shape.profile;
 }
 
 } // namespace quorvia::engine
