@@ -4,6 +4,7 @@
 #include "engine/ColorConversion.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
+#include "Mutator.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -67,6 +68,8 @@ class TestWebpCodec : public QObject
     void refusesToWrite();
     void stopsWhenCancelled();
     void survivesBrokenFiles();
+    void survivesBrokenFilesInABox_data();
+    void survivesBrokenFilesInABox();
 
   private:
     const Codec& m_codec = webpCodec();
@@ -354,6 +357,31 @@ void TestWebpCodec::stopsWhenCancelled()
 void TestWebpCodec::survivesBrokenFiles()
 {
     QCOMPARE(mutantFault(m_codec, m_corpus, 400), QString());
+}
+
+void TestWebpCodec::survivesBrokenFilesInABox_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("lossy") << cwebp("-q 50", sampleMap({120, 90}));
+    QTest::newRow("lossless") << cwebp("-lossless", sampleMap({120, 90}));
+    QTest::newRow("lossy, alpha") << cwebp("-q 50", samplePng({120, 90}, true), "png");
+    QTest::newRow("lossless, alpha") << cwebp("-lossless", samplePng({120, 90}, true), "png");
+}
+
+/// Scaled while they are decoded: misbehaviour() asks for a box too, and a good part of the children comes
+/// that far.
+void TestWebpCodec::survivesBrokenFilesInABox()
+{
+    QFETCH(QByteArray, file);
+    int scaled = 0;
+    for (quint32 seed = 1; seed <= 100; ++seed) {
+        const QByteArray child = Mutator(file, seed).next();
+        const QString fault = misbehaviour(m_codec, child);
+        QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(fault)));
+        const auto picture = decodeBytes(m_codec, child, QSize(20, 20));
+        scaled += picture && !picture->isFull() ? 1 : 0;
+    }
+    QVERIFY2(scaled > 10, qPrintable(QString::number(scaled)));
 }
 
 QTEST_GUILESS_MAIN(TestWebpCodec)
