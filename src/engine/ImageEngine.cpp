@@ -11,6 +11,7 @@
 #include <QColorSpace>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
 
@@ -24,7 +25,6 @@ namespace quorvia::engine {
 
 namespace {
 
-constexpr int panPointer = 25;
 constexpr int selectionPointer = 30;
 constexpr int jpegSaveType = 8;
 
@@ -260,8 +260,7 @@ void ImageEngine::SetMousePointer(int pointer)
 {
     d->pointer = pointer;
     if (pointer == panPointer)
-        setCursor(QGuiApplication::mouseButtons() == Qt::NoButton ? Qt::OpenHandCursor
-                                                                  : Qt::ClosedHandCursor);
+        d->showHand(QGuiApplication::mouseButtons());
     else if (pointer == selectionPointer)
         setCursor(Qt::CrossCursor);
     else
@@ -392,6 +391,21 @@ void ImageEngine::SetJPEGGrayscale(bool gray)
 void ImageEngine::SetLoadBox(QSize box)
 {
     d->loadBox = box;
+}
+
+// --- mouse
+
+// The events stay unaccepted: they are the owner's.
+void ImageEngine::mousePressEvent(QMouseEvent* event)
+{
+    d->showHand(event->buttons());
+    QWidget::mousePressEvent(event);
+}
+
+void ImageEngine::mouseReleaseEvent(QMouseEvent* event)
+{
+    d->showHand(event->buttons());
+    QWidget::mouseReleaseEvent(event);
 }
 
 // --- painting

@@ -181,6 +181,13 @@ void ImageEngine::Private::updateBand()
     q->update(toLogicalPixels(frame, ratio()));
 }
 
+/// The pan pointer as it looks with the buttons `down`; nothing happens with another pointer.
+void ImageEngine::Private::showHand(Qt::MouseButtons down)
+{
+    if (pointer == panPointer)
+        q->setCursor(down == Qt::NoButton ? Qt::OpenHandCursor : Qt::ClosedHandCursor);
+}
+
 /// What was on the screen when painting was held back, where it was.
 void ImageEngine::Private::paintHeldBack(QPainter& painter)
 {

@@ -20,6 +20,8 @@ struct RubberBand
     bool keep = true;
 };
 
+constexpr int panPointer = 25;
+
 /// What the control holds: a load, or an image of its own (given, or changed by a transform).
 struct HeldContent
 {
@@ -68,6 +70,7 @@ class ImageEngine::Private
     QImage sourceFor(QSize target);
     void repaintSoon();
     void updateBand();
+    void showHand(Qt::MouseButtons down);
     void paintHeldBack(QPainter& painter);
     void paintContent(QPainter& painter, QRect exposed, const QRect& target);
     void paintImage(QPainter& painter, QRect exposed, const QRect& target);

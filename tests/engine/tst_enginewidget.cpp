@@ -8,6 +8,24 @@
 using namespace quorvia::engine;
 using namespace quorvia::test;
 
+namespace {
+
+/// Notes the presses and releases that come by, and lets them pass.
+class MouseEvents : public QObject
+{
+  public:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease)
+            seen.append(event->type());
+        return false;
+    }
+
+    QList<QEvent::Type> seen;
+};
+
+} // namespace
+
 class tst_EngineWidget : public QObject, protected EngineStage
 {
     Q_OBJECT
@@ -45,18 +63,70 @@ class tst_EngineWidget : public QObject, protected EngineStage
 
     void aHandThatHoldsIsClosed()
     {
-        m_engine->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_engine.get()));
+        showEngine();
+        QWindow* window = m_engine->windowHandle();
+        m_engine->SetMousePointer(25);
+        QCOMPARE(m_engine->cursor().shape(), Qt::OpenHandCursor);
+        QTest::mousePress(window, Qt::LeftButton);
+        QCOMPARE(m_engine->cursor().shape(), Qt::ClosedHandCursor);
+        QTest::mousePress(window, Qt::RightButton);
+        QTest::mouseRelease(window, Qt::RightButton);
+        QCOMPARE(m_engine->cursor().shape(), Qt::ClosedHandCursor); // one button is still down
+        QTest::mouseRelease(window, Qt::LeftButton);
+        QCOMPARE(m_engine->cursor().shape(), Qt::OpenHandCursor);
+    }
+
+    void aHandIsClosedThatComesWhileAButtonIsDown()
+    {
+        showEngine();
         QTest::mousePress(m_engine->windowHandle(), Qt::LeftButton);
         m_engine->SetMousePointer(25);
         QCOMPARE(m_engine->cursor().shape(), Qt::ClosedHandCursor);
         QTest::mouseRelease(m_engine->windowHandle(), Qt::LeftButton);
+        QCOMPARE(m_engine->cursor().shape(), Qt::OpenHandCursor);
+    }
+
+    void otherPointersKnowNoButtons()
+    {
+        showEngine();
+        m_engine->SetMousePointer(30);
+        QTest::mousePress(m_engine->windowHandle(), Qt::LeftButton);
+        QCOMPARE(m_engine->cursor().shape(), Qt::CrossCursor);
+        QTest::mouseRelease(m_engine->windowHandle(), Qt::LeftButton);
+        QCOMPARE(m_engine->cursor().shape(), Qt::CrossCursor);
+    }
+
+    /// Whatever the pointer, its owner sees them first and gets them after.
+    void mouseEventsAreItsOwners()
+    {
+        QWidget owner;
+        m_engine->setParent(&owner);
+        m_engine->SetMousePointer(25);
+        MouseEvents onEngine;
+        MouseEvents onOwner;
+        m_engine->installEventFilter(&onEngine);
+        owner.installEventFilter(&onOwner);
+        owner.resize(m_engine->size());
+        owner.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&owner));
+        QTest::mouseClick(owner.windowHandle(), Qt::LeftButton, {}, QPoint(20, 20));
+        const QList<QEvent::Type> both = {QEvent::MouseButtonPress, QEvent::MouseButtonRelease};
+        QCOMPARE(onEngine.seen, both);
+        QCOMPARE(onOwner.seen, both);
+        m_engine->setParent(nullptr);
     }
 
     void neutralAndOpaque()
     {
         QCOMPARE(m_engine->focusPolicy(), Qt::NoFocus);
         QVERIFY(m_engine->testAttribute(Qt::WA_OpaquePaintEvent));
+    }
+
+  private:
+    void showEngine()
+    {
+        m_engine->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_engine.get()));
     }
 };
 
