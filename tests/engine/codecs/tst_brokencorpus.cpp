@@ -5,14 +5,9 @@
 #include "engine/Limits.h"
 #include "HostileBytes.h"
 #include "Mutator.h"
+#include "Watchdog.h"
 
 #include <QtTest>
-
-#include <atomic>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <thread>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
@@ -22,37 +17,6 @@ namespace {
 constexpr int childCount = 500;
 constexpr qint64 pictureBudget = qint64(64) << 20; // bytes of one decoded picture
 constexpr qint64 memoryCap = qint64(512) << 20;    // bytes of growth for one child, whatever it promises
-constexpr auto patience = std::chrono::seconds(30);
-
-/// Ends the program when a child takes too long.
-class Watchdog
-{
-  public:
-    Watchdog()
-        : m_thread([this](const std::stop_token& stop) {
-              while (!stop.stop_requested()) {
-                  std::this_thread::sleep_for(std::chrono::milliseconds(20));
-                  if (std::chrono::steady_clock::now().time_since_epoch().count() - m_since >
-                      std::chrono::steady_clock::duration(patience).count()) {
-                      std::fprintf(stderr, "the child of seed %d does not come to an end\n", m_child.load());
-                      std::abort();
-                  }
-              }
-          })
-    {
-    }
-    void begin(int child)
-    {
-        m_child = child;
-        m_since = std::chrono::steady_clock::now().time_since_epoch().count();
-    }
-
-  private:
-    std::atomic<int> m_child{0};
-    std::atomic<std::chrono::steady_clock::rep> m_since{
-        std::chrono::steady_clock::now().time_since_epoch().count()};
-    std::jthread m_thread; // last: it uses the others
-};
 
 } // namespace
 
@@ -82,7 +46,7 @@ void TestBrokenCorpus::childrenAreHarmless()
     for (int child = 0; child < childCount; ++child) {
         const QByteArray& parent = m_fixtures[size_t(child) % m_fixtures.size()].file;
         const QByteArray bytes = Mutator(parent, quint32(child)).next();
-        watchdog.begin(child);
+        watchdog.begin(QStringLiteral("the child of seed %1").arg(child));
         QString fault;
         int pictures = 0;
         const qint64 grown = peakGrowth([&] { fault = misbehaviour(m_extension, bytes, &pictures); });
