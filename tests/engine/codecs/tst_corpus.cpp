@@ -1,5 +1,6 @@
 // Every good file of one format through the whole table of codecs: tst_corpus FORMAT [Qt Test arguments].
 // Where QUORVIA_CORPUS_DIR names a directory, the files are left there too: the fuzz targets start from them.
+#include "CodecChecks.h"
 #include "corpus/Corpus.h"
 #include "engine/Codec.h"
 
@@ -113,11 +114,16 @@ void TestCorpus::isReadWithoutItsName_data()
     rows();
 }
 
-/// Content decides: only files without a mark of their own need their name.
+/// Content decides: only files without a mark of their own need their name. The codec of the format takes
+/// them, and no other.
 void TestCorpus::isReadWithoutItsName()
 {
-    const auto decoder = openDecoder(ByteSource::fromBytes(fixture().file), QStringLiteral("txt"));
-    QCOMPARE(bool(decoder), fixture().marked);
+    const QByteArray head = fixture().file.left(1024);
+    const Codec* wanted = &m_entry.codec();
+    QCOMPARE(takerOf(head, m_extension), wanted);
+    QCOMPARE(takerOf(head, QStringLiteral("txt")), fixture().marked ? wanted : nullptr);
+    QCOMPARE(bool(openDecoder(ByteSource::fromBytes(fixture().file), QStringLiteral("txt"))),
+             fixture().marked);
 }
 
 int main(int argc, char** argv)

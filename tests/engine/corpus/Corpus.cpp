@@ -1,5 +1,7 @@
 #include "Corpus.h"
 
+#include "engine/codecs/Codecs.h"
+
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -9,12 +11,29 @@ namespace quorvia::test {
 std::span<const CorpusEntry> corpusTable()
 {
     static const CorpusEntry table[] = {
-        {"bmp", bmpCorpus},   {"dib", dibCorpus},   {"rle", rleCorpus},          {"utah", utahCorpus},
-        {"gif", gifCorpus},   {"jpg", jpegCorpus},  {"ljp", losslessJpegCorpus}, {"tif", tiffCorpus},
-        {"wmf", wmfCorpus},   {"ico", icoCorpus},   {"dcx", dcxCorpus},          {"pbm", pbmCorpus},
-        {"pgm", pgmCorpus},   {"ppm", ppmCorpus},   {"pcx", pcxCorpus},          {"pic", picCorpus},
-        {"pict", pictCorpus}, {"png", pngCorpus},   {"tga", tgaCorpus},          {"wpg", wpgCorpus},
-        {"webp", webpCorpus}, {"avif", avifCorpus}, {"jxl", jpegXlCorpus},
+        {"bmp", bmpCorpus, engine::bmpCodec},
+        {"dib", dibCorpus, engine::bmpCodec},
+        {"rle", rleCorpus, engine::bmpCodec},
+        {"utah", utahCorpus, engine::utahRleCodec},
+        {"gif", gifCorpus, engine::gifCodec},
+        {"jpg", jpegCorpus, engine::jpegCodec},
+        {"ljp", losslessJpegCorpus, engine::losslessJpegCodec},
+        {"tif", tiffCorpus, engine::tiffCodec},
+        {"wmf", wmfCorpus, engine::wmfCodec},
+        {"ico", icoCorpus, engine::icoCodec},
+        {"dcx", dcxCorpus, engine::dcxCodec},
+        {"pbm", pbmCorpus, engine::pnmCodec},
+        {"pgm", pgmCorpus, engine::pnmCodec},
+        {"ppm", ppmCorpus, engine::pnmCodec},
+        {"pcx", pcxCorpus, engine::pcxCodec},
+        {"pic", picCorpus, engine::softimageCodec},
+        {"pict", pictCorpus, engine::pictCodec},
+        {"png", pngCorpus, engine::pngCodec},
+        {"tga", tgaCorpus, engine::tgaCodec},
+        {"wpg", wpgCorpus, engine::wpgCodec},
+        {"webp", webpCorpus, engine::webpCodec},
+        {"avif", avifCorpus, engine::avifCodec},
+        {"jxl", jpegXlCorpus, engine::jpegXlCodec},
     };
     return table;
 }

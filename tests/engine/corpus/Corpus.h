@@ -28,8 +28,9 @@ struct Fixture
 /// The fixtures of one format, at least ten.
 struct CorpusEntry
 {
-    const char* extension;          ///< one of the viewer's extensions, or of a format opened by name
-    std::vector<Fixture> (*make)(); ///< makes the files; the running test fails when a program is missing
+    const char* extension;           ///< one of the viewer's extensions, or of a format opened by name
+    std::vector<Fixture> (*make)();  ///< makes the files; the running test fails when a program is missing
+    const engine::Codec& (*codec)(); ///< the one that must take them
 };
 
 /// All formats.
