@@ -61,7 +61,7 @@ void TestScarceMemory::saves()
     for (const qint64 kilobytes : {50, 100, 200, 400, 700, 1000, 1500, 2500, 4000, 200000}) {
         const int saved = heldWithMemory(kilobytes << 10, [&engine] { return engine.SaveFile(); });
         if (saved == -2)
-            return; // a sanitizer needs the address space for itself
+            QSKIP("memory cannot be limited under a sanitizer, which needs the address space for itself");
         QVERIFY2(saved >= 0, qPrintable(QString::number(kilobytes)));
         QCOMPARE(QFile::exists(path), saved == 1);
         QFile::remove(path);
@@ -86,7 +86,9 @@ void TestScarceMemory::countsPages()
     file.close();
     QVERIFY(ImageLoader::pageCount(path) > 30000);
     const int none = heldWithMemory(0, [&path] { return ImageLoader::pageCount(path) == 0; });
-    QVERIFY2(none == 1 || none == -2, qPrintable(QString::number(none)));
+    if (none == -2)
+        QSKIP("memory cannot be limited under a sanitizer, which needs the address space for itself");
+    QCOMPARE(none, 1);
 }
 
 void TestScarceMemory::changesAndShows_data()
@@ -143,7 +145,7 @@ void TestScarceMemory::changesAndShows()
             continue; // the toolkit's own share, without which it does not come as far as to the control
         const int done = heldWithMemory(kilobytes << 10, act);
         if (done == -2)
-            return; // a sanitizer needs the address space for itself
+            QSKIP("memory cannot be limited under a sanitizer, which needs the address space for itself");
         QVERIFY2(done >= 0, qPrintable(QString::number(kilobytes)));
         failures += done == 0;
         if (kilobytes == 200000)

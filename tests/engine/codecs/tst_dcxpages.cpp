@@ -97,10 +97,9 @@ void TestDcxPages::countsPagesWithoutReadingThem()
 void TestDcxPages::readsRealSamples()
 {
     const QDir samples(qEnvironmentVariable("QUORVIA_SAMPLES") + QStringLiteral("/dcx"));
-    const QFileInfoList files =
-        qEnvironmentVariableIsSet("QUORVIA_SAMPLES") ? samples.entryInfoList(QDir::Files) : QFileInfoList();
-    if (files.isEmpty())
-        qInfo("the real samples are absent");
+    const QFileInfoList files = samples.entryInfoList(QDir::Files);
+    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || files.isEmpty())
+        QSKIP("QUORVIA_SAMPLES names no folder with samples: they are not looked at");
     for (const QFileInfo& info : files) {
         const auto source = ByteSource::open(info.filePath());
         QVERIFY(source);

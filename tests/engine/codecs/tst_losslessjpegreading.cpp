@@ -150,10 +150,8 @@ void TestLosslessJpegReading::readsTwoComponentsAsGray()
 void TestLosslessJpegReading::readsRealSamples()
 {
     const QDir folder(qEnvironmentVariable("QUORVIA_SAMPLES") + QStringLiteral("/ljp"));
-    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !folder.exists()) {
-        qInfo("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
-        return;
-    }
+    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !folder.exists())
+        QSKIP("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
     for (const QString& name : folder.entryList(QDir::Files)) {
         QFile file(folder.filePath(name));
         QVERIFY(file.open(QIODevice::ReadOnly));

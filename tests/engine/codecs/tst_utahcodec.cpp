@@ -268,12 +268,14 @@ void TestUtahCodec::isReadOnly()
 void TestUtahCodec::readsRealSamples()
 {
     const QDir samples(qEnvironmentVariable("QUORVIA_SAMPLES") + QStringLiteral("/rle"));
+    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !samples.exists())
+        QSKIP("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
     int seen = 0;
     for (const QFileInfo& info : samples.entryInfoList({QStringLiteral("*.rle")}, QDir::Files)) {
         const auto source = ByteSource::open(info.filePath());
         QVERIFY(source);
         const QByteArray bytes = (*source)->bytes(0, (*source)->size());
-        if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !m_codec.sniff(bytes.left(1024), QString()))
+        if (!m_codec.sniff(bytes.left(1024), QString()))
             continue; // a bitmap
         const auto picture = decoded(m_codec, bytes);
         QVERIFY2(picture && picture->complete, qPrintable(info.fileName()));
@@ -282,8 +284,7 @@ void TestUtahCodec::readsRealSamples()
             QString());
         ++seen;
     }
-    if (seen == 0)
-        qInfo("the real samples are absent");
+    QVERIFY(seen > 0);
 }
 
 void TestUtahCodec::stopsWhenCancelled()

@@ -205,10 +205,8 @@ void TestWpgReading::readsTheSamples()
     const QString samples = qEnvironmentVariable("QUORVIA_SAMPLES");
     const QDir folder(samples + QStringLiteral("/wpg"));
     const QStringList names = folder.entryList({QStringLiteral("*.wpg")}, QDir::Files);
-    if (samples.isEmpty() || names.isEmpty()) {
-        qInfo("no samples: QUORVIA_SAMPLES names no folder that holds wpg/*.wpg");
-        return;
-    }
+    if (samples.isEmpty() || names.isEmpty())
+        QSKIP("QUORVIA_SAMPLES names no folder that holds wpg/*.wpg: the real samples are not looked at");
     for (const QString& name : names) {
         QFile file(folder.filePath(name));
         QVERIFY(file.open(QIODevice::ReadOnly));
