@@ -44,6 +44,13 @@ void TestIcoHostile::refuses_data()
     packed.content[14] = 8;
     packed.content[16] = 1;
     add("run length", icon({packed}), ErrorKind::Unsupported);
+    Slot jpeg = good; // told by the bitmap's header, and without one
+    jpeg.content[14] = 24;
+    jpeg.content[16] = 4;
+    add("embedded JPEG", icon({jpeg}), ErrorKind::Unsupported);
+    add("a whole JPEG file",
+        icon({{*jpegCodec().encode(colorPicture(QSize(8, 8)), QStringLiteral("jpg"), {})}}),
+        ErrorKind::Damaged);
     Slot deep = good;
     deep.content.replace(4, 8, longWord(70000) + longWord(4));
     add("beyond the limits", icon({deep}), ErrorKind::TooLarge);

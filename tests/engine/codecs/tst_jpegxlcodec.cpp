@@ -34,6 +34,38 @@ QByteArray greyPng(QSize size)
     return piped("pnmtopng -quiet", pgmOf(samplePicture(size)));
 }
 
+/// Numbers of some bits each, the lowest bit first, filled up to bytes.
+QByteArray packedBits(std::initializer_list<std::pair<int, int>> fields)
+{
+    QByteArray bytes;
+    int used = 0;
+    for (const auto& [value, bits] : fields) {
+        for (int i = 0; i < bits; ++i, ++used) {
+            if (used % 8 == 0)
+                bytes += '\0';
+            bytes.back() = char(bytes.back() | (value >> i & 1) << used % 8);
+        }
+    }
+    return bytes;
+}
+
+/// The header of a codestream of 8 x 8 pixels with one plane of `type` (4 is black ink) beside its colours;
+/// no pixels follow.
+QByteArray headerWithPlane(int type)
+{
+    return QByteArray::fromHex("ff0a") +
+           packedBits({
+               {1, 1}, {0, 5}, {1, 3},                // a small height of 8, as wide as high
+               {0, 1}, {0, 1},                        // metadata: not all as usual, no extra fields
+               {0, 1}, {0, 2}, {1, 1},                // whole numbers of 8 bits, 16 bits are enough for all
+               {1, 2},                                // one plane more
+               {0, 1}, {2, 2}, {type - 2, 4},         // which is not the usual alpha
+               {0, 1}, {0, 2}, {0, 2},        {0, 2}, // 8 bits, full size, no name
+               {0, 1}, {1, 1},                        // colours as they are, in sRGB
+               {0, 2}, {1, 1},                        // no extensions, the usual transform
+           });
+}
+
 /// Colours that every space holds well inside, changing slowly: what is lossy loses little of it.
 QImage smoothPicture()
 {
@@ -261,6 +293,8 @@ void TestJpegXlCodec::refuses_data()
     QTest::newRow("something else") << QByteArray(300, 'x') << int(ErrorKind::Damaged);
     QTest::newRow("nothing") << QByteArray() << int(ErrorKind::Damaged);
     QTest::newRow("header only") << m_corpus[1].file.left(12) << int(ErrorKind::Damaged);
+    QTest::newRow("a plane of black ink") << headerWithPlane(4) << int(ErrorKind::Unsupported);
+    QTest::newRow("a plane of selection, no pixels") << headerWithPlane(3) << int(ErrorKind::Damaged);
     QTest::newRow("too wide") << encoded("-d 0", sampleMap({66000, 1}), "ppm") << int(ErrorKind::TooLarge);
 }
 

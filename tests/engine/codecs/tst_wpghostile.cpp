@@ -42,6 +42,8 @@ class TestWpgHostile : public QObject
     void readsEachColorMapOnce();
     void keepsLibwpgFromHarm_data();
     void keepsLibwpgFromHarm();
+    void leavesOutAGraphicInAGraphic_data();
+    void leavesOutAGraphicInAGraphic();
     void survivesBrokenFiles();
 
   private:
@@ -199,6 +201,36 @@ void TestWpgHostile::keepsLibwpgFromHarm()
     const auto result = decoded(m_codec, file);
     QVERIFY2(result, result ? "" : qPrintable(result.error().text));
     QCOMPARE(pixelAt(result->image, 350, 300), qRgb(0, 0, 0));
+}
+
+void TestWpgHostile::leavesOutAGraphicInAGraphic_data()
+{
+    QTest::addColumn<QByteArray>("inner");
+    QTest::addColumn<bool>("drawn");
+    QImage red(4, 4, QImage::Format_RGB32);
+    red.fill(qRgb(255, 0, 0));
+    const QByteArray blackRun = bytes({0x7F, 0}); // more than enough of entry 0
+    QTest::newRow("bitmap") << encodeBytes(bmpCodec(), red, "bmp") << true;
+    QTest::newRow("PNG") << encodeBytes(pngCodec(), red, "png") << true;
+    QTest::newRow("graphic, version 1") << file1(bitmap1(4, 4, 8)) << false;
+    QTest::newRow("graphic, version 2") << file2(bitmap2(4, 4, 8, true, blackRun)) << false;
+}
+
+/// A picture in another format is drawn at its place; a graphic there would have others in it in turn.
+void TestWpgHostile::leavesOutAGraphicInAGraphic()
+{
+    QFETCH(QByteArray, inner);
+    QFETCH(bool, drawn);
+    QVERIFY(drawn || decoded(m_codec, inner));
+    const QByteArray shape = record2(0x18, words({0x6000, 1500, 100, 2000, 500, 0, 0}));
+    const QByteArray capsule =
+        record2(0x21, words({0, 0, 0, 900, 900, 1}) + bytes({6, 0, 0, 0, 0, 0, 0, 0}), 1) +
+        record2(0x12, words({0}) + inner);
+    const auto result = decoded(m_codec, file2(shape + capsule, 2400, 1200));
+    QVERIFY2(result, result ? "" : qPrintable(result.error().text));
+    QVERIFY(result->complete);
+    QCOMPARE(pixelAt(result->image, 1750, 300), qRgb(0, 0, 0));
+    QCOMPARE(pixelAt(result->image, 450, 450), drawn ? qRgb(255, 0, 0) : qRgb(255, 255, 255));
 }
 
 void TestWpgHostile::survivesBrokenFiles()
