@@ -114,11 +114,16 @@ class tst_EngineSaving : public QObject
         QTest::addColumn<QString>("extension");
         QTest::addColumn<int>("colors");
         QTest::addColumn<int>("depth");
-        for (const char* extension : {"png", "tif", "bmp", "gif", "pcx"}) {
-            QTest::addRow("%s, 200 colours", extension) << QString::fromLatin1(extension) << 200 << 8;
-        }
-        for (const char* extension : {"png", "tif", "bmp", "gif", "pcx", "pbm"})
-            QTest::addRow("%s, 1 bit", extension) << QString::fromLatin1(extension) << 2 << 1;
+        const auto row = [](const char* extension, const char* name, int colors, int depth) {
+            QTest::addRow("%s, %s", extension, name) << QString::fromLatin1(extension) << colors << depth;
+        };
+        for (const char* extension :
+             {"png", "tif", "bmp", "dib", "rle", "gif", "tga", "ico", "pcx", "dcx", "wpg"})
+            row(extension, "200 colours", 200, 8);
+        for (const char* extension : {"png", "tif", "bmp", "dib", "gif", "ico", "pcx", "dcx", "pbm", "wpg"})
+            row(extension, "1 bit", 2, 1);
+        for (const char* extension : {"rle", "tga"})
+            row(extension, "1 bit, kept in 8", 2, 8); // the least that they have
     }
 
     void depthSurvivesTurningAndSaving()
