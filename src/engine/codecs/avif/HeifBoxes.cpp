@@ -41,28 +41,6 @@ bool isHeif(const QByteArray& head)
     return false;
 }
 
-HeifSamples heifSamples(const QByteArray& file)
-{
-    constexpr qsizetype headerBytes = 64 * 1024; // the properties stand in front
-    const QByteArray head = file.left(headerBytes);
-    const QByteArray name = QByteArrayLiteral("pixi");
-    HeifSamples found;
-    bool told = false;
-    for (qsizetype at = head.indexOf(name); at >= 0; at = head.indexOf(name, at + 1)) {
-        const qsizetype counts = at + 8; // behind the name, the version and flags
-        const int channels = counts < head.size() ? uchar(head[counts]) : 0;
-        if ((channels != 1 && channels != 3) || counts + channels >= head.size())
-            continue;
-        const int bits = uchar(head[counts + 1]);
-        if (bits < 1 || bits > 16)
-            continue;
-        found.channels = told ? std::max(found.channels, channels) : channels;
-        found.bits = told ? std::max(found.bits, bits) : bits;
-        told = true;
-    }
-    return found;
-}
-
 qint64 promisedHeifLength(const QByteArray& file)
 {
     qint64 at = 0;

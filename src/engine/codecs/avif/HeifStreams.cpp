@@ -1,5 +1,6 @@
 // The bits of sequence headers.
 #include "engine/codecs/avif/HeifCoded.h"
+#include "engine/codecs/avif/HeifFields.h"
 
 #include <algorithm>
 #include <limits>
@@ -7,6 +8,9 @@
 namespace quorvia::engine {
 
 namespace {
+
+constexpr qint64 longestSet = 1024; // bytes of a header before the size, many times over
+constexpr qint64 glanceOfUnit = 8;  // what passing over a unit costs, in bytes looked at
 
 /// Bits from the highest of each byte down; zeros behind the end.
 class Bits
@@ -147,35 +151,61 @@ void skipProfile(Bits& bits, int layers)
     bits.skip(length);
 }
 
+/// True when a unit of HEVC that begins with `head` is a sequence parameter set.
+bool isParameterSet(const QByteArray& head)
+{
+    constexpr int parameterSet = 33;
+    return head.size() >= 2 && (uchar(head[0]) >> 1 & 63) == parameterSet;
+}
+
+/// The larger width and height; what is empty has neither.
+QSize larger(QSize one, QSize other)
+{
+    if (other.isEmpty())
+        return one;
+    return one.expandedTo(other);
+}
+
 } // namespace
 
-QSize av1StreamSize(const QByteArray& stream)
+QSize av1StreamSize(const HeifPieces& stream, qint64& glances)
 {
     constexpr int sequenceHeader = 1;
-    qsizetype at = 0;
-    while (at < stream.size()) {
-        const auto head = uchar(stream[at]);
-        at += (head & 4) != 0 ? 2 : 1;
+    constexpr int longestHead = 10; // with eight bytes of length
+    QSize size;
+    qint64 at = 0;
+    while (at < stream.size() && (glances -= glanceOfUnit) >= 0) {
+        const QByteArray head = stream.bytes(at, longestHead);
+        const auto mark = uchar(head[0]);
+        qsizetype headLength = (mark & 4) != 0 ? 2 : 1;
         quint64 length = std::numeric_limits<quint64>::max();
-        if ((head & 2) != 0)
-            length = sevenBitNumber(stream, at);
+        if ((mark & 2) != 0)
+            length = sevenBitNumber(head, headLength);
+        at += headLength;
         if (at >= stream.size())
             break;
         length = std::min(length, quint64(stream.size() - at));
-        if ((head >> 3 & 15) == sequenceHeader)
-            return av1SequenceSize(stream.mid(at, qsizetype(length)));
-        at += qsizetype(length);
+        if ((mark >> 3 & 15) == sequenceHeader) {
+            const QByteArray header = stream.bytes(at, std::min(qint64(length), longestSet));
+            glances -= header.size();
+            size = larger(size, av1SequenceSize(header));
+        }
+        at += qint64(length);
     }
-    return {};
+    return size;
+}
+
+QSize av1StreamSize(const HeifPieces& stream)
+{
+    qint64 glances = heifGlances;
+    return av1StreamSize(stream, glances);
 }
 
 QSize hevcUnitSize(const QByteArray& unit)
 {
-    constexpr int parameterSet = 33;
-    constexpr int longest = 1024; // bytes before the size, many times over
-    if (unit.size() < 2 || (uchar(unit[0]) >> 1 & 63) != parameterSet)
+    if (!isParameterSet(unit))
         return {};
-    Bits bits(withoutGuards(unit.mid(2, longest)));
+    Bits bits(withoutGuards(unit.mid(2, longestSet)));
     bits.skip(4);
     const int layers = int(bits.take(3));
     bits.skip(1);
@@ -186,6 +216,24 @@ QSize hevcUnitSize(const QByteArray& unit)
     const quint64 width = bits.golomb();
     const quint64 height = bits.golomb();
     return sizeFrom(bits, width, height);
+}
+
+QSize hevcStreamSize(const HeifPieces& stream, qint64& glances)
+{
+    constexpr int lengthBytes = 4;
+    QSize size;
+    qint64 at = 0;
+    while (at < stream.size() && (glances -= glanceOfUnit) >= 0) {
+        const auto length = qint64(HeifFields(stream.bytes(at, lengthBytes)).take(lengthBytes));
+        at += lengthBytes;
+        if (isParameterSet(stream.bytes(at, std::min<qint64>(length, 2)))) {
+            const QByteArray set = stream.bytes(at, std::min(length, longestSet));
+            glances -= set.size();
+            size = larger(size, hevcUnitSize(set));
+        }
+        at += length;
+    }
+    return size;
 }
 
 } // namespace quorvia::engine
