@@ -33,7 +33,7 @@ class HeifFields
     bool isAtEnd() const { return m_at >= m_bytes.size(); }
 
   private:
-    QByteArray m_bytes;
+    const QByteArray m_bytes; ///< const, so that looking into shared bytes does not copy them
     qsizetype m_at;
 };
 

@@ -49,7 +49,7 @@ class Bits
         return value;
     }
 
-    QByteArray m_bytes;
+    const QByteArray m_bytes; ///< const, so that looking into shared bytes does not copy them
     qint64 m_at = 0;
 };
 
