@@ -1,8 +1,8 @@
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
+#include "engine/codecs/jpegxl/JxlLayers.h"
 #include "engine/codecs/jpegxl/JxlReader.h"
 #include "engine/codecs/OnePage.h"
-#include "engine/Limits.h"
 
 #include <algorithm>
 
@@ -34,21 +34,13 @@ struct Facts
 
 Facts factsOf(const JxlBasicInfo& info)
 {
-    constexpr uint32_t most = 0x7FFFFFFF;
     Facts facts;
-    facts.size = QSize(int(std::min(info.xsize, most)), int(std::min(info.ysize, most)));
+    facts.size = jxlSize(info.xsize, info.ysize);
     facts.grey = info.num_color_channels == 1;
     facts.alpha = info.alpha_bits > 0;
     facts.deep = info.bits_per_sample > 8;
     facts.planes = int(info.num_color_channels + std::min(info.num_extra_channels, 4096U));
     return facts;
-}
-
-/// Beside Limits the picture must leave room for the library, which holds whole planes of 4 bytes a sample,
-/// and some of them twice.
-Status checkPlanes(const Facts& facts)
-{
-    return checkCost(facts.size, 4 + 4 * std::max(facts.planes, 3));
 }
 
 /// R, G, B, A in bytes to QRgb, in place.
@@ -81,7 +73,7 @@ class JpegXlDecoder final : public OnePageDecoder
   private:
     Result<PageHeader> facts() override
     {
-        const Status allowed = checkPlanes(m_facts);
+        const Status allowed = checkJxlPlanes(m_facts.size, m_facts.planes);
         if (!allowed)
             return allowed.error();
         const int channels = m_facts.alpha ? 4 : m_facts.grey ? 1 : 3;
@@ -109,6 +101,9 @@ bool JpegXlDecoder::setBuffer(JxlReader& reader, QImage& image) const
 
 Result<Picture> JpegXlDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
+    const Result<qint64> layers = jxlLayerPixels(m_library, *m_source, m_facts.size, m_facts.planes, cancel);
+    if (!layers)
+        return layers.error();
     JxlReader reader(m_library, *m_source, JXL_DEC_BASIC_INFO | JXL_DEC_COLOR_ENCODING | JXL_DEC_FULL_IMAGE);
     if (!reader.get())
         return noMemoryError();
@@ -123,6 +118,7 @@ Result<Picture> JpegXlDecoder::decodePage(const PageHeader& facts, QSize, const 
             break;
         if (event == JXL_DEC_COLOR_ENCODING) {
             picture.profile = reader.settleColors(reader.info());
+            reader.feedFor(std::max(*layers, qint64(facts.size.width()) * facts.size.height()));
         } else if (event == JXL_DEC_NEED_IMAGE_OUT_BUFFER) {
             if (factsOf(reader.info()).size != facts.size)
                 return brokenError(); // another file by now

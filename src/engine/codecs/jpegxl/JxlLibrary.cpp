@@ -26,12 +26,14 @@ std::optional<JxlLibrary> load()
     library.find("Create", found.Create);
     library.find("Destroy", found.Destroy);
     library.find("SubscribeEvents", found.SubscribeEvents);
+    library.find("SetCoalescing", found.SetCoalescing);
     library.find("SetUnpremultiplyAlpha", found.SetUnpremultiplyAlpha);
     library.find("SetInput", found.SetInput);
     library.find("ReleaseInput", found.ReleaseInput);
     library.find("ProcessInput", found.ProcessInput);
     library.find("GetBasicInfo", found.GetBasicInfo);
     library.find("GetExtraChannelInfo", found.GetExtraChannelInfo);
+    library.find("GetFrameHeader", found.GetFrameHeader);
     library.find("GetColorAsEncodedProfile", found.GetColorAsEncodedProfile);
     library.find("GetICCProfileSize", found.GetICCProfileSize);
     library.find("GetColorAsICCProfile", found.GetColorAsICCProfile);

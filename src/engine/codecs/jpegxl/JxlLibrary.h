@@ -12,12 +12,14 @@ struct JxlLibrary
     decltype(&::JxlDecoderCreate) Create = nullptr;
     decltype(&::JxlDecoderDestroy) Destroy = nullptr;
     decltype(&::JxlDecoderSubscribeEvents) SubscribeEvents = nullptr;
+    decltype(&::JxlDecoderSetCoalescing) SetCoalescing = nullptr;
     decltype(&::JxlDecoderSetUnpremultiplyAlpha) SetUnpremultiplyAlpha = nullptr;
     decltype(&::JxlDecoderSetInput) SetInput = nullptr;
     decltype(&::JxlDecoderReleaseInput) ReleaseInput = nullptr;
     decltype(&::JxlDecoderProcessInput) ProcessInput = nullptr;
     decltype(&::JxlDecoderGetBasicInfo) GetBasicInfo = nullptr;
     decltype(&::JxlDecoderGetExtraChannelInfo) GetExtraChannelInfo = nullptr;
+    decltype(&::JxlDecoderGetFrameHeader) GetFrameHeader = nullptr;
     decltype(&::JxlDecoderGetColorAsEncodedProfile) GetColorAsEncodedProfile = nullptr;
     decltype(&::JxlDecoderGetICCProfileSize) GetICCProfileSize = nullptr;
     decltype(&::JxlDecoderGetColorAsICCProfile) GetColorAsICCProfile = nullptr;

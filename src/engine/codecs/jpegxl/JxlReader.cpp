@@ -1,6 +1,7 @@
 #include "engine/codecs/jpegxl/JxlReader.h"
 
 #include "engine/ColorConversion.h"
+#include "engine/Limits.h"
 
 #include <algorithm>
 
@@ -12,6 +13,20 @@ namespace {
 qint64 pieceOf(qint64 fileBytes)
 {
     return std::clamp<qint64>(fileBytes / 64, 2048, 256 * 1024);
+}
+
+/// The same where the bytes stand for `pixels`: each piece for a quarter of a million or so.
+qint64 pieceFor(qint64 pixels, qint64 fileBytes)
+{
+    constexpr qint64 pixelsAtOnce = qint64(1) << 18;
+    constexpr qint64 least = 16; // the library looks at what has come so far anew for each piece
+    return std::min(pieceOf(fileBytes), std::max(fileBytes / (pixels / pixelsAtOnce + 1), least));
+}
+
+/// The most bytes that wait for the library to take them.
+qint64 mostWaiting()
+{
+    return std::min(qint64(1) << 30, Limits::machine().maxBytes / 4);
 }
 
 JxlColorEncoding srgb(bool grey)
@@ -36,7 +51,8 @@ bool isSrgb(const JxlColorEncoding& color)
 } // namespace
 
 JxlReader::JxlReader(const JxlLibrary& library, const ByteSource& source, int events)
-    : m_library(library), m_source(source), m_decoder(library.Create(nullptr), library.Destroy)
+    : m_library(library), m_source(source), m_decoder(library.Create(nullptr), library.Destroy),
+      m_piece(pieceOf(source.size()))
 {
     if (!m_decoder)
         return;
@@ -44,19 +60,45 @@ JxlReader::JxlReader(const JxlLibrary& library, const ByteSource& source, int ev
     library.SetUnpremultiplyAlpha(get(), JXL_TRUE);
 }
 
-bool JxlReader::feed()
+void JxlReader::tellLayers()
+{
+    m_library.SetCoalescing(get(), JXL_FALSE);
+}
+
+JxlFrameHeader JxlReader::frame() const
+{
+    JxlFrameHeader header = {};
+    m_library.GetFrameHeader(get(), &header);
+    return header;
+}
+
+void JxlReader::feedFor(qint64 pixels)
+{
+    m_piece = pieceFor(pixels, m_source.size());
+    m_offset -= qint64(takeBack()); // to be fed anew, in smaller pieces
+    m_bytes.clear();
+}
+
+size_t JxlReader::takeBack()
 {
     const size_t left = m_library.ReleaseInput(get());
     m_bytes.erase(m_bytes.begin(), m_bytes.end() - std::ptrdiff_t(left));
-    const qint64 piece = pieceOf(m_source.size());
-    m_bytes.resize(left + size_t(piece));
-    const qint64 got = std::max<qint64>(m_source.read(m_offset, m_bytes.data() + left, piece), 0);
+    return left;
+}
+
+std::optional<JxlEnd> JxlReader::feed()
+{
+    const size_t left = takeBack();
+    if (qint64(left) > mostWaiting())
+        return JxlEnd::Broken;
+    m_bytes.resize(left + size_t(m_piece));
+    const qint64 got = std::max<qint64>(m_source.read(m_offset, m_bytes.data() + left, m_piece), 0);
     m_offset += got;
     m_bytes.resize(left + size_t(got));
     if (got == 0)
-        return false;
+        return JxlEnd::Cut;
     m_library.SetInput(get(), m_bytes.data(), m_bytes.size());
-    return true;
+    return std::nullopt;
 }
 
 JxlEnd JxlReader::run(const CancelFlag& cancel, JxlDecoderStatus& event)
@@ -71,8 +113,8 @@ JxlEnd JxlReader::run(const CancelFlag& cancel, JxlDecoderStatus& event)
         case JXL_DEC_ERROR:
             return JxlEnd::Broken;
         case JXL_DEC_NEED_MORE_INPUT:
-            if (!feed())
-                return JxlEnd::Cut;
+            if (const auto end = feed())
+                return *end;
             break;
         default:
             return JxlEnd::Event;

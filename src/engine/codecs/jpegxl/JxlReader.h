@@ -10,6 +10,7 @@
 #include <QImage>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quorvia::engine {
@@ -19,7 +20,7 @@ enum class JxlEnd {
     Event,     ///< at an event that was asked for
     Done,      ///< behind the last of them
     Cut,       ///< the file is at its end, the picture is not
-    Broken,    ///< the library gave up
+    Broken,    ///< the library gave up, or takes no byte of very many
     Cancelled, ///< the asker did
 };
 
@@ -37,6 +38,13 @@ class JxlReader
     /// Null without memory.
     JxlDecoder* get() const { return m_decoder.get(); }
 
+    /// From the first byte on: each layer is a frame of its own, of its own size.
+    void tellLayers();
+    /// The frame that begins, once JXL_DEC_FRAME has come.
+    JxlFrameHeader frame() const;
+    /// From here on feeds so few bytes at a time that decoding `pixels` of them can be given up in between.
+    void feedFor(qint64 pixels);
+
     /// The facts, once JXL_DEC_BASIC_INFO has come; as the picture is turned upright.
     JxlBasicInfo info() const;
     /// True when the picture has a plane of black ink.
@@ -46,14 +54,17 @@ class JxlReader
     QByteArray settleColors(const JxlBasicInfo& info);
 
   private:
-    /// Gives the library the next bytes behind those that it left; false when there are none.
-    bool feed();
+    /// Takes back what the library has not taken; how many bytes that is.
+    size_t takeBack();
+    /// Gives the library the next bytes behind those that it left; the end when there are none, or no room.
+    std::optional<JxlEnd> feed();
 
     const JxlLibrary& m_library;
     const ByteSource& m_source;
     std::unique_ptr<JxlDecoder, decltype(&::JxlDecoderDestroy)> m_decoder;
     std::vector<uchar> m_bytes; ///< the library looks at them until they are released
     qint64 m_offset = 0;        ///< of the source, behind m_bytes
+    qint64 m_piece;             ///< bytes that are fed at a time
 };
 
 } // namespace quorvia::engine
