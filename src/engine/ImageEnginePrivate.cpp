@@ -42,6 +42,7 @@ void ImageEngine::Private::settle()
         lastError = first.error().text;
         letGo(content);
         content = before ? *std::move(before) : HeldContent();
+        content.isTelling = false; // what was on its way may have come while another content stood here
         repaintSoon();
     }
     before.reset();
@@ -252,7 +253,7 @@ void ImageEngine::Private::notePainted()
         return;
     // From the event loop: what was painted then reaches the screen before anything else is begun.
     QTimer::singleShot(0, q, [this, number = content.number] {
-        if (number != content.number)
+        if (number != content.number || content.wasTold)
             return;
         content.wasTold = true;
         if (content.load)

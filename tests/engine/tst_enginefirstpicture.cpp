@@ -108,6 +108,35 @@ class tst_EngineFirstPicture : public QObject, protected EngineStage
         QCOMPARE(spy.size(), 1);
     }
 
+    void firstPaintedComesForAPictureThatIsPutBack_data()
+    {
+        QTest::addColumn<bool>("signalIsDue");
+        QTest::newRow("after the signal was due") << true;
+        QTest::newRow("before the signal is due") << false;
+    }
+
+    /// Another load takes the place of a picture that was painted, fails, and gives the place back.
+    void firstPaintedComesForAPictureThatIsPutBack()
+    {
+        QFETCH(bool, signalIsDue);
+        QSignalSpy spy(m_engine.get(), &ImageEngine::FirstPainted);
+        m_engine->SetLoadBox(QSize(120, 120));
+        m_engine->SetScaleMode(4);
+        m_engine->SetFileName(large);
+        shot();
+        m_engine->SetFileName(broken);
+        if (signalIsDue)
+            QCoreApplication::processEvents();
+        QCOMPARE(spy.size(), 0);
+        QCOMPARE(m_engine->FileName(), large);
+        shot();
+        QTRY_COMPARE(spy.size(), 1);
+        QTRY_COMPARE(m_pictures->order().count(large + '+'), 1);
+        shot();
+        QCoreApplication::processEvents();
+        QCOMPARE(spy.size(), 1);
+    }
+
     void firstPaintedIsNotForAReplacedPicture()
     {
         QSignalSpy spy(m_engine.get(), &ImageEngine::FirstPainted);
