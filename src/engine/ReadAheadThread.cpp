@@ -1,5 +1,6 @@
 #include "engine/ReadAheadThread.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/LoadPool.h"
 
 #include <sched.h>
@@ -7,8 +8,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <functional>
 #include <future>
+#include <latch>
+#include <new>
 #include <system_error>
 #include <thread>
 
@@ -64,22 +66,48 @@ void setThread(LoadPool& pool, std::optional<pthread_t> thread)
         makeLast(*thread);
 }
 
+/// While this lives, others may lower `thread`, which therefore waits for `gone` before it ends: the system
+/// takes a thread that has ended for the calling one.
+class NamedThread
+{
+  public:
+    NamedThread(LoadPool& pool, pthread_t thread, std::latch& gone) : m_pool(pool), m_gone(gone)
+    {
+        setThread(pool, thread);
+    }
+    ~NamedThread()
+    {
+        setThread(m_pool, std::nullopt);
+        m_gone.count_down();
+    }
+    NamedThread(const NamedThread&) = delete;
+    NamedThread& operator=(const NamedThread&) = delete;
+
+  private:
+    LoadPool& m_pool;
+    std::latch& m_gone;
+};
+
 AheadOutcome decodeOnThreadOfItsOwn(LoadPool& pool, LoadTask& task)
 {
-    std::packaged_task<AheadOutcome()> decode([&task] {
-        stepBack();
-        return decodeAhead(task);
-    });
-    std::future<AheadOutcome> outcome = decode.get_future();
     try {
-        std::jthread thread(std::ref(decode));
-        setThread(pool, thread.native_handle());
-        outcome.wait();
-        setThread(pool, std::nullopt);
+        std::latch gone(1);
+        std::packaged_task<AheadOutcome()> decode([&task] {
+            stepBack();
+            return decodeAhead(task);
+        });
+        std::future<AheadOutcome> outcome = decode.get_future();
+        std::jthread thread([&decode, &gone] {
+            decode();
+            gone.wait();
+        });
+        const NamedThread named(pool, thread.native_handle(), gone);
+        return outcome.get();
+    } catch (const std::bad_alloc&) {
+        return {noMemoryError(), std::nullopt};
     } catch (const std::system_error&) {
         return decodeAhead(task); // no thread left on this machine: here, at the common level
     }
-    return outcome.get();
 }
 
 void readAhead(LoadPool& pool, const LoadTaskPointer& task)

@@ -13,7 +13,7 @@ struct LoadPool;
 /// not settled.
 void runReadAhead(LoadPool& pool);
 
-/// Makes `thread`, which is not joined yet, the last to get the processor. Cannot be undone without
+/// Makes `thread`, which has not come to its end yet, the last to get the processor. Cannot be undone without
 /// privilege.
 void makeLast(pthread_t thread);
 
