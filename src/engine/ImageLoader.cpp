@@ -237,6 +237,7 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
     LoadPool& pool = *d->pool;
     LoadTaskPointer before;
     std::vector<ReadyPage> outdated; // freed without the mutex
+    std::shared_ptr<Hold> hold;      // locks it when it goes, also on the way out of an exception
     const std::lock_guard lock(pool.mutex);
     outdated = pool.ahead.ready.dropOutdated(key);
     LoadTaskPointer task = pool.findShared(key, box);
@@ -252,7 +253,7 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
         pool.enqueue(task);
     }
     before = std::exchange(pool.newest, task);
-    auto hold = std::make_shared<Hold>(d->pool, task);
+    hold = std::make_shared<Hold>(d->pool, task);
     pool.dropUnlessHeld(before);
     pool.discard(before);
     return hold;
