@@ -23,6 +23,11 @@ bool Decoder::scales() const
     return false;
 }
 
+bool Decoder::canBreakOff() const
+{
+    return true;
+}
+
 bool Codec::keepsProfile(const QString&, ColorModel) const
 {
     return false;
@@ -78,6 +83,7 @@ class ReadErrorTeller final : public Decoder
 
     int pageCount() override { return m_decoder->pageCount(); }
     bool scales() const override { return m_decoder->scales(); }
+    bool canBreakOff() const override { return m_decoder->canBreakOff(); }
 
     Result<PageHeader> header(int page) override
     {

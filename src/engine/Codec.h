@@ -62,6 +62,9 @@ class Decoder
     virtual Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) = 0;
     /// True when decode() with a box makes use of it; false, as here, when it gives every pixel all the same.
     virtual bool scales() const;
+    /// True, as here, when decode() ends soon after `cancel` was set; false when it may go on to its end. A
+    /// large page of such a decoder is not read ahead: who ends the program would wait for it.
+    virtual bool canBreakOff() const;
 };
 
 /// How a JPEG is written, in the terms of the image engine's four properties.

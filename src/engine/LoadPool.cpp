@@ -151,6 +151,13 @@ qint64 leastBytes(const PageHeader& header, QSize box, bool scales)
     return header.bitsPerPixel <= 16 ? pixels : pixels * 4;
 }
 
+/// True when breaking off the decode of a page that large may be waited for too long.
+bool holdsUpTheEnd(const Decoder& decoder, QSize page)
+{
+    constexpr qint64 mostPixels = 8'000'000; // about a second
+    return !decoder.canBreakOff() && qint64(page.width()) * page.height() > mostPixels;
+}
+
 /// Puts a page that was read ahead with those that stand ready. With the mutex held; returns what went.
 std::vector<ReadyPage> keepReady(ReadAheadWork& ahead, const LoadTask& task, const Picture& shown,
                                  const std::optional<Result<Picture>>& full)
@@ -264,7 +271,11 @@ void LoadPool::discard(LoadTaskPointer& task)
 {
     if (!task || stopping)
         return;
-    discarded.push_back(std::move(task));
+    try {
+        discarded.push_back(std::move(task));
+    } catch (const std::bad_alloc&) {
+        return; // `task` stands as it was
+    }
     work.notify_all();
 }
 
@@ -349,14 +360,15 @@ Status openAhead(LoadPool& pool, const LoadTaskPointer& task)
     if (!header)
         return header.error();
     const qint64 least = leastBytes(*header, task->box, task->decoder->scales());
+    const bool isStubborn = holdsUpTheEnd(*task->decoder, header->size);
     const std::lock_guard lock(pool.mutex);
     if (task->stop)
         return Error{ErrorKind::Cancelled, QStringLiteral("broken off")};
-    if (!task->ahead || least <= pool.ahead.ready.cap())
+    if (!task->ahead || (least <= pool.ahead.ready.cap() && !isStubborn))
         return ok();
     pool.ahead.settled.insert(task->key.path);
     pool.drop(*task); // who asks for it from here on gets a load of its own
-    return Error{ErrorKind::Cancelled, QStringLiteral("no room to keep it")};
+    return Error{ErrorKind::Cancelled, QStringLiteral("too large to be read ahead")};
 }
 
 AheadOutcome decodeAhead(LoadTask& task)

@@ -62,7 +62,7 @@ struct ReadAheadWork
     QSet<QString> settled; ///< those that stand ready, or could not be read, or found no room
     ReadAheadCache ready;
     LoadTaskPointer task; ///< under way, also when it has been asked for or broken off meanwhile
-    std::optional<pthread_t> thread = {}; ///< that decodes `task`; not joined while it stands here
+    std::optional<pthread_t> thread = {}; ///< that decodes `task`; goes on while it stands here
 };
 
 /// A thread's next piece of work.
@@ -109,7 +109,8 @@ struct LoadPool
     void dropUnlessHeld(const LoadTaskPointer& task);
 
     /// Lets go of `task` on one of the threads: to free a large picture takes milliseconds, which whoever
-    /// drops a load may not have. Left to the caller when the threads have ended.
+    /// drops a load may not have. Left to the caller when the threads have ended,
+    /// and without memory.
     void discard(LoadTaskPointer& task);
 
     /// A task of `key` that is good for `box`, or null.
@@ -148,7 +149,7 @@ struct AheadOutcome
 };
 
 /// Reads the header of `task`. An error when there is nothing to decode: the file has no picture, or one that
-/// would find no room.
+/// would find no room or could not be broken off.
 Status openAhead(LoadPool& pool, const LoadTaskPointer& task);
 /// Decodes what openAhead() opened.
 AheadOutcome decodeAhead(LoadTask& task);

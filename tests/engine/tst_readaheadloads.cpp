@@ -1,4 +1,5 @@
 // The loader's reading ahead: when it runs, what it gives way to, what a load gets of it.
+#include "corpus/Corpus.h"
 #include "engine/ImageLoader.h"
 #include "engine/ReadAheadThread.h"
 #include "engine/Resample.h"
@@ -13,9 +14,11 @@
 #include <random>
 
 using namespace quorvia::engine;
+using quorvia::test::avifCorpus;
 using quorvia::test::FakeFile;
 using quorvia::test::FakePictures;
 using quorvia::test::graded;
+using quorvia::test::plain;
 
 namespace {
 
@@ -341,6 +344,42 @@ class tst_ReadAheadLoads : public QObject
         m_loader->setReadAheadCap(qint64(1000) * 500 * 4);
         m_loader->setNeighbours({m_a}, box);
         QTRY_COMPARE(m_pictures->order(), QStringList({m_b, m_a}));
+    }
+
+    /// Whoever ends the program would have to wait for it.
+    void aLargePageThatCannotBeBrokenOffIsNotBegun_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("breaksOff");
+        QTest::addColumn<bool>("begun");
+        QTest::newRow("large") << QSize(4000, 2001) << false << false;
+        QTest::newRow("not so large") << QSize(4000, 2000) << false << true;
+        QTest::newRow("large, of another kind") << QSize(4000, 2001) << true << true;
+    }
+
+    void aLargePageThatCannotBeBrokenOffIsNotBegun()
+    {
+        QFETCH(QSize, size);
+        QFETCH(bool, breaksOff);
+        QFETCH(bool, begun);
+        file(m_a).pages = {plain(size.width(), size.height(), Qt::red)};
+        file(m_a).breaksOff = breaksOff;
+        m_loader->setNeighbours({m_a, m_b}, box);
+        QVERIFY(stands(begun ? 2 : 1));
+        QCOMPARE(m_pictures->order(), begun ? QStringList({m_a, m_b}) : QStringList(m_b));
+        QCOMPARE(m_loader->load(m_a, 1, box)->first()->fullSize, size);
+        QTRY_COMPARE(m_pictures->order().count(m_a), 1);
+    }
+
+    void onlyOneCodecCannotBreakOff()
+    {
+        const QByteArray avif = avifCorpus().front().file;
+        const auto heif = openDecoder(ByteSource::fromBytes(avif), QStringLiteral("avif"));
+        QVERIFY(heif);
+        QVERIFY(!(*heif)->canBreakOff());
+        const auto other = openDecoder(ByteSource::fromBytes("P4\n8 1\nx"), QStringLiteral("pbm"));
+        QVERIFY(other);
+        QVERIFY((*other)->canBreakOff());
     }
 
     void whatCouldNotBeReadIsTriedAgain()

@@ -58,6 +58,8 @@ class AvifDecoder final : public OnePageDecoder
     {
     }
 
+    bool canBreakOff() const override { return false; }
+
   private:
     Result<PageHeader> facts() override
     {
