@@ -29,7 +29,7 @@ Status checkPlanes(QSize size, int channels, int bits)
 {
     constexpr qint64 block = 64;
     const bool deep = bits > 8;
-    const Status allowed = checkCost(size, deep ? 32 : 16);
+    Status allowed = checkCost(size, deep ? 32 : 16);
     if (!allowed)
         return allowed;
     const auto filled = [](int side) { return (side + block - 1) / block * block; };

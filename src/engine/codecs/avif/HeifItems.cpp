@@ -182,8 +182,7 @@ Status readPlaces(const QByteArray& box, HeifItems& items)
             return damaged("two places of one item");
         seen.insert(id);
         const auto item = items.items.find(id);
-        const Status done =
-            readPlace(fields, version, widths, item != items.items.end() ? &item.value() : nullptr);
+        Status done = readPlace(fields, version, widths, item != items.items.end() ? &item.value() : nullptr);
         if (!done)
             return done;
     }

@@ -122,7 +122,7 @@ void Surveyor::fault(ErrorKind kind, const QString& text)
 
 HeifPieces Surveyor::piecesOf(const HeifItem& item)
 {
-    const HeifPieces pieces = heifPieces(m_file, m_items, item);
+    HeifPieces pieces = heifPieces(m_file, m_items, item);
     if (pieces.size() > m_file.size())
         fault(ErrorKind::Damaged, QStringLiteral("an item of more bytes than the file"));
     return pieces;
