@@ -228,7 +228,7 @@ void LoadPool::breakOffAhead()
     if (!ahead.task || !ahead.task->ahead || ahead.task->dropped)
         return;
     drop(*ahead.task);
-    if (ahead.thread)
+    if (ahead.thread && !ahead.endsSoon)
         makeLast(*ahead.thread);
 }
 
@@ -361,7 +361,9 @@ Status openAhead(LoadPool& pool, const LoadTaskPointer& task)
         return header.error();
     const qint64 least = leastBytes(*header, task->box, task->decoder->scales());
     const bool isStubborn = holdsUpTheEnd(*task->decoder, header->size);
+    const bool endsSoon = task->decoder->canBreakOff();
     const std::lock_guard lock(pool.mutex);
+    pool.ahead.endsSoon = endsSoon;
     if (task->stop)
         return Error{ErrorKind::Cancelled, QStringLiteral("broken off")};
     if (!task->ahead || (least <= pool.ahead.ready.cap() && !isStubborn))

@@ -62,6 +62,7 @@ struct ReadAheadWork
     QSet<QString> settled; ///< those that stand ready, or could not be read, or found no room
     ReadAheadCache ready;
     LoadTaskPointer task; ///< under way, also when it has been asked for or broken off meanwhile
+    bool endsSoon = true; ///< what the decoder of `task` says of itself (Decoder::canBreakOff)
     std::optional<pthread_t> thread = {}; ///< that decodes `task`; goes on while it stands here
 };
 

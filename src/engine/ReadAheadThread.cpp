@@ -62,7 +62,7 @@ void setThread(LoadPool& pool, std::optional<pthread_t> thread)
 {
     const std::lock_guard lock(pool.mutex);
     pool.ahead.thread = thread;
-    if (thread && pool.ahead.task->dropped)
+    if (thread && pool.ahead.task->dropped && !pool.ahead.endsSoon)
         makeLast(*thread);
 }
 

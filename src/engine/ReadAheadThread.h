@@ -1,6 +1,7 @@
 // The thread that reads ahead. Each page is decoded on a thread of its own that takes the processor after
-// everybody else: lowered a little while the page may still be wanted, and to the bottom once it is not. That
-// thread does nothing else, so that nobody ever waits for it.
+// everybody else: lowered a little while the page may still be wanted, and to the bottom once it is not and
+// the decoder goes on all the same. One that ends soon is not lowered further: it would only hold its locks,
+// as the one for freeing memory, for longer while the wanted page is decoded.
 #pragma once
 
 #include <pthread.h>

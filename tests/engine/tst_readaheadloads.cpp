@@ -1,7 +1,6 @@
 // The loader's reading ahead: when it runs, what it gives way to, what a load gets of it.
 #include "corpus/Corpus.h"
 #include "engine/ImageLoader.h"
-#include "engine/ReadAheadThread.h"
 #include "engine/Resample.h"
 #include "FakePictures.h"
 
@@ -406,14 +405,27 @@ class tst_ReadAheadLoads : public QObject
         QCOMPARE(file(m_a).headerGate->arrivals(), 1);
     }
 
-    void whatNobodyWantsGetsTheProcessorLast()
+    void onlyWhoDoesNotEndIsMadeLast_data()
     {
-        int policy = -1;
-        std::thread([&policy] {
-            makeLast(pthread_self());
-            policy = sched_getscheduler(0); // 0: this thread
-        }).join();
-        QCOMPARE(policy, SCHED_IDLE);
+        QTest::addColumn<bool>("breaksOff");
+        QTest::addColumn<int>("policy");
+        QTest::newRow("ends soon") << true << SCHED_BATCH;
+        QTest::newRow("goes on") << false << SCHED_IDLE;
+    }
+
+    void onlyWhoDoesNotEndIsMadeLast()
+    {
+        QFETCH(bool, breaksOff);
+        QFETCH(int, policy);
+        FakeFile& ahead = file(m_a);
+        ahead.breaksOff = breaksOff;
+        ahead.isDeaf = true;
+        ahead.firstGate->close();
+        m_loader->setNeighbours({m_a}, box);
+        QVERIFY(ahead.firstGate->sawArrivals(1));
+        QVERIFY(m_loader->load(m_b, 1, box)->first()); // breaks it off
+        ahead.firstGate->open();
+        QTRY_COMPARE(ahead.policy->load(), policy);
     }
 
     void endsWhileReading()

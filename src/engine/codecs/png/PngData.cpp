@@ -4,7 +4,7 @@
 
 #include <QtEndian>
 
-#include <libdeflate.h>
+#include <isa-l/crc.h>
 
 #include <algorithm>
 
@@ -17,11 +17,11 @@ constexpr int maxChunks = 1'000'000;
 constexpr qint64 sumLength = 4;
 
 /// The check sum of a chunk that begins with the name of its type.
-quint32 checkSum(quint32 type, const void* content, qint64 length)
+quint32 checkSum(quint32 type, const uchar* content, qint64 length)
 {
     uchar name[4];
     qToBigEndian(type, name);
-    return libdeflate_crc32(libdeflate_crc32(0, name, sizeof name), content, size_t(length));
+    return crc32_gzip_refl(crc32_gzip_refl(0, name, sizeof name), content, quint64(length));
 }
 
 /// One file under way.
@@ -60,7 +60,7 @@ bool Gathering::isHeaderWhole() const
     constexpr int typeAt = 12;
     constexpr int sumAt = pngHeaderLength - sumLength;
     return m_source.read(0, bytes, sizeof bytes) == qint64(sizeof bytes) &&
-           libdeflate_crc32(0, bytes + typeAt, sumAt - typeAt) == qFromBigEndian<quint32>(bytes + sumAt);
+           crc32_gzip_refl(0, bytes + typeAt, sumAt - typeAt) == qFromBigEndian<quint32>(bytes + sumAt);
 }
 
 /// The content of a palette or transparency chunk; false when one was there before, it stands behind pixels
@@ -74,7 +74,7 @@ bool Gathering::readSmall(const PngChunk& chunk, QByteArray& content) const
     if (bytes.size() != chunk.length + sumLength)
         return false;
     content = bytes.left(chunk.length);
-    return checkSum(chunk.type, content.constData(), content.size()) ==
+    return checkSum(chunk.type, reinterpret_cast<const uchar*>(content.constData()), content.size()) ==
            qFromBigEndian<quint32>(bytes.constData() + chunk.length);
 }
 

@@ -4,12 +4,11 @@
 #include "engine/codecs/png/PngData.h"
 #include "engine/codecs/png/PngRows.h"
 #include "engine/codecs/png/PngUnfilter.h"
+#include "engine/codecs/ZlibStream.h"
 #include "engine/LargePages.h"
 #include "engine/Limits.h"
 
 #include <QtEndian>
-
-#include <libdeflate.h>
 
 #include <algorithm>
 #include <system_error>
@@ -20,8 +19,8 @@ namespace quorvia::engine {
 
 namespace {
 
-/// Inflating this much takes about two seconds, in which a cancel is not seen.
-constexpr qint64 mostRawBytes = qint64(400) << 20;
+/// ISA-L counts what it inflates in 32 bits.
+constexpr qint64 mostRawBytes = qint64(2) << 30;
 /// Starting a thread costs more than it saves below this.
 constexpr qint64 worthAThread = 1 << 20;
 
@@ -63,58 +62,60 @@ PngDataBounds sensibleData(const Arrangement& place)
     return {place.rawBytes / bestRatio, std::min(usual, Limits::machine().maxBytes - place.blockBytes)};
 }
 
-struct FreeInflater
-{
-    void operator()(libdeflate_decompressor* inflater) const { libdeflate_free_decompressor(inflater); }
-};
-
-/// True when `data` is one zlib stream, with nothing behind it, of just `length` bytes.
-bool inflate(const PngData& data, uchar* out, qint64 length)
-{
-    const std::unique_ptr<libdeflate_decompressor, FreeInflater> inflater(libdeflate_alloc_decompressor());
-    if (!inflater)
-        return false;
-    size_t taken = 0;
-    const libdeflate_result result =
-        libdeflate_zlib_decompress_ex(inflater.get(), data.stream.get(), size_t(data.length), out,
-                                      size_t(length), &taken, nullptr); // null: all of `out` or an error
-    return result == LIBDEFLATE_SUCCESS && qint64(taken) == data.length;
-}
-
-/// The rows on their way from the filtered ones to those of the picture: one thread unfilters, another
-/// follows it and converts.
+/// The rows on their way from the compressed data to the picture: one thread inflates them, another follows
+/// it, unfilters and converts.
 class RowWork
 {
   public:
-    RowWork(const PngHeader& header, const PngRows& rows, const Arrangement& place, uchar* block,
-            const CancelFlag& cancel)
+    RowWork(const PngHeader& header, const PngRows& rows, const PngData& data, const Arrangement& place,
+            uchar* block, const CancelFlag& cancel)
         : m_height(header.size.height()), m_pixelBytes(std::max(1, header.channels() * header.depth / 8)),
-          m_rows(rows), m_place(place), m_block(block), m_cancel(cancel), m_zeros(size_t(place.rawRow))
+          m_rows(rows), m_stream(data.stream.get(), data.length), m_place(place), m_block(block),
+          m_cancel(cancel), m_zeros(size_t(place.rawRow))
     {
     }
 
-    /// False when a row had no valid filter or the work was cancelled.
+    /// False when the data are not one whole stream of just these rows, a row has no valid filter or the work
+    /// was cancelled.
     bool run();
 
   private:
     uchar* rawAt(int y) const { return m_block + m_place.rawStart + m_place.rawRow * y; }
-    bool unfilter(int from, int to) const;
-    void convert(int from, int to) const;
-    bool unfilterAll();
-    void convertAll();
+    bool inflate(int from, int to);
+    bool finish(int from, int to) const;
+    bool inflateAll();
+    void finishAll();
+    bool runAlone();
+    int batch() const;
 
     static constexpr int givenUp = -1;
     const int m_height;
     const int m_pixelBytes;
     const PngRows& m_rows;
+    ZlibStream m_stream;
     const Arrangement& m_place;
     uchar* const m_block;
     const CancelFlag& m_cancel;
-    const std::vector<uchar> m_zeros; ///< what stands above the first row
-    std::atomic<int> m_ready = 0;     ///< rows that are unfiltered, or givenUp
+    const std::vector<uchar> m_zeros;    ///< what stands above the first row
+    std::atomic<int> m_inflated = 0;     ///< rows, or givenUp
+    std::atomic<bool> m_refused = false; ///< by finishAll()
 };
 
-bool RowWork::unfilter(int from, int to) const
+/// How many rows are taken at once: few enough to stay in the caches between two steps.
+int RowWork::batch() const
+{
+    constexpr qint64 batchBytes = 256 * 1024;
+    return int(std::clamp<qint64>(batchBytes / m_place.rawRow, 1, m_height));
+}
+
+bool RowWork::inflate(int from, int to)
+{
+    const qint64 count = m_place.rawRow * (to - from);
+    return !m_cancel.load(std::memory_order_relaxed) && m_stream.read(rawAt(from), count) == count;
+}
+
+/// Unfilters the rows, then converts them; false when one has no valid filter.
+bool RowWork::finish(int from, int to) const
 {
     for (int y = from; y < to; ++y) {
         uchar* row = rawAt(y);
@@ -122,25 +123,19 @@ bool RowWork::unfilter(int from, int to) const
         if (!unfilterPngRow(row[0], row + 1, above, m_place.rawRow - 1, m_pixelBytes))
             return false;
     }
+    for (int y = from; y < to; ++y)
+        m_rows.convert(rawAt(y) + 1, m_block + m_place.line * y, m_place.line);
     return true;
 }
 
-void RowWork::convert(int from, int to) const
+/// Inflates batch after batch and tells how far it is.
+bool RowWork::inflateAll()
 {
-    for (int y = from; y < to; ++y)
-        m_rows.convert(rawAt(y) + 1, m_block + m_place.line * y, m_place.line);
-}
-
-/// Unfilters row after row and tells how far it is.
-bool RowWork::unfilterAll()
-{
-    constexpr qint64 batchBytes = 128 * 1024;
-    const int batch = int(std::clamp<qint64>(batchBytes / m_place.rawRow, 1, m_height));
     for (int y = 0; y < m_height;) {
-        const int to = std::min(y + batch, m_height);
-        const bool good = !m_cancel.load(std::memory_order_relaxed) && unfilter(y, to);
-        m_ready = good ? to : givenUp;
-        m_ready.notify_one();
+        const int to = std::min(y + batch(), m_height);
+        const bool good = !m_refused && inflate(y, to);
+        m_inflated = good ? to : givenUp;
+        m_inflated.notify_one();
         if (!good)
             return false;
         y = to;
@@ -148,16 +143,30 @@ bool RowWork::unfilterAll()
     return true;
 }
 
-void RowWork::convertAll()
+void RowWork::finishAll()
 {
     for (int done = 0; done < m_height;) {
-        m_ready.wait(done);
-        const int ready = m_ready;
-        if (ready == givenUp)
+        m_inflated.wait(done);
+        const int inflated = m_inflated;
+        if (inflated == givenUp)
             return;
-        convert(done, ready);
-        done = ready;
+        if (m_cancel.load(std::memory_order_relaxed) || !finish(done, inflated)) {
+            m_refused = true;
+            return;
+        }
+        done = inflated;
     }
+}
+
+bool RowWork::runAlone()
+{
+    for (int y = 0; y < m_height;) {
+        const int to = std::min(y + batch(), m_height);
+        if (!inflate(y, to) || !finish(y, to))
+            return false;
+        y = to;
+    }
+    return true;
 }
 
 bool RowWork::run()
@@ -165,17 +174,16 @@ bool RowWork::run()
     std::jthread follower;
     if (m_place.rawBytes >= worthAThread && std::thread::hardware_concurrency() > 1) {
         try {
-            follower = std::jthread([this] { convertAll(); });
+            follower = std::jthread([this] { finishAll(); });
         } catch (const std::system_error&) {
             // no thread left on this machine: one after the other
         }
     }
-    const bool good = unfilterAll();
-    if (follower.joinable())
-        follower.join();
-    else if (good)
-        convert(0, m_height);
-    return good;
+    if (!follower.joinable())
+        return runAlone() && m_stream.isAtEnd();
+    const bool whole = inflateAll() && m_stream.isAtEnd();
+    follower.join();
+    return whole && !m_refused;
 }
 
 std::optional<PngClearColor> clearColorOf(const PngHeader& header, const QByteArray& transparency)
@@ -231,11 +239,9 @@ std::optional<Picture> decodePngFast(const ByteSource& source, const PngHeader& 
     const Arrangement place = arrange(header, rows.format());
     PngBuffer block(static_cast<uchar*>(std::malloc(size_t(place.blockBytes))));
     preferLargePages(block.get(), place.blockBytes);
-    if (!block || !inflate(*data, block.get() + place.rawStart, place.rawBytes))
+    if (!block || !RowWork(header, rows, *data, place, block.get(), cancel).run())
         return {};
     data->stream.reset();
-    if (!RowWork(header, rows, place, block.get(), cancel).run())
-        return {};
     Picture picture;
     picture.image = imageOf(std::move(block), place, header.size, rows.format());
     if (QList<QRgb> table = colorTable(*data, rows.format()); !table.isEmpty()) {

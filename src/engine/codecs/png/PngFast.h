@@ -1,6 +1,6 @@
-// The short way through a PNG whose file is whole and not interlaced: all data chunks are inflated at once by
-// libdeflate, and rows are unfiltered on one core while another converts them. Takes little more memory than
-// the picture and the compressed data. Whatever is out of the ordinary is left to libpng.
+// The short way through a PNG whose file is whole and not interlaced: one core inflates the joined data
+// chunks while another unfilters and converts the rows that are there. Takes little more memory than the
+// picture and the compressed data. Whatever is out of the ordinary is left to libpng.
 #pragma once
 
 #include "engine/Codec.h"

@@ -1,12 +1,11 @@
 #include "engine/codecs/png/PngProfile.h"
 
+#include "engine/codecs/ZlibStream.h"
 #include "engine/ColorConversion.h"
 
 #include <QtEndian>
 
-#include <libdeflate.h>
-
-#include <memory>
+#include <isa-l/crc.h>
 
 namespace quorvia::engine {
 
@@ -14,24 +13,16 @@ namespace {
 
 constexpr int maxChunks = 1000; // that are looked at; files have some ten before the pixels
 
-struct FreeInflater
-{
-    void operator()(libdeflate_decompressor* inflater) const { libdeflate_free_decompressor(inflater); }
-};
-
 /// What the zlib stream `packed` holds; empty when it is broken or holds more than maxProfileBytes.
 QByteArray inflated(const QByteArray& packed)
 {
-    const std::unique_ptr<libdeflate_decompressor, FreeInflater> inflater(libdeflate_alloc_decompressor());
-    if (!inflater)
-        return {};
     QByteArray profile(maxProfileBytes, Qt::Uninitialized);
-    size_t length = 0;
-    const auto result = libdeflate_zlib_decompress(inflater.get(), packed.constData(), size_t(packed.size()),
-                                                   profile.data(), size_t(profile.size()), &length);
-    if (result != LIBDEFLATE_SUCCESS)
+    ZlibStream stream(reinterpret_cast<const uchar*>(packed.constData()), packed.size());
+    const std::optional<qint64> length =
+        stream.read(reinterpret_cast<uchar*>(profile.data()), profile.size());
+    if (!length || !stream.isAtEnd())
         return {};
-    profile.truncate(qsizetype(length));
+    profile.truncate(*length);
     profile.squeeze();
     return profile;
 }
@@ -53,8 +44,9 @@ QByteArray contentOf(const ByteSource& source, const PngChunk& chunk)
     constexpr qint64 typeLength = 4;
     const QByteArray bytes = source.bytes(chunk.offset + 4, typeLength + chunk.length + 4);
     const qsizetype summed = bytes.size() - 4;
-    if (summed < typeLength || libdeflate_crc32(0, bytes.constData(), size_t(summed)) !=
-                                   qFromBigEndian<quint32>(bytes.constData() + summed))
+    if (summed < typeLength ||
+        crc32_gzip_refl(0, reinterpret_cast<const uchar*>(bytes.constData()), quint64(summed)) !=
+            qFromBigEndian<quint32>(bytes.constData() + summed))
         return {};
     return bytes.mid(typeLength, chunk.length);
 }
