@@ -23,7 +23,7 @@ bool Decoder::scales() const
     return false;
 }
 
-bool Decoder::canBreakOff() const
+bool Decoder::canBreakOff(int) const
 {
     return true;
 }
@@ -83,7 +83,7 @@ class ReadErrorTeller final : public Decoder
 
     int pageCount() override { return m_decoder->pageCount(); }
     bool scales() const override { return m_decoder->scales(); }
-    bool canBreakOff() const override { return m_decoder->canBreakOff(); }
+    bool canBreakOff(int page) const override { return m_decoder->canBreakOff(page); }
 
     Result<PageHeader> header(int page) override
     {

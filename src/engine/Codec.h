@@ -62,9 +62,10 @@ class Decoder
     virtual Result<Picture> decode(int page, QSize box, const CancelFlag& cancel) = 0;
     /// True when decode() with a box makes use of it; false, as here, when it gives every pixel all the same.
     virtual bool scales() const;
-    /// True, as here, when decode() ends soon after `cancel` was set; false when it may go on to its end. A
-    /// large page of such a decoder is not read ahead: who ends the program would wait for it.
-    virtual bool canBreakOff() const;
+    /// True, as here, when decode() of page `page` (from 1), whose header was read, ends soon after `cancel`
+    /// was set; false when it may go on to its end. Such a page is not read ahead when it is large: who ends
+    /// the program would wait for it.
+    virtual bool canBreakOff(int page) const;
 };
 
 /// How a JPEG is written, in the terms of the image engine's four properties.

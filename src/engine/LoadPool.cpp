@@ -152,10 +152,10 @@ qint64 leastBytes(const PageHeader& header, QSize box, bool scales)
 }
 
 /// True when breaking off the decode of a page that large may be waited for too long.
-bool holdsUpTheEnd(const Decoder& decoder, QSize page)
+bool holdsUpTheEnd(bool endsSoon, QSize page)
 {
     constexpr qint64 mostPixels = 8'000'000; // about a second
-    return !decoder.canBreakOff() && qint64(page.width()) * page.height() > mostPixels;
+    return !endsSoon && qint64(page.width()) * page.height() > mostPixels;
 }
 
 /// Puts a page that was read ahead with those that stand ready. With the mutex held; returns what went.
@@ -228,8 +228,6 @@ void LoadPool::breakOffAhead()
     if (!ahead.task || !ahead.task->ahead || ahead.task->dropped)
         return;
     drop(*ahead.task);
-    if (ahead.thread && !ahead.endsSoon)
-        makeLast(*ahead.thread);
 }
 
 void LoadPool::adopt(LoadTask& task)
@@ -256,6 +254,8 @@ void LoadPool::drop(LoadTask& task)
 {
     task.dropped = true;
     task.stop = true;
+    if (ahead.task.get() == &task && ahead.thread && !ahead.endsSoon)
+        makeLast(*ahead.thread);
     std::erase_if(queue, [&task](const LoadTaskPointer& queued) { return queued.get() == &task; });
     changed.notify_all();
     work.notify_all();
@@ -360,8 +360,8 @@ Status openAhead(LoadPool& pool, const LoadTaskPointer& task)
     if (!header)
         return header.error();
     const qint64 least = leastBytes(*header, task->box, task->decoder->scales());
-    const bool isStubborn = holdsUpTheEnd(*task->decoder, header->size);
-    const bool endsSoon = task->decoder->canBreakOff();
+    const bool endsSoon = task->decoder->canBreakOff(task->key.page);
+    const bool isStubborn = holdsUpTheEnd(endsSoon, header->size);
     const std::lock_guard lock(pool.mutex);
     pool.ahead.endsSoon = endsSoon;
     if (task->stop)

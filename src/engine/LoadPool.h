@@ -6,7 +6,7 @@
 
 #include <QSet>
 
-#include <pthread.h>
+#include <sys/types.h>
 
 #include <atomic>
 #include <condition_variable>
@@ -61,9 +61,9 @@ struct ReadAheadWork
     QSize box;
     QSet<QString> settled; ///< those that stand ready, or could not be read, or found no room
     ReadAheadCache ready;
-    LoadTaskPointer task; ///< under way, also when it has been asked for or broken off meanwhile
-    bool endsSoon = true; ///< what the decoder of `task` says of itself (Decoder::canBreakOff)
-    std::optional<pthread_t> thread = {}; ///< that decodes `task`; goes on while it stands here
+    LoadTaskPointer task;             ///< under way, also when it has been asked for or broken off meanwhile
+    bool endsSoon = true;             ///< what the decoder says of the page of `task` (Decoder::canBreakOff)
+    std::optional<pid_t> thread = {}; ///< that decodes `task`; lives while it stands here
 };
 
 /// A thread's next piece of work.

@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <future>
-#include <latch>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -58,7 +57,7 @@ LoadTaskPointer beginAhead(LoadPool& pool, const PageKey& key, QSize box)
     return task;
 }
 
-void setThread(LoadPool& pool, std::optional<pthread_t> thread)
+void setThread(LoadPool& pool, std::optional<pid_t> thread)
 {
     const std::lock_guard lock(pool.mutex);
     pool.ahead.thread = thread;
@@ -66,42 +65,30 @@ void setThread(LoadPool& pool, std::optional<pthread_t> thread)
         makeLast(*thread);
 }
 
-/// While this lives, others may lower `thread`, which therefore waits for `gone` before it ends: the system
-/// takes a thread that has ended for the calling one.
+/// While this lives, others may lower the thread that made it.
 class NamedThread
 {
   public:
-    NamedThread(LoadPool& pool, pthread_t thread, std::latch& gone) : m_pool(pool), m_gone(gone)
-    {
-        setThread(pool, thread);
-    }
-    ~NamedThread()
-    {
-        setThread(m_pool, std::nullopt);
-        m_gone.count_down();
-    }
+    explicit NamedThread(LoadPool& pool) : m_pool(pool) { setThread(m_pool, gettid()); }
+    ~NamedThread() { setThread(m_pool, std::nullopt); }
     NamedThread(const NamedThread&) = delete;
     NamedThread& operator=(const NamedThread&) = delete;
 
   private:
     LoadPool& m_pool;
-    std::latch& m_gone;
 };
 
 AheadOutcome decodeOnThreadOfItsOwn(LoadPool& pool, LoadTask& task)
 {
     try {
-        std::latch gone(1);
-        std::packaged_task<AheadOutcome()> decode([&task] {
-            stepBack();
+        std::packaged_task<AheadOutcome()> decode([&pool, &task] {
+            if (task.ahead) // it may have been asked for by now
+                stepBack();
+            const NamedThread named(pool);
             return decodeAhead(task);
         });
         std::future<AheadOutcome> outcome = decode.get_future();
-        std::jthread thread([&decode, &gone] {
-            decode();
-            gone.wait();
-        });
-        const NamedThread named(pool, thread.native_handle(), gone);
+        const std::jthread thread([&decode] { decode(); });
         return outcome.get();
     } catch (const std::bad_alloc&) {
         return {noMemoryError(), std::nullopt};
@@ -118,12 +105,11 @@ void readAhead(LoadPool& pool, const LoadTaskPointer& task)
 
 } // namespace
 
-void makeLast(pthread_t thread)
+void makeLast(pid_t thread)
 {
-    // Not only the lowest level: the scheduler counts a processor with nothing but such threads as a free
-    // one, and so puts the threads that decode the wanted page there at once.
-    const sched_param none = {};
-    pthread_setschedparam(thread, SCHED_IDLE, &none);
+    // Not SCHED_IDLE: beside a busy program such a thread may get no time at all, and the end waits for it.
+    constexpr int last = 19;
+    setpriority(PRIO_PROCESS, static_cast<id_t>(thread), last);
 }
 
 void runReadAhead(LoadPool& pool)

@@ -4,7 +4,7 @@
 // as the one for freeing memory, for longer while the wanted page is decoded.
 #pragma once
 
-#include <pthread.h>
+#include <sys/types.h>
 
 namespace quorvia::engine {
 
@@ -14,8 +14,8 @@ struct LoadPool;
 /// not settled.
 void runReadAhead(LoadPool& pool);
 
-/// Makes `thread`, which has not come to its end yet, the last to get the processor. Cannot be undone without
-/// privilege.
-void makeLast(pthread_t thread);
+/// Makes `thread` of this process, which has not come to its end yet, the last to get the processor. Cannot
+/// be undone without privilege.
+void makeLast(pid_t thread);
 
 } // namespace quorvia::engine

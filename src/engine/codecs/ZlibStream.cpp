@@ -17,6 +17,8 @@ ZlibStream::ZlibStream(const uchar* packed, qint64 length)
 {
     isal_inflate_init(m_state.get());
     m_state->crc_flag = ISAL_ZLIB;
+    constexpr int largestWindow = 7; // 32 KiB; ISA-L takes what is told for more
+    m_isRefused = length > 0 && packed[0] >> 4 > largestWindow;
 }
 
 ZlibStream::~ZlibStream() = default;
@@ -38,6 +40,8 @@ bool ZlibStream::inflateNext(uchar* out, quint32 room)
 
 std::optional<qint64> ZlibStream::read(uchar* out, qint64 room)
 {
+    if (m_isRefused)
+        return {};
     qint64 done = 0;
     while (done < room && m_state->block_state != ISAL_BLOCK_FINISH) {
         const auto count = quint32(std::min(room - done, mostAtOnce));

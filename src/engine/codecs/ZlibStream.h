@@ -22,7 +22,7 @@ class ZlibStream
 
     /// Writes the next bytes of what the stream holds to `out`, at most `room` of them, and returns how many;
     /// fewer than `room` only at the end. What was written is the caller's to change: later pieces do not
-    /// look back at it. Nothing when the stream is damaged or cut short, or packs 4 GiB or more.
+    /// look back at it. Nothing when the stream is damaged or cut short.
     std::optional<qint64> read(uchar* out, qint64 room);
     /// True when all that the stream holds was read, its check sum is right and nothing stands behind it.
     bool isAtEnd();
@@ -33,6 +33,7 @@ class ZlibStream
     const std::unique_ptr<inflate_state> m_state; ///< large, so not here
     const uchar* m_next;
     qint64 m_left; ///< bytes at m_next that were not given to m_state yet
+    bool m_isRefused = false;
 };
 
 } // namespace quorvia::engine

@@ -3,6 +3,7 @@
 #include "app/ImageTypes.h"
 #include "corpus/Corpus.h"
 #include "engine/Codec.h"
+#include "IndependentReader.h"
 
 #include <QtTest>
 
@@ -105,6 +106,8 @@ class TestCodecTable : public QObject
     void bitsSurvive();
     void strangersAreRefused_data();
     void strangersAreRefused();
+    void whoCannotBreakOff_data();
+    void whoCannotBreakOff();
 };
 
 void TestCodecTable::namesAreDifferent()
@@ -256,6 +259,32 @@ void TestCodecTable::strangersAreRefused()
         const CancelFlag goOn{false};
         QVERIFY2(!decoder || !(*decoder)->decode(1, QSize(), goOn), qPrintable(extension));
     }
+}
+
+void TestCodecTable::whoCannotBreakOff_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("breaksOff");
+    const auto tiff = [](const char* options) {
+        const QString arguments = QStringLiteral("-size 1200x1000 xc:teal %1 @");
+        return fileMadeBy(QStringLiteral("convert"), arguments.arg(QLatin1String(options)).split(u' '),
+                          QStringLiteral("tif"), QByteArray());
+    };
+    QTest::newRow("AVIF") << avifCorpus().front().file << false;
+    QTest::newRow("PBM") << QByteArray("P4\n8 1\nx") << true;
+    QTest::newRow("TIFF, not compressed") << tiff("-compress none -define tiff:rows-per-strip=1000") << true;
+    QTest::newRow("TIFF, deflate in strips") << tiff("-compress zip -define tiff:rows-per-strip=100") << true;
+    QTest::newRow("TIFF, deflate in one strip")
+        << tiff("-compress zip -define tiff:rows-per-strip=1000") << false;
+}
+
+void TestCodecTable::whoCannotBreakOff()
+{
+    QFETCH(QByteArray, file);
+    QVERIFY(!file.isEmpty());
+    const auto decoder = openDecoder(ByteSource::fromBytes(file), QString());
+    QVERIFY(decoder);
+    QTEST((*decoder)->canBreakOff(1), "breaksOff");
 }
 
 QTEST_MAIN(TestCodecTable)

@@ -131,6 +131,10 @@ class TestZlibStream : public QObject
         QTest::newRow("no bytes") << QByteArray();
         QTest::newRow("not zlib") << QByteArray("plain text, nothing packed");
         QTest::newRow("header") << changed(1);
+        QByteArray wideWindow = good;
+        wideWindow[0] = '\x88';
+        wideWindow[1] = char(31 - 0x8800 % 31);
+        QTest::newRow("a window of 64 KiB") << wideWindow;
         QTest::newRow("a dictionary is wanted") << QByteArray::fromHex("78bb000000010300");
         QTest::newRow("check sum") << changed(-1);
         QTest::newRow("a distance before the start") << QByteArray::fromHex("789c030200000001");

@@ -58,7 +58,7 @@ class AvifDecoder final : public OnePageDecoder
     {
     }
 
-    bool canBreakOff() const override { return false; }
+    bool canBreakOff(int) const override { return false; }
 
   private:
     Result<PageHeader> facts() override

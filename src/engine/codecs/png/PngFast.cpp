@@ -19,7 +19,7 @@ namespace quorvia::engine {
 
 namespace {
 
-/// ISA-L counts what it inflates in 32 bits.
+/// ISA-L counts what it inflates in 32 bits; this is well below.
 constexpr qint64 mostRawBytes = qint64(2) << 30;
 /// Starting a thread costs more than it saves below this.
 constexpr qint64 worthAThread = 1 << 20;
@@ -150,11 +150,12 @@ void RowWork::finishAll()
         const int inflated = m_inflated;
         if (inflated == givenUp)
             return;
-        if (m_cancel.load(std::memory_order_relaxed) || !finish(done, inflated)) {
+        const int to = std::min(inflated, done + batch());
+        if (m_cancel.load(std::memory_order_relaxed) || !finish(done, to)) {
             m_refused = true;
             return;
         }
-        done = inflated;
+        done = to;
     }
 }
 

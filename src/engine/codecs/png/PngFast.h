@@ -1,6 +1,7 @@
 // The short way through a PNG whose file is whole and not interlaced: one core inflates the joined data
 // chunks while another unfilters and converts the rows that are there. Takes little more memory than the
-// picture and the compressed data. Whatever is out of the ordinary is left to libpng.
+// compressed data and the picture, or its filtered rows where these are larger (16 bits). Whatever is out of
+// the ordinary is left to libpng.
 #pragma once
 
 #include "engine/Codec.h"

@@ -37,6 +37,17 @@ class TiffDecoder final : public Decoder
         return decodeTiffPage(*found->handle, m_source, found->layout, cancel);
     }
 
+    /// libtiff takes a compressed strile to its end.
+    bool canBreakOff(int page) const override
+    {
+        constexpr qint64 most = 1'000'000; // pixels, about a tenth of a second
+        const Result<Page> found = openPage(page);
+        if (!found || !found->layout.compressed)
+            return true;
+        const QSize strile = found->layout.strile;
+        return qint64(strile.width()) * strile.height() <= most;
+    }
+
   private:
     /// A page ready to be decoded. Each use has a handle of its own: what one decode sets is gone with it.
     struct Page
