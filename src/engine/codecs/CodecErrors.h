@@ -7,6 +7,18 @@
 
 namespace quorvia::engine {
 
+/// The file breaks its format's rules in the way that `text` tells.
+inline Error damaged(const QString& text)
+{
+    return Error{ErrorKind::Damaged, text};
+}
+
+/// The format has it, but it is not read or written; `text` tells what.
+inline Error unsupported(const QString& text)
+{
+    return Error{ErrorKind::Unsupported, text};
+}
+
 inline Error cancelledError()
 {
     return Error{ErrorKind::Cancelled, QStringLiteral("cancelled")};
@@ -20,12 +32,12 @@ inline Error noMemoryError()
 /// The file holds not a single pixel.
 inline Error nothingToShowError()
 {
-    return Error{ErrorKind::Damaged, QStringLiteral("the file ends before the first pixel")};
+    return damaged(QStringLiteral("the file ends before the first pixel"));
 }
 
 inline Error noImageError()
 {
-    return Error{ErrorKind::Unsupported, QStringLiteral("there is no image to write")};
+    return unsupported(QStringLiteral("there is no image to write"));
 }
 
 } // namespace quorvia::engine

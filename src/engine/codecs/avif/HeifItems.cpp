@@ -2,6 +2,7 @@
 
 #include "engine/codecs/avif/HeifBoxes.h"
 #include "engine/codecs/avif/HeifFields.h"
+#include "engine/codecs/CodecErrors.h"
 
 #include <QSet>
 
@@ -17,14 +18,9 @@ constexpr quint64 mostItems = 20000;          // as many as libheif takes
 constexpr quint64 mostExtents = 32;           // of an item, the same
 constexpr qsizetype mostReferences = 1 << 18; // four times the tiles of the largest grid
 
-Error damaged(const char* what)
-{
-    return Error{ErrorKind::Damaged, QString::fromLatin1(what)};
-}
-
 Error tooMany(const char* what)
 {
-    return Error{ErrorKind::Damaged, QStringLiteral("more %1 than any picture has").arg(QLatin1String(what))};
+    return damaged(QStringLiteral("more %1 than any picture has").arg(QLatin1String(what)));
 }
 
 /// The boxes that tell of items; null where there is none.
@@ -83,7 +79,7 @@ Result<Boxes> boxesOf(const QByteArray& file)
                          }) &&
           few;
     if (!once)
-        return damaged("two boxes of a kind of which one tells");
+        return damaged(QStringLiteral("two boxes of a kind of which one tells"));
     if (!few)
         return tooMany("boxes");
     return boxes;
@@ -117,7 +113,7 @@ Status readTypes(const QByteArray& box, HeifItems& items)
     if (!forEachHeifBox(box, versionAndFlags + countBytes, each))
         return tooMany("items");
     if (!once)
-        return damaged("two types of one item");
+        return damaged(QStringLiteral("two types of one item"));
     return ok();
 }
 
@@ -153,7 +149,7 @@ Status readPlace(HeifFields& fields, quint64 version, const Widths& widths, Heif
         const quint64 offset = fields.take(widths.offset);
         const quint64 length = fields.take(widths.length);
         if (offset > std::numeric_limits<quint64>::max() - base)
-            return damaged("an item beyond any file");
+            return damaged(QStringLiteral("an item beyond any file"));
         if (item && (method == inFile || method == inData))
             item->places.append(HeifPlace{method == inData, base + offset, length});
     }
@@ -179,7 +175,7 @@ Status readPlaces(const QByteArray& box, HeifItems& items)
     for (quint64 i = 0; i < count && !fields.isAtEnd(); ++i) {
         const auto id = quint32(fields.take(idBytes));
         if (seen.contains(id))
-            return damaged("two places of one item");
+            return damaged(QStringLiteral("two places of one item"));
         seen.insert(id);
         const auto item = items.items.find(id);
         Status done = readPlace(fields, version, widths, item != items.items.end() ? &item.value() : nullptr);
@@ -216,7 +212,7 @@ Status readReferences(const QByteArray& box, HeifItems& items)
     if (!forEachHeifBox(box, versionAndFlags, each) || references > mostReferences)
         return tooMany("references");
     if (!once)
-        return damaged("two lists of an item's parts");
+        return damaged(QStringLiteral("two lists of an item's parts"));
     return ok();
 }
 
@@ -231,7 +227,7 @@ Status readAssociations(const QByteArray& box, HeifItems& items)
     for (quint64 i = 0; i < count && !fields.isAtEnd(); ++i) {
         const auto item = items.items.find(quint32(fields.take(idBytes)));
         if (item != items.items.end() && !item->properties.isEmpty())
-            return damaged("two lists of an item's properties");
+            return damaged(QStringLiteral("two lists of an item's properties"));
         for (quint64 left = fields.take(1); left > 0 && !fields.isAtEnd(); --left) {
             const quint64 index = wide ? fields.take(2) & 0x7FFF : fields.take(1) & 0x7F;
             if (item != items.items.end() && index > 0 && index <= quint64(items.properties.size()))

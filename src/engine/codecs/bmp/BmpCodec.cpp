@@ -17,11 +17,6 @@ namespace quorvia::engine {
 
 namespace {
 
-Error nothingToShow()
-{
-    return nothingToShowError();
-}
-
 /// A bitmap whose pixels are stored as rows or runs.
 class BmpDecoder final : public OnePageDecoder
 {
@@ -95,7 +90,7 @@ Result<Picture> BmpDecoder::decodeRows(const CancelFlag& cancel) const
         }
     }
     if (!drawn)
-        return nothingToShow();
+        return nothingToShowError();
     if (picture.complete && alpha.isUnfilled()) {
         picture.image = std::move(picture.image).convertToFormat(QImage::Format_RGB32);
         if (picture.image.isNull())
@@ -115,7 +110,7 @@ Result<Picture> BmpDecoder::decodeRuns(const CancelFlag& cancel) const
     if (cancel)
         return cancelledError();
     if (!outcome.drawn && !outcome.complete)
-        return nothingToShow();
+        return nothingToShowError();
     picture.complete = outcome.complete;
     return picture;
 }

@@ -1,5 +1,7 @@
 #include "engine/codecs/bmp/BmpLayout.h"
 
+#include "engine/codecs/CodecErrors.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -27,16 +29,6 @@ constexpr quint32 alphaBitFields = 6;
 
 /// The colour space of a version 5 header whose profile is in the file.
 constexpr quint32 embeddedProfile = 0x4D424544; // "MBED"
-
-Error damaged(const QString& text)
-{
-    return Error{ErrorKind::Damaged, text};
-}
-
-Error unsupported(const QString& text)
-{
-    return Error{ErrorKind::Unsupported, text};
-}
 
 template <class T>
 T little(const QByteArray& bytes, qint64 offset)

@@ -1,5 +1,6 @@
 #include "engine/codecs/bmp/BmpWriter.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/Palette.h"
 #include "engine/ColorConversion.h"
@@ -119,11 +120,6 @@ Error tooMuch()
     return Error{ErrorKind::Unsupported, QStringLiteral("a bitmap holds at most 4 GiB")};
 }
 
-Error noImage()
-{
-    return Error{ErrorKind::Unsupported, QStringLiteral("there is no image to write")};
-}
-
 QList<QRgb> greyRamp()
 {
     QList<QRgb> ramp;
@@ -239,7 +235,7 @@ void appendRleRow(QByteArray& out, const uchar* row, int width)
 Result<QByteArray> writeBmp(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
-        return noImage();
+        return noImageError();
     const QImage source = blankIfClear(storable(image));
     const Shape shape = withProfile(shapeOf(source), source, profile);
     const qint64 rowBytes = (qint64(source.width()) * shape.bits + 31) / 32 * 4;
@@ -260,7 +256,7 @@ Result<QByteArray> writeBmp(const QImage& image, const QByteArray& profile)
 Result<QByteArray> writeRleBmp(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
-        return noImage();
+        return noImageError();
     const bool grey = image.format() == QImage::Format_Grayscale8;
     const bool kept = grey || (image.format() == QImage::Format_Indexed8 && !hasTransparentEntry(image));
     const QImage source = kept ? image : reducedToPalette(laidOverWhite(image), 256);

@@ -1,6 +1,7 @@
 #include "engine/codecs/ico/IcoWriter.h"
 
 #include "engine/Codec.h"
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/ImageRows.h"
 #include "engine/codecs/Palette.h"
@@ -135,7 +136,7 @@ QByteArray fileOf(QSize size, const Entry& entry)
 Result<QByteArray> writeIco(const QImage& image)
 {
     if (image.isNull())
-        return Error{ErrorKind::Unsupported, QStringLiteral("there is no image to write")};
+        return noImageError();
     const QSize size = fittedSize(image.size(), QSize(longestSide, longestSide));
     const QImage source = storable(size == image.size() ? image : resized(image, size));
     if (source.isNull())

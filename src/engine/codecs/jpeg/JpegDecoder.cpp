@@ -315,7 +315,6 @@ Result<Picture> Session::decode(QSize box)
 
 Status checkFrame(const JpegFrame& frame)
 {
-    const auto unsupported = [](const QString& what) { return Error{ErrorKind::Unsupported, what}; };
     switch (frame.process) {
     case 0:
     case 1:

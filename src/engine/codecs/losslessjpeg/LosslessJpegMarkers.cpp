@@ -1,5 +1,6 @@
 #include "engine/codecs/losslessjpeg/LosslessJpegMarkers.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/jpeg/JpegHeader.h"
 
 #include <algorithm>
@@ -9,16 +10,6 @@ namespace quorvia::engine {
 namespace {
 
 constexpr int lossless = 3;
-
-Error damaged(const QString& text)
-{
-    return Error{ErrorKind::Damaged, text};
-}
-
-Error unsupported(const QString& text)
-{
-    return Error{ErrorKind::Unsupported, text};
-}
 
 bool hasBody(int code)
 {

@@ -40,11 +40,6 @@ int wordAt(const QByteArray& bytes, qint64 offset)
     return qFromLittleEndian<quint16>(bytes.constData() + offset);
 }
 
-Error damaged(const QString& text)
-{
-    return Error{ErrorKind::Damaged, text};
-}
-
 /// The palette in `stored`; values of 6 bits abcdef are brought to abcdefab.
 QList<QRgb> paletteOf(const QByteArray& stored, bool sixBits)
 {

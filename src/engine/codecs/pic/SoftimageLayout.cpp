@@ -1,5 +1,7 @@
 #include "engine/codecs/pic/SoftimageLayout.h"
 
+#include "engine/codecs/CodecErrors.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -22,11 +24,6 @@ constexpr size_t mostPackets = 16; // a channel each and some to spare
 int wordAt(const QByteArray& head, qint64 offset)
 {
     return qFromBigEndian<quint16>(head.constData() + offset);
-}
-
-Error unsupported(const QString& text)
-{
-    return Error{ErrorKind::Unsupported, text};
 }
 
 Error cutShort()

@@ -1,5 +1,6 @@
 #include "engine/codecs/tiff/TiffLayout.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Orientation.h"
 #include "engine/ColorConversion.h"
 #include "engine/Limits.h"
@@ -11,16 +12,6 @@
 namespace quorvia::engine {
 
 namespace {
-
-Error damaged(const QString& text)
-{
-    return Error{ErrorKind::Damaged, text};
-}
-
-Error unsupported(const QString& text)
-{
-    return Error{ErrorKind::Unsupported, text};
-}
 
 template <class T>
 T field(TIFF* tiff, quint32 tag, T absent)

@@ -1,5 +1,6 @@
 #include "engine/codecs/tiff/TiffWriter.h"
 
+#include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Palette.h"
 #include "engine/codecs/tiff/TiffHandle.h"
 #include "engine/ColorConversion.h"
@@ -147,7 +148,7 @@ bool writePage(TIFF* tiff, const QImage& image, const Shape& shape)
 Result<QByteArray> writeTiff(const QImage& image, const QByteArray& profile)
 {
     if (image.isNull())
-        return Error{ErrorKind::Unsupported, QStringLiteral("there is no image to write")};
+        return noImageError();
     const QImage source = storable(image);
     QByteArray out;
     std::unique_ptr<TiffHandle> handle = TiffHandle::writing(out);

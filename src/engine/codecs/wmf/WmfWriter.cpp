@@ -171,7 +171,7 @@ bool packRows(const QImage& image, const Dib& dib, char* out)
 Result<QByteArray> writeWmf(const QImage& image)
 {
     if (image.isNull())
-        return Error{ErrorKind::Unsupported, QStringLiteral("there is no image to write")};
+        return noImageError();
     const int width = image.width();
     const int height = image.height();
     if (std::max(width, height) > longestSide)
