@@ -6,6 +6,7 @@
 #include "engine/Transforms.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace quorvia::engine {
@@ -21,7 +22,7 @@ bool isIndexDepth(int bits)
 
 Error unknownDepth(int bits)
 {
-    return Error{ErrorKind::Unsupported, QStringLiteral("a bitmap of %1 bits a pixel").arg(bits)};
+    return unsupported(QStringLiteral("a bitmap of %1 bits a pixel").arg(bits));
 }
 
 /// The turn of a bitmap of version 1: degrees clockwise in the low bits, mirrors in the high ones. An angle
@@ -88,44 +89,48 @@ void readMirrors(const ByteSource& source, const WpgFile& file, size_t index, Wp
     bitmap.flipped = in.i32() < 0;
 }
 
+/// How version 2 stores a pixel.
+struct ColorFormat
+{
+    int number;
+    int bits;
+    WpgPixel pixel;
+};
+
+constexpr std::array<ColorFormat, 9> colorFormats = {{
+    {1, 1, WpgPixel::Index},
+    {2, 2, WpgPixel::Index},
+    {3, 4, WpgPixel::Index},
+    {4, 8, WpgPixel::Index},
+    {5, 16, WpgPixel::Grey16},
+    {6, 16, WpgPixel::Rgb555},
+    {8, 24, WpgPixel::Rgb},
+    {9, 32, WpgPixel::RgbAndOne},
+    {12, 8, WpgPixel::Grey8},
+}};
+
+/// Null when no bitmap of this format is read.
+const ColorFormat* colorFormatOf(int number)
+{
+    const auto* const found =
+        std::find_if(colorFormats.begin(), colorFormats.end(),
+                     [number](const ColorFormat& format) { return format.number == number; });
+    return found == colorFormats.end() ? nullptr : found;
+}
+
 Status readVersion2(WpgNumbers& in, WpgBitmap& bitmap)
 {
     const int width = in.u16();
     bitmap.stored = QSize(width, in.u16());
     const int format = in.u8();
     const int compression = in.u8();
-    switch (format) {
-    case 1:
-    case 2:
-    case 3:
-    case 4:
-        bitmap.bitsPerPixel = 1 << (format - 1);
-        break;
-    case 5:
-        bitmap.bitsPerPixel = 16;
-        bitmap.pixel = WpgPixel::Grey16;
-        break;
-    case 6:
-        bitmap.bitsPerPixel = 16;
-        bitmap.pixel = WpgPixel::Rgb555;
-        break;
-    case 8:
-        bitmap.bitsPerPixel = 24;
-        bitmap.pixel = WpgPixel::Rgb;
-        break;
-    case 9:
-        bitmap.bitsPerPixel = 32;
-        bitmap.pixel = WpgPixel::RgbAndOne;
-        break;
-    case 12:
-        bitmap.bitsPerPixel = 8;
-        bitmap.pixel = WpgPixel::Grey8;
-        break;
-    default:
-        return Error{ErrorKind::Unsupported, QStringLiteral("a bitmap of colour format %1").arg(format)};
-    }
+    const ColorFormat* known = colorFormatOf(format);
+    if (!known)
+        return unsupported(QStringLiteral("a bitmap of colour format %1").arg(format));
+    bitmap.bitsPerPixel = known->bits;
+    bitmap.pixel = known->pixel;
     if (compression > 1)
-        return Error{ErrorKind::Unsupported, QStringLiteral("bitmap compression %1").arg(compression)};
+        return unsupported(QStringLiteral("bitmap compression %1").arg(compression));
     bitmap.packing = compression == 0 ? WpgPacking::Rows : WpgPacking::Runs2;
     return ok();
 }
@@ -197,7 +202,7 @@ Result<WpgBitmap> readWpgBitmap(const ByteSource& source, const WpgFile& file, s
     const Status read = file.version == 1 ? readVersion1(in, record.type == wpg1::placedBitmap, bitmap)
                                           : readVersion2(in, bitmap);
     if (in.cut())
-        return Error{ErrorKind::Damaged, QStringLiteral("the header of the bitmap is cut short")};
+        return damaged(QStringLiteral("the header of the bitmap is cut short"));
     if (!read)
         return read.error();
     const Status allowed = checkSize(bitmap.stored);
