@@ -7,6 +7,7 @@
 #include "HostileBytes.h"
 #include "PngFixtures.h"
 #include "ProfileFixtures.h"
+#include "RefusalChecks.h"
 
 #include <QtTest>
 
@@ -301,10 +302,8 @@ void TestJpegXlCodec::refuses_data()
 void TestJpegXlCodec::refuses()
 {
     QFETCH(QByteArray, file);
-    const auto picture = decoded(codec, file);
-    QVERIFY(!picture);
-    QVERIFY(!picture.error().text.isEmpty());
-    QTEST(int(picture.error().kind), "kind");
+    QFETCH(int, kind);
+    QCOMPARE(refusalFault(codec, file, ErrorKind(kind)), QString());
 }
 
 void TestJpegXlCodec::refusesWhatCostsTooMuch()
@@ -367,10 +366,7 @@ void TestJpegXlCodec::survivesCutFiles()
 
 void TestJpegXlCodec::isReadOnly()
 {
-    QVERIFY(!codec.canEncode(QStringLiteral("jxl")));
-    const auto bytes = codec.encode(QImage(3, 3, QImage::Format_RGB32), QStringLiteral("jxl"), {});
-    QVERIFY(!bytes);
-    QCOMPARE(bytes.error().kind, ErrorKind::Unsupported);
+    QCOMPARE(readOnlyFault(codec, QStringLiteral("jxl")), QString());
 }
 
 void TestJpegXlCodec::stopsWhenCancelled()

@@ -5,6 +5,7 @@
 #include "engine/Limits.h"
 #include "HostileBytes.h"
 #include "Mutator.h"
+#include "RefusalChecks.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -226,10 +227,8 @@ void TestWebpCodec::refuses_data()
 void TestWebpCodec::refuses()
 {
     QFETCH(QByteArray, file);
-    const auto picture = decoded(m_codec, file);
-    QVERIFY(!picture);
-    QTEST(int(picture.error().kind), "kind");
-    QVERIFY(!picture.error().text.isEmpty());
+    QFETCH(int, kind);
+    QCOMPARE(refusalFault(m_codec, file, ErrorKind(kind)), QString());
 }
 
 void TestWebpCodec::showsWhatACutFileHolds_data()
@@ -333,12 +332,9 @@ void TestWebpCodec::refusesToWrite()
 {
     QVERIFY(m_codec.canEncode(QStringLiteral("webp")));
     QVERIFY(!m_codec.canEncode(QStringLiteral("png")));
-    for (const QImage& image :
-         {QImage(), QImage(16384, 1, QImage::Format_Mono), QImage(1, 16384, QImage::Format_Mono)}) {
-        const auto bytes = m_codec.encode(image, QStringLiteral("webp"), {});
-        QVERIFY(!bytes);
-        QCOMPARE(bytes.error().kind, ErrorKind::Unsupported);
-    }
+    const QList<QImage> images = {QImage(), QImage(16384, 1, QImage::Format_Mono),
+                                  QImage(1, 16384, QImage::Format_Mono)};
+    QCOMPARE(writingRefusalFault(m_codec, QStringLiteral("webp"), images), QString());
 }
 
 void TestWebpCodec::stopsWhenCancelled()
