@@ -1,4 +1,5 @@
 // AVIF and HEIF, which libheif reads for the engine.
+#include "CancelChecks.h"
 #include "CodecChecks.h"
 #include "corpus/MapTools.h"
 #include "engine/codecs/avif/HeifCoded.h"
@@ -405,14 +406,7 @@ void TestAvifCodec::isReadOnly()
 
 void TestAvifCodec::stopsWhenCancelled()
 {
-    const auto decoder = avifCodec().open(ByteSource::fromBytes(m_avif[1].file));
-    QVERIFY(decoder);
-    CancelFlag cancel = true;
-    const auto result = (*decoder)->decode(1, QSize(), cancel);
-    QVERIFY(!result);
-    QCOMPARE(result.error().kind, ErrorKind::Cancelled);
-    cancel = false;
-    QVERIFY((*decoder)->decode(1, QSize(), cancel));
+    QCOMPARE(cancelFault(avifCodec(), m_avif[1].file), QString());
 }
 
 void TestAvifCodec::worksFromSeveralThreads()

@@ -1,3 +1,4 @@
+#include "CancelChecks.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
@@ -203,14 +204,7 @@ void TestLosslessJpegBroken::wantsEveryComponent()
 
 void TestLosslessJpegBroken::stopsWhenCancelled()
 {
-    const auto decoder = codec.open(ByteSource::fromBytes(sampleMaker().bytes()));
-    QVERIFY(decoder);
-    CancelFlag cancel = true;
-    const auto result = (*decoder)->decode(1, {}, cancel);
-    QVERIFY(!result);
-    QCOMPARE(result.error().kind, ErrorKind::Cancelled);
-    cancel = false;
-    QVERIFY((*decoder)->decode(1, {}, cancel));
+    QCOMPARE(cancelFault(codec, sampleMaker().bytes()), QString());
 }
 
 void TestLosslessJpegBroken::survivesBrokenFiles()

@@ -1,3 +1,4 @@
+#include "CancelChecks.h"
 #include "CodecChecks.h"
 #include "corpus/MapTools.h"
 #include "engine/codecs/Codecs.h"
@@ -383,16 +384,8 @@ void TestPnmCodec::refusesToWrite()
 
 void TestPnmCodec::stopsWhenCancelled()
 {
-    for (const QByteArray& file : {sampleMap({50, 50}), piped("pamtopnm -plain", sampleMap({50, 50}))}) {
-        const auto decoder = m_codec.open(ByteSource::fromBytes(file));
-        QVERIFY(decoder);
-        CancelFlag cancel = true;
-        const auto result = (*decoder)->decode(1, QSize(), cancel);
-        QVERIFY(!result);
-        QCOMPARE(result.error().kind, ErrorKind::Cancelled);
-        cancel = false;
-        QVERIFY((*decoder)->decode(1, QSize(), cancel));
-    }
+    for (const QByteArray& file : {sampleMap({50, 50}), piped("pamtopnm -plain", sampleMap({50, 50}))})
+        QCOMPARE(cancelFault(m_codec, file), QString());
 }
 
 /// A plain row may be longer than a reader wants to wait for.

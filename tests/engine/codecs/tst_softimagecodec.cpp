@@ -1,3 +1,4 @@
+#include "CancelChecks.h"
 #include "CodecChecks.h"
 #include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
@@ -378,16 +379,8 @@ void TestSoftimageCodec::refusesToWrite()
 void TestSoftimageCodec::stopsWhenCancelled()
 {
     const QByteArray pro = animatorProFile(QSize(4, 1), 8, block(1, QByteArray(4, 'x')));
-    for (const QByteArray& file : {makerOf(QSize(9, 9), {{2, 0xE0}}).bytes(), animatorFile(), pro}) {
-        const auto decoder = codec.open(ByteSource::fromBytes(file));
-        QVERIFY(decoder);
-        CancelFlag cancel = true;
-        const auto result = (*decoder)->decode(1, {}, cancel);
-        QVERIFY(!result);
-        QCOMPARE(result.error().kind, ErrorKind::Cancelled);
-        cancel = false;
-        QVERIFY((*decoder)->decode(1, {}, cancel));
-    }
+    for (const QByteArray& file : {makerOf(QSize(9, 9), {{2, 0xE0}}).bytes(), animatorFile(), pro})
+        QCOMPARE(cancelFault(codec, file), QString());
 }
 
 void TestSoftimageCodec::survivesBrokenFiles()

@@ -1,4 +1,5 @@
 // TIFF files that are refused or broken, and decodes that are cancelled.
+#include "CancelChecks.h"
 #include "CodecFixtures.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
@@ -161,16 +162,8 @@ void TestTiffHostile::stopsWhenCancelled()
 {
     const QByteArray lab = fileMadeBy(QStringLiteral("convert"), arguments("@in -colorspace Lab -depth 8 @"),
                                       QStringLiteral("tif"), inputOf(colorPicture(QSize(50, 50))));
-    for (const QByteArray& bytes : {encodeBytes(m_codec, colorPicture(QSize(50, 50)), "tif"), lab}) {
-        const auto decoder = m_codec.open(ByteSource::fromBytes(bytes));
-        QVERIFY(decoder);
-        CancelFlag cancel = true;
-        const auto result = (*decoder)->decode(1, QSize(), cancel);
-        QVERIFY(!result);
-        QCOMPARE(result.error().kind, ErrorKind::Cancelled);
-        cancel = false;
-        QVERIFY((*decoder)->decode(1, QSize(), cancel));
-    }
+    for (const QByteArray& bytes : {encodeBytes(m_codec, colorPicture(QSize(50, 50)), "tif"), lab})
+        QCOMPARE(cancelFault(m_codec, bytes), QString());
 }
 
 void TestTiffHostile::survivesBrokenFiles()
