@@ -5,6 +5,7 @@
 #include "IndependentReader.h"
 #include "Pixels.h"
 #include "RefusalChecks.h"
+#include "WritingRows.h"
 
 #include <QtTest>
 
@@ -62,9 +63,7 @@ void TestBmpWriting::writesWhatOthersRead_data()
         << dotPicture(QSize(13, 5)).convertToFormat(QImage::Format_MonoLSB) << 1;
     QTest::newRow("888") << colorPicture(QSize(5, 5)).convertToFormat(QImage::Format_RGB888) << 24;
     QTest::newRow("565") << colorPicture(QSize(5, 5)).convertToFormat(QImage::Format_RGB16) << 24;
-    QImage clear = palettePicture(QSize(5, 5), 9);
-    clear.setColor(3, qRgba(1, 2, 3, 0));
-    QTest::newRow("palette with a clear entry") << clear << 32;
+    QTest::newRow("palette with a clear entry") << clearEntryPicture(QSize(5, 5)) << 32;
 }
 
 void TestBmpWriting::writesWhatOthersRead()
@@ -130,16 +129,7 @@ void TestBmpWriting::keepsFormatAndPalette()
 
 void TestBmpWriting::keepsClearPicturesClear_data()
 {
-    QTest::addColumn<QImage>("picture");
-    QImage deep(6, 5, QImage::Format_ARGB32);
-    deep.fill(qRgba(1, 2, 3, 0));
-    QTest::newRow("colours below") << deep;
-    deep.fill(0U);
-    QTest::newRow("nothing below") << deep;
-    QImage indexed(6, 5, QImage::Format_Indexed8);
-    indexed.setColorTable({qRgba(1, 2, 3, 0), qRgb(4, 5, 6)});
-    indexed.fill(0U);
-    QTest::newRow("palette") << indexed;
+    addClearPictureRows();
 }
 
 void TestBmpWriting::keepsClearPicturesClear()

@@ -2,6 +2,7 @@
 #include "JpegFixtures.h"
 #include "LosslessJpegFixtures.h"
 #include "RefusalChecks.h"
+#include "WritingRows.h"
 
 #include <QTest>
 
@@ -64,10 +65,7 @@ void TestLosslessJpegWriting::writesWhatOthersRead()
 
 void TestLosslessJpegWriting::writesEverySize_data()
 {
-    QTest::addColumn<QSize>("size");
-    for (const QSize size :
-         {QSize(1, 1), QSize(1, 2), QSize(2, 1), QSize(1, 20000), QSize(20000, 1), QSize(65, 130)})
-        QTest::newRow(qPrintable(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()))) << size;
+    addSizeRows({QSize(1, 1), QSize(1, 2), QSize(2, 1), QSize(1, 20000), QSize(20000, 1), QSize(65, 130)});
 }
 
 void TestLosslessJpegWriting::writesEverySize()

@@ -4,6 +4,7 @@
 #include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
 #include "RefusalChecks.h"
+#include "WritingRows.h"
 
 #include <QtTest>
 
@@ -245,14 +246,7 @@ void TestPnmCodec::showsWhatACutFileHolds()
 
 void TestPnmCodec::writesWhatOthersRead_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<int>("format");
-    for (const QSize size : {QSize(1, 1), QSize(13, 7), QSize(1, 2000), QSize(70, 150)}) {
-        for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format)
-            QTest::newRow(qPrintable(
-                QStringLiteral("%1 x %2, format %3").arg(size.width()).arg(size.height()).arg(format)))
-                << size << format;
-    }
+    addSizeAndFormatRows({QSize(1, 1), QSize(13, 7), QSize(1, 2000), QSize(70, 150)});
 }
 
 void TestPnmCodec::writesWhatOthersRead()

@@ -6,6 +6,7 @@
 #include "RefusalChecks.h"
 #include "SoftimageMaker.h"
 #include "StbReader.h"
+#include "WritingRows.h"
 
 #include <QDir>
 #include <QFile>
@@ -322,15 +323,9 @@ void TestSoftimageCodec::readsAnimatorProPictures()
 
 void TestSoftimageCodec::writesWhatOthersRead_data()
 {
-    QTest::addColumn<QImage>("image");
-    const QImage source = imageOf(samplePicture(QSize(43, 21)));
-    for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format)
-        QTest::newRow(qPrintable(QStringLiteral("format %1").arg(format)))
-            << source.convertToFormat(QImage::Format(format));
+    addFormatRows();
     QTest::newRow("runs") << imageOf(runPicture(QSize(700, 9)));
-    QImage clear = palettePicture(QSize(15, 5), 9);
-    clear.setColor(3, qRgba(1, 2, 3, 0));
-    QTest::newRow("palette with a clear entry") << clear;
+    QTest::newRow("palette with a clear entry") << clearEntryPicture(QSize(15, 5));
 }
 
 void TestSoftimageCodec::writesWhatOthersRead()
@@ -349,10 +344,8 @@ void TestSoftimageCodec::writesWhatOthersRead()
 
 void TestSoftimageCodec::writesEverySize_data()
 {
-    QTest::addColumn<QSize>("size");
-    for (const QSize size :
-         {QSize(1, 1), QSize(1, 20000), QSize(20000, 1), QSize(128, 2), QSize(129, 3), QSize(65535, 1)})
-        QTest::newRow(qPrintable(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()))) << size;
+    addSizeRows(
+        {QSize(1, 1), QSize(1, 20000), QSize(20000, 1), QSize(128, 2), QSize(129, 3), QSize(65535, 1)});
 }
 
 void TestSoftimageCodec::writesEverySize()

@@ -5,6 +5,7 @@
 #include "IndependentReader.h"
 #include "RefusalChecks.h"
 #include "TgaMaker.h"
+#include "WritingRows.h"
 
 #include <QTest>
 
@@ -287,18 +288,12 @@ void TestTgaCodec::showsWhatACutFileHolds()
 
 void TestTgaCodec::writesWhatOthersRead_data()
 {
-    QTest::addColumn<QImage>("image");
-    const QImage source = imageOf(samplePicture(QSize(43, 21)));
-    for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format)
-        QTest::newRow(qPrintable(QStringLiteral("format %1").arg(format)))
-            << source.convertToFormat(QImage::Format(format));
+    addFormatRows();
     QTest::newRow("grey") << greyPicture(QSize(31, 7));
     QTest::newRow("palette") << palettePicture(QSize(31, 7), 200);
     QTest::newRow("dots") << dotPicture(QSize(31, 7));
     QTest::newRow("alpha") << alphaPicture(QSize(31, 7));
-    QImage clear = palettePicture(QSize(15, 5), 9);
-    clear.setColor(3, qRgba(1, 2, 3, 0));
-    QTest::newRow("palette with a clear entry") << clear;
+    QTest::newRow("palette with a clear entry") << clearEntryPicture(QSize(15, 5));
 }
 
 void TestTgaCodec::writesWhatOthersRead()
@@ -326,16 +321,7 @@ void TestTgaCodec::writesWhatOthersRead()
 
 void TestTgaCodec::keepsClearPicturesClear_data()
 {
-    QTest::addColumn<QImage>("picture");
-    QImage deep(6, 5, QImage::Format_ARGB32);
-    deep.fill(qRgba(1, 2, 3, 0));
-    QTest::newRow("colours below") << deep;
-    deep.fill(0U);
-    QTest::newRow("nothing below") << deep;
-    QImage indexed(6, 5, QImage::Format_Indexed8);
-    indexed.setColorTable({qRgba(1, 2, 3, 0), qRgb(4, 5, 6)});
-    indexed.fill(0U);
-    QTest::newRow("palette") << indexed;
+    addClearPictureRows();
 }
 
 void TestTgaCodec::keepsClearPicturesClear()
@@ -362,10 +348,8 @@ void TestTgaCodec::writesTheSmaller()
 
 void TestTgaCodec::writesEverySize_data()
 {
-    QTest::addColumn<QSize>("size");
-    for (const QSize size :
-         {QSize(1, 1), QSize(1, 20000), QSize(20000, 1), QSize(128, 2), QSize(129, 3), QSize(65535, 1)})
-        QTest::newRow(qPrintable(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()))) << size;
+    addSizeRows(
+        {QSize(1, 1), QSize(1, 20000), QSize(20000, 1), QSize(128, 2), QSize(129, 3), QSize(65535, 1)});
 }
 
 void TestTgaCodec::writesEverySize()

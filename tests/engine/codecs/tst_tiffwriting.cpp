@@ -3,6 +3,7 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "RefusalChecks.h"
+#include "WritingRows.h"
 
 #include <QtTest>
 
@@ -49,9 +50,8 @@ void TestTiffWriting::writesWhatOthersRead_data()
     }
     QTest::newRow("888") << colorPicture(QSize(5, 5)).convertToFormat(QImage::Format_RGB888)
                          << int(QImage::Format_RGB32);
-    QImage clear = palettePicture(QSize(5, 5), 9);
-    clear.setColor(3, qRgba(1, 2, 3, 0));
-    QTest::newRow("palette with a clear entry") << clear << int(QImage::Format_ARGB32);
+    QTest::newRow("palette with a clear entry")
+        << clearEntryPicture(QSize(5, 5)) << int(QImage::Format_ARGB32);
 }
 
 void TestTiffWriting::writesWhatOthersRead()

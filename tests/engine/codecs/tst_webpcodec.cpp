@@ -7,6 +7,7 @@
 #include "HostileBytes.h"
 #include "Mutator.h"
 #include "RefusalChecks.h"
+#include "WritingRows.h"
 
 #include <QtEndian>
 #include <QtTest>
@@ -95,15 +96,13 @@ void TestWebpCodec::sniffs()
 
 void TestWebpCodec::readsWhatOthersWrite_data()
 {
-    QTest::addColumn<int>("index");
-    for (size_t i = 0; i < m_corpus.size(); ++i)
-        QTest::newRow(qPrintable(m_corpus[i].name)) << int(i);
+    addFixtureRows(m_corpus);
 }
 
 void TestWebpCodec::readsWhatOthersWrite()
 {
-    QFETCH(int, index);
-    QCOMPARE(fixtureFault(m_codec, m_corpus[size_t(index)]), QString());
+    QFETCH(Fixture, fixture);
+    QCOMPARE(fixtureFault(m_codec, fixture), QString());
 }
 
 void TestWebpCodec::tellsTheDepth_data()
@@ -262,14 +261,7 @@ void TestWebpCodec::showsWhatACutFileHolds()
 
 void TestWebpCodec::writesWhatOthersRead_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<int>("format");
-    for (const QSize size : {QSize(1, 1), QSize(13, 7), QSize(1, 2000), QSize(70, 150)}) {
-        for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format)
-            QTest::newRow(qPrintable(
-                QStringLiteral("%1 x %2, format %3").arg(size.width()).arg(size.height()).arg(format)))
-                << size << format;
-    }
+    addSizeAndFormatRows({QSize(1, 1), QSize(13, 7), QSize(1, 2000), QSize(70, 150)});
 }
 
 void TestWebpCodec::writesWhatOthersRead()

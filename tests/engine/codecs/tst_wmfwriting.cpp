@@ -3,6 +3,7 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "WmfChecks.h"
+#include "WritingRows.h"
 
 #include <QtTest>
 
@@ -127,9 +128,7 @@ void TestWmfWriting::laysAlphaOverWhite()
     QVERIFY(own);
     QCOMPARE(wrongProbe(own->image, {{0, 0, qRgb(10, 20, 30)}, {1, 0, white}, {2, 0, qRgb(255, 204, 204)}}),
              QString());
-    QImage clear = palettePicture(QSize(5, 5), 9);
-    clear.setColor(3, qRgba(1, 2, 3, 0));
-    const auto second = m_codec.encode(clear, QStringLiteral("wmf"), {});
+    const auto second = m_codec.encode(clearEntryPicture(QSize(5, 5)), QStringLiteral("wmf"), {});
     QVERIFY(second);
     const auto read = decoded(m_codec, *second);
     QVERIFY(read && read->bitsPerPixel == 24);
