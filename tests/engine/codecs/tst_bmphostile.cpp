@@ -3,6 +3,7 @@
 #include "CancelChecks.h"
 #include "CodecChecks.h"
 #include "CodecFixtures.h"
+#include "CutFiles.h"
 #include "engine/codecs/bmp/BmpLayout.h"
 #include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
@@ -114,13 +115,8 @@ void TestBmpHostile::showsWhatACutFileHolds()
             QVERIFY2(isRuns || length < pixelsAt + pixelBytes, qPrintable(QString::number(length)));
             continue;
         }
-        int equal = 0; // rows from the bottom that are those of the whole picture
-        const QImage& image = part->image;
-        while (equal < image.height() &&
-               difference(image.copy(0, image.height() - 1 - equal, image.width(), 1),
-                          whole->image.copy(0, image.height() - 1 - equal, image.width(), 1))
-                   .isEmpty())
-            ++equal;
+        // Rows from the bottom, where the file begins.
+        const int equal = equalRows(part->image.mirrored(), whole->image.mirrored());
         QVERIFY2(equal >= rowsBefore, qPrintable(QString::number(length)));
         rowsBefore = equal;
         if (isRuns)
@@ -128,7 +124,7 @@ void TestBmpHostile::showsWhatACutFileHolds()
         const qint64 stride = (used + 3) / 4 * 4;
         const qint64 held = (length - pixelsAt + stride - used) / stride;
         QVERIFY2(equal >= held, qPrintable(QString::number(length)));
-        QCOMPARE(part->complete, held >= image.height());
+        QCOMPARE(part->complete, held >= part->image.height());
     }
 }
 

@@ -1,4 +1,5 @@
 #include "CancelChecks.h"
+#include "CutFiles.h"
 #include "engine/codecs/Codecs.h"
 #include "JpegFixtures.h"
 #include "Mutator.h"
@@ -14,16 +15,6 @@ using namespace quorvia::test;
 namespace {
 
 const Codec& codec = jpegCodec();
-
-/// How many rows from the top are the same in both.
-int sameRows(const QImage& one, const QImage& other)
-{
-    int y = 0;
-    while (y < one.height() && std::equal(one.constScanLine(y), one.constScanLine(y) + one.bytesPerLine(),
-                                          other.constScanLine(y)))
-        ++y;
-    return y;
-}
 
 } // namespace
 
@@ -139,7 +130,7 @@ void TestJpegBroken::keepsTheRowsBeforeTheCut()
         if (!picture)
             continue;
         QVERIFY(!picture->complete);
-        const int same = sameRows(picture->image, whole->image);
+        const int same = equalRows(picture->image, whole->image);
         QVERIFY(same >= last);
         last = same;
         // What stands above the cut is what the reference reader makes of it.
@@ -162,7 +153,7 @@ void TestJpegBroken::warningsAreNotFatal()
     const auto picture = decodeBytes(codec, file);
     QVERIFY(good && picture);
     QCOMPARE(picture->image.size(), good->image.size());
-    const int same = sameRows(picture->image, good->image);
+    const int same = equalRows(picture->image, good->image);
     QVERIFY(same > 50 && same < 200);
     // Behind the next restart mark the picture is right again.
     QVERIFY(std::equal(picture->image.constScanLine(199), picture->image.constScanLine(199) + 320 * 4,

@@ -1,5 +1,6 @@
 #include "CancelChecks.h"
 #include "CodecChecks.h"
+#include "CutFiles.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
 #include "HostileBytes.h"
@@ -16,17 +17,6 @@ using namespace quorvia::test;
 namespace {
 
 const Codec& codec = losslessJpegCodec();
-
-/// Rows of `got` from the top that are those of `wanted`.
-int equalRows(const Rgba& got, const Rgba& wanted)
-{
-    const qsizetype rowBytes = qsizetype(4) * wanted.size.width();
-    int rows = 0;
-    while (rows < wanted.size.height() &&
-           got.pixels.mid(rows * rowBytes, rowBytes) == wanted.pixels.mid(rows * rowBytes, rowBytes))
-        ++rows;
-    return rows;
-}
 
 } // namespace
 
@@ -140,7 +130,7 @@ void TestLosslessJpegBroken::showsWhatACutFileHolds()
             continue;
         shown = true;
         const Rgba got = rgbaOf(part->image);
-        const int equal = equalRows(got, wanted);
+        const int equal = equalRows(part->image, whole->image);
         QVERIFY(equal >= before);
         before = equal;
         QCOMPARE(part->complete, equal == wanted.size.height());

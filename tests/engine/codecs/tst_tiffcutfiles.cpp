@@ -1,5 +1,6 @@
 // TIFF files that end early: what of them is shown, and how the break is looked for.
 #include "CodecFixtures.h"
+#include "CutFiles.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/codecs/tiff/TiffLayout.h"
 #include "engine/codecs/tiff/TiffStriles.h"
@@ -116,12 +117,7 @@ void TestTiffCutFiles::showsWhatACutFileHolds()
             continue;
         }
         QCOMPARE(part->image.size(), whole->image.size());
-        int equal = 0;
-        while (equal < part->image.height() &&
-               difference(part->image.copy(0, equal, part->image.width(), 1),
-                          whole->image.copy(0, equal, whole->image.width(), 1))
-                   .isEmpty())
-            ++equal;
+        const int equal = equalRows(part->image, whole->image);
         QVERIFY2(equal >= before,
                  qPrintable(QStringLiteral("%1: %2 of %3").arg(length).arg(equal).arg(before)));
         QVERIFY2(!part->complete || equal == part->image.height(), qPrintable(QString::number(length)));
