@@ -3,7 +3,6 @@
 #include "corpus/Corpus.h"
 #include "CutFiles.h"
 #include "engine/codecs/Codecs.h"
-#include "HostileBytes.h"
 #include "IcoMaker.h"
 #include "IndependentReader.h"
 #include "RefusalChecks.h"

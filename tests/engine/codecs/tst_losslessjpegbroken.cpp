@@ -3,7 +3,6 @@
 #include "CutFiles.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
-#include "HostileBytes.h"
 #include "JpegFixtures.h"
 #include "LosslessJpegFixtures.h"
 

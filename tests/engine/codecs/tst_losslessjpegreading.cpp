@@ -149,11 +149,11 @@ void TestLosslessJpegReading::readsTwoComponentsAsGray()
 
 void TestLosslessJpegReading::readsRealSamples()
 {
-    const QDir folder(qEnvironmentVariable("QUORVIA_SAMPLES") + QStringLiteral("/ljp"));
-    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !folder.exists())
+    const auto folder = sampleFolder(QStringLiteral("ljp"));
+    if (!folder)
         QSKIP("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
-    for (const QString& name : folder.entryList(QDir::Files)) {
-        QFile file(folder.filePath(name));
+    for (const QString& name : folder->entryList(QDir::Files)) {
+        QFile file(folder->filePath(name));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray bytes = file.readAll();
         QVERIFY2(codec.sniff(bytes.left(1024), QStringLiteral("ljp")), qPrintable(name));

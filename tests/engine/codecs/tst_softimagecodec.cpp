@@ -376,12 +376,12 @@ void TestSoftimageCodec::survivesBrokenFiles()
 
 void TestSoftimageCodec::readsRealSamples()
 {
-    const QDir folder(qEnvironmentVariable("QUORVIA_SAMPLES") + QStringLiteral("/pic"));
-    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !folder.exists())
+    const auto folder = sampleFolder(QStringLiteral("pic"));
+    if (!folder)
         QSKIP("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
     int read = 0;
-    for (const QString& name : folder.entryList(QDir::Files)) {
-        QFile file(folder.filePath(name));
+    for (const QString& name : folder->entryList(QDir::Files)) {
+        QFile file(folder->filePath(name));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray bytes = file.readAll();
         if (!codec.sniff(bytes.left(1024), QString()))

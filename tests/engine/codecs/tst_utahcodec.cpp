@@ -264,11 +264,11 @@ void TestUtahCodec::isReadOnly()
 
 void TestUtahCodec::readsRealSamples()
 {
-    const QDir samples(qEnvironmentVariable("QUORVIA_SAMPLES") + QStringLiteral("/rle"));
-    if (!qEnvironmentVariableIsSet("QUORVIA_SAMPLES") || !samples.exists())
+    const auto folder = sampleFolder(QStringLiteral("rle"));
+    if (!folder)
         QSKIP("QUORVIA_SAMPLES names no folder: the real samples are not looked at");
     int seen = 0;
-    for (const QFileInfo& info : samples.entryInfoList({QStringLiteral("*.rle")}, QDir::Files)) {
+    for (const QFileInfo& info : folder->entryInfoList({QStringLiteral("*.rle")}, QDir::Files)) {
         const auto source = ByteSource::open(info.filePath());
         QVERIFY(source);
         const QByteArray bytes = (*source)->bytes(0, (*source)->size());

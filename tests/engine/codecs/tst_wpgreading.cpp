@@ -202,13 +202,13 @@ void TestWpgReading::findsTheFrameOfEachBitmap()
 
 void TestWpgReading::readsTheSamples()
 {
-    const QString samples = qEnvironmentVariable("QUORVIA_SAMPLES");
-    const QDir folder(samples + QStringLiteral("/wpg"));
-    const QStringList names = folder.entryList({QStringLiteral("*.wpg")}, QDir::Files);
-    if (samples.isEmpty() || names.isEmpty())
+    const auto folder = sampleFolder(QStringLiteral("wpg"));
+    const QStringList names =
+        folder ? folder->entryList({QStringLiteral("*.wpg")}, QDir::Files) : QStringList();
+    if (names.isEmpty())
         QSKIP("QUORVIA_SAMPLES names no folder that holds wpg/*.wpg: the real samples are not looked at");
     for (const QString& name : names) {
-        QFile file(folder.filePath(name));
+        QFile file(folder->filePath(name));
         QVERIFY(file.open(QIODevice::ReadOnly));
         const QByteArray bytes = file.readAll();
         const auto result = decoded(m_codec, bytes);
