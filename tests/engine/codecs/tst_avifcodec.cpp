@@ -309,7 +309,7 @@ void TestAvifCodec::readsSequenceHeaders()
 {
     QFETCH(QByteArray, stream);
     QFETCH(bool, hevc);
-    QTEST(hevc ? hevcUnitSize(stream) : av1StreamSize(stream), "size");
+    QTEST(hevc ? hevcUnit(stream).size : av1Stream(stream).size, "size");
 }
 
 void TestAvifCodec::refusesHugeCodedPictures_data()

@@ -19,6 +19,60 @@ using namespace quorvia::test;
 
 namespace {
 
+/// One coded picture of heif-enc's, to be put together anew.
+struct CodedHevc
+{
+    explicit CodedHevc(QSize size)
+    {
+        const QByteArray map =
+            QStringLiteral("P6 %1 %2 255\n").arg(size.width()).arg(size.height()).toLatin1();
+        const QByteArray flat(qsizetype(3) * size.width() * size.height(), 'x');
+        const QByteArray file =
+            converted("heif-enc -q 50 @in -o @out", piped("pnmtopng -quiet", map + flat), "png", "heic");
+        const auto items = heifItems(file);
+        if (!items || !items->primary)
+            return;
+        const HeifItem item = items->items.value(*items->primary);
+        stream = heifPieces(file, *items, item).bytes(0, file.size());
+        for (const int index : item.properties) {
+            const HeifProperty& property = items->properties[index];
+            // Deep copies: the items lie in the file.
+            if (property.name == "hvcC")
+                configuration = QByteArray(property.content.constData(), property.content.size());
+            else if (property.name == "ispe")
+                told = fullHeifBox("ispe", 0, property.content.mid(4));
+        }
+        for (qsizetype at = 0; at + 6 < stream.size();) {
+            const auto length = qsizetype(HeifFields(stream, at).take(4));
+            if ((uchar(stream[at + 4]) >> 1 & 63) < 32)
+                slice = stream.mid(at, 4 + length);
+            at += 4 + length;
+        }
+    }
+
+    /// The file whose configuration holds the slice so many times, and its stream so many times more than
+    /// once.
+    QByteArray withSlices(int configured, int more) const
+    {
+        QByteArray configuring = configuration;
+        if (configured > 0) {
+            configuring[22] = char(uchar(configuring[22]) + 1);
+            const QByteArray unit = slice.mid(2); // its length in two bytes
+            configuring += slice.mid(4, 1) + heifNumber(quint64(configured), 2) + unit.repeated(configured);
+        }
+        return HeifParts{{{1, "hvc1", stream + slice.repeated(more), hex("0102")}},
+                         {told, heifBox("hvcC", configuring)},
+                         {},
+                         {}}
+            .bytes();
+    }
+
+    QByteArray stream;
+    QByteArray slice; ///< behind its length in four bytes
+    QByteArray configuration;
+    QByteArray told;
+};
+
 /// The profile that is read of an AVIF of avifenc's, made with `options` and `profile`.
 QByteArray profileRead(const QByteArray& profile, const char* options)
 {
@@ -47,6 +101,12 @@ class TestAvifHostile : public QObject
     void refusesWhatAnIntCannotCount();
     void findsTheLargestHeader_data();
     void findsTheLargestHeader();
+    void countsPictures_data();
+    void countsPictures();
+    void refusesManyPicturesInOneItem_data();
+    void refusesManyPicturesInOneItem();
+    void refusesManySlicesInOneItem_data();
+    void refusesManySlicesInOneItem();
     void joinsPieces();
     void looksOnlyAtThePrimaryItem();
     void stopsLookingAtUnits();
@@ -229,13 +289,104 @@ void TestAvifHostile::findsTheLargestHeader_data()
 void TestAvifHostile::findsTheLargestHeader()
 {
     QFETCH(QByteArray, stream);
-    QTEST(av1StreamSize(stream), "size");
+    QTEST(av1Stream(stream).size, "size");
     // The same in pieces of three bytes.
     HeifPieces pieces;
     for (qsizetype at = 0; at < std::min<qsizetype>(stream.size(), 100); at += 3)
         pieces.append(stream.mid(at, 3));
     pieces.append(stream.mid(pieces.size()));
-    QTEST(av1StreamSize(pieces), "size");
+    QTEST(av1Stream(pieces).size, "size");
+}
+
+void TestAvifHostile::countsPictures_data()
+{
+    QTest::addColumn<QByteArray>("stream");
+    QTest::addColumn<bool>("hevc");
+    QTest::addColumn<int>("pictures");
+    QTest::newRow("AV1") << stream16 << false << 1;
+    QTest::newRow("AV1, none") << hex("1200") + sequence16 << false << 0;
+    QTest::newRow("AV1, layers") << stream16 + frame16 + frame16 << false << 3;
+    QTest::newRow("AV1, headers alone") << hex("1a01001a0100") << false << 2;
+    QTest::newRow("AV1, repeated header") << hex("3a0100") << false << 1;
+    QTest::newRow("AV1, groups of tiles, metadata, padding") << hex("220100 2a0100 7a0100") << false << 0;
+    QTest::newRow("AV1, frame without a length") << hex("30abcd") << false << 1;
+    // The first slice of a picture, and one that is not.
+    QTest::newRow("HEVC, first slices") << hex("00000003 2801ac 00000003 2801ac") << true << 2;
+    QTest::newRow("HEVC, other slices") << hex("00000003 2801ac 00000003 280130") << true << 2;
+    QTest::newRow("HEVC, kinds of slices") << hex("00000002 0001 00000002 0201 00000002 3e01") << true << 3;
+    QTest::newRow("HEVC, no slices") << hex("00000002 4001 00000002 4401 00000002 4e01") << true << 0;
+    QTest::newRow("HEVC, empty units") << hex("00000000 00000001 28") << true << 0;
+}
+
+void TestAvifHostile::countsPictures()
+{
+    QFETCH(QByteArray, stream);
+    QFETCH(bool, hevc);
+    qint64 glances = 1000;
+    const HeifStream found = hevc ? hevcStream(stream, glances) : av1Stream(stream, glances);
+    QTEST(int(found.pictures), "pictures");
+}
+
+/// Layers are honest; frames are decoded even where nothing shows them.
+void TestAvifHostile::refusesManyPicturesInOneItem_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("good");
+    QTest::newRow("four layers") << plainHeif(stream16 + frame16.repeated(3)).bytes() << true;
+    QTest::newRow("as many as a stamp may have")
+        << plainHeif(stream16 + frame16.repeated(255)).bytes() << true;
+    QTest::newRow("more") << plainHeif(stream16 + frame16.repeated(256)).bytes() << false;
+    QTest::newRow("more, before the shown one")
+        << plainHeif(hex("1200") + sequence16 + frame16.repeated(256) + frame16).bytes() << false;
+    HeifParts parts = plainHeif();
+    parts.properties[1] = heifBox("av1C", hex("81200000") + sequence16 + frame16.repeated(256));
+    QTest::newRow("more, in the configuration") << parts.bytes() << false;
+    parts = derivedHeif("iovl", heifOverlay(16, 16, true, 20));
+    parts.references = heifReference("dimg", 1, QList<int>(20, 2));
+    parts.items[1].bytes = stream16 + frame16.repeated(9);
+    QTest::newRow("ten in each of twenty parts") << parts.bytes() << true;
+    parts.items[1].bytes = stream16 + frame16.repeated(19);
+    QTest::newRow("twenty in each of twenty parts") << parts.bytes() << false;
+}
+
+void TestAvifHostile::refusesManyPicturesInOneItem()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(bool, good);
+    const auto picture = decoded(avifCodec(), file);
+    QVERIFY2(bool(picture) == good, picture ? "" : qPrintable(picture.error().text));
+    QVERIFY(picture || picture.error().kind == ErrorKind::Damaged);
+}
+
+void TestAvifHostile::refusesManySlicesInOneItem_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("configured");
+    QTest::addColumn<int>("more");
+    QTest::addColumn<bool>("good");
+    // A stamp may have 256, a picture of 512 x 512 eight for its size and 256 more in any case.
+    const QSize stamp(64, 64);
+    const QSize large(512, 512);
+    QTest::newRow("one") << stamp << 0 << 0 << true;
+    QTest::newRow("eight") << stamp << 0 << 7 << true;
+    QTest::newRow("many on a stamp") << stamp << 0 << 300 << false;
+    QTest::newRow("many in the configuration") << stamp << 300 << 0 << false;
+    QTest::newRow("both together") << stamp << 150 << 150 << false;
+    QTest::newRow("large, the most") << large << 0 << 263 << true;
+    QTest::newRow("large, too many") << large << 0 << 264 << false;
+}
+
+void TestAvifHostile::refusesManySlicesInOneItem()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, configured);
+    QFETCH(int, more);
+    QFETCH(bool, good);
+    const CodedHevc coded(size);
+    QVERIFY(!coded.slice.isEmpty() && !coded.configuration.isEmpty() && !coded.told.isEmpty());
+    const auto picture = decoded(avifCodec(), coded.withSlices(configured, more));
+    QVERIFY2(bool(picture) == good, picture ? "" : qPrintable(picture.error().text));
+    QVERIFY(picture || picture.error().kind == ErrorKind::Damaged);
 }
 
 void TestAvifHostile::joinsPieces()
@@ -266,13 +417,13 @@ void TestAvifHostile::looksOnlyAtThePrimaryItem()
 void TestAvifHostile::stopsLookingAtUnits()
 {
     qint64 glances = 1000;
-    QCOMPARE(av1StreamSize(stream16 + hex("1200").repeated(1000) + sequence4096, glances), QSize(16, 16));
+    QCOMPARE(av1Stream(stream16 + hex("1200").repeated(1000) + sequence4096, glances).size, QSize(16, 16));
     QVERIFY(glances < 0);
     glances = 1000;
-    QCOMPARE(hevcStreamSize(QByteArray(4000, '\0'), glances), QSize());
+    QCOMPARE(hevcStream(QByteArray(4000, '\0'), glances).size, QSize());
     QVERIFY(glances < 0);
     glances = 1000;
-    QCOMPARE(av1StreamSize(stream16, glances), QSize(16, 16));
+    QCOMPARE(av1Stream(stream16, glances).size, QSize(16, 16));
     QVERIFY(glances > 900);
 }
 

@@ -1,4 +1,4 @@
-// The bits of sequence headers.
+// The bits of sequence headers, and the kinds of units.
 #include "engine/codecs/avif/HeifCoded.h"
 #include "engine/codecs/avif/HeifFields.h"
 
@@ -151,60 +151,18 @@ void skipProfile(Bits& bits, int layers)
     bits.skip(length);
 }
 
-/// True when a unit of HEVC that begins with `head` is a sequence parameter set.
-bool isParameterSet(const QByteArray& head)
+/// The kind of an HEVC unit that begins with `head`; none of them when that is too short.
+int hevcKind(const QByteArray& head)
 {
-    constexpr int parameterSet = 33;
-    return head.size() >= 2 && (uchar(head[0]) >> 1 & 63) == parameterSet;
+    return head.size() >= 2 ? uchar(head[0]) >> 1 & 63 : -1;
 }
 
-/// The larger width and height; what is empty has neither.
-QSize larger(QSize one, QSize other)
-{
-    if (other.isEmpty())
-        return one;
-    return one.expandedTo(other);
-}
+constexpr int hevcParameterSet = 33;
+constexpr int lastHevcSlice = 31; // the kinds up to here hold slices
 
-} // namespace
-
-QSize av1StreamSize(const HeifPieces& stream, qint64& glances)
+/// The size in the HEVC sequence parameter set `unit`.
+QSize hevcSequenceSize(const QByteArray& unit)
 {
-    constexpr int sequenceHeader = 1;
-    constexpr int longestHead = 10; // with eight bytes of length
-    QSize size;
-    qint64 at = 0;
-    while (at < stream.size() && (glances -= glanceOfUnit) >= 0) {
-        const QByteArray head = stream.bytes(at, longestHead);
-        const auto mark = uchar(head[0]);
-        qsizetype headLength = (mark & 4) != 0 ? 2 : 1;
-        quint64 length = std::numeric_limits<quint64>::max();
-        if ((mark & 2) != 0)
-            length = sevenBitNumber(head, headLength);
-        at += headLength;
-        if (at >= stream.size())
-            break;
-        length = std::min(length, quint64(stream.size() - at));
-        if ((mark >> 3 & 15) == sequenceHeader) {
-            const QByteArray header = stream.bytes(at, std::min(qint64(length), longestSet));
-            glances -= header.size();
-            size = larger(size, av1SequenceSize(header));
-        }
-        at += qint64(length);
-    }
-    return size;
-}
-
-QSize av1StreamSize(const HeifPieces& stream)
-{
-    qint64 glances = heifGlances;
-    return av1StreamSize(stream, glances);
-}
-
-QSize hevcUnitSize(const QByteArray& unit)
-{
-    if (!isParameterSet(unit))
-        return {};
     Bits bits(withoutGuards(unit.mid(2, longestSet)));
     bits.skip(4);
     const int layers = int(bits.take(3));
@@ -218,22 +176,80 @@ QSize hevcUnitSize(const QByteArray& unit)
     return sizeFrom(bits, width, height);
 }
 
-QSize hevcStreamSize(const HeifPieces& stream, qint64& glances)
+/// True when a unit of AV1 of the kind `kind` begins a frame; a header that repeats another one may stand
+/// where there is none to repeat.
+bool beginsAv1Frame(int kind)
+{
+    constexpr int frameHeader = 3;
+    constexpr int frame = 6;
+    constexpr int repeatedHeader = 7;
+    return kind == frameHeader || kind == frame || kind == repeatedHeader;
+}
+
+} // namespace
+
+HeifStream av1Stream(const HeifPieces& stream, qint64& glances)
+{
+    constexpr int sequenceHeader = 1;
+    constexpr int longestHead = 10; // with eight bytes of length
+    HeifStream found;
+    qint64 at = 0;
+    while (at < stream.size() && (glances -= glanceOfUnit) >= 0) {
+        const QByteArray head = stream.bytes(at, longestHead);
+        const auto mark = uchar(head[0]);
+        qsizetype headLength = (mark & 4) != 0 ? 2 : 1;
+        quint64 length = std::numeric_limits<quint64>::max();
+        if ((mark & 2) != 0)
+            length = sevenBitNumber(head, headLength);
+        at += headLength;
+        if (at >= stream.size())
+            break;
+        length = std::min(length, quint64(stream.size() - at));
+        const int kind = mark >> 3 & 15;
+        if (kind == sequenceHeader) {
+            const QByteArray header = stream.bytes(at, std::min(qint64(length), longestSet));
+            glances -= header.size();
+            found.add({av1SequenceSize(header), 0});
+        } else if (beginsAv1Frame(kind)) {
+            ++found.pictures;
+        }
+        at += qint64(length);
+    }
+    return found;
+}
+
+HeifStream av1Stream(const HeifPieces& stream)
+{
+    qint64 glances = heifGlances;
+    return av1Stream(stream, glances);
+}
+
+HeifStream hevcUnit(const QByteArray& unit)
+{
+    const int kind = hevcKind(unit);
+    if (kind == hevcParameterSet)
+        return {hevcSequenceSize(unit), 0};
+    return {QSize(), kind >= 0 && kind <= lastHevcSlice ? 1U : 0U};
+}
+
+HeifStream hevcStream(const HeifPieces& stream, qint64& glances)
 {
     constexpr int lengthBytes = 4;
-    QSize size;
+    constexpr qint64 headBytes = 2;
+    HeifStream found;
     qint64 at = 0;
     while (at < stream.size() && (glances -= glanceOfUnit) >= 0) {
         const auto length = qint64(HeifFields(stream.bytes(at, lengthBytes)).take(lengthBytes));
         at += lengthBytes;
-        if (isParameterSet(stream.bytes(at, std::min<qint64>(length, 2)))) {
-            const QByteArray set = stream.bytes(at, std::min(length, longestSet));
-            glances -= set.size();
-            size = larger(size, hevcUnitSize(set));
+        QByteArray unit = stream.bytes(at, std::min(length, headBytes));
+        if (hevcKind(unit) == hevcParameterSet) {
+            unit = stream.bytes(at, std::min(length, longestSet));
+            glances -= unit.size();
         }
+        found.add(hevcUnit(unit));
         at += length;
     }
-    return size;
+    return found;
 }
 
 } // namespace quorvia::engine

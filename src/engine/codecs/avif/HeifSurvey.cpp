@@ -12,6 +12,8 @@ namespace {
 
 constexpr int mostBits = 16;
 
+constexpr quint64 mostWork = quint64(1) << 50; // keeps sums of sums from running over
+
 /// What decoding an item costs, everything that it is made of included, as often as that is decoded.
 struct Work
 {
@@ -20,11 +22,16 @@ struct Work
 
     void add(const Work& other)
     {
-        constexpr quint64 most = quint64(1) << 50; // keeps sums of sums from running over
-        pixels = std::min(pixels + other.pixels, most);
-        decodings = std::min(decodings + other.decodings, most);
+        pixels = std::min(pixels + other.pixels, mostWork);
+        decodings = std::min(decodings + other.decodings, mostWork);
     }
 };
+
+/// The work of as many `pictures`, at least 1, of `pixels` each.
+Work workOf(quint64 pixels, quint64 pictures)
+{
+    return {pixels > mostWork / pictures ? mostWork : pixels * pictures, std::min(pictures, mostWork)};
+}
 
 quint64 areaOf(QSize size)
 {
@@ -58,22 +65,21 @@ QSize toldSize(const QByteArray& content)
     return sizeOf(width, fields.take(4));
 }
 
-/// The largest size among the parameter sets in the configuration of an HEVC decoder.
-QSize configuredHevcSize(const QByteArray& content, qint64& glances)
+/// What the units in the configuration of an HEVC decoder announce; it gets them before those of the stream.
+HeifStream configuredHevc(const QByteArray& content, qint64& glances)
 {
     constexpr qsizetype arrays = 22;
     HeifFields fields(content, arrays);
-    QSize size;
+    HeifStream found;
     for (quint64 count = fields.take(1); count > 0 && !fields.isAtEnd(); --count) {
         fields.take(1);
         for (quint64 units = fields.take(2); units > 0 && !fields.isAtEnd() && glances >= 0; --units) {
             const QByteArray unit = fields.bytes(qsizetype(fields.take(2)));
             glances -= unit.size() + 2;
-            const QSize told = hevcUnitSize(unit);
-            size = told.isEmpty() ? size : size.expandedTo(told);
+            found.add(hevcUnit(unit));
         }
     }
-    return size;
+    return found;
 }
 
 /// True when a stream that announces `coded` gives a picture of the size `told`: HEVC codes whole blocks, of
@@ -98,7 +104,7 @@ class Surveyor
   private:
     Work visit(quint32 id, bool isAuxiliary, int depth);
     Work visitNew(const HeifItem& item, bool isAuxiliary, int depth);
-    QSize readCoded(const HeifItem& item, bool isAuxiliary);
+    HeifStream readCoded(const HeifItem& item, bool isAuxiliary);
     QSize readCanvas(const HeifItem& item, bool isGrid);
     void checkDepths(const HeifItem& item);
     void checkTiles(const HeifItem& grid);
@@ -128,34 +134,34 @@ HeifPieces Surveyor::piecesOf(const HeifItem& item)
     return pieces;
 }
 
-/// Reads the stream of a coded `item` and what is told of it; its size by the stream.
-QSize Surveyor::readCoded(const HeifItem& item, bool isAuxiliary)
+/// Reads the stream of a coded `item` and what is told of it; its size and pictures by the stream.
+HeifStream Surveyor::readCoded(const HeifItem& item, bool isAuxiliary)
 {
     constexpr qsizetype av1Units = 4;
     const bool isAv1 = item.type == "av01";
     const HeifPieces stream = piecesOf(item);
-    QSize coded = isAv1 ? av1StreamSize(stream, m_glances) : hevcStreamSize(stream, m_glances);
+    HeifStream coded = isAv1 ? av1Stream(stream, m_glances) : hevcStream(stream, m_glances);
     bool configured = false;
     for (const int index : item.properties) {
         const HeifProperty& property = m_items.properties[index];
         const QByteArray& bytes = property.content;
-        QSize told;
+        HeifStream told;
         int bits = 8;
         bool grey = false;
         if (isAv1 && property.name == "av1C" && bytes.size() >= av1Units) {
-            told = av1StreamSize(bytes.mid(av1Units), m_glances);
+            told = av1Stream(bytes.mid(av1Units), m_glances);
             const auto flags = uchar(bytes[2]);
             bits = (flags & 0x40) == 0 ? 8 : (flags & 0x20) == 0 ? 10 : 12;
             grey = (flags & 0x10) != 0;
         } else if (!isAv1 && property.name == "hvcC" && bytes.size() > 22) {
-            told = configuredHevcSize(bytes, m_glances);
+            told = configuredHevc(bytes, m_glances);
             bits = 8 + (uchar(bytes[17]) & 7);
             grey = (uchar(bytes[16]) & 3) == 0;
         } else {
             continue;
         }
         configured = true;
-        coded = told.isEmpty() ? coded : coded.expandedTo(told);
+        coded.add(told);
         m_found.bits = std::max(m_found.bits, bits);
         m_colour = m_colour || (!grey && !isAuxiliary);
     }
@@ -163,10 +169,10 @@ QSize Surveyor::readCoded(const HeifItem& item, bool isAuxiliary)
         fault(ErrorKind::Damaged, QStringLiteral("more units in the streams than any picture has"));
     if (!configured)
         fault(ErrorKind::Damaged, QStringLiteral("a coded picture without its decoder's configuration"));
-    if (coded.isEmpty())
+    if (coded.size.isEmpty())
         fault(ErrorKind::Damaged, QStringLiteral("a coded picture that tells no size"));
     else
-        m_found.coded.append(coded);
+        m_found.coded.append(coded.size);
     return coded;
 }
 
@@ -210,24 +216,24 @@ Work Surveyor::visitNew(const HeifItem& item, bool isAuxiliary, int depth)
     const bool isHevc = item.type == "hvc1" || item.type == "hev1";
     const bool isCoded = isHevc || item.type == "av01";
     const bool isGrid = item.type == "grid";
-    QSize size;
+    HeifStream whole;
     if (isCoded)
-        size = readCoded(item, isAuxiliary);
+        whole = readCoded(item, isAuxiliary);
     else if (isGrid || item.type == "iovl")
-        size = readCanvas(item, isGrid);
+        whole.size = readCanvas(item, isGrid);
     else if (item.type != "iden")
         fault(ErrorKind::Unsupported,
               QStringLiteral("pictures of the kind \"%1\" are not read").arg(QString::fromLatin1(item.type)));
     for (const int index : item.properties) {
         const HeifProperty& property = m_items.properties[index];
         if (property.name == "ispe" && item.type != "iden" &&
-            !agree(size, toldSize(property.content), isHevc))
+            !agree(whole.size, toldSize(property.content), isHevc))
             fault(ErrorKind::Damaged, QStringLiteral("the picture has not the size that its header told"));
     }
     checkDepths(item);
     if (isGrid)
         checkTiles(item);
-    Work work = {areaOf(size), 1};
+    Work work = workOf(areaOf(whole.size), std::max<quint64>(whole.pictures, 1));
     for (const quint32 part : isCoded ? QList<quint32>() : item.parts)
         work.add(visit(part, isAuxiliary, depth + 1));
     for (const quint32 auxiliary : item.auxiliaries)
@@ -252,7 +258,7 @@ Work Surveyor::visit(quint32 id, bool isAuxiliary, int depth)
     return work;
 }
 
-/// Tiles may be cut and pictures be laid over each other, but not without end.
+/// Tiles may be cut, pictures be laid over each other and coded in layers or slices, but not without end.
 void Surveyor::checkWork(const Work& work)
 {
     constexpr quint64 mostTimes = 8;

@@ -21,7 +21,8 @@ struct HeifSurvey
 /// Looks at the primary item of `file`, whose items are `items`, and at all that it is made of; at every item
 /// when there is no primary one. Faults: Unsupported for kinds of pictures that are not known; Damaged for
 /// streams and canvases of other sizes than the boxes tell, items made of themselves, depths that do not
-/// exist, and for more work than the picture's size is worth.
+/// exist, and for more work than the picture's size is worth: parts that are decoded again and again, and
+/// frames or slices in one stream, each of which counts as a picture of the stream's size.
 HeifSurvey surveyHeif(const QByteArray& file, const HeifItems& items);
 
 } // namespace quorvia::engine
