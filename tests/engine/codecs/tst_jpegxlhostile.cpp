@@ -18,7 +18,7 @@ const Codec& codec = jpegXlCodec();
 
 constexpr QSize small(16, 16);
 const QRect whole(QPoint(), small);
-const QRect huge(-5, -5, 2100, 2100); // more pixels than layers have for nothing
+const QRect huge(-5, -5, 4200, 4200); // more pixels than layers have for nothing
 
 size_t offered = 0; // to a library that takes nothing
 
@@ -33,10 +33,13 @@ class TestJpegXlHostile : public QObject
     void refusesHugeLayers();
     void refusesALayerThatCostsTooMuch();
     void refusesTooManyLayers();
+    void countsALayerAsTheWholePicture();
     void showsHonestLayers_data();
     void showsHonestLayers();
     void stopsBeforeALaterFrame();
     void stopsInASmallFile();
+    void stopsWhereFewBytesOfManyCount();
+    void feedsNoTwoLayersAtOnce();
     void endsWhereNothingIsTaken();
 };
 
@@ -79,8 +82,22 @@ void TestJpegXlHostile::refusesALayerThatCostsTooMuch()
 void TestJpegXlHostile::refusesTooManyLayers()
 {
     const QRect large(0, 0, 1000, 1000);
-    const QByteArray few = jxlOf(small, QList<JxlLayer>(4, {large, 90}));
-    const QByteArray many = jxlOf(small, QList<JxlLayer>(5, {large, 90}));
+    const QByteArray few = jxlOf(small, QList<JxlLayer>(16, {large, 90}));
+    const QByteArray many = jxlOf(small, QList<JxlLayer>(17, {large, 90}));
+    QVERIFY(!few.isEmpty() && !many.isEmpty());
+    QVERIFY(decoded(codec, few));
+    const auto refused = decoded(codec, many);
+    QVERIFY(!refused);
+    QCOMPARE(refused.error().kind, ErrorKind::TooLarge);
+}
+
+/// However small it is, the library goes over the whole picture for it.
+void TestJpegXlHostile::countsALayerAsTheWholePicture()
+{
+    const QSize canvas(1024, 1024);
+    const JxlLayer dot = {QRect(0, 0, 1, 1), 90};
+    const QByteArray few = jxlOf(canvas, QList<JxlLayer>(48, dot));
+    const QByteArray many = jxlOf(canvas, QList<JxlLayer>(49, dot));
     QVERIFY(!few.isEmpty() && !many.isEmpty());
     QVERIFY(decoded(codec, few));
     const auto refused = decoded(codec, many);
@@ -140,6 +157,54 @@ void TestJpegXlHostile::stopsInASmallFile()
     QVERIFY(!stopped);
     QCOMPARE(stopped.error().kind, ErrorKind::Cancelled);
     QVERIFY2(last < file.size() * 3 / 4, qPrintable(QString::number(last)));
+}
+
+/// So they do when many others stand behind them.
+void TestJpegXlHostile::stopsWhereFewBytesOfManyCount()
+{
+    const QSize size(3000, 2000);
+    QByteArray file = jxlOf(size, {{QRect(QPoint(), size), 90}});
+    QVERIFY(!file.isEmpty());
+    const qsizetype length = file.size();
+    file += QByteArray(4 << 20, '\0');
+    CancelFlag cancel = false;
+    bool feeding = false; // once the layers are known
+    qint64 last = 0;
+    const auto source = std::make_shared<WatchedSource>(file, [&](qint64 offset) {
+        feeding = feeding || (offset > 0 && offset < 1000);
+        last = offset;
+        cancel = feeding && offset > length / 2;
+    });
+    const auto decoder = codec.open(source);
+    QVERIFY(decoder);
+    const auto stopped = (*decoder)->decode(1, QSize(), cancel);
+    QVERIFY(!stopped);
+    QCOMPARE(stopped.error().kind, ErrorKind::Cancelled);
+    QVERIFY2(last < length, qPrintable(QString::number(last)));
+}
+
+/// Layers may lie close together in a file that is large otherwise.
+void TestJpegXlHostile::feedsNoTwoLayersAtOnce()
+{
+    constexpr int dots = 30;
+    const QSize size(400, 300);
+    QList<JxlLayer> layers(1 + dots, {QRect(0, 0, 1, 1), 90});
+    layers[0].place = QRect(QPoint(), size);
+    QByteArray file = jxlOf(size, layers);
+    QVERIFY(!file.isEmpty());
+    const qsizetype length = file.size();
+    file += QByteArray(4 << 20, '\0');
+    QSet<qint64> offsets;
+    const auto source = std::make_shared<WatchedSource>(file, [&](qint64 offset) {
+        if (offset < length)
+            offsets.insert(offset);
+    });
+    const auto decoder = codec.open(source);
+    QVERIFY(decoder);
+    const auto picture = (*decoder)->decode(1, QSize(), CancelFlag(false));
+    QVERIFY2(picture, picture ? "" : qPrintable(picture.error().text));
+    QVERIFY(picture->complete);
+    QVERIFY2(offsets.size() > dots, qPrintable(QString::number(offsets.size())));
 }
 
 void TestJpegXlHostile::endsWhereNothingIsTaken()

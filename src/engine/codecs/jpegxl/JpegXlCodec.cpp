@@ -101,7 +101,8 @@ bool JpegXlDecoder::setBuffer(JxlReader& reader, QImage& image) const
 
 Result<Picture> JpegXlDecoder::decodePage(const PageHeader& facts, QSize, const CancelFlag& cancel)
 {
-    const Result<qint64> layers = jxlLayerPixels(m_library, *m_source, m_facts.size, m_facts.planes, cancel);
+    Result<std::vector<JxlStretch>> layers =
+        jxlLayers(m_library, *m_source, m_facts.size, m_facts.planes, cancel);
     if (!layers)
         return layers.error();
     JxlReader reader(m_library, *m_source, JXL_DEC_BASIC_INFO | JXL_DEC_COLOR_ENCODING | JXL_DEC_FULL_IMAGE);
@@ -118,7 +119,7 @@ Result<Picture> JpegXlDecoder::decodePage(const PageHeader& facts, QSize, const 
             break;
         if (event == JXL_DEC_COLOR_ENCODING) {
             picture.profile = reader.settleColors(reader.info());
-            reader.feedFor(std::max(*layers, qint64(facts.size.width()) * facts.size.height()));
+            reader.feedFor(*std::move(layers));
         } else if (event == JXL_DEC_NEED_IMAGE_OUT_BUFFER) {
             if (factsOf(reader.info()).size != facts.size)
                 return brokenError(); // another file by now

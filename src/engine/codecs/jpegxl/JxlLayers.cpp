@@ -1,7 +1,6 @@
 #include "engine/codecs/jpegxl/JxlLayers.h"
 
 #include "engine/codecs/CodecErrors.h"
-#include "engine/codecs/jpegxl/JxlReader.h"
 #include "engine/Limits.h"
 
 #include <algorithm>
@@ -10,17 +9,21 @@ namespace quorvia::engine {
 
 namespace {
 
-qint64 pixelsOf(QSize size)
+/// What `size` costs in `planes`, in pixels of up to four; the smallest costs as much as some thousand.
+qint64 pixelsOf(QSize size, int planes)
 {
-    return qint64(size.width()) * size.height();
+    constexpr int usual = 4;
+    constexpr qint64 least = 64 * 64;
+    return std::max(qint64(size.width()) * size.height(), least) * std::max(planes, usual) / usual;
 }
 
-/// The most pixels of all layers: that many whole ones, and a little where the picture itself is little.
-qint64 mostPixels(QSize canvas)
+/// The most pixels of all layers where a whole one has `canvas`: some dozens of those, and hundreds where the
+/// picture is small, for animations whose frames last no time become layers.
+qint64 mostPixels(qint64 canvas)
 {
-    constexpr qint64 wholeLayers = 64;
-    constexpr qint64 always = qint64(4) << 20;
-    return wholeLayers * pixelsOf(canvas) + always;
+    constexpr qint64 wholeLayers = 32;
+    constexpr qint64 always = qint64(16) << 20;
+    return wholeLayers * canvas + always;
 }
 
 } // namespace
@@ -36,13 +39,15 @@ Status checkJxlPlanes(QSize size, int planes)
     return checkCost(size, 4 + 4 * std::max(planes, 3));
 }
 
-Result<qint64> jxlLayerPixels(const JxlLibrary& library, const ByteSource& source, QSize canvas, int planes,
-                              const CancelFlag& cancel)
+Result<std::vector<JxlStretch>> jxlLayers(const JxlLibrary& library, const ByteSource& source, QSize canvas,
+                                          int planes, const CancelFlag& cancel)
 {
     JxlReader reader(library, source, JXL_DEC_FRAME);
     if (!reader.get())
         return noMemoryError();
     reader.tellLayers();
+    const qint64 whole = pixelsOf(canvas, planes);
+    std::vector<JxlStretch> layers = {{0, whole}};
     qint64 sum = 0;
     for (;;) {
         JxlDecoderStatus event = JXL_DEC_ERROR;
@@ -50,21 +55,22 @@ Result<qint64> jxlLayerPixels(const JxlLibrary& library, const ByteSource& sourc
         if (end == JxlEnd::Cancelled)
             return cancelledError();
         if (end != JxlEnd::Event)
-            return sum; // what is there of it is decoded all the same
+            return layers; // what is there of it is decoded all the same
         const JxlFrameHeader frame = reader.frame();
         const QSize layer = jxlSize(frame.layer_info.xsize, frame.layer_info.ysize);
         const Status allowed = checkJxlPlanes(layer, planes);
         if (!allowed)
             return allowed.error();
-        sum += pixelsOf(layer);
-        if (sum > mostPixels(canvas))
+        layers.push_back({reader.position(), std::max(pixelsOf(layer, planes), whole)});
+        sum += layers.back().pixels;
+        if (sum > mostPixels(whole))
             return Error{ErrorKind::TooLarge,
-                         QStringLiteral("JPEG XL with layers of %1 pixels in all, for %2 x %3")
+                         QStringLiteral("JPEG XL with layers that cost %1 pixels in all, for %2 x %3")
                              .arg(sum)
                              .arg(canvas.width())
                              .arg(canvas.height())};
         if (frame.is_last || frame.duration > 0)
-            return sum;
+            return layers;
     }
 }
 

@@ -9,18 +9,20 @@ namespace quorvia::engine {
 
 namespace {
 
-/// Bytes that are fed at a time: a picture in some dozens of pieces, so that it can be given up in between.
+/// Bytes that are fed at a time where no pixels are decoded.
 qint64 pieceOf(qint64 fileBytes)
 {
     return std::clamp<qint64>(fileBytes / 64, 2048, 256 * 1024);
 }
 
-/// The same where the bytes stand for `pixels`: each piece for a quarter of a million or so.
-qint64 pieceFor(qint64 pixels, qint64 fileBytes)
+/// The same where `bytes` stand for `pixels`: each piece for a quarter of a million or so. Few bytes of many
+/// may hold nearly all of the pixels, so that a piece is small however many there are.
+qint64 pieceFor(qint64 pixels, qint64 bytes)
 {
     constexpr qint64 pixelsAtOnce = qint64(1) << 18;
     constexpr qint64 least = 16; // the library looks at what has come so far anew for each piece
-    return std::min(pieceOf(fileBytes), std::max(fileBytes / (pixels / pixelsAtOnce + 1), least));
+    constexpr qint64 most = 256;
+    return std::clamp(bytes / (pixels / pixelsAtOnce + 1), least, most);
 }
 
 /// The most bytes that wait for the library to take them.
@@ -51,8 +53,7 @@ bool isSrgb(const JxlColorEncoding& color)
 } // namespace
 
 JxlReader::JxlReader(const JxlLibrary& library, const ByteSource& source, int events)
-    : m_library(library), m_source(source), m_decoder(library.Create(nullptr), library.Destroy),
-      m_piece(pieceOf(source.size()))
+    : m_library(library), m_source(source), m_decoder(library.Create(nullptr), library.Destroy)
 {
     if (!m_decoder)
         return;
@@ -72,9 +73,16 @@ JxlFrameHeader JxlReader::frame() const
     return header;
 }
 
-void JxlReader::feedFor(qint64 pixels)
+qint64 JxlReader::position()
 {
-    m_piece = pieceFor(pixels, m_source.size());
+    const size_t left = m_library.ReleaseInput(get());
+    m_library.SetInput(get(), m_bytes.data() + (m_bytes.size() - left), left);
+    return m_offset - qint64(left);
+}
+
+void JxlReader::feedFor(std::vector<JxlStretch> stretches)
+{
+    m_stretches = std::move(stretches);
     m_offset -= qint64(takeBack()); // to be fed anew, in smaller pieces
     m_bytes.clear();
 }
@@ -86,13 +94,27 @@ size_t JxlReader::takeBack()
     return left;
 }
 
+qint64 JxlReader::nextPiece() const
+{
+    if (m_stretches.empty())
+        return pieceOf(m_source.size());
+    const auto next =
+        std::upper_bound(m_stretches.begin(), m_stretches.end(), m_offset,
+                         [](qint64 offset, const JxlStretch& stretch) { return offset < stretch.begin; });
+    const JxlStretch& here = *std::prev(next);
+    const qint64 end = next == m_stretches.end() ? m_source.size() : next->begin;
+    const qint64 piece = pieceFor(here.pixels, end - here.begin);
+    return end > m_offset ? std::min(piece, end - m_offset) : piece;
+}
+
 std::optional<JxlEnd> JxlReader::feed()
 {
     const size_t left = takeBack();
     if (qint64(left) > mostWaiting())
         return JxlEnd::Broken;
-    m_bytes.resize(left + size_t(m_piece));
-    const qint64 got = std::max<qint64>(m_source.read(m_offset, m_bytes.data() + left, m_piece), 0);
+    const qint64 piece = nextPiece();
+    m_bytes.resize(left + size_t(piece));
+    const qint64 got = std::max<qint64>(m_source.read(m_offset, m_bytes.data() + left, piece), 0);
     m_offset += got;
     m_bytes.resize(left + size_t(got));
     if (got == 0)

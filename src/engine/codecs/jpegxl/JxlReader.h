@@ -24,6 +24,13 @@ enum class JxlEnd {
     Cancelled, ///< the asker did
 };
 
+/// A part of a file, up to the next one, and how many pixels are decoded for it at most.
+struct JxlStretch
+{
+    qint64 begin = 0;
+    qint64 pixels = 0;
+};
+
 class JxlReader
 {
   public:
@@ -42,8 +49,11 @@ class JxlReader
     void tellLayers();
     /// The frame that begins, once JXL_DEC_FRAME has come.
     JxlFrameHeader frame() const;
-    /// From here on feeds so few bytes at a time that decoding `pixels` of them can be given up in between.
-    void feedFor(qint64 pixels);
+    /// The offset in the source behind what the library has taken.
+    qint64 position();
+    /// From here on feeds so few bytes at a time that the picture can be given up in between: a small part of
+    /// one of `stretches`, never bytes of two. They are in order, the first begins at 0.
+    void feedFor(std::vector<JxlStretch> stretches);
 
     /// The facts, once JXL_DEC_BASIC_INFO has come; as the picture is turned upright.
     JxlBasicInfo info() const;
@@ -56,6 +66,8 @@ class JxlReader
   private:
     /// Takes back what the library has not taken; how many bytes that is.
     size_t takeBack();
+    /// How many bytes to feed next; at least 1.
+    qint64 nextPiece() const;
     /// Gives the library the next bytes behind those that it left; the end when there are none, or no room.
     std::optional<JxlEnd> feed();
 
@@ -64,7 +76,7 @@ class JxlReader
     std::unique_ptr<JxlDecoder, decltype(&::JxlDecoderDestroy)> m_decoder;
     std::vector<uchar> m_bytes; ///< the library looks at them until they are released
     qint64 m_offset = 0;        ///< of the source, behind m_bytes
-    qint64 m_piece;             ///< bytes that are fed at a time
+    std::vector<JxlStretch> m_stretches;
 };
 
 } // namespace quorvia::engine
