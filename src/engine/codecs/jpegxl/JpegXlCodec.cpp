@@ -119,7 +119,7 @@ Result<Picture> JpegXlDecoder::decodePage(const PageHeader& facts, QSize, const 
             break;
         if (event == JXL_DEC_COLOR_ENCODING) {
             picture.profile = reader.settleColors(reader.info());
-            reader.feedFor(*std::move(layers));
+            reader.feedFor(*layers);
         } else if (event == JXL_DEC_NEED_IMAGE_OUT_BUFFER) {
             if (factsOf(reader.info()).size != facts.size)
                 return brokenError(); // another file by now
