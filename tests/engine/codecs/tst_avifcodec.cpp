@@ -5,6 +5,7 @@
 #include "engine/codecs/avif/HeifCoded.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/Limits.h"
+#include "Hex.h"
 #include "HostileBytes.h"
 #include "ProfileFixtures.h"
 #include "RefusalChecks.h"
@@ -35,18 +36,6 @@ QByteArray told(QByteArray file, QSize size)
         qToBigEndian<quint32>(quint32(size.height()), file.data() + at + 12);
     }
     return file;
-}
-
-/// Bytes from their bits, filled up with zeros; blanks mean nothing.
-QByteArray bitsOf(const char* text)
-{
-    const QByteArray bits = QByteArray(text).replace(' ', "");
-    QByteArray bytes((bits.size() + 7) / 8, '\0');
-    for (qsizetype i = 0; i < bits.size(); ++i) {
-        if (bits[i] == '1')
-            bytes[i / 8] = char(uchar(bytes[i / 8]) | 0x80 >> i % 8);
-    }
-    return bytes;
 }
 
 decltype(SIG_DFL) handlerOf(int number)

@@ -99,6 +99,8 @@ class TestAvifHostile : public QObject
     void refuses();
     void refusesWhatAnIntCannotCount_data();
     void refusesWhatAnIntCannotCount();
+    void findsFramesLargerThanTheirSequence_data();
+    void findsFramesLargerThanTheirSequence();
     void findsTheLargestHeader_data();
     void findsTheLargestHeader();
     void countsPictures_data();
@@ -241,7 +243,13 @@ void TestAvifHostile::refuses_data()
         << plainHeif(hex("1200") + sequence16 + padding + sequence4096 + frame16).bytes() << damagedFile;
     QTest::newRow("no header") << plainHeif(hex("1200") + frame16).bytes() << damagedFile;
     QTest::newRow("units without end")
-        << plainHeif(stream16 + hex("1200").repeated(200000)).bytes() << damagedFile;
+        << plainHeif(stream16 + hex("1200").repeated(heifGlances / glanceOfHeifUnit)).bytes() << damagedFile;
+
+    parts = plainHeif();
+    parts.properties.append(parts.properties[1]);
+    parts.items[0].properties = hex("010203");
+    parts.items[0].properties.append(char(parts.properties.size()));
+    QTest::newRow("two configurations") << parts.bytes() << damagedFile;
 }
 
 void TestAvifHostile::refuses()
@@ -271,6 +279,46 @@ void TestAvifHostile::refusesWhatAnIntCannotCount()
     const Result<PageHeader> header = decoder ? (*decoder)->header(1) : decoder.error();
     QVERIFY(!header);
     QCOMPARE(header.error().kind, ErrorKind::TooLarge);
+}
+
+void TestAvifHostile::findsFramesLargerThanTheirSequence_data()
+{
+    QTest::addColumn<QByteArray>("configuration");
+    QTest::addColumn<QByteArray>("stream");
+    QTest::addColumn<QSize>("size");
+    // A sequence of 16 x 16 with sides of 13 bits, and key frames that are shown.
+    const QByteArray sequence = hex("0a0a") + bitsOf("000 0 0 0 0 00000 000000000000 00000 1100 1100"
+                                                     "0000000001111 0000000001111 0 000 0000 0 11 1");
+    const QByteArray same = hex("3210") + bitsOf("0001 0 0 0 1").leftJustified(16, '\x55');
+    const QByteArray larger =
+        hex("3210") + bitsOf("0001 0 0 1 0111111111111 1111111111111 1").leftJustified(16, '\x55');
+    const QByteArray layered =
+        hex("360810") + bitsOf("0001 0 0 1 0111111111111 1111111111111 1").leftJustified(16, '\x55');
+    const QByteArray header = hex("1a06101111111111") + hex("1a06") + larger.mid(2, 6);
+    QTest::newRow("none") << QByteArray() << sequence + same << QSize(16, 16);
+    QTest::newRow("first") << QByteArray() << sequence + larger << QSize(4096, 8192);
+    QTest::newRow("second") << QByteArray() << sequence + same + larger << QSize(4096, 8192);
+    QTest::newRow("of a layer") << QByteArray() << sequence + layered << QSize(4096, 8192);
+    QTest::newRow("header alone") << QByteArray() << sequence + header << QSize(4096, 8192);
+    QTest::newRow("header in the configuration") << sequence << larger << QSize(4096, 8192);
+    QTest::newRow("all in the configuration") << sequence + larger << same << QSize(4096, 8192);
+    QTest::newRow("behind a reduced header") << QByteArray() << sequence16 + larger << QSize(16, 16);
+    QTest::newRow("behind another header")
+        << QByteArray() << sequence + same + sequence16 + larger << QSize(16, 16);
+    QTest::newRow("before any header") << QByteArray() << larger + sequence << QSize(16, 16);
+}
+
+/// The decoder would make room for such a frame, whatever is told.
+void TestAvifHostile::findsFramesLargerThanTheirSequence()
+{
+    QFETCH(QByteArray, configuration);
+    QFETCH(QByteArray, stream);
+    QFETCH(QSize, size);
+    HeifParts parts = plainHeif(hex("1200") + stream);
+    parts.properties[1] = heifBox("av1C", hex("81200000") + configuration);
+    QCOMPARE(heifCodedSizes(parts.bytes()), QList<QSize>{size});
+    if (size != QSize(16, 16))
+        QCOMPARE(refusalFault(avifCodec(), parts.bytes(), ErrorKind::Damaged), QString());
 }
 
 void TestAvifHostile::findsTheLargestHeader_data()

@@ -13,7 +13,9 @@ namespace quorvia::engine {
 
 /// The bytes that may be looked at in search of headers, over all the streams of a file: ample for the
 /// largest grid.
-constexpr qint64 heifGlances = 1 << 20;
+constexpr qint64 heifGlances = 1 << 21;
+constexpr qint64 glanceOfHeifUnit = 8;     ///< what passing over a unit costs of them
+constexpr qint64 longestHeifHeader = 1024; ///< bytes of a sequence header before its size, many times over
 
 struct HeifStream
 {
@@ -28,9 +30,9 @@ struct HeifStream
     }
 };
 
-/// What `stream`, a row of open bitstream units, announces (AV1 specification, 5.5 and 5.9): the sizes of its
-/// sequence headers, and each frame, by its header. Takes what it looked at from `glances`; they are below 0
-/// when the stream was not looked through.
+/// What `stream`, a row of open bitstream units, announces (AV1 specification, 5.3): the sizes of its
+/// sequence headers and of frames that differ from them, and each frame, by its header. Takes what it looked
+/// at from `glances`; they are below 0 when the stream was not looked through.
 HeifStream av1Stream(const HeifPieces& stream, qint64& glances);
 HeifStream av1Stream(const HeifPieces& stream);
 

@@ -18,6 +18,11 @@ class HeifPieces
         m_pieces.append(piece);
         m_size += piece.size();
     }
+    void append(const HeifPieces& other)
+    {
+        m_pieces.append(other.m_pieces);
+        m_size += other.m_size;
+    }
     qint64 size() const { return m_size; }
 
     /// A copy of `count` bytes from `at` on, fewer when the end comes before. `at` is at least 0.

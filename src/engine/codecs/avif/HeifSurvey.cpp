@@ -140,31 +140,34 @@ HeifStream Surveyor::readCoded(const HeifItem& item, bool isAuxiliary)
     constexpr qsizetype av1Units = 4;
     const bool isAv1 = item.type == "av01";
     const HeifPieces stream = piecesOf(item);
-    HeifStream coded = isAv1 ? av1Stream(stream, m_glances) : hevcStream(stream, m_glances);
+    HeifStream coded;
+    HeifPieces fed; // as the AV1 decoder gets them: the frames of the stream may go by the header before it
     bool configured = false;
     for (const int index : item.properties) {
         const HeifProperty& property = m_items.properties[index];
         const QByteArray& bytes = property.content;
-        HeifStream told;
         int bits = 8;
         bool grey = false;
         if (isAv1 && property.name == "av1C" && bytes.size() >= av1Units) {
-            told = av1Stream(bytes.mid(av1Units), m_glances);
+            fed.append(bytes.mid(av1Units));
             const auto flags = uchar(bytes[2]);
             bits = (flags & 0x40) == 0 ? 8 : (flags & 0x20) == 0 ? 10 : 12;
             grey = (flags & 0x10) != 0;
         } else if (!isAv1 && property.name == "hvcC" && bytes.size() > 22) {
-            told = configuredHevc(bytes, m_glances);
+            coded.add(configuredHevc(bytes, m_glances));
             bits = 8 + (uchar(bytes[17]) & 7);
             grey = (uchar(bytes[16]) & 3) == 0;
         } else {
             continue;
         }
+        if (configured)
+            fault(ErrorKind::Damaged, QStringLiteral("two configurations of one decoder"));
         configured = true;
-        coded.add(told);
         m_found.bits = std::max(m_found.bits, bits);
         m_colour = m_colour || (!grey && !isAuxiliary);
     }
+    fed.append(stream);
+    coded.add(isAv1 ? av1Stream(fed, m_glances) : hevcStream(stream, m_glances));
     if (m_glances < 0)
         fault(ErrorKind::Damaged, QStringLiteral("more units in the streams than any picture has"));
     if (!configured)
