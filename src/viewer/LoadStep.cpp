@@ -1,5 +1,6 @@
 #include "viewer/LoadStep.h"
 
+#include "app/Colors.h"
 #include "app/ImageTypes.h"
 #include "app/Log.h"
 #include "app/mFile.h"
@@ -8,7 +9,6 @@
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "system/Publishing.h"
-#include "viewer/Colors.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 #include "viewer/WindowGeometry.h"
@@ -29,7 +29,7 @@ void log(const char* text)
 
 void colourChrome(frmImageView& window)
 {
-    setPaneColor(window.pTop(), QColor(0, 121, 191));
+    app::setPaneColor(window.pTop(), QColor(0, 121, 191));
 }
 
 QSize inTwips(QSize pixels)
@@ -66,9 +66,10 @@ void restoreGeometry(frmImageView& window, bool othersWereRunning)
 void restoreView(frmImageView& window)
 {
     QWidget* const pContain = window.pContain();
-    setPaneColor(pContain,
-                 fromColorNumber(app::read(app::setting::MainBackColor, toColorNumber(paneColor(pContain)))));
-    window.ix1()->SetBackColor(paneColor(window.pContain()));
+    app::setPaneColor(pContain,
+                      app::fromColorNumber(app::read(app::setting::MainBackColor,
+                                                     app::toColorNumber(app::paneColor(pContain)))));
+    window.ix1()->SetBackColor(app::paneColor(window.pContain()));
     window.viewport()->setFitToWindow(app::read(app::setting::cView) != 1);
 }
 

@@ -1,12 +1,12 @@
 #include "viewer/frmImageView.h"
 
+#include "app/Colors.h"
 #include "app/mFile.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "commands/Keys.h"
 #include "platform/Dialogs.h"
-#include "viewer/Colors.h"
 #include "viewer/CommandTable.h"
 #include "viewer/PageNavigator.h"
 #include "viewer/ReadAheadPlan.h"
@@ -60,7 +60,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     setAccessibleName(app::productTitle());
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
-    setPaneColor(m_pContain, viewportColor);
+    app::setPaneColor(m_pContain, viewportColor);
     m_ix1->setObjectName(QStringLiteral("ix1"));
     m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();

@@ -4,7 +4,7 @@
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
-#include "viewer/Colors.h"
+#include "app/Colors.h"
 #include "viewer/LoadStep.h"
 #include "viewer/ViewerBench.h"
 
@@ -50,7 +50,7 @@ class TestLoadStep : public QObject
     void chromeAndTitle()
     {
         frmImageView& window = m_bench->load();
-        QCOMPARE(viewer::paneColor(window.pTop()), QColor(0, 121, 191));
+        QCOMPARE(app::paneColor(window.pTop()), QColor(0, 121, 191));
         QCOMPARE(window.windowTitle(), QStringLiteral("Quorvia v1.0.0"));
         window.OpenX(in("pics/a.png"));
         QCOMPARE(window.windowTitle(), QStringLiteral("Quorvia v1.0.0")); // it does not follow the image
@@ -176,7 +176,7 @@ class TestLoadStep : public QObject
     {
         app::save(setting::MainBackColor, 0x0000ff);
         frmImageView& window = m_bench->load();
-        QCOMPARE(viewer::paneColor(window.pContain()), QColor(Qt::red));
+        QCOMPARE(app::paneColor(window.pContain()), QColor(Qt::red));
         QCOMPARE(window.ix1()->BackColor(), QColor(Qt::red));
     }
 
