@@ -36,9 +36,9 @@ int valueAt(const ScrollTrack& track, int position);
 /// What one step by an arrow adds: 1, from a maximum of 151 on a hundredth of it, rounded.
 int scrollStep(int maximum);
 
-enum class ScrollPart { NearArrow, FarArrow, Track };
+enum class ScrollPart { NearArrow, FarArrow, Track, Thumb };
 
-/// What of the control lies at `position`.
+/// What of the control lies at `position`; the track also where the thumb covers it.
 ScrollPart partAt(const ScrollTrack& track, int position);
 
 } // namespace quorvia::controls

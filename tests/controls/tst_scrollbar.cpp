@@ -1,0 +1,596 @@
+#include "controls/ScrollBar.h"
+#include "controls/ScrollSkin.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <climits>
+
+using namespace quorvia::controls;
+
+namespace {
+
+constexpr int barLength = 370; // pixels: 5550 twips, with a track of 5010
+
+QWidget* childOf(const ScrollBar& bar, const char* name)
+{
+    return bar.findChild<QWidget*>(QLatin1String(name));
+}
+
+/// How often a widget has been painted.
+class PaintCount : public QObject
+{
+  public:
+    explicit PaintCount(QWidget* watched) { watched->installEventFilter(this); }
+    int paints = 0;
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestScrollBar : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void asMade();
+    void names();
+    void values_data();
+    void values();
+    void equalValueIsAChange();
+    void thumbStandsBeforeTheChange();
+    void maximums_data();
+    void maximums();
+    void alights_data();
+    void alights();
+    void turningKeepsTheThickness();
+    void thumbs_data();
+    void thumbs();
+    void thicknessIsForced_data();
+    void thicknessIsForced();
+    void resizing();
+    void steps_data();
+    void steps();
+    void stepsOfTheLargestMaximum();
+    void smallChange();
+    void comesToRest();
+    void keys_data();
+    void keys();
+    void keysOfOthers_data();
+    void keysOfOthers();
+    void wheel_data();
+    void wheel();
+    void wheelAddsUp();
+    void wheelOfOthers();
+    void painting();
+    void burstAllocatesNothing_data();
+    void burstAllocatesNothing();
+    void tellsReaders();
+    void keepsAnotherName();
+};
+
+void TestScrollBar::asMade()
+{
+    ScrollBar bar;
+    QCOMPARE(bar.Value(), 0);
+    QCOMPARE(bar.Max(), 1);
+    QCOMPARE(bar.Alight(), 2);
+    QCOMPARE(bar.Vertical(), false);
+    QCOMPARE(bar.Dragging(), false);
+    QCOMPARE(bar.SmallChange(), 1);
+    QCOMPARE(bar.focusPolicy(), Qt::NoFocus);
+    QCOMPARE(bar.size(), QSize(133, 18));
+    QCOMPARE(bar.size(), bar.sizeHint());
+}
+
+void TestScrollBar::names()
+{
+    ScrollBar bar;
+    QWidget* const pScroll = childOf(bar, "pScroll");
+    QWidget* const pSelecter = childOf(bar, "pSelecter");
+    QWidget* const holder = childOf(bar, "holder");
+    QVERIFY(pScroll && pSelecter && holder);
+    QCOMPARE(pSelecter->parentWidget(), pScroll);
+    const auto* const tMove = bar.findChild<QTimer*>(QStringLiteral("tMove"));
+    QVERIFY(tMove);
+    QCOMPARE(tMove->interval(), 50);
+    QVERIFY(!tMove->isActive());
+}
+
+void TestScrollBar::values_data()
+{
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("given");
+    QTest::addColumn<int>("taken");
+    QTest::newRow("within") << 100 << 40 << 40;
+    QTest::newRow("lowest") << 100 << 0 << 0;
+    QTest::newRow("highest") << 100 << 100 << 100;
+    QTest::newRow("negative") << 100 << -1 << 0;
+    QTest::newRow("above") << 100 << 101 << 100;
+    QTest::newRow("least of all") << 100 << INT_MIN << 0;
+    QTest::newRow("most of all") << 100 << INT_MAX << 100;
+    QTest::newRow("maximum 1, 0") << 1 << 0 << 0;
+    QTest::newRow("maximum 1, 1") << 1 << 1 << 1;
+    QTest::newRow("maximum 1, 2") << 1 << 2 << 1;
+    QTest::newRow("maximum 0 is 1") << 0 << 2 << 1;
+    QTest::newRow("largest maximum") << INT_MAX << INT_MAX << INT_MAX;
+}
+
+void TestScrollBar::values()
+{
+    QFETCH(int, maximum);
+    QFETCH(int, given);
+    QFETCH(int, taken);
+    ScrollBar bar;
+    bar.SetMax(maximum);
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    bar.SetValue(given);
+    QCOMPARE(bar.Value(), taken);
+    QCOMPARE(changes, QList<QVariantList>{{taken}});
+}
+
+void TestScrollBar::equalValueIsAChange()
+{
+    ScrollBar bar;
+    bar.SetMax(10);
+    bar.SetValue(4);
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    bar.SetValue(4);
+    bar.SetValue(4);
+    QCOMPARE(changes, (QList<QVariantList>{{4}, {4}}));
+}
+
+void TestScrollBar::thumbStandsBeforeTheChange()
+{
+    ScrollBar bar;
+    bar.resize(barLength, 18);
+    bar.SetMax(50);
+    int seen = -1;
+    connect(&bar, &ScrollBar::Change, &bar, [&] { seen = childOf(bar, "pSelecter")->x(); });
+    bar.SetValue(12);
+    QCOMPARE(seen, 18 + 12 * 20 / 15);
+}
+
+void TestScrollBar::maximums_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("valueAfter");
+    QTest::addColumn<int>("maximumAfter");
+    QTest::newRow("above the value") << 5 << 20 << 5 << 20;
+    QTest::newRow("at the value") << 5 << 5 << 5 << 5;
+    QTest::newRow("under the value") << 5 << 3 << 3 << 3;
+    QTest::newRow("1") << 5 << 1 << 1 << 1;
+    QTest::newRow("0") << 5 << 0 << 0 << 1;
+    QTest::newRow("0 at 0") << 0 << 0 << 0 << 1;
+    QTest::newRow("negative") << 5 << -7 << 0 << 1;
+}
+
+void TestScrollBar::maximums()
+{
+    QFETCH(int, value);
+    QFETCH(int, maximum);
+    ScrollBar bar;
+    bar.resize(barLength, 18);
+    bar.SetMax(10);
+    bar.SetValue(value);
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    bar.SetMax(maximum);
+    QTEST(bar.Value(), "valueAfter");
+    QTEST(bar.Max(), "maximumAfter");
+    QVERIFY(changes.isEmpty());
+    const ScrollThumb thumb = thumbAt({barLength * 15, 270, 270, bar.Max()}, bar.Value());
+    QCOMPARE(childOf(bar, "pSelecter")->x(), thumb.start / 15);
+    QCOMPARE(bar.ThumbLength(), thumb.length);
+}
+
+void TestScrollBar::alights_data()
+{
+    QTest::addColumn<int>("given");
+    QTest::addColumn<int>("taken");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("1") << 1 << 1 << QSize(18, 133);
+    QTest::newRow("2") << 2 << 2 << QSize(133, 18);
+    QTest::newRow("0") << 0 << 2 << QSize(133, 18);
+    QTest::newRow("3") << 3 << 2 << QSize(133, 18);
+    QTest::newRow("-1") << -1 << 2 << QSize(133, 18);
+}
+
+void TestScrollBar::alights()
+{
+    QFETCH(int, given);
+    QFETCH(int, taken);
+    QFETCH(QSize, size);
+    ScrollBar bar;
+    bar.resize(400, 300);
+    bar.SetAlight(given);
+    QCOMPARE(bar.Alight(), taken);
+    QCOMPARE(bar.Vertical(), taken == 1);
+    QCOMPARE(bar.size(), size);
+    QCOMPARE(childOf(bar, "pScroll")->geometry(), QRect(QPoint(), size));
+    QCOMPARE(childOf(bar, "holder")->geometry(), QRect(QPoint(), size));
+}
+
+void TestScrollBar::turningKeepsTheThickness()
+{
+    ScrollBar bar;
+    bar.show();
+    bar.resize(400, 18);
+    bar.SetAlight(1);
+    QCOMPARE(bar.size(), QSize(18, 133));
+    bar.SetAlight(2);
+    QCOMPARE(bar.size(), QSize(133, 18));
+}
+
+void TestScrollBar::thumbs_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("thumb");
+    // In pixels; the arrows have 18 each.
+    QTest::newRow("long, at 0") << 370 << 50 << 0 << 18 << 134;
+    QTest::newRow("long, at 7") << 370 << 50 << 7 << 27 << 134;
+    QTest::newRow("long, at its end") << 370 << 50 << 50 << 84 << 134;
+    QTest::newRow("maximum 1, at 1") << 370 << 1 << 1 << 19 << 167;
+    QTest::newRow("short, at 0") << 370 << 1000 << 0 << 18 << 14;
+    QTest::newRow("short, half way") << 370 << 1000 << 500 << 171 << 14;
+    QTest::newRow("short, 200 twips before the end") << 370 << 1000 << 1000 << 325 << 14;
+    QTest::newRow("very short control") << 40 << 10 << 10 << 18 << 14;
+    QTest::newRow("shorter than its arrows") << 10 << 10 << 5 << 18 << 14;
+}
+
+void TestScrollBar::thumbs()
+{
+    QFETCH(int, length);
+    QFETCH(int, maximum);
+    QFETCH(int, value);
+    QFETCH(int, start);
+    QFETCH(int, thumb);
+    ScrollBar bar;
+    bar.SetMax(maximum);
+    bar.resize(length, 18);
+    bar.SetValue(value);
+    QCOMPARE(childOf(bar, "pSelecter")->geometry(), QRect(start, 0, thumb, 18));
+    bar.SetAlight(1);
+    bar.resize(18, length);
+    bar.SetValue(value);
+    QCOMPARE(childOf(bar, "pSelecter")->geometry(), QRect(0, start, 18, thumb));
+}
+
+void TestScrollBar::thicknessIsForced_data()
+{
+    QTest::addColumn<int>("alight");
+    QTest::addColumn<QSize>("given");
+    QTest::addColumn<QSize>("taken");
+    QTest::newRow("upright, too wide") << 1 << QSize(40, 200) << QSize(18, 200);
+    QTest::newRow("upright, too narrow") << 1 << QSize(3, 200) << QSize(18, 200);
+    QTest::newRow("lying, too high") << 2 << QSize(200, 40) << QSize(200, 18);
+    QTest::newRow("lying, too low") << 2 << QSize(200, 3) << QSize(200, 18);
+}
+
+void TestScrollBar::thicknessIsForced()
+{
+    QFETCH(int, alight);
+    QFETCH(QSize, given);
+    QFETCH(QSize, taken);
+    QWidget window;
+    window.resize(300, 300);
+    ScrollBar bar(&window);
+    bar.SetAlight(alight);
+    bar.resize(given);
+    bar.SizeScroll();
+    QCOMPARE(bar.size(), taken);
+    window.show(); // from here on the resizes come by themselves
+    bar.resize(given);
+    QCOMPARE(bar.size(), taken);
+    QCOMPARE(childOf(bar, "pScroll")->size(), taken);
+    QCOMPARE(childOf(bar, "holder")->size(), taken);
+}
+
+void TestScrollBar::resizing()
+{
+    QWidget window;
+    window.resize(500, 300);
+    ScrollBar bar(&window);
+    bar.SetMax(50);
+    bar.resize(barLength, 18);
+    bar.SetValue(7);
+    window.show();
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    bar.resize(400, 18); // the track is 450 twips longer, the thumb half of that
+    QCOMPARE(bar.ThumbLength(), 2005 + 225);
+    QCOMPARE(childOf(bar, "pSelecter")->geometry(), QRect(27, 0, 149, 18));
+    QCOMPARE(bar.Value(), 7);
+    QVERIFY(changes.isEmpty());
+}
+
+void TestScrollBar::steps_data()
+{
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("afterUp");
+    QTest::addColumn<int>("afterDown");
+    QTest::newRow("1, at 0") << 1 << 0 << 1 << 0;
+    QTest::newRow("1, at 1") << 1 << 1 << 1 << 0;
+    QTest::newRow("150") << 150 << 50 << 51 << 49;
+    QTest::newRow("151") << 151 << 50 << 52 << 48;
+    QTest::newRow("1000") << 1000 << 500 << 510 << 490;
+    QTest::newRow("stops at 0") << 1000 << 3 << 13 << 0;
+    QTest::newRow("stops at the maximum") << 1000 << 995 << 1000 << 985;
+}
+
+void TestScrollBar::steps()
+{
+    QFETCH(int, maximum);
+    QFETCH(int, value);
+    ScrollBar bar;
+    bar.SetMax(maximum);
+    bar.SetValue(value);
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    bar.UpArrowClick();
+    QTEST(bar.Value(), "afterUp");
+    bar.SetValue(value);
+    bar.DownArrowClick();
+    QTEST(bar.Value(), "afterDown");
+    QCOMPARE(changes.size(), 3);
+}
+
+void TestScrollBar::stepsOfTheLargestMaximum()
+{
+    ScrollBar bar;
+    bar.SetMax(INT_MAX);
+    bar.SetValue(INT_MAX - 1);
+    bar.UpArrowClick();
+    QCOMPARE(bar.Value(), INT_MAX);
+}
+
+void TestScrollBar::smallChange()
+{
+    ScrollBar bar;
+    bar.SetMax(100);
+    bar.SetSmallChange(5);
+    QCOMPARE(bar.SmallChange(), 5);
+    bar.UpArrowClick();
+    QCOMPARE(bar.Value(), 5);
+    bar.SetMax(1000); // whose hundredth is more
+    bar.UpArrowClick();
+    QCOMPARE(bar.Value(), 15);
+    bar.SetSmallChange(0);
+    QCOMPARE(bar.SmallChange(), 1);
+}
+
+void TestScrollBar::comesToRest()
+{
+    ScrollBar bar;
+    bar.SetMax(10);
+    bar.SetValue(1);
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    for (int i = 0; i < 3; ++i)
+        bar.DownArrowClick();
+    QCOMPARE(changes, (QList<QVariantList>{{0}, {0}, {0}}));
+}
+
+void TestScrollBar::keys_data()
+{
+    QTest::addColumn<int>("alight");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<int>("value");
+    QTest::newRow("down") << 1 << Qt::Key_Down << 51;
+    QTest::newRow("up") << 1 << Qt::Key_Up << 49;
+    QTest::newRow("right") << 2 << Qt::Key_Right << 51;
+    QTest::newRow("left") << 2 << Qt::Key_Left << 49;
+    for (const int alight : {1, 2}) {
+        QTest::addRow("page down, %d", alight) << alight << Qt::Key_PageDown << 60;
+        QTest::addRow("page up, %d", alight) << alight << Qt::Key_PageUp << 40;
+        QTest::addRow("home, %d", alight) << alight << Qt::Key_Home << 0;
+        QTest::addRow("end, %d", alight) << alight << Qt::Key_End << 100;
+    }
+}
+
+void TestScrollBar::keys()
+{
+    QFETCH(int, alight);
+    QFETCH(Qt::Key, key);
+    ScrollBar bar;
+    bar.SetAlight(alight);
+    bar.SetMax(100);
+    bar.SetValue(50);
+    QTest::keyClick(&bar, key);
+    QTEST(bar.Value(), "value");
+    bar.SetValue(50);
+    QTest::keyClick(&bar, key, Qt::KeypadModifier);
+    QTEST(bar.Value(), "value");
+}
+
+void TestScrollBar::keysOfOthers_data()
+{
+    QTest::addColumn<int>("alight");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::newRow("across, upright") << 1 << Qt::Key_Left << Qt::KeyboardModifiers();
+    QTest::newRow("across, lying") << 2 << Qt::Key_Down << Qt::KeyboardModifiers();
+    QTest::newRow("a letter") << 1 << Qt::Key_A << Qt::KeyboardModifiers();
+    QTest::newRow("ctrl") << 1 << Qt::Key_Down << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("alt") << 1 << Qt::Key_Home << Qt::KeyboardModifiers(Qt::AltModifier);
+    QTest::newRow("shift") << 2 << Qt::Key_Right << Qt::KeyboardModifiers(Qt::ShiftModifier);
+}
+
+void TestScrollBar::keysOfOthers()
+{
+    QFETCH(int, alight);
+    QFETCH(Qt::Key, key);
+    QFETCH(Qt::KeyboardModifiers, modifiers);
+    ScrollBar bar;
+    bar.SetAlight(alight);
+    bar.SetMax(100);
+    bar.SetValue(50);
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QCoreApplication::sendEvent(&bar, &event);
+    QVERIFY(!event.isAccepted());
+    QCOMPARE(bar.Value(), 50);
+}
+
+namespace {
+
+bool turnWheel(ScrollBar& bar, QPoint angle, Qt::KeyboardModifiers modifiers = {})
+{
+    const QPointF middle = bar.rect().center();
+    QWheelEvent event(middle, bar.mapToGlobal(middle), {}, angle, Qt::NoButton, modifiers, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(&bar, &event);
+    return event.isAccepted();
+}
+
+} // namespace
+
+void TestScrollBar::wheel_data()
+{
+    QTest::addColumn<int>("alight");
+    QTest::addColumn<QPoint>("angle");
+    QTest::addColumn<int>("value");
+    QTest::newRow("towards the user") << 1 << QPoint(0, -120) << 53;
+    QTest::newRow("away from the user") << 1 << QPoint(0, 120) << 47;
+    QTest::newRow("two notches") << 1 << QPoint(0, -240) << 56;
+    QTest::newRow("lying, the same wheel") << 2 << QPoint(0, -120) << 53;
+    QTest::newRow("lying, sideways") << 2 << QPoint(120, 0) << 47;
+}
+
+void TestScrollBar::wheel()
+{
+    QFETCH(int, alight);
+    QFETCH(QPoint, angle);
+    ScrollBar bar;
+    bar.SetAlight(alight);
+    bar.SetMax(100);
+    bar.SetValue(50);
+    QVERIFY(turnWheel(bar, angle));
+    QTEST(bar.Value(), "value");
+}
+
+void TestScrollBar::wheelAddsUp()
+{
+    ScrollBar bar;
+    bar.SetMax(100);
+    QSignalSpy changes(&bar, &ScrollBar::Change);
+    for (int i = 0; i < 3; ++i)
+        turnWheel(bar, {0, -30});
+    QVERIFY(changes.isEmpty());
+    turnWheel(bar, {0, -30});
+    QCOMPARE(changes, QList<QVariantList>{{3}});
+}
+
+void TestScrollBar::wheelOfOthers()
+{
+    ScrollBar bar;
+    bar.SetMax(100);
+    QVERIFY(!turnWheel(bar, {0, -120}, Qt::ControlModifier));
+    QCOMPARE(bar.Value(), 0);
+}
+
+void TestScrollBar::painting()
+{
+    ScrollBar bar;
+    bar.SetAlight(1);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    PaintCount track(childOf(bar, "pScroll"));
+    PaintCount thumb(childOf(bar, "pSelecter"));
+    bar.DrawSelecter();
+    QTRY_COMPARE(thumb.paints, 1);
+    QCOMPARE(track.paints, 0);
+    bar.DrawScroll();
+    QTRY_VERIFY(track.paints >= 1);
+
+    const QImage shown = bar.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    std::shared_ptr<ScrollSkin> skin = ScrollSkin::forRatio(1);
+    const QImage space = skin->picture(SkinRole::vspace).toImage();
+    QCOMPARE(shown.pixel(0, 100), space.pixel(0, 0));
+    QCOMPARE(shown.pixel(9, 110), space.pixel(9, 0));
+    const QRect place = childOf(bar, "pSelecter")->geometry();
+    const QImage end = skin->picture(SkinRole::vseptop).toImage();
+    QCOMPARE(shown.pixel(9, place.top()), end.pixel(9, 0));
+    QCOMPARE(shown.pixel(9, place.bottom()), end.pixel(9, 0)); // the other end is its mirror image
+}
+
+void TestScrollBar::burstAllocatesNothing_data()
+{
+    QTest::addColumn<int>("maximum");
+    QTest::newRow("long thumb") << 20;
+    QTest::newRow("short thumb") << 3000;
+}
+
+void TestScrollBar::burstAllocatesNothing()
+{
+    QFETCH(int, maximum);
+    QWidget window;
+    window.resize(60, 400);
+    ScrollBar bar(&window);
+    bar.SetAlight(1);
+    bar.resize(18, barLength);
+    bar.SetMax(maximum);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const std::weak_ptr<ScrollSkin> skin = ScrollSkin::forRatio(bar.devicePixelRatioF());
+    const auto drawnPictures = [&skin] {
+        const std::shared_ptr<ScrollSkin> kept = skin.lock(); // by the bar alone
+        return kept ? kept->drawnPictures() : -1;
+    };
+    const int drawn = drawnPictures();
+    QCOMPARE(drawn, 7); // all of an upright bar's
+    PaintCount track(childOf(bar, "pScroll"));
+    PaintCount thumb(childOf(bar, "pSelecter"));
+
+    for (int i = 0; i < 1000; ++i) {
+        bar.SetValue(i * 7 % (maximum + 1));
+        bar.DrawSelecter();
+        bar.DrawScroll();
+        QCoreApplication::processEvents();
+    }
+    QVERIFY(track.paints > 0 && thumb.paints > 0);
+    QCOMPARE(drawnPictures(), drawn);
+}
+
+void TestScrollBar::tellsReaders()
+{
+    ScrollBar bar;
+    bar.SetMax(40);
+    bar.SetValue(12);
+    QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(&bar);
+    QVERIFY(access);
+    QCOMPARE(access->role(), QAccessible::ScrollBar);
+    QCOMPARE(access->text(QAccessible::Name), QStringLiteral("Horizontal scroll bar"));
+    QCOMPARE(access->text(QAccessible::Value), QStringLiteral("12"));
+    QCOMPARE(access->childCount(), 0);
+    QCOMPARE(access->child(0), nullptr);
+    QCOMPARE(access->childAt(0, 0), nullptr);
+    QAccessibleValueInterface* const value = access->valueInterface();
+    QVERIFY(value);
+    QCOMPARE(value->currentValue().toInt(), 12);
+    QCOMPARE(value->minimumValue().toInt(), 0);
+    QCOMPARE(value->maximumValue().toInt(), 40);
+    QCOMPARE(value->minimumStepSize().toInt(), 1);
+    value->setCurrentValue(50);
+    QCOMPARE(bar.Value(), 40);
+    bar.SetAlight(1);
+    QCOMPARE(bar.accessibleName(), QStringLiteral("Vertical scroll bar"));
+}
+
+void TestScrollBar::keepsAnotherName()
+{
+    ScrollBar bar;
+    bar.setAccessibleName(QStringLiteral("Position in the strip"));
+    bar.SetAlight(1);
+    QCOMPARE(bar.accessibleName(), QStringLiteral("Position in the strip"));
+}
+
+QTEST_MAIN(TestScrollBar)
+#include "tst_scrollbar.moc"

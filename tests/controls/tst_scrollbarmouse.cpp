@@ -1,0 +1,477 @@
+#include "controls/ScrollBar.h"
+#include "controls/ScrollSkin.h"
+
+#include <QMenu>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWindow>
+
+using namespace quorvia::controls;
+
+namespace {
+
+constexpr int barLength = 370; // pixels: 5550 twips, with a track of 5010
+
+} // namespace
+
+/// Drives a bar by the mouse, through the window that it stands in. Positions are along the bar, in pixels.
+class TestScrollBarMouse : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void pressOnAnArrow_data();
+    void pressOnAnArrow();
+    void repeats_data();
+    void repeats();
+    void repeatsAtItsEnd();
+    void releaseEndsThePress_data();
+    void releaseEndsThePress();
+    void losingTheMouse_data();
+    void losingTheMouse();
+    void popupTakesTheMouse();
+    void releaseWithinTheChange();
+    void pressOnTheTrack_data();
+    void pressOnTheTrack();
+    void dragFromTheTrack_data();
+    void dragFromTheTrack();
+    void dragOfTheThumb_data();
+    void dragOfTheThumb();
+    void pressOnTheThumbChangesNothing();
+    void otherButtons_data();
+    void otherButtons();
+    void tooShortForItsThumb();
+    void takesNoFocus();
+    void looks_data();
+    void looks();
+    void leavingEndsTheHover();
+
+  private:
+    void make(int alight, int maximum, int length = barLength);
+    QPoint at(int along) const;
+    void press(int along, Qt::MouseButton button = Qt::LeftButton);
+    void release(int along, Qt::MouseButton button = Qt::LeftButton);
+    void moveTo(int along);
+    void send(QEvent::Type type, int along, Qt::MouseButtons buttons);
+    QTimer* tMove() const { return m_bar->findChild<QTimer*>(QStringLiteral("tMove")); }
+    int thumbStart() const;
+    QImage shown() const;
+
+    std::unique_ptr<QWidget> m_window;
+    ScrollBar* m_bar = nullptr;
+};
+
+void TestScrollBarMouse::init()
+{
+    m_window = std::make_unique<QWidget>();
+    m_window->resize(400, 400);
+    m_bar = new ScrollBar(m_window.get());
+}
+
+void TestScrollBarMouse::cleanup()
+{
+    if (m_window->windowHandle())
+        release(0);
+    m_window.reset();
+}
+
+void TestScrollBarMouse::make(int alight, int maximum, int length)
+{
+    m_bar->SetAlight(alight);
+    m_bar->move(10, 20);
+    m_bar->resize(alight == 1 ? QSize(18, length) : QSize(length, 18));
+    m_bar->SetMax(maximum);
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QTest::mouseMove(m_window->windowHandle(), QPoint(395, 395));
+}
+
+QPoint TestScrollBarMouse::at(int along) const
+{
+    return QPoint(10, 20) + (m_bar->Vertical() ? QPoint(9, along) : QPoint(along, 9));
+}
+
+void TestScrollBarMouse::press(int along, Qt::MouseButton button)
+{
+    QTest::mousePress(m_window->windowHandle(), button, {}, at(along));
+}
+
+void TestScrollBarMouse::release(int along, Qt::MouseButton button)
+{
+    QTest::mouseRelease(m_window->windowHandle(), button, {}, at(along));
+}
+
+void TestScrollBarMouse::moveTo(int along)
+{
+    QTest::mouseMove(m_window->windowHandle(), at(along));
+}
+
+void TestScrollBarMouse::send(QEvent::Type type, int along, Qt::MouseButtons buttons)
+{
+    const QPointF position = at(along) - QPoint(10, 20);
+    QMouseEvent event(type, position, m_bar->mapToGlobal(position), Qt::NoButton, buttons, {});
+    QCoreApplication::sendEvent(m_bar, &event);
+}
+
+int TestScrollBarMouse::thumbStart() const
+{
+    const auto* const pSelecter = m_bar->findChild<QWidget*>(QStringLiteral("pSelecter"));
+    return m_bar->Vertical() ? pSelecter->y() : pSelecter->x();
+}
+
+QImage TestScrollBarMouse::shown() const
+{
+    return m_bar->grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+void TestScrollBarMouse::pressOnAnArrow_data()
+{
+    QTest::addColumn<int>("alight");
+    QTest::addColumn<int>("along");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("tag");
+    for (const int alight : {1, 2}) {
+        QTest::addRow("first pixel, %d", alight) << alight << 0 << 49 << "DOWN";
+        QTest::addRow("last of the near arrow, %d", alight) << alight << 17 << 49 << "DOWN";
+        QTest::addRow("first of the far arrow, %d", alight) << alight << 352 << 51 << "UP";
+        QTest::addRow("last pixel, %d", alight) << alight << 369 << 51 << "UP";
+    }
+}
+
+void TestScrollBarMouse::pressOnAnArrow()
+{
+    QFETCH(int, alight);
+    QFETCH(int, along);
+    QFETCH(int, value);
+    make(alight, 100);
+    m_bar->SetValue(50);
+    QSignalSpy changes(m_bar, &ScrollBar::Change);
+    press(along);
+    QVERIFY(changes.size() >= 1);
+    QCOMPARE(changes.at(0).at(0).toInt(), value);
+    QVERIFY(tMove()->isActive());
+    QTEST(tMove()->property("tag").toString(), "tag");
+    QCOMPARE(m_bar->Dragging(), false);
+}
+
+void TestScrollBarMouse::repeats_data()
+{
+    QTest::addColumn<int>("along");
+    QTest::addColumn<QList<int>>("values");
+    QTest::newRow("back") << 5 << QList<int>{49, 48, 47, 46};
+    QTest::newRow("forward") << 360 << QList<int>{51, 52, 53, 54};
+}
+
+void TestScrollBarMouse::repeats()
+{
+    QFETCH(int, along);
+    QFETCH(QList<int>, values);
+    make(1, 100);
+    m_bar->SetValue(50);
+    QSignalSpy changes(m_bar, &ScrollBar::Change);
+    press(along);
+    QTRY_VERIFY(changes.size() >= values.size());
+    for (qsizetype i = 0; i < values.size(); ++i)
+        QCOMPARE(changes.at(i).at(0).toInt(), values.at(i));
+}
+
+void TestScrollBarMouse::repeatsAtItsEnd()
+{
+    make(1, 100);
+    QSignalSpy changes(m_bar, &ScrollBar::Change);
+    press(5);
+    QTRY_VERIFY(changes.size() >= 3);
+    for (const QVariantList& change : changes)
+        QCOMPARE(change.at(0).toInt(), 0);
+}
+
+void TestScrollBarMouse::releaseEndsThePress_data()
+{
+    QTest::addColumn<int>("along");
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::newRow("arrow, left") << 5 << Qt::LeftButton;
+    QTest::newRow("arrow, right") << 5 << Qt::RightButton;
+    QTest::newRow("track, left") << 300 << Qt::LeftButton;
+    QTest::newRow("track, right") << 300 << Qt::RightButton;
+}
+
+void TestScrollBarMouse::releaseEndsThePress()
+{
+    QFETCH(int, along);
+    QFETCH(Qt::MouseButton, button);
+    make(1, 100);
+    press(along);
+    QVERIFY(m_bar->Dragging() || tMove()->isActive());
+    if (button != Qt::LeftButton)
+        press(along, button);
+    release(along, button);
+    QVERIFY(!m_bar->Dragging());
+    QVERIFY(!tMove()->isActive());
+}
+
+void TestScrollBarMouse::losingTheMouse_data()
+{
+    QTest::addColumn<int>("along");
+    QTest::addColumn<QString>("how");
+    for (const QString how :
+         {"hidden", "window hidden", "window inactive", "disabled", "released elsewhere"}) {
+        QTest::newRow(qPrintable("arrow, " + how)) << 5 << how;
+        QTest::newRow(qPrintable("track, " + how)) << 300 << how;
+    }
+}
+
+void TestScrollBarMouse::losingTheMouse()
+{
+    QFETCH(int, along);
+    QFETCH(QString, how);
+    make(1, 100);
+    press(along);
+    QVERIFY(m_bar->Dragging() || tMove()->isActive());
+    QWidget other;
+    if (how == QLatin1String("hidden")) {
+        m_bar->hide();
+    } else if (how == QLatin1String("window hidden")) {
+        m_window->hide();
+    } else if (how == QLatin1String("window inactive")) {
+        other.show();
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+    } else if (how == QLatin1String("disabled")) {
+        m_window->setEnabled(false);
+    } else {
+        send(QEvent::MouseMove, along, Qt::NoButton);
+    }
+    QVERIFY(!m_bar->Dragging());
+    QVERIFY(!tMove()->isActive());
+}
+
+void TestScrollBarMouse::popupTakesTheMouse()
+{
+    make(1, 100);
+    press(5);
+    QVERIFY(tMove()->isActive());
+    QMenu menu;
+    menu.addAction(QStringLiteral("Entry"));
+    menu.popup(m_window->mapToGlobal(QPoint(100, 100)));
+    QTRY_VERIFY(!tMove()->isActive());
+}
+
+/// Whoever hears of a change may let events run; the release may be among them.
+void TestScrollBarMouse::releaseWithinTheChange()
+{
+    make(1, 100);
+    int changes = 0;
+    connect(m_bar, &ScrollBar::Change, this, [&] {
+        ++changes;
+        send(QEvent::MouseMove, 5, Qt::NoButton);
+    });
+    press(5);
+    QCOMPARE(changes, 1);
+    QVERIFY(!tMove()->isActive());
+}
+
+void TestScrollBarMouse::pressOnTheTrack_data()
+{
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("along");
+    QTest::addColumn<int>("value");
+    // Units of 20 twips: 4 pixels are 3 of them.
+    QTest::newRow("long thumb, behind it") << 50 << 18 + 144 << 50;
+    QTest::newRow("long thumb, at the far end") << 50 << 351 << 50;
+    QTest::newRow("short thumb") << 1000 << 18 + 100 << 325; // 1500 of 4610 twips
+    QTest::newRow("short thumb, near the far end") << 1000 << 345 << 1000;
+}
+
+void TestScrollBarMouse::pressOnTheTrack()
+{
+    QFETCH(int, maximum);
+    QFETCH(int, along);
+    QFETCH(int, value);
+    for (const int alight : {1, 2}) {
+        make(alight, maximum);
+        m_bar->SetValue(0);
+        QSignalSpy changes(m_bar, &ScrollBar::Change);
+        press(along);
+        QCOMPARE(changes, QList<QVariantList>{{value}});
+        QVERIFY(m_bar->Dragging());
+        QVERIFY(!tMove()->isActive());
+        release(along);
+        QVERIFY(!m_bar->Dragging());
+        QCOMPARE(changes.size(), 1);
+    }
+}
+
+void TestScrollBarMouse::dragFromTheTrack_data()
+{
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("along");
+    QTest::addColumn<int>("value");
+    QTest::newRow("long thumb") << 50 << 18 + 20 << 15;
+    QTest::newRow("long thumb, above the track") << 50 << 3 << 0;
+    QTest::newRow("long thumb, above the bar") << 50 << -15 << 0;
+    QTest::newRow("short thumb") << 1000 << 18 + 200 << 651;
+    QTest::newRow("short thumb, below the bar") << 1000 << 379 << 1000;
+}
+
+void TestScrollBarMouse::dragFromTheTrack()
+{
+    QFETCH(int, maximum);
+    QFETCH(int, along);
+    make(1, maximum);
+    press(300);
+    moveTo(along);
+    QTEST(m_bar->Value(), "value");
+    QVERIFY(m_bar->Dragging());
+}
+
+void TestScrollBarMouse::dragOfTheThumb_data()
+{
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("hold"); // into the thumb
+    QTest::addColumn<int>("by");
+    QTest::addColumn<int>("valueAfter");
+    QTest::newRow("long, at its begin, 4 pixels") << 50 << 3 << 0 << 4 << 6;
+    QTest::newRow("long, at its middle") << 50 << 3 << 60 << 40 << 33;
+    QTest::newRow("long, at its end, back") << 50 << 33 << 133 << -40 << 3;
+    QTest::newRow("long, beyond the maximum") << 50 << 30 << 60 << 100 << 50;
+    QTest::newRow("long, beyond 0") << 50 << 30 << 60 << -80 << 0;
+    QTest::newRow("short, at its middle") << 1000 << 500 << 7 << 100 << 825;
+    QTest::newRow("short, by nothing") << 1000 << 500 << 13 << 0 << 500;
+}
+
+void TestScrollBarMouse::dragOfTheThumb()
+{
+    QFETCH(int, maximum);
+    QFETCH(int, value);
+    QFETCH(int, hold);
+    QFETCH(int, by);
+    for (const int alight : {1, 2}) {
+        make(alight, maximum);
+        m_bar->SetValue(value);
+        const int held = thumbStart() + hold;
+        press(held);
+        QVERIFY(m_bar->Dragging());
+        moveTo(held + (by > 0 ? 3 : -3));
+        moveTo(held + by);
+        QTEST(m_bar->Value(), "valueAfter");
+        release(held + by);
+        moveTo(held + by + 20);
+        QTEST(m_bar->Value(), "valueAfter");
+    }
+}
+
+void TestScrollBarMouse::pressOnTheThumbChangesNothing()
+{
+    make(1, 50);
+    m_bar->SetValue(7);
+    QSignalSpy changes(m_bar, &ScrollBar::Change);
+    press(thumbStart() + 3);
+    release(thumbStart() + 3);
+    QVERIFY(changes.isEmpty());
+    QCOMPARE(m_bar->Value(), 7);
+}
+
+void TestScrollBarMouse::otherButtons_data()
+{
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::addColumn<bool>("acts");
+    QTest::newRow("left") << Qt::LeftButton << true;
+    QTest::newRow("middle") << Qt::MiddleButton << true;
+    QTest::newRow("right") << Qt::RightButton << false;
+    QTest::newRow("back") << Qt::BackButton << false;
+}
+
+void TestScrollBarMouse::otherButtons()
+{
+    QFETCH(Qt::MouseButton, button);
+    QFETCH(bool, acts);
+    make(1, 1000);
+    press(200, button);
+    QCOMPARE(m_bar->Dragging(), acts);
+    QCOMPARE(m_bar->Value() != 0, acts);
+    release(200, button);
+}
+
+/// The thumb lies over the far arrow then, and the arrow still answers.
+void TestScrollBarMouse::tooShortForItsThumb()
+{
+    make(1, 10, 40);
+    press(25);
+    QCOMPARE(m_bar->Dragging(), false);
+    QCOMPARE(tMove()->property("tag").toString(), QStringLiteral("UP"));
+    QCOMPARE(m_bar->Value(), 1);
+}
+
+void TestScrollBarMouse::takesNoFocus()
+{
+    m_window->setFocusPolicy(Qt::StrongFocus);
+    make(1, 10);
+    m_window->setFocus();
+    press(5);
+    QVERIFY(m_window->hasFocus());
+    QVERIFY(!m_bar->hasFocus());
+}
+
+void TestScrollBarMouse::looks_data()
+{
+    QTest::addColumn<int>("along");
+    QTest::addColumn<bool>("pressed");
+    QTest::addColumn<SkinState>("nearArrow");
+    QTest::addColumn<SkinState>("farArrow");
+    QTest::addColumn<SkinState>("thumb");
+    constexpr SkinState normal = SkinState::Normal;
+    QTest::newRow("over the near arrow") << 5 << false << SkinState::Hovered << normal << normal;
+    QTest::newRow("over the far arrow") << 360 << false << normal << SkinState::Hovered << normal;
+    QTest::newRow("over the thumb") << 60 << false << normal << normal << SkinState::Hovered;
+    QTest::newRow("over the track") << 300 << false << normal << normal << normal;
+    QTest::newRow("near arrow pressed") << 5 << true << SkinState::Pressed << normal << normal;
+    QTest::newRow("far arrow pressed") << 360 << true << normal << SkinState::Pressed << normal;
+    QTest::newRow("thumb pressed") << 60 << true << normal << normal << SkinState::Pressed;
+    QTest::newRow("track pressed") << 300 << true << normal << normal << SkinState::Pressed;
+}
+
+void TestScrollBarMouse::looks()
+{
+    QFETCH(int, along);
+    QFETCH(bool, pressed);
+    QFETCH(SkinState, nearArrow);
+    QFETCH(SkinState, farArrow);
+    QFETCH(SkinState, thumb);
+    make(1, 50);
+    moveTo(along);
+    if (pressed)
+        press(along);
+    const QImage picture = shown();
+    std::shared_ptr<ScrollSkin> skin = ScrollSkin::forRatio(1);
+    // On the plate of an arrow, beside its stroke.
+    QImage arrow(18, 18, QImage::Format_RGB32);
+    const auto colorOfArrow = [&](SkinRole role, SkinState state) {
+        QPainter painter(&arrow);
+        painter.drawPixmap(0, 0, skin->picture(SkinRole::vspace));
+        painter.drawPixmap(0, 0, skin->picture(role, state));
+        return arrow.pixel(4, 5);
+    };
+    QCOMPARE(picture.pixel(4, 5), colorOfArrow(SkinRole::varrowtop, nearArrow));
+    QCOMPARE(picture.pixel(4, barLength - 18 + 5), colorOfArrow(SkinRole::varrowbottom, farArrow));
+    QCOMPARE(picture.pixel(12, thumbStart() + 20),
+             skin->picture(SkinRole::vsepbg, thumb).toImage().pixel(12, 0));
+}
+
+void TestScrollBarMouse::leavingEndsTheHover()
+{
+    make(1, 50);
+    const QImage before = shown();
+    moveTo(5);
+    QVERIFY(shown() != before);
+    QTest::mouseMove(m_window->windowHandle(), QPoint(395, 395));
+    QTRY_COMPARE(shown(), before);
+}
+
+QTEST_MAIN(TestScrollBarMouse)
+#include "tst_scrollbarmouse.moc"
