@@ -86,7 +86,7 @@ void TestScrollMetrics::positions_data()
     QTest::newRow("short thumb") << 5555 << 1000 << 270 + 2300 << 500;
     QTest::newRow("short thumb, beyond") << 5555 << 1000 << 270 + 5000 << 1087;
     QTest::newRow("no way to go") << 600 << 10 << 400 << 0;
-    QTest::newRow("no overflow") << 1000 << 2147483647 << 2147483647 << 1 << 30;
+    QTest::newRow("no overflow") << 1000 << 2147483647 << 2147483647 << (1 << 30);
 }
 
 void TestScrollMetrics::positions()
