@@ -176,22 +176,8 @@ void ScrollBar::hideEvent(QHideEvent*)
 
 void ScrollBar::keyPressEvent(QKeyEvent* event)
 {
-    const int key = event->key();
-    if (event->modifiers() & ~Qt::KeypadModifier)
-        event->ignore();
-    else if (key == (m_vertical ? Qt::Key_Down : Qt::Key_Right))
-        UpArrowClick();
-    else if (key == (m_vertical ? Qt::Key_Up : Qt::Key_Left))
-        DownArrowClick();
-    else if (key == Qt::Key_PageDown)
-        stepBy(stepsOfPage);
-    else if (key == Qt::Key_PageUp)
-        stepBy(-stepsOfPage);
-    else if (key == Qt::Key_Home)
-        SetValue(0);
-    else if (key == Qt::Key_End)
-        SetValue(m_max);
-    else
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (!plain || !takeKey(event->key()))
         event->ignore();
 }
 
@@ -303,6 +289,26 @@ void ScrollBar::stepBy(qint64 steps)
 {
     const qint64 step = std::max(m_smallChange, scrollStep(m_max));
     SetValue(int(std::clamp<qint64>(m_value + steps * step, 0, m_max)));
+}
+
+/// False for a key that is none of a bar's.
+bool ScrollBar::takeKey(int key)
+{
+    if (key == (m_vertical ? Qt::Key_Down : Qt::Key_Right))
+        UpArrowClick();
+    else if (key == (m_vertical ? Qt::Key_Up : Qt::Key_Left))
+        DownArrowClick();
+    else if (key == Qt::Key_PageDown)
+        stepBy(stepsOfPage);
+    else if (key == Qt::Key_PageUp)
+        stepBy(-stepsOfPage);
+    else if (key == Qt::Key_Home)
+        SetValue(0);
+    else if (key == Qt::Key_End)
+        SetValue(m_max);
+    else
+        return false;
+    return true;
 }
 
 void ScrollBar::repeatStep()

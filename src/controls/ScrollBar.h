@@ -80,6 +80,7 @@ class ScrollBar : public QWidget
     int alongTwips(QPointF point) const;
     void placeThumb();
     void stepBy(qint64 steps);
+    bool takeKey(int key);
     void repeatStep();
     void followPointer(int position);
     void press(std::optional<ScrollPart> part);

@@ -33,6 +33,8 @@ class TestScrollBarMouse : public QObject
     void releaseEndsThePress();
     void losingTheMouse_data();
     void losingTheMouse();
+    void leaving_data();
+    void leaving();
     void popupTakesTheMouse();
     void releaseWithinTheChange();
     void pressOnTheTrack_data();
@@ -49,6 +51,7 @@ class TestScrollBarMouse : public QObject
     void looks_data();
     void looks();
     void leavingEndsTheHover();
+    void focusShows();
 
   private:
     void make(int alight, int maximum, int length = barLength);
@@ -250,6 +253,37 @@ void TestScrollBarMouse::losingTheMouse()
     QVERIFY(!tMove()->isActive());
 }
 
+void TestScrollBarMouse::leaving_data()
+{
+    QTest::addColumn<int>("along");
+    QTest::newRow("arrow") << 5;
+    QTest::newRow("track") << 300;
+}
+
+/// A pointer that leaves with its button down comes back; one without was released elsewhere.
+void TestScrollBarMouse::leaving()
+{
+    QFETCH(int, along);
+    make(1, 100);
+    const auto leave = [this] {
+        QEvent event(QEvent::Leave);
+        QCoreApplication::sendEvent(m_bar, &event);
+    };
+    press(along);
+    leave();
+    QVERIFY(m_bar->Dragging() || tMove()->isActive());
+    release(along);
+
+    const QPointF position = at(along) - QPoint(10, 20);
+    QMouseEvent unseen(QEvent::MouseButtonPress, position, m_bar->mapToGlobal(position), Qt::LeftButton,
+                       Qt::LeftButton, {});
+    QCoreApplication::sendEvent(m_bar, &unseen);
+    QVERIFY(m_bar->Dragging() || tMove()->isActive());
+    leave();
+    QVERIFY(!m_bar->Dragging());
+    QVERIFY(!tMove()->isActive());
+}
+
 void TestScrollBarMouse::popupTakesTheMouse()
 {
     make(1, 100);
@@ -402,10 +436,11 @@ void TestScrollBarMouse::otherButtons()
 void TestScrollBarMouse::tooShortForItsThumb()
 {
     make(1, 10, 40);
+    QSignalSpy changes(m_bar, &ScrollBar::Change);
     press(25);
     QCOMPARE(m_bar->Dragging(), false);
     QCOMPARE(tMove()->property("tag").toString(), QStringLiteral("UP"));
-    QCOMPARE(m_bar->Value(), 1);
+    QCOMPARE(changes.at(0).at(0).toInt(), 1);
 }
 
 void TestScrollBarMouse::takesNoFocus()
@@ -471,6 +506,22 @@ void TestScrollBarMouse::leavingEndsTheHover()
     QVERIFY(shown() != before);
     QTest::mouseMove(m_window->windowHandle(), QPoint(395, 395));
     QTRY_COMPARE(shown(), before);
+}
+
+void TestScrollBarMouse::focusShows()
+{
+    m_bar->setFocusPolicy(Qt::StrongFocus);
+    make(1, 50);
+    m_bar->clearFocus();
+    const auto border = [this] { return shown().pixel(3, thumbStart() + 20); };
+    const auto expected = [](SkinState state) {
+        return ScrollSkin::forRatio(1)->picture(SkinRole::vsepbg, state).toImage().pixel(3, 0);
+    };
+    QCOMPARE(border(), expected(SkinState::Normal));
+    m_bar->setFocus();
+    QCOMPARE(border(), expected(SkinState::Focused));
+    m_bar->clearFocus();
+    QCOMPARE(border(), expected(SkinState::Normal));
 }
 
 QTEST_MAIN(TestScrollBarMouse)
