@@ -1,0 +1,660 @@
+#include "controls/gnTab.h"
+#include "controls/TabMetrics.h"
+#include "controls/TabPainter.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+using namespace quorvia::controls;
+
+namespace {
+
+constexpr quint32 blue = 0xBF7900;
+constexpr quint32 white = 0xFFFFFF;
+const QColor blueColor(0, 121, 191);
+
+QFont plainFont()
+{
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(13);
+    return font;
+}
+
+/// A strip with the main window's tabs on screen, the pointer far away from it.
+class Bench
+{
+  public:
+    explicit Bench(int width = 500, int height = 29)
+    {
+        QCursor::setPos(0, 0);
+        window.setGeometry(100, 100, width + 100, 300);
+        tab.SetFont(plainFont());
+        tab.resize(width, height);
+        for (const char* const key : {"Image", "Information", "Filmstrip"}) {
+            const QString text = QString::fromLatin1(key);
+            if (!tab.AddTab(text + QStringLiteral(" pane"), text, QStringLiteral("About ") + text))
+                qFatal("a tab was refused");
+        }
+        window.show();
+        if (!QTest::qWaitForWindowExposed(&window))
+            qFatal("no window");
+    }
+
+    QWidget* surface() const { return tab.findChild<QWidget*>(QStringLiteral("pbTabs")); }
+    QAbstractButton* button(int index) const
+    {
+        return tab.findChild<QAbstractButton*>(QStringLiteral("cmdScroll%1").arg(index));
+    }
+    QTimer* timer() const { return tab.findChild<QTimer*>(QStringLiteral("tmrMouseOut")); }
+    QPoint middleOf(int index) const
+    {
+        const TabRecord& record = tab.tabs().at(index);
+        return {record.Left + record.Width / 2, surface()->height() / 2};
+    }
+    void moveTo(QPoint position) const { QTest::mouseMove(surface(), position); }
+    void click(QPoint position, Qt::MouseButton button = Qt::LeftButton) const
+    {
+        QTest::mouseClick(surface(), button, {}, position);
+    }
+    /// The strip as it is painted, in logical pixels whatever the screen's ratio.
+    QImage painted() const
+    {
+        QImage image(tab.size(), QImage::Format_RGB32);
+        image.fill(Qt::magenta);
+        const_cast<gnTab&>(tab).render(&image);
+        return image;
+    }
+
+    QWidget window;
+    gnTab tab{&window};
+};
+
+QColor at(const QImage& image, int x, int y)
+{
+    return image.pixelColor(x, y);
+}
+
+} // namespace
+
+class TestGnTab : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void selectsTheFirstTabWithoutASignal();
+    void refusesAKeyTwice();
+    void raisesNothingForAnUnknownTab();
+    void signalsEverySelection();
+    void signalsARemovalOfTheSelectedTab();
+    void measuresInBold();
+    void selectsByMouse_data();
+    void selectsByMouse();
+    void dragsAwayWithoutSelecting();
+    void forwardsMouseMovement();
+    void hovers();
+    void endsAHoverByTheTimer();
+    void showsToolTips();
+    void scrolls();
+    void scrollsToTheSelectedTab();
+    void returnsWhenAllFit();
+    void selectsByKey_data();
+    void selectsByKey();
+    void leavesOtherKeysAlone();
+    void takesTheFocusByTabOnly();
+    void colorsTheBars();
+    void paintsBoxes();
+    void paintsAnEdge_data();
+    void paintsAnEdge();
+    void paintsSeparators();
+    void keepsProperties();
+    void followsTheFontAround();
+    void keepsWhatTheHostGives();
+    void isAListOfTabsToAScreenReader();
+    void worksWithoutTabs();
+    void survivesAChangeFromItsOwnSignal();
+};
+
+void TestGnTab::selectsTheFirstTabWithoutASignal()
+{
+    gnTab tab;
+    QSignalSpy spy(&tab, &gnTab::TabSelected);
+    QCOMPARE(tab.SelectedTab(), 0);
+    QCOMPARE(tab.SelectedTabKey(), QString());
+    QVERIFY(tab.AddTab(QStringLiteral("A"), QStringLiteral("a")));
+    QVERIFY(tab.AddTab(QStringLiteral("B"), QStringLiteral("b"), {}, QStringLiteral("a")));
+    QCOMPARE(tab.SelectedTab(), 2);
+    QCOMPARE(tab.SelectedTabKey(), QStringLiteral("a"));
+    QCOMPARE(spy.count(), 0);
+}
+
+void TestGnTab::refusesAKeyTwice()
+{
+    Bench bench;
+    const ControlStatus status = bench.tab.AddTab(QStringLiteral("again"), QStringLiteral("Image"));
+    QVERIFY(!status);
+    QCOMPARE(status.error().Number, 8601);
+    QCOMPARE(bench.tab.tabs().count(), 3);
+}
+
+void TestGnTab::raisesNothingForAnUnknownTab()
+{
+    Bench bench;
+    QSignalSpy spy(&bench.tab, &gnTab::TabSelected);
+    const QString unknown = QStringLiteral("Editor");
+    bench.tab.RemoveTab(unknown);
+    bench.tab.RemoveTab(4);
+    bench.tab.SetTabCaption(unknown, unknown);
+    bench.tab.SetTabToolTip(0, unknown);
+    QCOMPARE(bench.tab.tabs().count(), 3);
+    QCOMPARE(bench.tab.SelectedTabKey(), QStringLiteral("Image"));
+    bench.tab.SetSelectedTab(unknown);
+    QCOMPARE(bench.tab.SelectedTab(), 0);
+    QCOMPARE(spy.count(), 0);
+}
+
+void TestGnTab::signalsEverySelection()
+{
+    Bench bench;
+    QSignalSpy spy(&bench.tab, &gnTab::TabSelected);
+    bench.tab.SetSelectedTab(QStringLiteral("Filmstrip"));
+    bench.tab.SetSelectedTab(3);
+    const QVariantList expected{QStringLiteral("Filmstrip"), QStringLiteral("Filmstrip pane"), 3};
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(spy.at(0), expected);
+    QCOMPARE(spy.at(1), expected);
+}
+
+void TestGnTab::signalsARemovalOfTheSelectedTab()
+{
+    Bench bench;
+    bench.tab.SetSelectedTab(3);
+    QSignalSpy spy(&bench.tab, &gnTab::TabSelected);
+    bench.tab.RemoveTab(QStringLiteral("Image"));
+    QCOMPARE(spy.count(), 0);
+    bench.tab.RemoveTab(QStringLiteral("Filmstrip"));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("Information"));
+    bench.tab.RemoveTab(1);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(bench.tab.SelectedTab(), 0);
+}
+
+void TestGnTab::measuresInBold()
+{
+    Bench bench;
+    QFont bold = plainFont();
+    bold.setBold(true);
+    const std::vector<TabSpan> before = bench.tab.tabs().spans();
+    QCOMPARE(before[0].Left, 5);
+    QCOMPARE(before[0].Width, qCeil(QFontMetricsF(bold).horizontalAdvance(QStringLiteral("Image pane"))) + 4);
+    QCOMPARE(before[1].Left, before[0].Left + before[0].Width + 3);
+    QCOMPARE(bench.surface()->width(), tabEnd(before[2]));
+    bench.tab.SetSelectedTab(2);
+    QCOMPARE(bench.tab.tabs().spans(), before);
+    bench.tab.SetTabCaption(1, QStringLiteral("Loading..."));
+    QVERIFY(bench.tab.tabs().at(1).Width != before[0].Width);
+    // An ampersand is a letter like others.
+    QVERIFY(captionWidth(QStringLiteral("a&b"), bold) > captionWidth(QStringLiteral("ab"), bold));
+}
+
+void TestGnTab::selectsByMouse_data()
+{
+    QTest::addColumn<int>("x"); // from the second tab's left edge
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::addColumn<int>("selected");
+    QTest::addColumn<int>("signalled");
+    QTest::newRow("tab") << 10 << Qt::LeftButton << 2 << 1;
+    QTest::newRow("first pixel") << 0 << Qt::LeftButton << 2 << 1;
+    QTest::newRow("gap") << -1 << Qt::LeftButton << 1 << 0;
+    QTest::newRow("gap's begin") << -3 << Qt::LeftButton << 1 << 0;
+    QTest::newRow("the selected tab") << -4 << Qt::LeftButton << 1 << 1;
+    QTest::newRow("right button") << 10 << Qt::RightButton << 1 << 0;
+    QTest::newRow("middle button") << 10 << Qt::MiddleButton << 1 << 0;
+}
+
+void TestGnTab::selectsByMouse()
+{
+    QFETCH(int, x);
+    QFETCH(Qt::MouseButton, button);
+    Bench bench;
+    QSignalSpy spy(&bench.tab, &gnTab::TabSelected);
+    bench.click({bench.tab.tabs().at(2).Left + x, 10}, button);
+    QTEST(bench.tab.SelectedTab(), "selected");
+    QTEST(int(spy.count()), "signalled");
+}
+
+void TestGnTab::dragsAwayWithoutSelecting()
+{
+    Bench bench;
+    QTest::mousePress(bench.surface(), Qt::LeftButton, {}, bench.middleOf(2));
+    QTest::mouseRelease(bench.surface(), Qt::LeftButton, {}, bench.middleOf(2) + QPoint(0, 100));
+    QCOMPARE(bench.tab.SelectedTab(), 1);
+}
+
+void TestGnTab::forwardsMouseMovement()
+{
+    Bench bench;
+    QSignalSpy spy(&bench.tab, &gnTab::TabMouseMove);
+    QMouseEvent move(QEvent::MouseMove, QPointF(33, 7), bench.surface()->mapToGlobal(QPointF(33, 7)),
+                     Qt::NoButton, Qt::LeftButton | Qt::MiddleButton,
+                     Qt::ControlModifier | Qt::ShiftModifier);
+    // What is hovered is not known yet when the movement is told.
+    int hoveredThen = -1;
+    connect(&bench.tab, &gnTab::TabMouseMove, this, [&] { hoveredThen = bench.tab.tabs().hovered(); });
+    QCoreApplication::sendEvent(bench.surface(), &move);
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0), (QVariantList{5, 3, 33, 7}));
+    QCOMPARE(hoveredThen, 0);
+    QCOMPARE(bench.tab.tabs().hovered(), 1);
+}
+
+void TestGnTab::hovers()
+{
+    Bench bench;
+    QVERIFY(!bench.timer()->isActive());
+    bench.moveTo(bench.middleOf(2));
+    QCOMPARE(bench.tab.tabs().hovered(), 2);
+    QCOMPARE(bench.surface()->toolTip(), QStringLiteral("About Information"));
+    QVERIFY(bench.timer()->isActive());
+    bench.moveTo(bench.middleOf(3));
+    QCOMPARE(bench.tab.tabs().hovered(), 3);
+    bench.moveTo({bench.tab.tabs().at(2).Left - 2, 10});
+    QCOMPARE(bench.tab.tabs().hovered(), 0);
+    QCOMPARE(bench.surface()->toolTip(), QString());
+    QVERIFY(!bench.timer()->isActive());
+    bench.moveTo(bench.middleOf(1));
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(bench.surface(), &leave);
+    QCOMPARE(bench.tab.tabs().hovered(), 0);
+    QVERIFY(!bench.timer()->isActive());
+}
+
+void TestGnTab::endsAHoverByTheTimer()
+{
+    Bench bench;
+    bench.moveTo(bench.middleOf(2));
+    QTRY_COMPARE(QCursor::pos(), bench.surface()->mapToGlobal(bench.middleOf(2)));
+    QSignalSpy fired(bench.timer(), &QTimer::timeout);
+    QVERIFY(fired.wait());
+    QCOMPARE(bench.tab.tabs().hovered(), 2); // the pointer is still there
+    // Another window comes to lie under the pointer, and nobody tells the strip that it was left.
+    QWidget other;
+    other.setGeometry(QRect(QCursor::pos() - QPoint(50, 50), QSize(100, 100)));
+    bench.surface()->blockSignals(true);
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QTRY_COMPARE(bench.tab.tabs().hovered(), 0);
+    QVERIFY(!bench.timer()->isActive());
+}
+
+void TestGnTab::showsToolTips()
+{
+    Bench bench;
+    const auto ask = [&](QPoint position) {
+        QHelpEvent help(QEvent::ToolTip, position, bench.surface()->mapToGlobal(position));
+        QCoreApplication::sendEvent(bench.surface(), &help);
+    };
+    ask(bench.middleOf(3));
+    QTRY_COMPARE(QToolTip::text(), QStringLiteral("About Filmstrip"));
+    bench.tab.SetTabToolTip(2, QStringLiteral("changed"));
+    ask(bench.middleOf(2));
+    QTRY_COMPARE(QToolTip::text(), QStringLiteral("changed"));
+    ask({1, 5});
+    QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void TestGnTab::scrolls()
+{
+    Bench bench(200);
+    QAbstractButton* const left = bench.button(0);
+    QAbstractButton* const right = bench.button(1);
+    QVERIFY(left->isVisible());
+    QVERIFY(right->isVisible());
+    QCOMPARE(right->geometry().right(), bench.tab.width() - 1);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 1);
+    QVERIFY(!left->isEnabled());
+    QTest::mouseClick(right, Qt::LeftButton);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 2);
+    // The first visible tab stands where the first one stood.
+    QCOMPARE(bench.surface()->x() + bench.tab.tabs().at(2).Left, 5);
+    while (right->isEnabled())
+        QTest::mouseClick(right, Qt::LeftButton);
+    const int farthest = bench.tab.FirstVisibleTab();
+    QVERIFY(bench.surface()->geometry().right() < left->x());
+    right->click();
+    QCOMPARE(bench.tab.FirstVisibleTab(), farthest);
+    while (left->isEnabled())
+        QTest::mouseClick(left, Qt::LeftButton);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 1);
+    QCOMPARE(bench.surface()->x(), 0);
+    QCOMPARE(bench.tab.SelectedTab(), 1);
+}
+
+void TestGnTab::scrollsToTheSelectedTab()
+{
+    Bench bench(200);
+    bench.tab.SetSelectedTab(3);
+    QVERIFY(bench.surface()->geometry().right() < bench.button(0)->x());
+    const int first = bench.tab.FirstVisibleTab();
+    QVERIFY(first > 1);
+    bench.tab.SetSelectedTab(1);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 1);
+    // By the mouse too: of the second tab only a part is in sight.
+    const TabRecord& second = bench.tab.tabs().at(2);
+    QVERIFY(second.Left + second.Width > 164);
+    bench.click({second.Left + 2, 10});
+    QCOMPARE(bench.tab.SelectedTab(), 2);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 2);
+}
+
+void TestGnTab::returnsWhenAllFit()
+{
+    Bench bench(200);
+    bench.tab.SetSelectedTab(3);
+    QVERIFY(bench.tab.FirstVisibleTab() > 1);
+    bench.tab.resize(500, 29);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 1);
+    QVERIFY(!bench.button(0)->isVisible());
+    QCOMPARE(bench.tab.SelectedTab(), 3);
+    bench.tab.resize(200, 29);
+    QVERIFY(bench.button(0)->isVisible());
+    QCOMPARE(bench.tab.SelectedTab(), 3);
+    bench.tab.RemoveTab(2);
+    bench.tab.RemoveTab(1);
+    QCOMPARE(bench.tab.FirstVisibleTab(), 1);
+    QVERIFY(!bench.button(1)->isVisible());
+}
+
+void TestGnTab::selectsByKey_data()
+{
+    QTest::addColumn<int>("from");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("selected");
+    QTest::newRow("right") << 1 << int(Qt::Key_Right) << 2;
+    QTest::newRow("right at the end") << 3 << int(Qt::Key_Right) << 3;
+    QTest::newRow("left") << 3 << int(Qt::Key_Left) << 2;
+    QTest::newRow("left at the begin") << 1 << int(Qt::Key_Left) << 1;
+    QTest::newRow("home") << 3 << int(Qt::Key_Home) << 1;
+    QTest::newRow("end") << 1 << int(Qt::Key_End) << 3;
+    QTest::newRow("right, none selected") << 0 << int(Qt::Key_Right) << 1;
+    QTest::newRow("left, none selected") << 0 << int(Qt::Key_Left) << 1;
+}
+
+void TestGnTab::selectsByKey()
+{
+    QFETCH(int, from);
+    QFETCH(int, key);
+    QFETCH(int, selected);
+    Bench bench;
+    bench.tab.SetSelectedTab(from);
+    QSignalSpy spy(&bench.tab, &gnTab::TabSelected);
+    QTest::keyClick(bench.surface(), Qt::Key(key));
+    QCOMPARE(bench.tab.SelectedTab(), selected);
+    QCOMPARE(int(spy.count()), from == selected ? 0 : 1);
+}
+
+void TestGnTab::leavesOtherKeysAlone()
+{
+    Bench bench;
+    for (const auto& [key, modifiers] :
+         {std::pair(Qt::Key_Up, Qt::NoModifier), std::pair(Qt::Key_Right, Qt::ControlModifier),
+          std::pair(Qt::Key_Escape, Qt::NoModifier)}) {
+        QKeyEvent press(QEvent::KeyPress, key, modifiers);
+        press.accept();
+        QCoreApplication::sendEvent(bench.surface(), &press);
+        QCOMPARE(bench.tab.SelectedTab(), 1);
+        QVERIFY(!press.isAccepted());
+    }
+}
+
+void TestGnTab::takesTheFocusByTabOnly()
+{
+    Bench bench;
+    QLineEdit edit(&bench.window);
+    edit.move(0, 100);
+    edit.show();
+    QWidget::setTabOrder(&edit, bench.surface());
+    bench.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&bench.window));
+    edit.setFocus();
+    QTRY_VERIFY(edit.hasFocus());
+    bench.click(bench.middleOf(1));
+    QVERIFY(edit.hasFocus());
+    const QImage without = bench.painted();
+    QTest::keyClick(&edit, Qt::Key_Tab);
+    QVERIFY(bench.surface()->hasFocus());
+    QVERIFY(bench.painted() != without); // the focus is shown
+    QTest::keyClick(bench.surface(), Qt::Key_Backtab, Qt::ShiftModifier);
+    QVERIFY(!bench.surface()->hasFocus());
+    QCOMPARE(bench.painted(), without);
+    // Given by the program it is not shown until a key is used.
+    bench.tab.setFocus();
+    QVERIFY(bench.surface()->hasFocus());
+    QCOMPARE(bench.painted(), without);
+    QTest::keyClick(bench.surface(), Qt::Key_Left);
+    QVERIFY(bench.painted() != without);
+}
+
+void TestGnTab::colorsTheBars()
+{
+    Bench bench;
+    bench.tab.SetBackColor(blue);
+    bench.tab.SetActiveTabBackColor(white);
+    QImage image = bench.painted();
+    QCOMPARE(at(image, 400, 0), blueColor);
+    QCOMPARE(at(image, 400, 2), blueColor);
+    QCOMPARE(at(image, 400, 15), blueColor); // beside the tabs
+    QCOMPARE(at(image, 400, 26), QColor(Qt::white));
+    QCOMPARE(at(image, 400, 28), QColor(Qt::white));
+    bench.tab.SetAllignBottom(true);
+    image = bench.painted();
+    QCOMPARE(at(image, 400, 2), QColor(Qt::white));
+    QCOMPARE(at(image, 400, 26), blueColor);
+}
+
+void TestGnTab::paintsBoxes()
+{
+    Bench bench;
+    bench.tab.SetBackColor(blue);
+    bench.tab.SetActiveTabBackColor(0x0000FF);
+    bench.tab.SetSelectedTabHoverColor(0x00FF00);
+    const int x = bench.tab.tabs().at(1).Left;
+    QImage image = bench.painted();
+    QCOMPARE(at(image, x, 3 + 3), blueColor);
+    QCOMPARE(at(image, x, 3 + 4), QColor(Qt::red));
+    QCOMPARE(at(image, x, 28), QColor(Qt::red));
+    QCOMPARE(at(image, x - 1, 10), blueColor);
+    QCOMPARE(at(image, bench.tab.tabs().at(2).Left, 10), blueColor);
+    bench.tab.SetTabBorderType(0);
+    bench.moveTo(bench.middleOf(1));
+    image = bench.painted();
+    QCOMPARE(at(image, x, 3 + 4), QColor(Qt::green));
+    QCOMPARE(at(image, x, 28), QColor(Qt::red)); // the bar
+    bench.tab.SetAllignBottom(true);
+    image = bench.painted();
+    QCOMPARE(at(image, x, 0), QColor(Qt::red)); // the bar
+    QCOMPARE(at(image, x, 3), QColor(Qt::green));
+}
+
+void TestGnTab::paintsAnEdge_data()
+{
+    QTest::addColumn<int>("borderType");
+    QTest::addColumn<QString>(
+        "outside"); // of the two rings' left sides: lighter, darker than the box, or same
+    QTest::addColumn<QString>("inside");
+    QTest::newRow("none") << 0 << "same"
+                          << "same";
+    QTest::newRow("raised") << 1 << "lighter"
+                            << "lighter";
+    QTest::newRow("sunken") << 2 << "darker"
+                            << "darker";
+    QTest::newRow("bump") << 3 << "lighter"
+                          << "darker";
+    QTest::newRow("etched") << 4 << "darker"
+                            << "lighter";
+    QTest::newRow("raised inside") << 5 << "lighter"
+                                   << "same";
+}
+
+void TestGnTab::paintsAnEdge()
+{
+    QFETCH(int, borderType);
+    Bench bench;
+    bench.tab.SetTabBorderType(borderType);
+    bench.tab.SetTabCaption(1, QString(20, QLatin1Char(' ')));
+    bench.tab.SetSelectedTabHoverColor(0x808080);
+    const auto kind = [](const QColor& color) {
+        const int gray = color.red();
+        return gray == 0x80  ? QStringLiteral("same")
+               : gray > 0x80 ? QStringLiteral("lighter")
+                             : QStringLiteral("darker");
+    };
+    bench.moveTo(bench.middleOf(1));
+    const QImage image = bench.painted();
+    const int x = bench.tab.tabs().at(1).Left + 2;
+    QTEST(kind(at(image, x, 15)), "outside");
+    QTEST(kind(at(image, x + 1, 15)), "inside");
+    QCOMPARE(kind(at(image, x + 2, 15)), QStringLiteral("same"));
+    QCOMPARE(kind(at(image, x - 1, 15)), QStringLiteral("same"));
+}
+
+void TestGnTab::paintsSeparators()
+{
+    Bench bench;
+    bench.tab.SetBackColor(blue);
+    bench.tab.SetSeperatorLineColor(0x00FF00);
+    const auto lineBehind = [&](int index) {
+        const TabRecord& tab = bench.tab.tabs().at(index);
+        return at(bench.painted(), tab.Left + tab.Width, 3 + 10) == QColor(Qt::green);
+    };
+    QVERIFY(!lineBehind(1));
+    QVERIFY(!lineBehind(2));
+    QVERIFY(!lineBehind(3)); // just outside the surface
+    bench.tab.SetSelectedTab(3);
+    QVERIFY(lineBehind(1));
+    QVERIFY(!lineBehind(2));
+}
+
+void TestGnTab::keepsProperties()
+{
+    gnTab tab;
+    QVERIFY(tab.properties() == TabProperties::whenNew());
+    tab.ReadProperties({});
+    QVERIFY(tab.properties() == TabProperties());
+    tab.SetHoverColour(0x123456);
+    tab.SetTabBorderType(3);
+    const QVariantMap bag = tab.WriteProperties();
+    QCOMPARE(bag.value(QStringLiteral("HoverColour")).toUInt(), 0x123456u);
+    QCOMPARE(bag.value(QStringLiteral("BorderType")).toInt(), 3);
+    gnTab other;
+    other.ReadProperties(bag);
+    QVERIFY(other.properties() == tab.properties());
+    QCOMPARE(other.TabBorderType(), 3);
+}
+
+void TestGnTab::followsTheFontAround()
+{
+    QWidget window;
+    window.setFont(plainFont());
+    gnTab tab(&window);
+    QVERIFY(tab.AddTab(QStringLiteral("Information")));
+    QCOMPARE(tab.Font().pixelSize(), 13);
+    const int width = tab.tabs().at(1).Width;
+    QFont larger = plainFont();
+    larger.setPixelSize(26);
+    window.setFont(larger);
+    QVERIFY(tab.tabs().at(1).Width > width);
+    QVERIFY(tab.sizeHint().height() > 29);
+    tab.SetBackColor(blue);
+    QCOMPARE(tab.Font().pixelSize(), 26);
+    tab.SetFont(plainFont());
+    QCOMPARE(tab.tabs().at(1).Width, width);
+    QCOMPARE(tab.sizeHint().height(), 29);
+    tab.ReadProperties({});
+    QCOMPARE(tab.Font().pixelSize(), 26);
+}
+
+void TestGnTab::keepsWhatTheHostGives()
+{
+    Bench bench;
+    bench.tab.SetTag(QStringLiteral("busy"));
+    QCOMPARE(bench.tab.Tag(), QStringLiteral("busy"));
+    QVERIFY(bench.tab.hWnd() != 0);
+    bench.tab.SetMousePointer(Qt::PointingHandCursor);
+    QCOMPARE(bench.surface()->cursor().shape(), Qt::PointingHandCursor);
+    QPixmap icon(16, 16);
+    icon.fill(Qt::red);
+    bench.tab.SetMouseIcon(icon);
+    QCOMPARE(bench.surface()->cursor().shape(), Qt::PointingHandCursor);
+    bench.tab.SetMousePointer(Qt::BitmapCursor);
+    QCOMPARE(bench.surface()->cursor().shape(), Qt::BitmapCursor);
+    QCOMPARE(bench.tab.MouseIcon().size(), icon.size());
+    bench.tab.SetMouseIcon({});
+    QCOMPARE(bench.surface()->cursor().shape(), Qt::ArrowCursor);
+}
+
+void TestGnTab::isAListOfTabsToAScreenReader()
+{
+    Bench bench;
+    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(bench.surface());
+    QVERIFY(list);
+    QCOMPARE(list->role(), QAccessible::PageTabList);
+    QCOMPARE(list->text(QAccessible::Name), QStringLiteral("Tabs"));
+    QCOMPARE(list->childCount(), 3);
+    QAccessibleInterface* const second = list->child(1);
+    QCOMPARE(second->role(), QAccessible::PageTab);
+    QCOMPARE(second->text(QAccessible::Name), QStringLiteral("Information pane"));
+    QCOMPARE(second->text(QAccessible::Description), QStringLiteral("About Information"));
+    QCOMPARE(second->parent(), list);
+    QCOMPARE(list->indexOfChild(second), 1);
+    QVERIFY(!second->state().selected);
+    QVERIFY(second->state().selectable);
+    QCOMPARE(list->childAt(second->rect().center().x(), second->rect().center().y()), second);
+    QVERIFY(!list->child(3));
+    second->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(bench.tab.SelectedTab(), 2);
+    QVERIFY(second->state().selected);
+    QAccessibleInterface* const third = list->child(2);
+    bench.tab.RemoveTab(3);
+    QVERIFY(!third->isValid());
+    QVERIFY(third->state().invalid);
+    QCOMPARE(third->text(QAccessible::Name), QString());
+}
+
+void TestGnTab::worksWithoutTabs()
+{
+    Bench bench;
+    bench.tab.RemoveAllTabs();
+    QSignalSpy spy(&bench.tab, &gnTab::TabSelected);
+    QCOMPARE(bench.surface()->width(), 1);
+    QVERIFY(!bench.button(0)->isVisible());
+    QCOMPARE(bench.surface()->focusPolicy(), Qt::NoFocus);
+    bench.moveTo({0, 5});
+    bench.click({0, 5});
+    QTest::keyClick(bench.surface(), Qt::Key_Right);
+    QCOMPARE(spy.count(), 0);
+    QVERIFY(!bench.timer()->isActive());
+    bench.tab.resize(0, 0);
+    bench.tab.resize(20, 3);
+    QVERIFY(bench.tab.AddTab(QStringLiteral("A")));
+    QCOMPARE(bench.tab.SelectedTab(), 1);
+}
+
+void TestGnTab::survivesAChangeFromItsOwnSignal()
+{
+    Bench bench;
+    connect(&bench.tab, &gnTab::TabSelected, this, [&] { bench.tab.RemoveAllTabs(); });
+    bench.click(bench.middleOf(2));
+    QCOMPARE(bench.tab.SelectedTab(), 0);
+    QCOMPARE(bench.tab.tabs().count(), 0);
+}
+
+QTEST_MAIN(TestGnTab)
+#include "tst_gntab.moc"
