@@ -9,6 +9,7 @@ namespace {
 
 constexpr int firstLeft = 5;
 constexpr int gap = 3;
+constexpr int scrolledLeft = 2; // hides the tab before, with its separator
 constexpr int captionMargins = 4;
 
 const TabSpan& at(const std::vector<TabSpan>& tabs, int index)
@@ -63,9 +64,9 @@ int visibleWidth(const std::vector<TabSpan>& tabs, TabRoom room)
 
 int drawingOffset(const std::vector<TabSpan>& tabs, int first)
 {
-    if (first < 1 || first > countOf(tabs))
+    if (first <= 1 || first > countOf(tabs))
         return 0;
-    return at(tabs, first).Left - tabs.front().Left;
+    return at(tabs, first).Left - scrolledLeft;
 }
 
 int tabAt(const std::vector<TabSpan>& tabs, int x)

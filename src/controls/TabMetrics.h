@@ -42,7 +42,8 @@ bool needsButtons(const std::vector<TabSpan>& tabs, int stripWidth);
 /// What the scroll buttons leave of the strip for the tabs; all of it when they are not wanted.
 int visibleWidth(const std::vector<TabSpan>& tabs, TabRoom room);
 
-/// How far the surface is shifted to the left, so that tab `first` stands where the first one does unshifted.
+/// How far the surface is shifted to the left, so that tab `first` stands at the strip's left end and nothing
+/// of the one before it is seen; 0 for the first tab, which keeps its place.
 int drawingOffset(const std::vector<TabSpan>& tabs, int first);
 
 /// The tab at `x` of the surface; 0 in a gap and beside the tabs.

@@ -16,8 +16,8 @@ namespace {
 /// One ring just inside `box`: lit from the upper left when raised, from the lower right when sunken.
 void paintRing(QPainter& painter, const QRect& box, EdgeRing ring, const QColor& base)
 {
-    constexpr double lightPart = 0.45;
-    constexpr double shadePart = 0.35;
+    constexpr double lightPart = 0.3;
+    constexpr double shadePart = 0.25;
     const QColor light = mixed(base, Qt::white, lightPart);
     const QColor shade = mixed(base, Qt::black, shadePart);
     const QColor& nearSides = ring == EdgeRing::Raised ? light : shade;
