@@ -74,10 +74,12 @@ void Band::setClient(QWidget* client)
     if (!m_dock && m_client)
         m_client->setParent(nullptr);
     m_client = client;
-    if (m_dock)
+    if (m_dock) {
         m_dock->setClient(client);
-    else if (client)
-        client->setParent(m_control, Qt::Widget); // which hides it
+    } else if (client) {
+        client->setParent(m_control, Qt::Widget);
+        client->hide();
+    }
 }
 
 void Band::setVisible(bool visible)
@@ -195,7 +197,6 @@ void Band::place()
             placeFloating();
         else
             placeDocked();
-        m_dock->titleBar()->setFloating(isFloating());
     }
     m_control->recalcLayout();
 }
@@ -212,12 +213,7 @@ void Band::placeFloating()
     m_state.floatingSize = rect.size();
     if (m_control->sideOf(m_dock) == Qt::NoDockWidgetArea)
         m_control->addDockWidget(toSide(m_dockedArea), m_dock); // so that it knows where it docks
-    if (!m_dock->isFloating()) {
-        m_dock->hide(); // else it comes up elsewhere first
-        m_dock->setFloating(true);
-    }
-    m_dock->setGeometry(rect);
-    m_dock->show();
+    m_dock->floatAt(rect);
 }
 
 void Band::placeDocked()
@@ -238,9 +234,10 @@ void Band::noteArea()
     if (area == m_state.area)
         return;
     m_state.area = area;
-    m_dock->titleBar()->setFloating(isFloating());
-    if (!isFloating())
+    if (!isFloating()) {
         m_dockedArea = area;
+        m_control->takeSharedExtent(this);
+    }
     Q_EMIT areaChanged(area);
 }
 
@@ -292,7 +289,8 @@ int Band::actualExtent(int area) const
 
 void Band::showFloat()
 {
-    if (isFloating() && m_state.visible)
+    const bool isUp = m_dock && m_dock->isVisible();
+    if (isFloating() && m_state.visible && !isUp)
         place();
 }
 

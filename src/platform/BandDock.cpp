@@ -4,6 +4,8 @@
 #include "platform/BandTitleBar.h"
 
 #include <QCloseEvent>
+#include <QMouseEvent>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -12,6 +14,9 @@ namespace quorvia::platform {
 
 namespace {
 
+constexpr int floatingRim = 3;    // where a floating band is taken to be resized
+constexpr int floatingCorner = 8; // both ways
+
 /// Holds the client, and wishes for the band the size that it had last: what the toolkit goes by where it
 /// makes room for a band that is dragged over a side.
 class ClientHolder : public QWidget
@@ -19,8 +24,15 @@ class ClientHolder : public QWidget
   public:
     ClientHolder(Band* band, BandDock* dock) : QWidget(dock), m_band(band), m_dock(dock)
     {
-        auto* box = new QVBoxLayout(this);
-        box->setContentsMargins(0, 0, 0, 0);
+        new QVBoxLayout(this);
+        setFloating(false);
+        setMouseTracking(true);
+    }
+
+    void setFloating(bool floating)
+    {
+        const int rim = floating ? floatingRim : 0;
+        layout()->setContentsMargins(rim, 0, rim, rim);
     }
 
     QSize sizeHint() const override
@@ -34,7 +46,33 @@ class ClientHolder : public QWidget
         return QWidget::minimumSizeHint().expandedTo({smallestBand, smallestBand - titleHeight()});
     }
 
+  protected:
+    /// The pointer is on the rim: what a drag does here. The drag itself is the dock widget's.
+    void mouseMoveEvent(QMouseEvent* event) override
+    {
+        event->ignore();
+        if (event->buttons() == Qt::NoButton && m_dock->isFloating())
+            setCursor(rimCursor(event->position().toPoint()));
+    }
+
+    void paintEvent(QPaintEvent*) override
+    {
+        if (m_dock->isFloating())
+            QPainter(this).fillRect(rect(), BandTitleBar::faceColor(palette()));
+    }
+
   private:
+    Qt::CursorShape rimCursor(QPoint pos) const
+    {
+        const bool left = pos.x() < floatingCorner;
+        const bool right = pos.x() >= width() - floatingCorner;
+        if (pos.y() < height() - floatingCorner)
+            return Qt::SizeHorCursor;
+        if (left || right)
+            return left ? Qt::SizeBDiagCursor : Qt::SizeFDiagCursor;
+        return Qt::SizeVerCursor;
+    }
+
     int titleHeight() const { return m_dock->titleBar()->sizeHint().height(); }
 
     Band* m_band;
@@ -49,10 +87,15 @@ BandDock::BandDock(Band* band, QWidget* parent)
     setObjectName(band->name());
     setAccessibleName(band->caption());
     setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_ShowWithoutActivating); // the keys stay with the window that has them
     setTitleBarWidget(m_titleBar);
     auto* holder = new ClientHolder(band, this);
     holder->setObjectName(band->toolName());
     setWidget(holder);
+    connect(this, &QDockWidget::topLevelChanged, this, [this, holder](bool floating) {
+        m_titleBar->setFloating(floating);
+        holder->setFloating(floating);
+    });
 }
 
 void BandDock::setClient(QWidget* client)
@@ -71,10 +114,33 @@ void BandDock::setClient(QWidget* client)
     client->show();
 }
 
+void BandDock::floatAt(const QRect& rect)
+{
+    if (!isFloating()) {
+        hide(); // else it comes up elsewhere first
+        setFloating(true);
+    }
+    // A window that is moved just before it is shown can end elsewhere than the toolkit believes: its request
+    // crosses the window manager's. So it is made anew, in its place from the start.
+    if (!isVisible() && geometry() != rect)
+        destroy();
+    setGeometry(rect);
+    show();
+}
+
+/// Else the toolkit gives the keys of a floating band to the first button of its title bar.
+void BandDock::focusClient()
+{
+    if (const QLayoutItem* item = widget()->layout()->itemAt(0))
+        item->widget()->setFocus(Qt::ActiveWindowFocusReason);
+}
+
 bool BandDock::event(QEvent* event)
 {
     if (event->type() == QEvent::MouseButtonPress)
         Q_EMIT pressed();
+    else if (event->type() == QEvent::WindowActivate && isFloating() && !focusWidget())
+        focusClient();
     const bool handled = QDockWidget::event(event);
     if (event->type() == QEvent::Resize || (event->type() == QEvent::Move && isFloating()))
         Q_EMIT geometryChanged();

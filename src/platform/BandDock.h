@@ -20,6 +20,9 @@ class BandDock : public QDockWidget
     /// belongs to nobody.
     void setClient(QWidget* client);
 
+    /// Floats it, shown, with this geometry on the desktop.
+    void floatAt(const QRect& rect);
+
     BandTitleBar* titleBar() const { return m_titleBar; }
 
   Q_SIGNALS:
@@ -34,6 +37,8 @@ class BandDock : public QDockWidget
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void focusClient();
+
     BandTitleBar* m_titleBar;
 };
 

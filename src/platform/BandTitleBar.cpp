@@ -106,8 +106,14 @@ class TitleButton : public QAbstractButton
             event->ignore(); // the viewer's own keys work here too
     }
 
+    void focusInEvent(QFocusEvent* event) override
+    {
+        m_byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+        QAbstractButton::focusInEvent(event);
+    }
+
   private:
-    QColor signColor() const { return tint(palette(), underMouse() || hasFocus() ? 1 : 0.7); }
+    QColor signColor() const { return tint(palette(), underMouse() || (hasFocus() && m_byKey) ? 1 : 0.7); }
 
     void paintBack(QPainter& painter) const
     {
@@ -117,7 +123,7 @@ class TitleButton : public QAbstractButton
             painter.setBrush(tint(palette(), isDown() ? 0.24 : 0.14));
             painter.drawRoundedRect(QRectF(rect()), 3, 3);
         }
-        if (hasFocus()) {
+        if (hasFocus() && m_byKey) {
             painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
             painter.setBrush(Qt::NoBrush);
             painter.drawRoundedRect(face, 3, 3);
@@ -125,6 +131,7 @@ class TitleButton : public QAbstractButton
     }
 
     Sign m_sign;
+    bool m_byKey = false; ///< only keys bring the focus here for good reason, and a ring with it
 };
 
 void name(QAbstractButton* button, const QString& accessibleName, const QString& toolTip)
@@ -160,6 +167,11 @@ void BandTitleBar::setFloating(bool floating)
          floating ? tr("Dock") : tr("Float"));
 }
 
+QColor BandTitleBar::faceColor(const QPalette& palette)
+{
+    return tint(palette, 0.06);
+}
+
 QSize BandTitleBar::sizeHint() const
 {
     return {minimumSizeHint().width() + fontMetrics().horizontalAdvance(m_caption),
@@ -174,7 +186,7 @@ QSize BandTitleBar::minimumSizeHint() const
 void BandTitleBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), tint(palette(), 0.06));
+    painter.fillRect(rect(), faceColor(palette()));
     painter.fillRect(0, height() - 1, width(), 1, tint(palette(), 0.18));
     const QRect place(margin, 0, m_float->x() - margin - 4, height() - 1);
     const QString text = fontMetrics().elidedText(m_caption, Qt::ElideRight, place.width());

@@ -18,6 +18,9 @@ class BandTitleBar : public QWidget
     /// Names the first button after what it does next: it docks a floating band.
     void setFloating(bool floating);
 
+    /// What the bar is painted with.
+    static QColor faceColor(const QPalette& palette);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -38,8 +38,12 @@ void MenuControl::setClientArea(QWidget* widget)
         return;
     if (QWidget* former = takeCentralWidget())
         former->hide();
-    if (widget)
+    if (widget) {
+        const bool hidden = widget->isHidden() && widget->testAttribute(Qt::WA_WState_ExplicitShowHide);
         setCentralWidget(widget);
+        widget->setVisible(!hidden);
+    }
+    recalcLayout();
 }
 
 void MenuControl::recalcLayout()
@@ -92,6 +96,15 @@ void MenuControl::shareExtent(const Band* band)
     const int area = band->dockingArea();
     for (Band* other : bandsAt(area))
         other->setWantedExtent(area, band->wantedExtent(area));
+}
+
+void MenuControl::takeSharedExtent(Band* band)
+{
+    const int area = band->dockingArea();
+    for (const Band* other : bandsAt(area)) {
+        if (other != band)
+            band->setWantedExtent(area, other->wantedExtent(area));
+    }
 }
 
 void MenuControl::noteExtents()

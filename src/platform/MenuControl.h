@@ -52,6 +52,8 @@ class MenuControl : public QMainWindow
     bool isWindowClosing() const { return m_windowClosing; }
     /// The bands at one side share its extent: the others take over what `band` wants.
     void shareExtent(const Band* band);
+    /// `band`, dropped by the user at a side, takes over what stands there.
+    void takeSharedExtent(Band* band);
     std::vector<Band*> bandsAt(int area) const;
     void resizeSides(int near, int far, int available);
     int resizeSide(int area, int available);
