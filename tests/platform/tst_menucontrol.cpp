@@ -462,6 +462,12 @@ void TestMenuControl::floats()
     QCOMPARE(dock->geometry().topLeft(), bench.control->mapToGlobal(QPoint(24, 24)));
     QVERIFY(!dock->testAttribute(Qt::WA_QuitOnClose));
 
+    // Around the client there is a rim by which to resize it.
+    const QWidget* client = bench.listClient;
+    QTRY_VERIFY(client->mapTo(dock, QPoint()).x() >= 3);
+    QTRY_VERIFY(client->mapTo(dock, QPoint(client->width(), 0)).x() <= dock->width() - 3);
+    QTRY_VERIFY(client->mapTo(dock, QPoint(0, client->height())).y() <= dock->height() - 3);
+
     bench.list->setFloatingRect({300, 200, 320, 240});
     QCOMPARE(dock->geometry(), QRect(300, 200, 320, 240));
     QCOMPARE(bench.list->floatingRect(), QRect(300, 200, 320, 240));
