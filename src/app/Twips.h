@@ -19,6 +19,18 @@ constexpr int toTwips(int pixels)
     return pixels * twipsPerPixel;
 }
 
+/// Twips for a size in device-independent pixels.
+constexpr QSize inTwips(QSize pixels)
+{
+    return {toTwips(pixels.width()), toTwips(pixels.height())};
+}
+
+/// Twips for a rectangle in device-independent pixels.
+constexpr QRect inTwips(const QRect& pixels)
+{
+    return {QPoint(toTwips(pixels.x()), toTwips(pixels.y())), inTwips(pixels.size())};
+}
+
 /// The rectangle in device-independent pixels: its corner rounded towards zero, its size upwards, so that
 /// nothing of what lies in it is cut off.
 constexpr QRect toPixels(const QRect& twips)

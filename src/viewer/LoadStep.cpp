@@ -8,10 +8,11 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "app/WindowGeometry.h"
+#include "app/WindowPlacement.h"
 #include "system/Publishing.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
-#include "viewer/WindowGeometry.h"
 
 #include <QScreen>
 
@@ -32,31 +33,25 @@ void colourChrome(frmImageView& window)
     app::setPaneColor(window.pTop(), QColor(0, 121, 191));
 }
 
-QSize inTwips(QSize pixels)
-{
-    return {app::toTwips(pixels.width()), app::toTwips(pixels.height())};
-}
-
 void restoreGeometry(frmImageView& window, bool othersWereRunning)
 {
-    const QSize screen = inTwips(window.screen()->size());
-    const QSize usual = defaultSize(screen);
+    const QSize screen = app::inTwips(window.screen()->size());
+    const QSize usual = app::defaultSize(screen);
     const QSize stored(app::read(app::setting::MainWidth, usual.width()),
                        app::read(app::setting::MainHeight, usual.height()));
-    const QPoint centred = defaultCorner(screen, stored);
+    const QPoint centred = app::defaultCorner(screen, stored);
 
-    const QRect desktopPixels = window.screen()->virtualGeometry();
-    const QRect desktop(QPoint(app::toTwips(desktopPixels.x()), app::toTwips(desktopPixels.y())),
-                        inTwips(desktopPixels.size()));
-    const QSize size = usableSize(stored, desktop.size());
+    const QSize desktop = app::inTwips(window.screen()->virtualSize());
+    const QSize size = app::usableSize(stored, desktop);
     window.resize(app::toPixels(size.width()), app::toPixels(size.height()));
     if (!othersWereRunning) {
-        const QPoint middle = defaultCorner(screen, size);
+        const QPoint middle = app::defaultCorner(screen, size);
         const QPoint asked(app::read(app::setting::MainLeft, centred.x()),
                            app::read(app::setting::MainTop, centred.y()));
         // A size that had to be lowered was stored for another desktop, and so was its place.
         const bool lowered = size.width() < stored.width() || size.height() < stored.height();
-        const QPoint corner = lowered ? middle : visibleCorner(asked, size, desktop, middle);
+        const QPoint corner =
+            lowered ? middle : app::visibleCorner(asked, size, app::screensInTwips(), middle);
         window.move(app::toPixels(corner.x()), app::toPixels(corner.y()));
     }
     if (app::read(app::setting::MainWindowState) == maximisedState)

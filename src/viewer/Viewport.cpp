@@ -16,11 +16,6 @@ namespace {
 constexpr int verticalBar = 1;
 constexpr int horizontalBar = 2;
 
-QSize inTwips(QSize pixels)
-{
-    return {app::toTwips(pixels.width()), app::toTwips(pixels.height())};
-}
-
 controls::ScrollBar* makeBar(QWidget* parent, const char* name, int alight)
 {
     auto* bar = new controls::ScrollBar(parent);
@@ -112,7 +107,7 @@ void Viewport::bring(QPointF share, QPointF position)
 void Viewport::layout()
 {
     ViewState view;
-    view.panel = inTwips(m_pContain->size());
+    view.panel = app::inTwips(m_pContain->size());
     view.image = QSize(m_ix1->ImageWidthTwips(), m_ix1->ImageHeightTwips());
     view.zoom = m_ix1->ZoomFactor();
     view.fitToWindow = m_fitToWindow;
@@ -129,7 +124,7 @@ void Viewport::layout()
 void Viewport::layoutBars(QSize control)
 {
     ScrollState state;
-    state.panel = inTwips(m_pContain->size());
+    state.panel = app::inTwips(m_pContain->size());
     state.control = control;
     state.fitToWindow = m_fitToWindow;
     state.verticalWidth = app::toTwips(m_sb1->width());

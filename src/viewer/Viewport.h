@@ -1,5 +1,5 @@
-// The viewport: keeps the image control in its place inside its panel, and the two scroll bars in step. The picture is
-// not redrawn for it, only moved, sized and told how to scale.
+// The viewport: keeps the image control in its place inside its panel, and the two scroll bars in step. The
+// picture is not redrawn for it, only moved, sized and told how to scale.
 #pragma once
 
 #include "viewer/ScrollLayout.h"
@@ -25,7 +25,8 @@ class Viewport : public QObject
     Q_OBJECT
 
   public:
-    /// `ix1` is a child of `pContain`; both outlive the viewport, which makes the bars `sb1` and `sb2` beside it.
+    /// `ix1` is a child of `pContain`; both outlive the viewport, which makes the bars `sb1` and `sb2` beside
+    /// it.
     Viewport(QWidget* pContain, engine::ImageEngine* ix1, QObject* parent = nullptr);
 
     bool FitToWindow() const { return m_fitToWindow; }
@@ -39,14 +40,14 @@ class Viewport : public QObject
 
     /// True when a bar shows, so that there is something to pan.
     bool canScroll() const;
-    /// Moves the picture by so many device pixels, as far as the bars that show allow: to the left and up for positive
-    /// ones.
+    /// Moves the picture by so many device pixels, as far as the bars that show allow: to the left and up for
+    /// positive ones.
     void scrollBy(int horizontal, int vertical);
 
     /// The image pixel under `position`, device-independent pixels in ix1.
     QPoint imagePixelAt(QPointF position) const;
-    /// Moves the picture so that the point of the image at the shares `share` (0 to 1 across and down) stands at
-    /// `position` of the panel, as far as the bars allow.
+    /// Moves the picture so that the point of the image at the shares `share` (0 to 1 across and down) stands
+    /// at `position` of the panel, as far as the bars allow.
     void bring(QPointF share, QPointF position);
 
     /// The layout step: places `ix1` for the present panel, image, zoom and fit, then the bars.

@@ -20,8 +20,8 @@ constexpr int idle = 0;
 constexpr int panning = 25;
 constexpr int selecting = 30;
 
-/// The modifiers that make a gesture of a button. Many desktops keep Alt and a button for their windows, so that Ctrl
-/// serves too.
+/// The modifiers that make a gesture of a button. Many desktops keep Alt and a button for their windows, so
+/// that Ctrl serves too.
 bool isZoomModifier(Qt::KeyboardModifiers modifiers)
 {
     return modifiers == Qt::AltModifier || modifiers == Qt::ControlModifier;
@@ -118,7 +118,8 @@ void ViewportGestures::pan(QPointF pointer)
 QPoint ViewportGestures::boundedPixel(QPointF pointer) const
 {
     const engine::ImageEngine& ix1 = *m_viewport->ix1();
-    return clampedPixel(m_viewport->imagePixelAt(pointer), QSize(ix1.ImagePixelWidth(), ix1.ImagePixelHeight()));
+    return clampedPixel(m_viewport->imagePixelAt(pointer),
+                        QSize(ix1.ImagePixelWidth(), ix1.ImagePixelHeight()));
 }
 
 void ViewportGestures::drawSelection(QPointF pointer)
@@ -163,11 +164,14 @@ void ViewportGestures::turnWheel(const QWheelEvent& event)
     if (event.modifiers() & Qt::ControlModifier) {
         m_wheelLeft += turned;
         for (; std::abs(m_wheelLeft) >= step; m_wheelLeft += m_wheelLeft > 0 ? -step : step)
-            zoomAround(m_wheelLeft > 0 ? QStringLiteral("miZoomIn") : QStringLiteral("miZoomOut"), event.position());
+            zoomAround(m_wheelLeft > 0 ? QStringLiteral("miZoomIn") : QStringLiteral("miZoomOut"),
+                       event.position());
         return;
     }
     const double ratio = m_viewport->pContain()->devicePixelRatioF();
-    const auto scrolled = [&](int angle) { return -int(std::lround(double(angle) * pixelsPerStep * ratio / step)); };
+    const auto scrolled = [&](int angle) {
+        return -int(std::lround(double(angle) * pixelsPerStep * ratio / step));
+    };
     const bool downShows = !m_viewport->sb1()->isHidden();
     const bool acrossShows = !m_viewport->sb2()->isHidden();
     const bool across = (event.modifiers() & Qt::ShiftModifier && acrossShows) || !downShows;
@@ -181,7 +185,8 @@ void ViewportGestures::turnWheel(const QWheelEvent& event)
 
 void ViewportGestures::zoomAround(const QString& tool, QPointF pointer)
 {
-    // `pointer` lies in the control that the wheel turned over; where that stands in the panel the picture's point stays.
+    // `pointer` lies in the control that the wheel turned over; where that stands in the panel the picture's
+    // point stays.
     const engine::ImageEngine* const ix1 = m_viewport->ix1();
     const QPointF inPanel = m_viewport->pContain()->mapFromGlobal(QCursor::pos());
     Q_UNUSED(pointer);

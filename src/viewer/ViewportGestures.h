@@ -1,5 +1,5 @@
-// Turns what the mouse does on the image control into panning, zooming and commands. In a fit only the double click, the
-// context menu and the wheel with Ctrl do something.
+// Turns what the mouse does on the image control into panning, zooming and commands. In a fit only the double
+// click, the context menu and the wheel with Ctrl do something.
 #pragma once
 
 #include <QObject>

@@ -1,8 +1,8 @@
-#include "viewer/WindowGeometry.h"
+#include "app/WindowGeometry.h"
 
 #include <QTest>
 
-using namespace quorvia::viewer;
+using namespace quorvia::app;
 
 class TestWindowGeometry : public QObject
 {
@@ -42,7 +42,28 @@ class TestWindowGeometry : public QObject
     void corners()
     {
         QFETCH(QPoint, stored);
-        QTEST(visibleCorner(stored, QSize(3000, 2000), QRect(0, 0, 24000, 15000), QPoint(7, 9)), "used");
+        QTEST(visibleCorner(stored, QSize(3000, 2000), {QRect(0, 0, 24000, 15000)}, QPoint(7, 9)), "used");
+    }
+
+    void cornersOnTwoScreens_data()
+    {
+        QTest::addColumn<QPoint>("stored");
+        QTest::addColumn<bool>("visible");
+        // A low screen to the right of a high one.
+        QTest::newRow("on the first") << QPoint(100, 14000) << true;
+        QTest::newRow("on the second") << QPoint(30000, 5000) << true;
+        QTest::newRow("across both") << QPoint(23000, 5000) << true;
+        QTest::newRow("below the second, where no screen is") << QPoint(30000, 12000) << false;
+        QTest::newRow("to the right of both") << QPoint(43200, 0) << false;
+    }
+
+    void cornersOnTwoScreens()
+    {
+        QFETCH(QPoint, stored);
+        QFETCH(bool, visible);
+        const QList<QRect> screens = {QRect(0, 0, 24000, 15000), QRect(24000, 0, 19200, 10800)};
+        QCOMPARE(visibleCorner(stored, QSize(3000, 1000), screens, QPoint(7, 9)) == stored, visible);
+        QCOMPARE(visibleCorner(stored, QSize(3000, 1000), {}, QPoint(7, 9)), QPoint(7, 9));
     }
 
     void smallest_data()

@@ -1,0 +1,81 @@
+#include "app/WindowPlacement.h"
+
+#include "app/PendingEvents.h"
+#include "app/Settings.h"
+#include "app/Twips.h"
+#include "app/WindowGeometry.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+
+namespace quorvia::app {
+
+namespace {
+
+// The stored states of a window.
+constexpr int normal = 0;
+constexpr int minimised = 1;
+constexpr int maximised = 2;
+
+int stateOf(const QWidget& window)
+{
+    if (window.isMinimized())
+        return minimised;
+    return window.isMaximized() ? maximised : normal;
+}
+
+void applyState(QWidget& window, int state)
+{
+    Qt::WindowStates states = window.windowState() & ~(Qt::WindowMinimized | Qt::WindowMaximized);
+    if (state == minimised)
+        states |= Qt::WindowMinimized;
+    if (state == maximised)
+        states |= Qt::WindowMaximized;
+    window.setWindowState(states);
+}
+
+} // namespace
+
+QList<QRect> screensInTwips()
+{
+    QList<QRect> screens;
+    const QList<QScreen*> all = QGuiApplication::screens();
+    for (const QScreen* screen : all)
+        screens.append(inTwips(screen->geometry()));
+    return screens;
+}
+
+void SaveWindowPlacement(const QString& stem, QWidget* window)
+{
+    savePlacement(stem, Placement::WinState, stateOf(*window));
+    if (stateOf(*window) != normal) {
+        applyState(*window, normal);
+        letPendingEventsRun();
+    }
+    savePlacement(stem, Placement::Left, toTwips(window->x()));
+    savePlacement(stem, Placement::Top, toTwips(window->y()));
+    savePlacement(stem, Placement::Width, toTwips(window->width()));
+    savePlacement(stem, Placement::Height, toTwips(window->height()));
+}
+
+void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPosition)
+{
+    const int state = readPlacement(stem, Placement::WinState, stateOf(*window));
+    const QPoint present(toTwips(window->x()), toTwips(window->y()));
+    const QPoint stored(readPlacement(stem, Placement::Left, present.x()),
+                        readPlacement(stem, Placement::Top, present.y()));
+    const QSize size(readPlacement(stem, Placement::Width, toTwips(window->width())),
+                     readPlacement(stem, Placement::Height, toTwips(window->height())));
+    const QRect screen = inTwips(window->screen()->geometry());
+    const QSize usable =
+        size.boundedTo(inTwips(window->screen()->virtualSize())).expandedTo(inTwips(window->minimumSize()));
+    const QPoint middle = screen.topLeft() + defaultCorner(screen.size(), usable);
+    const QPoint corner =
+        visibleCorner(useDefaultPosition ? present : stored, usable, screensInTwips(), middle);
+    applyState(*window, state);
+    window->move(toPixels(corner.x()), toPixels(corner.y()));
+    window->resize(toPixels(usable.width()), toPixels(usable.height()));
+}
+
+} // namespace quorvia::app

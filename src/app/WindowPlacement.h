@@ -1,0 +1,24 @@
+// The places of the secondary windows, kept between their showings.
+#pragma once
+
+#include <QList>
+#include <QRect>
+#include <QString>
+
+class QWidget;
+
+namespace quorvia::app {
+
+/// The screens of the desktop, twips.
+QList<QRect> screensInTwips();
+
+/// Writes state, place and size of `window` under `stem`. A maximised or minimised window is set back to
+/// normal first, so that its usual place is kept.
+void SaveWindowPlacement(const QString& stem, QWidget* window);
+
+/// Gives `window` what was kept under `stem`; what was not stays as the window has it. With
+/// `useDefaultPosition` its place stays in any case. A place off all screens becomes the middle of the
+/// window's own.
+void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPosition);
+
+} // namespace quorvia::app

@@ -1,0 +1,127 @@
+#include "app/mWindowsAPI.h"
+#include "app/Settings.h"
+#include "app/WindowPlacement.h"
+#include "support/ScratchHome.h"
+
+#include <QScreen>
+#include <QTest>
+#include <QWidget>
+
+using namespace quorvia::app;
+
+class TestWindowPlacement : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_home.emplace();
+        openSettings();
+    }
+    void cleanup()
+    {
+        closeSettings();
+        m_home.reset();
+    }
+    void comesBackWhereItWas();
+    void keepsWhatWasNotStored();
+    void defaultPositionKeepsThePlace();
+    void comesBackOntoTheScreen_data();
+    void comesBackOntoTheScreen();
+    void maximisedKeepsTheUsualPlace();
+    void damagedSizesAreBounded();
+
+  private:
+    static constexpr char stem[] = "Preferences";
+    static QString stemText() { return QLatin1String(stem); }
+    std::optional<quorvia::test::ScratchHome> m_home;
+};
+
+void TestWindowPlacement::comesBackWhereItWas()
+{
+    QWidget window;
+    window.setGeometry(120, 80, 300, 200);
+    SaveWindowPlacement(stemText(), &window);
+    QCOMPARE(GetAppSetting(QStringLiteral("Settings"), QStringLiteral("PreferencesWinState"), -1).toInt(), 0);
+    QCOMPARE(GetAppSetting(QStringLiteral("Settings"), QStringLiteral("PreferencesLeft"), -1).toInt(),
+             120 * 15);
+    QCOMPARE(GetAppSetting(QStringLiteral("Settings"), QStringLiteral("PreferencesHeight"), -1).toInt(),
+             200 * 15);
+    QWidget other;
+    LoadWindowPlacement(stemText(), &other, false);
+    QCOMPARE(other.pos(), QPoint(120, 80));
+    QCOMPARE(other.size(), QSize(300, 200));
+}
+
+void TestWindowPlacement::keepsWhatWasNotStored()
+{
+    QWidget window;
+    window.setGeometry(50, 60, 210, 110);
+    savePlacement(stemText(), Placement::Width, 4500);
+    LoadWindowPlacement(stemText(), &window, false);
+    QCOMPARE(window.geometry(), QRect(50, 60, 300, 110));
+}
+
+void TestWindowPlacement::defaultPositionKeepsThePlace()
+{
+    savePlacement(stemText(), Placement::Left, 3000);
+    savePlacement(stemText(), Placement::Top, 3000);
+    savePlacement(stemText(), Placement::Width, 4500);
+    QWidget window;
+    window.setGeometry(50, 60, 210, 110);
+    LoadWindowPlacement(stemText(), &window, true);
+    QCOMPARE(window.geometry(), QRect(50, 60, 300, 110));
+}
+
+void TestWindowPlacement::comesBackOntoTheScreen_data()
+{
+    QTest::addColumn<int>("left");
+    QTest::addColumn<int>("top");
+    QTest::newRow("far to the right") << 2000000 << 100;
+    QTest::newRow("far above") << 100 << -2000000;
+    QTest::newRow("beyond a number") << 2147483647 << -2147483647;
+}
+
+void TestWindowPlacement::comesBackOntoTheScreen()
+{
+    QFETCH(int, left);
+    QFETCH(int, top);
+    savePlacement(stemText(), Placement::Left, left);
+    savePlacement(stemText(), Placement::Top, top);
+    QWidget window;
+    window.resize(200, 100);
+    LoadWindowPlacement(stemText(), &window, false);
+    const QRect screen = window.screen()->geometry();
+    const QPoint middle = screen.topLeft() + QPoint(screen.width() / 2 - 100, screen.height() / 2 - 50);
+    QVERIFY((window.pos() - middle).manhattanLength() <= 2);
+}
+
+void TestWindowPlacement::maximisedKeepsTheUsualPlace()
+{
+    QWidget window;
+    window.setGeometry(40, 30, 300, 200);
+    window.showMaximized();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    SaveWindowPlacement(stemText(), &window);
+    QVERIFY(!window.isMaximized());
+    QCOMPARE(readPlacement(stemText(), Placement::WinState, -1), 2);
+    QCOMPARE(readPlacement(stemText(), Placement::Width, -1), 300 * 15);
+    QWidget other;
+    LoadWindowPlacement(stemText(), &other, false);
+    QVERIFY(other.isMaximized());
+}
+
+void TestWindowPlacement::damagedSizesAreBounded()
+{
+    savePlacement(stemText(), Placement::Width, 2147483647);
+    savePlacement(stemText(), Placement::Height, -7);
+    QWidget window;
+    window.setMinimumSize(64, 48);
+    LoadWindowPlacement(stemText(), &window, false);
+    QVERIFY(window.width() <= window.screen()->virtualSize().width());
+    QCOMPARE(window.height(), 48);
+}
+
+QTEST_MAIN(TestWindowPlacement)
+#include "tst_windowplacement.moc"
