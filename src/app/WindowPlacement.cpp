@@ -73,9 +73,9 @@ void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPo
     const QPoint middle = screen.topLeft() + defaultCorner(screen.size(), usable);
     const QPoint corner =
         visibleCorner(useDefaultPosition ? present : stored, usable, screensInTwips(), middle);
-    applyState(*window, state);
     window->move(toPixels(corner.x()), toPixels(corner.y()));
     window->resize(toPixels(usable.width()), toPixels(usable.height()));
+    applyState(*window, state); // last: the toolkit takes a new size for the end of the other states
 }
 
 } // namespace quorvia::app
