@@ -140,7 +140,7 @@ void ViewportGestures::release(const QMouseEvent& event)
     if (event.button() == Qt::RightButton) {
         if (plain)
             m_sinks.openMenu();
-        else if (isZoomModifier(event.modifiers()))
+        else if (isZoomModifier(event.modifiers()) && !m_viewport->FitToWindow())
             m_sinks.runTool(QStringLiteral("miZoomOut"));
         return;
     }
@@ -165,7 +165,7 @@ void ViewportGestures::turnWheel(const QWheelEvent& event)
         m_wheelLeft += turned;
         for (; std::abs(m_wheelLeft) >= step; m_wheelLeft += m_wheelLeft > 0 ? -step : step)
             zoomAround(m_wheelLeft > 0 ? QStringLiteral("miZoomIn") : QStringLiteral("miZoomOut"),
-                       event.position());
+                       m_viewport->pContain()->mapFromGlobal(event.globalPosition()));
         return;
     }
     const double ratio = m_viewport->pContain()->devicePixelRatioF();
@@ -185,15 +185,11 @@ void ViewportGestures::turnWheel(const QWheelEvent& event)
 
 void ViewportGestures::zoomAround(const QString& tool, QPointF pointer)
 {
-    // `pointer` lies in the control that the wheel turned over; where that stands in the panel the picture's
-    // point stays.
     const engine::ImageEngine* const ix1 = m_viewport->ix1();
-    const QPointF inPanel = m_viewport->pContain()->mapFromGlobal(QCursor::pos());
-    Q_UNUSED(pointer);
-    const QPointF share((inPanel.x() - ix1->x()) / std::max(ix1->width(), 1),
-                        (inPanel.y() - ix1->y()) / std::max(ix1->height(), 1));
+    const QPointF share((pointer.x() - ix1->x()) / std::max(ix1->width(), 1),
+                        (pointer.y() - ix1->y()) / std::max(ix1->height(), 1));
     m_sinks.runTool(tool);
-    m_viewport->bring(share, inPanel);
+    m_viewport->bring(share, pointer);
 }
 
 } // namespace quorvia::viewer

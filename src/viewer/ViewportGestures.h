@@ -43,6 +43,7 @@ class ViewportGestures : public QObject
     void drawSelection(QPointF pointer);
     /// The pixel under `pointer`, within the image.
     QPoint boundedPixel(QPointF pointer) const;
+    /// Runs the zoom command `tool` so that what lies under `pointer`, a place in the panel, stays there.
     void zoomAround(const QString& tool, QPointF pointer);
 
     Viewport* m_viewport;
