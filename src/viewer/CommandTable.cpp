@@ -3,6 +3,7 @@
 #include "app/mFile.h"
 #include "app/Settings.h"
 #include "collections/Navigation.h"
+#include "controls/gnTab.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 
@@ -60,6 +61,25 @@ void miCloseImage(frmImageView& window)
     window.viewport()->layout();
 }
 
+void zoomBy(frmImageView& window, double (*next)(double))
+{
+    if (window.viewport()->FitToWindow())
+        window.RunTool(QStringLiteral("miActualSize"));
+    window.viewport()->zoomTo(next(window.ix1()->ZoomFactor()));
+}
+
+void miHideInterface(frmImageView& window)
+{
+    window.panes()->setInterfaceFlag(!window.panes()->interfaceFlag());
+}
+
+void showTab(frmImageView& window, const char* key)
+{
+    window.panes()->gTab()->SetSelectedTab(QString::fromLatin1(key));
+    if (window.panes()->interfaceFlag())
+        window.RunTool(QStringLiteral("miHideInterface"));
+}
+
 } // namespace
 
 std::vector<commands::Tool> commandTable(frmImageView& window)
@@ -73,6 +93,16 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miCloseImage", [w] { miCloseImage(*w); }},
         {"miBestFit", [w] { w->viewport()->flipFit(); }},
         {"miActualSize", [w] { w->viewport()->flipFit(); }},
+        {"miFileList", [w] { w->panes()->toggleFileList(); }},
+        {"miFilelistMenu", [w] { w->RunTool(QStringLiteral("miFileList")); }},
+        {"miHideInterface", [w] { miHideInterface(*w); }},
+        {"miInterfaceTabs", [w] { w->RunTool(QStringLiteral("miHideInterface")); }},
+        {"miViewNormal", [w] { showTab(*w, "Image"); }},
+        {"miViewInformation", [w] { showTab(*w, "Information"); }},
+        {"miInformation", [w] { w->RunTool(QStringLiteral("miViewInformation")); }},
+        {"miViewFilmstrip", [w] { showTab(*w, "Filmstrip"); }},
+        {"miZoomIn", [w] { zoomBy(*w, zoomedIn); }},
+        {"miZoomOut", [w] { zoomBy(*w, zoomedOut); }},
         {"miRefresh", [w] { miRefresh(*w); }},
         {"miRecentClear", [w] { miRecentClear(*w); }},
         {"miHide", [w] { w->hide(); }},

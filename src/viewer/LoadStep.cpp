@@ -10,7 +10,10 @@
 #include "app/Twips.h"
 #include "app/WindowGeometry.h"
 #include "app/WindowPlacement.h"
+#include "controls/gnTab.h"
+#include "platform/MenuControl.h"
 #include "system/Publishing.h"
+#include "viewer/BandSettings.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 
@@ -30,7 +33,7 @@ void log(const char* text)
 
 void colourChrome(frmImageView& window)
 {
-    app::setPaneColor(window.pTop(), QColor(0, 121, 191));
+    window.panes()->colourChrome(QColor(0, 121, 191));
 }
 
 void restoreGeometry(frmImageView& window, bool othersWereRunning)
@@ -56,6 +59,23 @@ void restoreGeometry(frmImageView& window, bool othersWereRunning)
     }
     if (app::read(app::setting::MainWindowState) == maximisedState)
         window.setWindowState(Qt::WindowMaximized);
+}
+
+/// The layout of the last run, for a start without a command line; any other gets the one that the window is
+/// made with.
+void restoreBand(frmImageView& window)
+{
+    platform::Band* const bPlay = window.panes()->bPlay();
+    if (app::read(app::setting::cLayout) == 1 && window.commandLine().isEmpty())
+        bPlay->apply(storedBand(bPlay->state()));
+}
+
+/// Filmstrip and chosen tab of the last run.
+void restoreTabs(frmImageView& window)
+{
+    Panes* const panes = window.panes();
+    panes->setFilmStripHeight(app::read(app::setting::FilmStripHeight, panes->filmStripHeight()));
+    panes->gTab()->SetSelectedTab(app::read(app::setting::ActiveTabWindow));
 }
 
 void restoreView(frmImageView& window)
@@ -139,7 +159,8 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
 
     log("Start: Sizing");
     restoreGeometry(window, othersWereRunning);
-    window.setInterfaceFlag(app::read(app::setting::ToggleInterface) != 0);
+    window.panes()->setInterfaceFlag(app::read(app::setting::ToggleInterface) != 0);
+    restoreBand(window);
     restoreView(window);
     log("End: Sizing");
 
@@ -154,12 +175,14 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
 
     log("Start: TabLoading and Name");
     window.setWindowTitle(app::GetAppDisplayName());
+    window.panes()->addTabs();
     log("End: TabLoading and Name");
 
     log("Start: frmImageViewPlaylist_Load");
     window.list()->restoreSelectedPath();
     window.list()->SetPattern(QLatin1String(app::ImageExtensionList));
     log("End: frmImageViewPlaylist_Load");
+    restoreTabs(window);
 
     if (!openFirst(window))
         runLine(window);

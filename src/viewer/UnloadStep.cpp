@@ -5,6 +5,8 @@
 #include "app/PendingEvents.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "platform/MenuControl.h"
+#include "viewer/BandSettings.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 
@@ -65,8 +67,9 @@ void runUnloadStep(frmImageView& window)
 {
     window.list()->CloseDown();
     closeOtherWindows(window);
+    storeBand(window.panes()->bPlay()->state());
 
-    app::save(app::setting::ToggleInterface, window.interfaceFlag() ? 1 : 0);
+    app::save(app::setting::ToggleInterface, window.panes()->interfaceFlag() ? 1 : 0);
     if (!window.isMinimized())
         app::save(app::setting::MainWindowState, window.isMaximized() ? maximisedState : normalState);
     saveGeometry(restoredGeometry(window));

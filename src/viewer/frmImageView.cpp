@@ -5,6 +5,7 @@
 #include "app/PendingEvents.h"
 #include "app/Product.h"
 #include "app/Settings.h"
+#include "app/Twips.h"
 #include "commands/Keys.h"
 #include "platform/Dialogs.h"
 #include "viewer/CommandTable.h"
@@ -32,20 +33,17 @@ constexpr int resizeDelay = 50;  // milliseconds
 /// The viewport's own colour: dark, and without a hue that would tint how a picture looks.
 constexpr QColor viewportColor(48, 48, 48);
 
-QWidget* makePane(QWidget* parent, const char* name)
-{
-    auto* pane = new QWidget(parent);
-    pane->setObjectName(QLatin1String(name));
-    pane->setAutoFillBackground(true);
-    return pane;
-}
-
 } // namespace
 
 frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
-    : m_commandLine(std::move(commandLine)), m_pMain(makePane(this, "pMain")),
-      m_pTop(makePane(m_pMain, "pTop")), m_pContain(makePane(m_pTop, "pContain")),
-      m_ix1(new engine::ImageEngine(loader, m_pContain)), m_viewport(new Viewport(m_pContain, m_ix1, this)),
+    : m_commandLine(std::move(commandLine)),
+      m_panes(new Panes(this, {.setUpdate = [this](bool visible, int delay) { SetUpdate(visible, delay); },
+                               .tabShown = [](const QString&) {},
+                               .runTool = [this](const QString& name) { RunTool(name); },
+                               .laidOut = [this] { layoutView(); }})),
+      m_ix1(new engine::ImageEngine(loader, pContain())), m_viewport(new Viewport(pContain(), m_ix1, this)),
+      m_gestures(new ViewportGestures(
+          m_viewport, {.runTool = [this](const QString& name) { RunTool(name); }, .openMenu = [] {}}, this)),
       m_list(new collections::FolderList([this] { return currentFile(); }, this)),
       m_opening(new Opening({.owner = this,
                              .ix1 = m_ix1,
@@ -60,7 +58,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     setAccessibleName(app::productTitle());
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
-    app::setPaneColor(m_pContain, viewportColor);
+    app::setPaneColor(pContain(), viewportColor);
     m_ix1->setObjectName(QStringLiteral("ix1"));
     m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();
@@ -128,17 +126,30 @@ void frmImageView::unload()
 
 void frmImageView::layoutPanes()
 {
-    m_pMain->setGeometry(rect());
-    m_pTop->setGeometry(m_pMain->rect());
-    m_pContain->setGeometry(m_pTop->rect());
+    m_panes->place();
+}
+
+void frmImageView::layoutView()
+{
+    if (!m_viewport) // the panes are built first
+        return;
     if (m_pTiff)
         m_pTiff->place();
     m_viewport->layout();
 }
 
+void frmImageView::FitWindowToImage()
+{
+    if (m_ix1->ImagePixelWidth() == 0)
+        return;
+    const int toolbar = m_panes->ab1()->isHidden() ? 0 : app::toTwips(m_panes->ab1()->height());
+    const QSize size = windowForImage(QSize(m_ix1->ImageWidthTwips(), m_ix1->ImageHeightTwips()), toolbar);
+    resize(app::toPixels(size.width()), app::toPixels(size.height()));
+}
+
 PageNavigator* frmImageView::makeNavigator()
 {
-    m_pTiff = new PageNavigator(m_pTop);
+    m_pTiff = new PageNavigator(pTop());
     return m_pTiff;
 }
 

@@ -7,7 +7,9 @@
 #include "commands/ToolDispatcher.h"
 #include "engine/ImageEngine.h"
 #include "viewer/Opening.h"
+#include "viewer/Panes.h"
 #include "viewer/Viewport.h"
+#include "viewer/ViewportGestures.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -39,14 +41,13 @@ class frmImageView : public QWidget, public app::MainWindow
 
     // --- the rooms, for the load step, the unload step and the table of commands
     const app::CommandLine& commandLine() const { return m_commandLine; }
-    QWidget* pTop() const { return m_pTop; }
-    QWidget* pContain() const { return m_pContain; }
+    Panes* panes() const { return m_panes; }
+    QWidget* pTop() const { return m_panes->pTop(); }
+    QWidget* pContain() const { return m_panes->pContain(); }
     engine::ImageEngine* ix1() const { return m_ix1; }
     Viewport* viewport() const { return m_viewport; }
     Opening* opening() const { return m_opening; }
     collections::FolderList* list() const { return m_list; }
-    bool interfaceFlag() const { return m_interfaceFlag; }
-    void setInterfaceFlag(bool flag) { m_interfaceFlag = flag; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
     /// maximised.
     QPoint frameOffset() const { return m_frameOffset; }
@@ -62,6 +63,8 @@ class frmImageView : public QWidget, public app::MainWindow
 
     /// Places the panes inside the window.
     void layoutPanes();
+    /// Makes the window as large as the picture at 100% wants it; its place stays.
+    void FitWindowToImage();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -73,15 +76,15 @@ class frmImageView : public QWidget, public app::MainWindow
 
   private:
     PageNavigator* makeNavigator();
+    void layoutView();
     void noteFrame();
 
     app::CommandLine m_commandLine;
-    QWidget* m_pMain;
-    QWidget* m_pTop;
-    QWidget* m_pContain;
+    Panes* m_panes;
     engine::ImageEngine* m_ix1;
     PageNavigator* m_pTiff = nullptr;
-    Viewport* m_viewport;
+    Viewport* m_viewport = nullptr;
+    ViewportGestures* m_gestures;
     collections::FolderList* m_list;
     Opening* m_opening;
     std::unique_ptr<commands::ToolDispatcher> m_dispatcher;
@@ -90,7 +93,6 @@ class frmImageView : public QWidget, public app::MainWindow
     QTimer m_tKey;
     QPoint m_frameOffset;
     QString m_lastTool;
-    bool m_interfaceFlag = true;
     bool m_loading = true;
     bool m_unloaded = false;
 };

@@ -1,10 +1,10 @@
 // The load step of the main window.
+#include "app/Colors.h"
 #include "app/mFile.h"
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
-#include "app/Colors.h"
 #include "viewer/LoadStep.h"
 #include "viewer/ViewerBench.h"
 
@@ -197,7 +197,7 @@ class TestLoadStep : public QObject
         QFETCH(bool, flag);
         if (stored.isValid())
             app::SaveAppSetting(QStringLiteral("Settings"), QStringLiteral("ToggleInterface"), stored);
-        QCOMPARE(m_bench->load().interfaceFlag(), flag);
+        QCOMPARE(m_bench->load().panes()->interfaceFlag(), flag);
         m_bench->close();
         QCOMPARE(app::read(setting::ToggleInterface), flag ? 1 : 0);
     }
@@ -337,7 +337,8 @@ class TestLoadStep : public QObject
         QVERIFY(!window.ix1()->isHidden());
         window.resize(window.size() - QSize(40, 30));
         QVERIFY(window.ix1()->isHidden());
-        QCOMPARE(window.pContain()->size(), window.size());
+        QCOMPARE(window.pTop()->size(), window.size());
+        QCOMPARE(window.pContain()->geometry().bottomRight(), window.pTop()->rect().bottomRight());
         QTRY_VERIFY(!window.ix1()->isHidden());
     }
 };

@@ -1,0 +1,121 @@
+// The tree of panes inside the main window, and what places them: nothing is anchored, every pane is put in
+// its place by the layout steps here.
+#pragma once
+
+#include "viewer/PaneLayout.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class QAbstractButton;
+class QWidget;
+
+namespace quorvia::controls {
+class gnTab;
+class uLink;
+} // namespace quorvia::controls
+
+namespace quorvia::platform {
+class Band;
+class MenuControl;
+} // namespace quorvia::platform
+
+namespace quorvia::viewer {
+
+class DragHandle;
+
+class Panes : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// What the panes ask of the window.
+    struct Sinks
+    {
+        std::function<void(bool visible, int delay)> setUpdate; ///< the repaint guard
+        std::function<void(const QString& key)> tabShown;       ///< after the panes of a tab are shown
+        std::function<void(const QString& name)> runTool;
+        std::function<void()> laidOut; ///< the viewport has its place
+    };
+
+    /// Builds the tree in `window`.
+    Panes(QWidget* window, Sinks sinks);
+
+    QWidget* pMain() const { return m_pMain; }
+    QWidget* ab1() const { return m_ab1; }
+    QWidget* pTop() const { return m_pTop; }
+    QWidget* pContain() const { return m_pContain; }
+    QWidget* pWelcome() const { return m_pWelcome; }
+    QWidget* pInformation() const { return m_pInformation; }
+    QWidget* pFilmStrip() const { return m_pFilmStrip; }
+    controls::uLink* uLink() const { return m_uLink; }
+    controls::gnTab* gTab() const { return m_gTab; }
+    platform::MenuControl* aP() const { return m_aP; }
+    platform::Band* bPlay() const { return m_bPlay; }
+    platform::Band* bInfo() const { return m_bInfo; }
+
+    /// Gives the chrome the colour of pTop, and the tab strip white text.
+    void colourChrome(const QColor& color);
+    /// Gives the tab strip its three tabs.
+    void addTabs();
+
+    /// Places everything for the window's present size.
+    void place();
+    /// Places what is inside pTop.
+    void placeTop();
+
+    /// True while the viewport lies in front and takes all of pTop below the strip.
+    bool interfaceFlag() const { return m_interfaceFlag; }
+    void setInterfaceFlag(bool flag);
+
+    /// The filmstrip's height in twips.
+    int filmStripHeight() const { return m_filmStripHeight; }
+    void setFilmStripHeight(int twips);
+
+    /// Shows or hides the band of the file list, and the handle beside it.
+    void toggleFileList();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void placeMain();
+    void placeButton();
+    void showTab(const QString& key);
+    void dragFilmstrip(int offset);
+    void dropFilmstrip();
+    void dragFileList(int offset);
+    void placeFileListHandle();
+    TopState topState() const;
+
+    QWidget* m_window;
+    Sinks m_sinks;
+    QWidget* m_pMain;
+    QWidget* m_ab1;
+    QAbstractButton* m_iButton; ///< shows while the interface flag is clear and the toolbar leaves room
+    QWidget* m_Line1;
+    platform::MenuControl* m_aP;
+    QWidget* m_pTop;
+    QWidget* m_pFilebar;
+    controls::uLink* m_uLink;
+    controls::gnTab* m_gTab;
+    QWidget* m_pContain;
+    QWidget* m_pWelcome;
+    QWidget* m_pInformation;
+    QWidget* m_pShowInfo;
+    QWidget* m_pFilmStrip;
+    DragHandle* m_pSize;
+    QWidget* m_pCapture;
+    DragHandle* m_pMove;
+    platform::Band* m_bPlay;
+    platform::Band* m_bInfo;
+    bool m_interfaceFlag = true;
+    bool m_tabsReady = false;
+    int m_filmStripHeight = 2500;
+    std::optional<int> m_draggedTop; ///< of pSize while it is dragged, twips
+};
+
+} // namespace quorvia::viewer
