@@ -207,6 +207,8 @@ void gnTab::layOut()
     m_first = usableFirst(m_tabs.spans(), m_first, room());
     placeChildren();
     updateGeometry();
+    if (m_tabs.hovered() == 0)
+        endHover(); // the tab under the pointer may have gone
 }
 
 void gnTab::placeChildren()
@@ -277,12 +279,19 @@ void gnTab::hover(int index)
 {
     if (!m_tabs.hover(index))
         return;
-    m_pbTabs->setToolTip(index == 0 ? QString() : m_tabs.at(index).ToolTip);
     m_pbTabs->update();
-    if (index == 0)
-        m_tmrMouseOut.stop();
-    else
-        m_tmrMouseOut.start();
+    if (index == 0) {
+        endHover();
+        return;
+    }
+    m_pbTabs->setToolTip(m_tabs.at(index).ToolTip);
+    m_tmrMouseOut.start();
+}
+
+void gnTab::endHover()
+{
+    m_pbTabs->setToolTip(QString());
+    m_tmrMouseOut.stop();
 }
 
 void gnTab::endHoverWhenOutside()

@@ -122,6 +122,7 @@ class gnTab : public QWidget
     void scrollTo(int first);
     /// Marks tab `index` as the one under the pointer; 0 for none.
     void hover(int index);
+    void endHover();
     void endHoverWhenOutside();
     TabRoom room() const;
 

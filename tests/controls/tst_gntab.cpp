@@ -101,6 +101,8 @@ class TestGnTab : public QObject
     void dragsAwayWithoutSelecting();
     void forwardsMouseMovement();
     void hovers();
+    void endsAHoverWithItsTab_data();
+    void endsAHoverWithItsTab();
     void endsAHoverByTheTimer();
     void showsToolTips();
     void scrolls();
@@ -276,6 +278,28 @@ void TestGnTab::hovers()
     QCoreApplication::sendEvent(bench.surface(), &leave);
     QCOMPARE(bench.tab.tabs().hovered(), 0);
     QVERIFY(!bench.timer()->isActive());
+}
+
+void TestGnTab::endsAHoverWithItsTab_data()
+{
+    QTest::addColumn<bool>("all");
+    QTest::newRow("one") << false;
+    QTest::newRow("all") << true;
+}
+
+void TestGnTab::endsAHoverWithItsTab()
+{
+    QFETCH(bool, all);
+    Bench bench;
+    bench.moveTo(bench.middleOf(3));
+    QVERIFY(bench.timer()->isActive());
+    if (all)
+        bench.tab.RemoveAllTabs();
+    else
+        bench.tab.RemoveTab(3);
+    QCOMPARE(bench.tab.tabs().hovered(), 0);
+    QVERIFY(!bench.timer()->isActive());
+    QCOMPARE(bench.surface()->toolTip(), QString());
 }
 
 void TestGnTab::endsAHoverByTheTimer()
