@@ -50,8 +50,10 @@ void SaveWindowPlacement(const QString& stem, QWidget* window)
 {
     savePlacement(stem, Placement::WinState, stateOf(*window));
     if (stateOf(*window) != normal) {
+        constexpr int patience = 500; // milliseconds for the window manager
+        const QSize usual = window->normalGeometry().size();
         applyState(*window, normal);
-        letPendingEventsRun();
+        letEventsRunUntil([&] { return window->size() == usual; }, patience);
     }
     savePlacement(stem, Placement::Left, toTwips(window->x()));
     savePlacement(stem, Placement::Top, toTwips(window->y()));
