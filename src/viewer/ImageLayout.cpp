@@ -45,4 +45,15 @@ ImagePlacement layoutImage(const ViewState& view)
     return {QRect(QPoint(0, 0), view.panel), 4};
 }
 
+QRectF paintedPicture(const ImagePlacement& placement, QSize image, double zoom)
+{
+    constexpr int fitted = 4;
+    const QRectF control(placement.rectangle);
+    if (placement.scaleMode != fitted)
+        return {control.topLeft(), QSizeF(image) * zoom};
+    QRectF picture(QPointF(), QSizeF(image).scaled(control.size(), Qt::KeepAspectRatio));
+    picture.moveCenter(control.center());
+    return picture;
+}
+
 } // namespace quorvia::viewer

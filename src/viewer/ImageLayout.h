@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QRect>
+#include <QRectF>
 #include <QSize>
 
 namespace quorvia::viewer {
@@ -25,5 +26,9 @@ struct ImagePlacement
 /// The place of the image control. Any zoom but 1 overrides the fit; at zoom 1 an image smaller than the
 /// panel in both directions stands centred at its natural size, so that a fit never enlarges.
 ImagePlacement layoutImage(const ViewState& view);
+
+/// Where a picture of `image` twips is painted in a control at `placement`: in the middle, as large as its
+/// proportions allow, in mode 4, else from the control's corner on at `zoom`. In the panel, twips.
+QRectF paintedPicture(const ImagePlacement& placement, QSize image, double zoom);
 
 } // namespace quorvia::viewer

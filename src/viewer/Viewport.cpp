@@ -104,7 +104,19 @@ void Viewport::bring(QPointF share, QPointF position)
         m_sb1->SetValue(int(std::lround((share.y() * m_ix1->height() - position.y()) * ratio)));
 }
 
-void Viewport::layout()
+QPointF Viewport::shareAt(QPointF position) const
+{
+    const ViewState view = state();
+    ImagePlacement placement = layoutImage(view);
+    placement.rectangle.moveTopLeft({app::toTwips(m_ix1->x()), app::toTwips(m_ix1->y())});
+    const QRectF picture = paintedPicture(placement, view.image, view.zoom);
+    if (picture.isEmpty())
+        return {};
+    const QPointF inside = position * app::twipsPerPixel - picture.topLeft();
+    return {inside.x() / picture.width(), inside.y() / picture.height()};
+}
+
+ViewState Viewport::state() const
 {
     ViewState view;
     view.panel = app::inTwips(m_pContain->size());
@@ -112,7 +124,12 @@ void Viewport::layout()
     view.zoom = m_ix1->ZoomFactor();
     view.fitToWindow = m_fitToWindow;
     view.fileOpen = !view.image.isEmpty();
-    const ImagePlacement placement = layoutImage(view);
+    return view;
+}
+
+void Viewport::layout()
+{
+    const ImagePlacement placement = layoutImage(state());
     m_ix1->SetScaleMode(placement.scaleMode);
     if (placement.scaleMode == 4)
         m_ix1->SetScaleOption(0);

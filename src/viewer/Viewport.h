@@ -2,6 +2,7 @@
 // picture is not redrawn for it, only moved, sized and told how to scale.
 #pragma once
 
+#include "viewer/ImageLayout.h"
 #include "viewer/ScrollLayout.h"
 #include "viewer/ZoomSteps.h"
 
@@ -46,6 +47,9 @@ class Viewport : public QObject
 
     /// The image pixel under `position`, device-independent pixels in ix1.
     QPoint imagePixelAt(QPointF position) const;
+    /// The point of the image under `position` of the panel, in shares of its width and height: 0 to 1 within
+    /// it.
+    QPointF shareAt(QPointF position) const;
     /// Moves the picture so that the point of the image at the shares `share` (0 to 1 across and down) stands
     /// at `position` of the panel, as far as the bars allow.
     void bring(QPointF share, QPointF position);
@@ -71,6 +75,7 @@ class Viewport : public QObject
     QSizeF twipsPerPixel() const;
     /// Size of the panel without its bars, device pixels.
     QSizeF clearPanel() const;
+    ViewState state() const;
     void layoutBars(QSize control);
     void followBar(const controls::ScrollBar* bar);
 

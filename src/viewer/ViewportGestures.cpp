@@ -20,6 +20,8 @@ constexpr int idle = 0;
 constexpr int panning = 25;
 constexpr int selecting = 30;
 
+constexpr int wheelStep = 120; // eighths of a degree
+
 /// The modifiers that make a gesture of a button. Many desktops keep Alt and a button for their windows, so
 /// that Ctrl serves too.
 bool isZoomModifier(Qt::KeyboardModifiers modifiers)
@@ -45,6 +47,8 @@ class Guard
 ViewportGestures::ViewportGestures(Viewport* viewport, Sinks sinks, QObject* parent)
     : QObject(parent), m_viewport(viewport), m_sinks(std::move(sinks))
 {
+    m_viewport->ix1()->setMouseTracking(
+        true); // a movement without a button tells of a release that went elsewhere
     m_viewport->ix1()->installEventFilter(this);
     m_viewport->pContain()->installEventFilter(this);
 }
@@ -77,15 +81,18 @@ bool ViewportGestures::eventFilter(QObject* watched, QEvent* event)
 
 void ViewportGestures::press(const QMouseEvent& event)
 {
-    if (m_viewport->FitToWindow() || event.button() != Qt::LeftButton)
+    m_panned = false;
+    if (m_viewport->FitToWindow())
         return;
     engine::ImageEngine* const ix1 = m_viewport->ix1();
+    ix1->ClearRubberBand(); // of a rectangle that was dropped
+    if (event.button() != Qt::LeftButton)
+        return;
     if (isZoomModifier(event.modifiers())) {
-        ix1->ClearRubberBand();
         m_selectionStart = boundedPixel(event.position());
         ix1->SetMousePointer(selecting);
     } else if (event.modifiers() == Qt::NoModifier && m_viewport->canScroll()) {
-        m_panStart = ix1->mapToParent(event.position().toPoint());
+        m_panStart = ix1->mapToParent(event.position());
         ix1->SetMousePointer(panning);
     }
 }
@@ -95,11 +102,14 @@ void ViewportGestures::move(const QMouseEvent& event)
     if (m_inMouseStep)
         return;
     const int mode = m_viewport->ix1()->MousePointer();
-    if (mode == panning) {
+    if (mode != idle && !(event.buttons() & Qt::LeftButton)) { // the release went elsewhere
+        m_viewport->ix1()->SetMousePointer(idle);
+        m_panned = false;
+    } else if (mode == panning) {
         const Guard guard(m_inMouseStep);
-        pan(m_viewport->ix1()->mapToParent(event.position().toPoint()));
+        pan(m_viewport->ix1()->mapToParent(event.position()));
         app::letPendingEventsRun();
-    } else if (mode == selecting && event.buttons() & Qt::LeftButton) {
+    } else if (mode == selecting) {
         const Guard guard(m_inMouseStep);
         drawSelection(event.position());
         app::letPendingEventsRun();
@@ -108,11 +118,13 @@ void ViewportGestures::move(const QMouseEvent& event)
 
 void ViewportGestures::pan(QPointF pointer)
 {
-    const QPointF moved = pointer - m_panStart;
     const double ratio = m_viewport->pContain()->devicePixelRatioF();
-    m_panned = m_panned || !moved.isNull();
-    m_panStart = pointer;
-    m_viewport->scrollBy(-int(std::lround(moved.x() * ratio)), -int(std::lround(moved.y() * ratio)));
+    const QPoint moved = ((pointer - m_panStart) * ratio).toPoint(); // in whole device pixels
+    if (moved.isNull())
+        return;
+    m_panned = true;
+    m_panStart += QPointF(moved) / ratio; // what is left over counts for the next step
+    m_viewport->scrollBy(-moved.x(), -moved.y());
 }
 
 QPoint ViewportGestures::boundedPixel(QPointF pointer) const
@@ -158,36 +170,40 @@ void ViewportGestures::release(const QMouseEvent& event)
 
 void ViewportGestures::turnWheel(const QWheelEvent& event)
 {
-    constexpr int step = 120; // eighths of a degree
-    constexpr int pixelsPerStep = 60;
     const int turned = event.angleDelta().y() != 0 ? event.angleDelta().y() : event.angleDelta().x();
     if (event.modifiers() & Qt::ControlModifier) {
+        if ((m_wheelLeft > 0) != (turned > 0))
+            m_wheelLeft = 0;
         m_wheelLeft += turned;
-        for (; std::abs(m_wheelLeft) >= step; m_wheelLeft += m_wheelLeft > 0 ? -step : step)
+        for (; std::abs(m_wheelLeft) >= wheelStep; m_wheelLeft += m_wheelLeft > 0 ? -wheelStep : wheelStep)
             zoomAround(m_wheelLeft > 0 ? QStringLiteral("miZoomIn") : QStringLiteral("miZoomOut"),
                        m_viewport->pContain()->mapFromGlobal(event.globalPosition()));
         return;
     }
-    const double ratio = m_viewport->pContain()->devicePixelRatioF();
-    const auto scrolled = [&](int angle) {
-        return -int(std::lround(double(angle) * pixelsPerStep * ratio / step));
-    };
     const bool downShows = !m_viewport->sb1()->isHidden();
     const bool acrossShows = !m_viewport->sb2()->isHidden();
     const bool across = (event.modifiers() & Qt::ShiftModifier && acrossShows) || !downShows;
     if (event.angleDelta().x() != 0 && event.angleDelta().y() != 0) // a touch pad goes both ways at once
-        m_viewport->scrollBy(scrolled(event.angleDelta().x()), scrolled(event.angleDelta().y()));
+        scroll(event.angleDelta());
     else if (across || (event.angleDelta().y() == 0 && acrossShows))
-        m_viewport->scrollBy(scrolled(turned), 0);
+        scroll({turned, 0});
     else
-        m_viewport->scrollBy(0, scrolled(turned));
+        scroll({0, turned});
+}
+
+void ViewportGestures::scroll(QPoint angle)
+{
+    constexpr double pixelsPerStep = 60;
+    const double ratio = m_viewport->pContain()->devicePixelRatioF();
+    m_scrollLeft += QPointF(angle) * (-pixelsPerStep * ratio / wheelStep);
+    const QPoint whole(int(m_scrollLeft.x()), int(m_scrollLeft.y()));
+    m_scrollLeft -= whole;
+    m_viewport->scrollBy(whole.x(), whole.y());
 }
 
 void ViewportGestures::zoomAround(const QString& tool, QPointF pointer)
 {
-    const engine::ImageEngine* const ix1 = m_viewport->ix1();
-    const QPointF share((pointer.x() - ix1->x()) / std::max(ix1->width(), 1),
-                        (pointer.y() - ix1->y()) / std::max(ix1->height(), 1));
+    const QPointF share = m_viewport->shareAt(pointer);
     m_sinks.runTool(tool);
     m_viewport->bring(share, pointer);
 }

@@ -40,6 +40,8 @@ class ViewportGestures : public QObject
     void release(const QMouseEvent& event);
     void turnWheel(const QWheelEvent& event);
     void pan(QPointF pointer);
+    /// Scrolls by turns of the wheel, eighths of a degree each way.
+    void scroll(QPoint angle);
     void drawSelection(QPointF pointer);
     /// The pixel under `pointer`, within the image.
     QPoint boundedPixel(QPointF pointer) const;
@@ -49,6 +51,7 @@ class ViewportGestures : public QObject
     Viewport* m_viewport;
     Sinks m_sinks;
     QPointF m_panStart;      ///< pointer position at the last pan step, in the panel
+    QPointF m_scrollLeft;    ///< of a device pixel of scrolling
     QPoint m_selectionStart; ///< image pixel
     bool m_inMouseStep = false;
     bool m_panned = false;

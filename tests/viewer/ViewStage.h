@@ -38,11 +38,11 @@ class ViewStage
     {
         QTest::mousePress(&ix1, button, keys, inControl(inPanel));
     }
-    /// Moves the pointer with the left button down.
-    void drag(QPoint inPanel, Qt::KeyboardModifiers keys = {})
+    /// Moves the pointer with `buttons` down.
+    void drag(QPoint inPanel, Qt::KeyboardModifiers keys = {}, Qt::MouseButtons buttons = Qt::LeftButton)
     {
         const QPoint at = inControl(inPanel);
-        QMouseEvent event(QEvent::MouseMove, at, ix1.mapToGlobal(at), Qt::NoButton, Qt::LeftButton, keys);
+        QMouseEvent event(QEvent::MouseMove, at, ix1.mapToGlobal(at), Qt::NoButton, buttons, keys);
         QCoreApplication::sendEvent(&ix1, &event);
     }
     void release(QPoint inPanel, Qt::KeyboardModifiers keys = {}, Qt::MouseButton button = Qt::LeftButton)
@@ -67,6 +67,8 @@ class ViewStage
     void run(const QString& tool)
     {
         tools.append(tool);
+        if (viewport.FitToWindow() && tool.startsWith(QLatin1String("miZoom")))
+            viewport.flipFit();
         if (tool == QLatin1String("miZoomIn"))
             viewport.zoomTo(viewer::zoomedIn(ix1.ZoomFactor()));
         if (tool == QLatin1String("miZoomOut"))

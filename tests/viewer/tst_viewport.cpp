@@ -6,6 +6,25 @@
 using namespace quorvia;
 using test::ViewStage;
 
+/// What of a widget is painted.
+class PaintedRegion : public QObject
+{
+  public:
+    explicit PaintedRegion(QWidget* widget) { widget->installEventFilter(this); }
+    QRegion region() const { return m_region; }
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_region += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+  private:
+    QRegion m_region;
+};
+
 class TestViewport : public QObject
 {
     Q_OBJECT
@@ -112,17 +131,33 @@ class TestViewport : public QObject
         QCOMPARE(stage.ix1.x(), 0);
     }
 
-    void aDragPaintsNoMoreThanItUncovers()
+    void aRectangleInTheFarCornerIsClamped()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        QVERIFY(stage.viewport.zoomOnto(QPoint(1990, 1200), QPoint(1999, 1499)));
+        QCOMPARE(stage.viewport.sb2()->Value(), stage.viewport.sb2()->Max());
+        QVERIFY(stage.viewport.zoomOnto(QPoint(1500, 1490), QPoint(1999, 1499)));
+        QCOMPARE(stage.viewport.sb1()->Value(), stage.viewport.sb1()->Max());
+    }
+
+    void aScrollPaintsNoMoreThanThePanelShows()
     {
         ViewStage stage(QSize(6000, 4000));
         QVERIFY(QTest::qWaitForWindowExposed(&stage.pContain));
         QCoreApplication::processEvents();
-        const QPixmap before = stage.ix1.grab(QRect(1000, 1000, 10, 10));
+        stage.ix1.DrawRubberBand(1010, 1010, 1050, 1050, Qt::red, true);
+        const QPixmap before = stage.ix1.grab(QRect(1000, 1000, 60, 60));
+        QCoreApplication::processEvents();
+        PaintedRegion painted(&stage.ix1);
         stage.viewport.scrollBy(37, 21);
+        QCoreApplication::processEvents();
         QCOMPARE(stage.ix1.pos(), QPoint(-37, -21));
         QCOMPARE(stage.ix1.ScaleMode(), 0);
         QCOMPARE(stage.ix1.size(), QSize(6000, 4000));
-        QCOMPARE(stage.ix1.grab(QRect(1000, 1000, 10, 10)).toImage(), before.toImage());
+        const QRect shown = QRect(QPoint(), stage.pContain.size()).translated(-stage.ix1.pos());
+        QVERIFY(!painted.region().isEmpty());
+        QVERIFY(shown.contains(painted.region().boundingRect()));
+        QCOMPARE(stage.ix1.grab(QRect(1000, 1000, 60, 60)).toImage(), before.toImage());
     }
 };
 

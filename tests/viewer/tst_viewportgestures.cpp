@@ -235,6 +235,66 @@ class TestViewportGestures : public QObject
         QTEST(stage.ix1.pos(), "corner");
     }
 
+    void smallTurnsOfTheWheelAddUp()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        for (int i = 0; i < 120; ++i)
+            stage.wheel({400, 300}, {0, -1});
+        QCOMPARE(stage.ix1.pos(), QPoint(0, -60));
+        stage.wheel({400, 300}, {0, 60}, Qt::ControlModifier);
+        stage.wheel({400, 300}, {0, -120}, Qt::ControlModifier); // the half step before counts no more
+        QCOMPARE(stage.tools, QStringList{QStringLiteral("miZoomOut")});
+    }
+
+    void theWheelZoomsAroundThePointerOutOfAFit_data()
+    {
+        QTest::addColumn<QSize>("image");
+        QTest::addColumn<QPoint>("pointer"); // over the picture
+        QTest::newRow("wide") << QSize(4000, 1600) << QPoint(200, 260);
+        QTest::newRow("high") << QSize(1600, 4000) << QPoint(330, 500);
+        QTest::newRow("a little smaller than the panel") << QSize(780, 590) << QPoint(500, 200);
+    }
+
+    void theWheelZoomsAroundThePointerOutOfAFit()
+    {
+        QFETCH(QSize, image);
+        QFETCH(QPoint, pointer);
+        ViewStage stage(image, true);
+        const QPointF before = stage.viewport.shareAt(pointer);
+        stage.wheel(pointer, {0, 120}, Qt::ControlModifier);
+        QCOMPARE(stage.ix1.ZoomFactor(), 1.2);
+        const QPointF off = stage.viewport.shareAt(pointer) - before;
+        QVERIFY2(qAbs(off.x() * image.width()) <= 2 && qAbs(off.y() * image.height()) <= 2,
+                 qPrintable(QStringLiteral("off by %1, %2").arg(off.x()).arg(off.y())));
+    }
+
+    void aReleaseThatWentElsewhereEndsThePan()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        stage.press({400, 300});
+        stage.drag({350, 250});
+        stage.drag({300, 200}, {}, Qt::RightButton);
+        QCOMPARE(stage.ix1.pos(), QPoint(-50, -50));
+        QCOMPARE(stage.ix1.MousePointer(), 0);
+        stage.viewport.zoomTo(3);
+        stage.release({300, 200}); // of a click
+        QCOMPARE(stage.ix1.ZoomFactor(), 1.0);
+    }
+
+    void aDroppedFrameGoesWithTheNextGesture()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        stage.press({100, 100}, Qt::ControlModifier);
+        stage.drag({100, 180}, Qt::ControlModifier);
+        stage.release({100, 180}, Qt::ControlModifier);
+        const auto lineColor = [&stage] {
+            return stage.ix1.grab(QRect(90, 90, 40, 100)).toImage().pixelColor(10, 50);
+        };
+        QCOMPARE(lineColor(), QColor(Qt::red));
+        stage.press({400, 300}); // a pan
+        QVERIFY(lineColor() != QColor(Qt::red));
+    }
+
     void theWheelZoomsAroundThePointer()
     {
         ViewStage stage(QSize(2000, 1500));
