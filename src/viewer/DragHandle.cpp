@@ -11,6 +11,7 @@ DragHandle::DragHandle(Qt::Orientation axis, const QString& name, QWidget* paren
     : QWidget(parent), m_axis(axis)
 {
     setObjectName(name);
+    setMouseTracking(true); // a movement without a button tells that a release went elsewhere
     setCursor(axis == Qt::Vertical ? Qt::SplitVCursor : Qt::SplitHCursor);
 }
 
@@ -30,6 +31,8 @@ void DragHandle::mousePressEvent(QMouseEvent* event)
 
 void DragHandle::mouseMoveEvent(QMouseEvent* event)
 {
+    if (!(event->buttons() & Qt::LeftButton))
+        letGo(); // the release went elsewhere
     if (const int offset = along(event->position()) - m_grip; m_dragged && offset != 0)
         Q_EMIT dragged(offset);
 }
@@ -41,6 +44,17 @@ void DragHandle::mouseReleaseEvent(QMouseEvent* event)
     m_dragged = false;
     update();
     Q_EMIT released();
+}
+
+void DragHandle::hideEvent(QHideEvent*)
+{
+    letGo();
+}
+
+void DragHandle::letGo()
+{
+    m_dragged = false;
+    update();
 }
 
 void DragHandle::enterEvent(QEnterEvent*)

@@ -20,18 +20,21 @@ class DragHandle : public QWidget
     /// The pointer has gone `offset` device-independent pixels along the axis from where it took the handle,
     /// the handle's own movement since then taken off.
     void dragged(int offset);
+    /// The button came up. Not told when the drag ends without that.
     void released();
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
   private:
     int along(QPointF point) const;
+    void letGo();
 
     Qt::Orientation m_axis;
     int m_grip = 0; ///< where the pointer holds the handle

@@ -11,6 +11,7 @@
 #include "app/WindowGeometry.h"
 #include "app/WindowPlacement.h"
 #include "controls/gnTab.h"
+#include "controls/ScrollBar.h"
 #include "platform/MenuControl.h"
 #include "system/Publishing.h"
 #include "viewer/BandSettings.h"
@@ -42,13 +43,14 @@ void restoreGeometry(frmImageView& window, bool othersWereRunning)
     const QSize usual = app::defaultSize(screen);
     const QSize stored(app::read(app::setting::MainWidth, usual.width()),
                        app::read(app::setting::MainHeight, usual.height()));
-    const QPoint centred = app::defaultCorner(screen, stored);
+    const QPoint origin = app::inTwips(window.screen()->geometry()).topLeft();
+    const QPoint centred = origin + app::defaultCorner(screen, stored);
 
     const QSize desktop = app::inTwips(window.screen()->virtualSize());
     const QSize size = app::usableSize(stored, desktop);
     window.resize(app::toPixels(size.width()), app::toPixels(size.height()));
     if (!othersWereRunning) {
-        const QPoint middle = app::defaultCorner(screen, size);
+        const QPoint middle = origin + app::defaultCorner(screen, size);
         const QPoint asked(app::read(app::setting::MainLeft, centred.x()),
                            app::read(app::setting::MainTop, centred.y()));
         // A size that had to be lowered was stored for another desktop, and so was its place.
@@ -86,6 +88,7 @@ void restoreView(frmImageView& window)
                                                      app::toColorNumber(app::paneColor(pContain)))));
     window.ix1()->SetBackColor(app::paneColor(window.pContain()));
     window.viewport()->setFitToWindow(app::read(app::setting::cView) != 1);
+    window.viewport()->sb2()->SetSmallChange(1);
 }
 
 /// Puts the file of a bare command line straight on the screen, before list and tabs exist.

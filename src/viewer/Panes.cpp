@@ -231,8 +231,10 @@ void Panes::placeTop()
         m_pWelcome->setGeometry(m_pContain->rect());
     placeAt(m_pInformation, panes.information);
     placeAt(m_pShowInfo, layoutInformation(panes.information.size()));
-    if (!m_pSize->isDragged())
+    if (!m_pSize->isDragged()) {
+        m_draggedTop.reset();
         placeAt(m_pSize, panes.splitter);
+    }
     placeAt(m_pFilmStrip, panes.filmstrip);
     placeAt(m_pCapture, panes.capture);
     placeFileListHandle();

@@ -20,6 +20,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QUrl>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -58,6 +59,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     setAccessibleName(app::productTitle());
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
+    setFocus(); // the keys are the window's; the strip of tabs gets them only by Tab
     app::setPaneColor(pContain(), viewportColor);
     m_ix1->setObjectName(QStringLiteral("ix1"));
     m_ix1->setAccessibleName(tr("Picture"));
@@ -164,6 +166,12 @@ void frmImageView::noteFrame()
 {
     if (isVisible() && !isMinimized() && !isMaximized())
         m_frameOffset = geometry().topLeft() - pos();
+}
+
+void frmImageView::showEvent(QShowEvent*)
+{
+    // Another screen may have other pixels, and the window be as large as before.
+    connect(windowHandle(), &QWindow::screenChanged, this, &frmImageView::layoutPanes, Qt::UniqueConnection);
 }
 
 void frmImageView::moveEvent(QMoveEvent*)
