@@ -100,7 +100,7 @@ class Journey(unittest.TestCase):
         """Runs a tool that makes a fixture; it must succeed."""
         subprocess.run([str(word) for word in command], env=self.environment, check=True, timeout=60)
 
-    def picture(self, name, colour, size="64x48"):
+    def picture(self, name, colour, size="640x480"):
         """A picture of one colour in the pictures folder."""
         path = self.pictures / name
         self.make("convert", "-size", size, "xc:" + colour, path)

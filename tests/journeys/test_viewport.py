@@ -5,6 +5,7 @@ import unittest
 
 from harness import BLUE, GREEN, Journey, RED, SCREEN, wait_until
 
+CHROME = (0, 121, 191)
 TWIPS = 15  # to a pixel
 STRIP = 51  # pixels of file bar and tab strip above the viewport
 TABS = (45, 135, 215)  # where the tabs stand in their strip
@@ -50,7 +51,7 @@ class Viewport(Journey):
         left, top, width, _ = area
         return next((x for x in range(width) if pixel(left + x, top + row) == GREEN), None)
 
-    def test_a_drag_pans_with_the_pointer_and_a_click_afterwards_leads_back(self):
+    def test_a_drag_pans_with_the_pointer(self):
         _, _, area = self.shown(self.large(), "/miActualSize")
         left, top = area[:2]
         wait_until(lambda: self.pixel(left + 200, top + 200) == RED, "the left half")
@@ -75,7 +76,27 @@ class Viewport(Journey):
         wait_until(lambda: self.pixel(*middle) == BLUE and self.pixel(middle[0] - 240, middle[1]) == BLUE,
                    "the square from edge to edge")
         self.click(*middle)
-        wait_until(lambda: self.first_green(area, 100) is not None or self.pixel(*middle) != BLUE, "100 %")
+        wait_until(lambda: self.count(area, BLUE) <= 100, "the square at 100 %")
+
+    def count(self, area, colour):
+        """How many of every tenth pixel each way have the colour."""
+        pixel = self.screen()
+        left, top, width, height = area
+        return sum(pixel(x, y) == colour for y in range(top, top + height, 10) for x in range(left, left + width, 10))
+
+    def test_a_click_that_ends_a_pan_does_not_lead_back_and_a_plain_one_does(self):
+        _, _, area = self.shown(self.large(), "/miActualSize", "/miZoomIn")
+        left, top = area[:2]
+        wait_until(lambda: self.pixel(left + 200, top + 200) == RED, "the picture")
+        self.drag((left + 800, top + 300), (left + 300, top + 300))
+        def near(column):
+            return abs((self.first_green(area, 200) or 0) - column) <= 2  # it is smooth at 120 %
+        wait_until(lambda: near(700), "the border of the picture at 120 %")
+        time.sleep(0.3)
+        self.assertTrue(near(700))
+        self.click(left + 300, top + 300)
+        # The bars keep their shares: 500 of 2400 - 900 + 18 become 368 of 2000 - 900 + 18.
+        wait_until(lambda: near(1000 - 368), "100 %")
 
     def test_bars_scroll_and_the_wheel_does(self):
         _, _, area = self.shown(self.large(), "/miActualSize")
@@ -101,6 +122,9 @@ class Viewport(Journey):
         self.send(program)
         self.ended(program)
         self.assertEqual(self.setting("ToggleInterface"), 0)
+        self.start(self.pictures / "large.png")
+        left, top, width, height = self.geometry(self.window())
+        wait_until(lambda: self.pixel(left + width // 2, top + height - 60) == CHROME, "the filmstrip's pane again")
 
     def test_the_filmstrip_splitter_stops_at_both_limits(self):
         _, window, area = self.shown(self.large(), "/miInterfaceTabs", "/miViewFilmstrip")
