@@ -35,6 +35,16 @@ void applyState(QWidget& window, int state)
     window.setWindowState(states);
 }
 
+/// The screen on which `window` is, or for one that never showed the one on which it belongs: its owner's, or
+/// the primary one.
+const QScreen& homeScreen(const QWidget& window)
+{
+    if (window.windowHandle())
+        return *window.screen();
+    const QWidget* const owner = window.parentWidget();
+    return owner ? *owner->screen() : *QGuiApplication::primaryScreen();
+}
+
 } // namespace
 
 QList<QRect> screensInTwips()
@@ -69,9 +79,10 @@ void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPo
                         readPlacement(stem, Placement::Top, present.y()));
     const QSize size(readPlacement(stem, Placement::Width, toTwips(window->width())),
                      readPlacement(stem, Placement::Height, toTwips(window->height())));
-    const QRect screen = inTwips(window->screen()->geometry());
+    const QScreen& home = homeScreen(*window);
+    const QRect screen = inTwips(home.geometry());
     const QSize usable =
-        size.boundedTo(inTwips(window->screen()->virtualSize())).expandedTo(inTwips(window->minimumSize()));
+        size.boundedTo(inTwips(home.virtualSize())).expandedTo(inTwips(window->minimumSize()));
     const QPoint middle = screen.topLeft() + defaultCorner(screen.size(), usable);
     const QPoint corner =
         visibleCorner(useDefaultPosition ? present : stored, usable, screensInTwips(), middle);

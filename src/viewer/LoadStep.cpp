@@ -18,6 +18,7 @@
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 
 namespace quorvia::viewer {
@@ -39,14 +40,16 @@ void colourChrome(frmImageView& window)
 
 void restoreGeometry(frmImageView& window, bool othersWereRunning)
 {
-    const QSize screen = app::inTwips(window.screen()->size());
+    // Of a window that never showed, the toolkit's own guess is the screen that lies at 0, 0.
+    const QScreen& primary = *QGuiApplication::primaryScreen();
+    const QSize screen = app::inTwips(primary.size());
     const QSize usual = app::defaultSize(screen);
     const QSize stored(app::read(app::setting::MainWidth, usual.width()),
                        app::read(app::setting::MainHeight, usual.height()));
-    const QPoint origin = app::inTwips(window.screen()->geometry()).topLeft();
+    const QPoint origin = app::inTwips(primary.geometry()).topLeft();
     const QPoint centred = origin + app::defaultCorner(screen, stored);
 
-    const QSize desktop = app::inTwips(window.screen()->virtualSize());
+    const QSize desktop = app::inTwips(primary.virtualSize());
     const QSize size = app::usableSize(stored, desktop);
     window.resize(app::toPixels(size.width()), app::toPixels(size.height()));
     if (!othersWereRunning) {

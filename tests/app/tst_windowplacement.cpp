@@ -1,5 +1,6 @@
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
+#include "app/Twips.h"
 #include "app/WindowPlacement.h"
 #include "support/ScratchHome.h"
 
@@ -30,11 +31,20 @@ class TestWindowPlacement : public QObject
     void comesBackOntoTheScreen_data();
     void comesBackOntoTheScreen();
     void maximisedKeepsTheUsualPlace();
+    void minimisedKeepsTheUsualPlace();
+    void aShownWindowComesBack();
     void damagedSizesAreBounded();
 
   private:
     static constexpr char stem[] = "Preferences";
     static QString stemText() { return QLatin1String(stem); }
+    /// In pixels.
+    static QRect storedPlace()
+    {
+        const auto pixels = [](Placement which) { return toPixels(readPlacement(stemText(), which, -1)); };
+        return {pixels(Placement::Left), pixels(Placement::Top), pixels(Placement::Width),
+                pixels(Placement::Height)};
+    }
     std::optional<quorvia::test::ScratchHome> m_home;
 };
 
@@ -100,16 +110,52 @@ void TestWindowPlacement::comesBackOntoTheScreen()
 void TestWindowPlacement::maximisedKeepsTheUsualPlace()
 {
     QWidget window;
-    window.setGeometry(40, 30, 300, 200);
-    window.showMaximized();
+    window.setGeometry(40, 60, 300, 200);
+    window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QPoint usual = window.pos();
+    window.showMaximized();
+    QTRY_VERIFY(window.width() > 300 && window.isMaximized());
     SaveWindowPlacement(stemText(), &window);
     QVERIFY(!window.isMaximized());
     QCOMPARE(readPlacement(stemText(), Placement::WinState, -1), 2);
-    QCOMPARE(readPlacement(stemText(), Placement::Width, -1), 300 * 15);
+    QCOMPARE(storedPlace(), QRect(usual, QSize(300, 200)));
     QWidget other;
     LoadWindowPlacement(stemText(), &other, false);
     QVERIFY(other.isMaximized());
+}
+
+void TestWindowPlacement::minimisedKeepsTheUsualPlace()
+{
+    QWidget window;
+    window.setGeometry(40, 60, 300, 200);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const QPoint usual = window.pos();
+    window.showMinimized();
+    QTRY_VERIFY(window.isMinimized());
+    SaveWindowPlacement(stemText(), &window);
+    QCOMPARE(readPlacement(stemText(), Placement::WinState, -1), 1);
+    QCOMPARE(storedPlace(), QRect(usual, QSize(300, 200)));
+}
+
+void TestWindowPlacement::aShownWindowComesBack()
+{
+    QPoint place;
+    {
+        QWidget window;
+        window.setGeometry(70, 90, 320, 240);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        place = window.pos();
+        SaveWindowPlacement(stemText(), &window);
+    }
+    QWidget other;
+    LoadWindowPlacement(stemText(), &other, false);
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QTRY_COMPARE(other.pos(), place);
+    QCOMPARE(other.size(), QSize(320, 240));
 }
 
 void TestWindowPlacement::damagedSizesAreBounded()

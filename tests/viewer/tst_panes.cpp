@@ -289,7 +289,9 @@ class TestPanes : public QObject
         frmImageView& window = m_bench->load({m_bench->in("large.png")});
         const QPoint corner = window.pos();
         window.FitWindowToImage();
-        QCOMPARE(window.size(), QSize(app::toPixels(640 * 15 + 200), app::toPixels(480 * 15 + 700)));
+        const double twips = app::twipsPerPixel / window.devicePixelRatioF(); // a pixel of the picture
+        QCOMPARE(window.size(),
+                 QSize(app::toPixels(int(640 * twips) + 200), app::toPixels(int(480 * twips) + 700)));
         QCOMPARE(window.pos(), corner);
         window.RunTool(QStringLiteral("miCloseImage"));
         window.resize(700, 500);
