@@ -35,6 +35,13 @@ void applyState(QWidget& window, int state)
     window.setWindowState(states);
 }
 
+/// A stored length in twips; `pixels` when there is none, or one that no window has.
+int storedLength(const QString& stem, Placement which, int pixels)
+{
+    const int stored = readPlacement(stem, which, toTwips(pixels));
+    return stored > 0 ? stored : toTwips(pixels);
+}
+
 /// The screen on which `window` is, or for one that never showed the one on which it belongs: its owner's, or
 /// the primary one.
 const QScreen& homeScreen(const QWidget& window)
@@ -77,15 +84,17 @@ void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPo
     const QPoint present(toTwips(window->x()), toTwips(window->y()));
     const QPoint stored(readPlacement(stem, Placement::Left, present.x()),
                         readPlacement(stem, Placement::Top, present.y()));
-    const QSize size(readPlacement(stem, Placement::Width, toTwips(window->width())),
-                     readPlacement(stem, Placement::Height, toTwips(window->height())));
+    const QSize size(storedLength(stem, Placement::Width, window->width()),
+                     storedLength(stem, Placement::Height, window->height()));
     const QScreen& home = homeScreen(*window);
     const QRect screen = inTwips(home.geometry());
     const QSize usable =
         size.boundedTo(inTwips(home.virtualSize())).expandedTo(inTwips(window->minimumSize()));
     const QPoint middle = screen.topLeft() + defaultCorner(screen.size(), usable);
-    const QPoint corner =
-        visibleCorner(useDefaultPosition ? present : stored, usable, screensInTwips(), middle);
+    // A size that had to be lowered was stored for another desktop, and so was its place.
+    const bool lowered = usable.width() < size.width() || usable.height() < size.height();
+    const QPoint asked = useDefaultPosition ? present : stored;
+    const QPoint corner = lowered ? middle : visibleCorner(asked, usable, screensInTwips(), middle);
     window->move(toPixels(corner.x()), toPixels(corner.y()));
     window->resize(toPixels(usable.width()), toPixels(usable.height()));
     applyState(*window, state); // last: the toolkit takes a new size for the end of the other states

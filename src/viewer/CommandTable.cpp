@@ -58,6 +58,7 @@ void miRecentClear(frmImageView& window)
 void miCloseImage(frmImageView& window)
 {
     window.ix1()->SetFileName(QString());
+    window.UpdateStatus();
     window.viewport()->layout();
 }
 

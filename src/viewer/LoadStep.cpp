@@ -81,6 +81,8 @@ void restoreTabs(frmImageView& window)
     Panes* const panes = window.panes();
     panes->setFilmStripHeight(app::read(app::setting::FilmStripHeight, panes->filmStripHeight()));
     panes->gTab()->SetSelectedTab(app::read(app::setting::ActiveTabWindow));
+    if (panes->gTab()->SelectedTab() == 0) // a damaged setting
+        panes->gTab()->SetSelectedTab(QStringLiteral("Image"));
 }
 
 void restoreView(frmImageView& window)

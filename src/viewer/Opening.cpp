@@ -6,6 +6,8 @@
 #include "app/PendingEvents.h"
 #include "app/Settings.h"
 #include "collections/FolderList.h"
+#include "controls/gnTab.h"
+#include "controls/ScrollBar.h"
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "viewer/PageNavigator.h"
@@ -30,6 +32,8 @@ Opening::Opening(Parts parts, QObject* parent) : QObject(parent), m_parts(std::m
 
 void Opening::OpenX(const QString& path)
 {
+    if (!m_parts.gTab->Tag().isEmpty()) // a click on a tab is under way
+        return;
     engine::ImageEngine* const ix1 = m_parts.ix1;
     ix1->SetPageNumber(1);
     if (path.isEmpty())
@@ -53,7 +57,11 @@ void Opening::OpenX(const QString& path)
     m_parts.list->setListIndex(app::SplitPathName(path, 2));
 
     m_parts.viewport->layout();
+    m_parts.viewport->sb1()->SetValue(0);
+    m_parts.viewport->sb2()->SetValue(0);
+    leaveOtherTabs();
     CheckTiff();
+    m_parts.updateStatus();
     Q_EMIT ImageFileChanged();
     app::letPendingEventsRunButInput(); // a held key must not open the next image before this one is seen
     ix1->SetPaintEnabled(true);
@@ -72,6 +80,15 @@ void Opening::openMissing(const QString& path)
         m_parts.ix1->SetFileName(QString());
         m_parts.viewport->layout();
     }
+}
+
+/// An open from the list leaves these tabs in place; any other gives way to the picture.
+void Opening::leaveOtherTabs()
+{
+    const QStringList staying{QStringLiteral("Editor"), QStringLiteral("Information"),
+                              QStringLiteral("Filmstrip")};
+    if (!staying.contains(m_parts.gTab->SelectedTabKey()))
+        m_parts.gTab->SetSelectedTab(QStringLiteral("Image"));
 }
 
 void Opening::rememberDirectory()

@@ -9,6 +9,9 @@
 
 class QWidget;
 
+namespace quorvia::controls {
+class gnTab;
+}
 namespace quorvia::engine {
 class ImageEngine;
 }
@@ -44,8 +47,10 @@ class Opening : public QObject
         Viewport* viewport;
         collections::FolderList* list;
         std::function<PageNavigator*()> pTiff; ///< made at the first call
+        controls::gnTab* gTab;
         std::function<void(const QString&)> runTool;
-        QString commandLine; ///< the whole line that the program was started with
+        std::function<void()> updateStatus; ///< what describes the current image
+        QString commandLine;                ///< the whole line that the program was started with
     };
 
     explicit Opening(Parts parts, QObject* parent = nullptr);
@@ -72,6 +77,7 @@ class Opening : public QObject
 
   private:
     void openMissing(const QString& path);
+    void leaveOtherTabs();
     void rememberDirectory();
     void turnPage(int step);
 

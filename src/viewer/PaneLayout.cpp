@@ -28,6 +28,7 @@ TopPanes layoutTop(const TopState& state)
 {
     constexpr int narrowWindow = 8000;
     constexpr int linkMargin = 100;
+    constexpr int leastViewport = 100;
     TopPanes panes;
     const int width = state.size.width();
     const int height = state.size.height();
@@ -45,11 +46,15 @@ TopPanes layoutTop(const TopState& state)
         panes.viewport = below(y, height - state.informationHeight - y);
         panes.information = below(panes.viewport.top() + panes.viewport.height(), state.informationHeight);
         break;
-    case TabPane::Filmstrip:
-        panes.viewport = below(y, height - state.filmstripHeight - y - state.splitterHeight);
+    case TabPane::Filmstrip: {
+        // A strip stored for a higher window leaves the picture its least.
+        const int room = std::max(height - y - state.splitterHeight - leastViewport, 0);
+        const int strip = std::min(state.filmstripHeight, room);
+        panes.viewport = below(y, height - strip - y - state.splitterHeight);
         panes.splitter = below(panes.viewport.top() + panes.viewport.height(), state.splitterHeight);
-        panes.filmstrip = below(panes.splitter.top() + panes.splitter.height(), state.filmstripHeight);
+        panes.filmstrip = below(panes.splitter.top() + panes.splitter.height(), strip);
         break;
+    }
     case TabPane::Capture:
         panes.viewport = below(y, height - state.captureHeight - y);
         panes.capture = below(panes.viewport.top() + panes.viewport.height(), state.captureHeight);

@@ -17,6 +17,9 @@
 #include <QToolButton>
 #include <QWidget>
 
+#include <algorithm>
+#include <utility>
+
 namespace quorvia::viewer {
 
 namespace {
@@ -104,7 +107,7 @@ Panes::Panes(QWidget* window, Sinks sinks)
     connect(m_pSize, &DragHandle::dragged, this, &Panes::dragFilmstrip);
     connect(m_pSize, &DragHandle::released, this, &Panes::dropFilmstrip);
     connect(m_pMove, &DragHandle::dragged, this, &Panes::dragFileList);
-    connect(m_pMove, &DragHandle::released, this, &Panes::place);
+    connect(m_pMove, &DragHandle::released, this, &Panes::dropFileList);
     for (const platform::Band* band : {m_bPlay, m_bInfo}) {
         connect(band, &platform::Band::visibilityChanged, this, &Panes::placeTop);
         connect(band, &platform::Band::areaChanged, this, &Panes::placeTop);
@@ -114,8 +117,8 @@ Panes::Panes(QWidget* window, Sinks sinks)
 
 void Panes::colourChrome(const QColor& color)
 {
-    for (QWidget* pane : {m_pTop, m_pFilebar, m_pFilmStrip, m_pInformation, static_cast<QWidget*>(m_pSize),
-                          static_cast<QWidget*>(m_pMove)})
+    for (QWidget* pane : {m_ab1, m_pTop, m_pFilebar, m_pFilmStrip, m_pInformation,
+                          static_cast<QWidget*>(m_pSize), static_cast<QWidget*>(m_pMove)})
         app::setPaneColor(pane, color);
     const auto number = quint32(app::toColorNumber(color));
     const auto white = quint32(app::toColorNumber(Qt::white));
@@ -255,7 +258,8 @@ void Panes::setInterfaceFlag(bool flag)
 void Panes::setFilmStripHeight(int twips)
 {
     constexpr int least = 300;
-    m_filmStripHeight = std::max(twips, least);
+    constexpr int most = 1 << 20; // higher than any screen; a damaged setting may hold more
+    m_filmStripHeight = std::clamp(twips, least, most);
 }
 
 void Panes::showTab(const QString& key)
@@ -297,8 +301,19 @@ void Panes::dropFilmstrip()
 
 void Panes::dragFileList(int offset)
 {
+    if (!m_fileListFrom)
+        m_fileListFrom = m_pMove->x();
+    m_pMove->move(std::clamp(m_pMove->x() + offset, 0, m_pMain->width() - m_pMove->width()), m_pMove->y());
+    m_pMove->raise();
+}
+
+void Panes::dropFileList()
+{
+    if (!m_fileListFrom)
+        return;
+    const int moved = m_pMove->x() - *std::exchange(m_fileListFrom, std::nullopt);
     const bool onTheRight = m_bPlay->dockingArea() == platform::dockingArea::right;
-    m_bPlay->setWidth(m_bPlay->width() + (onTheRight ? -offset : offset));
+    m_bPlay->setWidth(m_bPlay->width() + (onTheRight ? -moved : moved));
     place();
 }
 
@@ -307,8 +322,9 @@ void Panes::placeFileListHandle()
     const int area = m_bPlay->dockingArea();
     const bool beside = m_bPlay->visible() && platform::isUpright(area);
     m_pMove->setVisible(beside && !m_pTop->isHidden());
-    if (!beside)
+    if (!beside || m_pMove->isDragged())
         return;
+    m_fileListFrom.reset(); // of a drag whose release went elsewhere
     const QRect view(m_pTop->mapTo(m_pMain, QPoint()), m_pTop->size());
     const int width = app::toPixels(splitterHeight);
     const int left = area == platform::dockingArea::left ? view.left() - width : view.right() + 1;

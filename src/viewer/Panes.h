@@ -88,6 +88,7 @@ class Panes : public QObject
     void dragFilmstrip(int offset);
     void dropFilmstrip();
     void dragFileList(int offset);
+    void dropFileList();
     void placeFileListHandle();
     TopState topState() const;
 
@@ -115,7 +116,8 @@ class Panes : public QObject
     bool m_interfaceFlag = true;
     bool m_tabsReady = false;
     int m_filmStripHeight = 2500;
-    std::optional<int> m_draggedTop; ///< of pSize while it is dragged, twips
+    std::optional<int> m_draggedTop;   ///< of pSize while it is dragged, twips
+    std::optional<int> m_fileListFrom; ///< where pMove stood before its drag, pixels
 };
 
 } // namespace quorvia::viewer

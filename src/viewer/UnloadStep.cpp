@@ -35,11 +35,11 @@ void closeOtherWindows(frmImageView& window)
     app::letPendingEventsRun();
 }
 
-/// The geometry that the window has when it is neither minimised nor maximised: its frame's corner, its inner
-/// size.
+/// The geometry that the window has when it is neither minimised nor made as large as the screen: its frame's
+/// corner, its inner size.
 QRect restoredGeometry(const frmImageView& window)
 {
-    if (!window.isMinimized() && !window.isMaximized())
+    if (!window.isMinimized() && !window.isMaximized() && !window.isFullScreen())
         return {window.pos(), window.size()};
     const QRect inside = window.normalGeometry();
     return {inside.topLeft() - window.frameOffset(), inside.size()};

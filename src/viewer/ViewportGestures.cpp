@@ -72,7 +72,7 @@ bool ViewportGestures::eventFilter(QObject* watched, QEvent* event)
         release(static_cast<QMouseEvent&>(*event));
         return true;
     case QEvent::MouseButtonDblClick:
-        m_sinks.runTool(QStringLiteral("miFullScreen"));
+        clickTwice(static_cast<QMouseEvent&>(*event));
         return true;
     default:
         return false;
@@ -82,11 +82,9 @@ bool ViewportGestures::eventFilter(QObject* watched, QEvent* event)
 void ViewportGestures::press(const QMouseEvent& event)
 {
     m_panned = false;
-    if (m_viewport->FitToWindow())
-        return;
     engine::ImageEngine* const ix1 = m_viewport->ix1();
     ix1->ClearRubberBand(); // of a rectangle that was dropped
-    if (event.button() != Qt::LeftButton)
+    if (m_viewport->FitToWindow() || event.button() != Qt::LeftButton)
         return;
     if (isZoomModifier(event.modifiers())) {
         m_selectionStart = boundedPixel(event.position());
@@ -95,6 +93,15 @@ void ViewportGestures::press(const QMouseEvent& event)
         m_panStart = ix1->mapToParent(event.position());
         ix1->SetMousePointer(panning);
     }
+}
+
+/// Two presses of another button soon after each other are two presses.
+void ViewportGestures::clickTwice(const QMouseEvent& event)
+{
+    if (event.button() == Qt::LeftButton)
+        m_sinks.runTool(QStringLiteral("miFullScreen"));
+    else
+        press(event);
 }
 
 void ViewportGestures::move(const QMouseEvent& event)

@@ -36,6 +36,7 @@ class ViewportGestures : public QObject
 
   private:
     void press(const QMouseEvent& event);
+    void clickTwice(const QMouseEvent& event);
     void move(const QMouseEvent& event);
     void release(const QMouseEvent& event);
     void turnWheel(const QWheelEvent& event);

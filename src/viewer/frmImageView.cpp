@@ -45,13 +45,16 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
       m_ix1(new engine::ImageEngine(loader, pContain())), m_viewport(new Viewport(pContain(), m_ix1, this)),
       m_gestures(new ViewportGestures(
           m_viewport, {.runTool = [this](const QString& name) { RunTool(name); }, .openMenu = [] {}}, this)),
+      m_imageTab(new ImageTab(m_panes->gTab(), m_ix1)),
       m_list(new collections::FolderList([this] { return currentFile(); }, this)),
       m_opening(new Opening({.owner = this,
                              .ix1 = m_ix1,
                              .viewport = m_viewport,
                              .list = m_list,
                              .pTiff = [this] { return makeNavigator(); },
+                             .gTab = m_panes->gTab(),
                              .runTool = [this](const QString& name) { RunTool(name); },
+                             .updateStatus = [this] { UpdateStatus(); },
                              .commandLine = m_commandLine.line},
                             this))
 {
@@ -144,6 +147,7 @@ void frmImageView::FitWindowToImage()
 {
     if (m_ix1->ImagePixelWidth() == 0)
         return;
+    setWindowState(Qt::WindowNoState); // another has a size of its own
     const int toolbar = m_panes->ab1()->isHidden() ? 0 : app::toTwips(m_panes->ab1()->height());
     const QSize size = windowForImage(QSize(m_ix1->ImageWidthTwips(), m_ix1->ImageHeightTwips()), toolbar);
     resize(app::toPixels(size.width()), app::toPixels(size.height()));
@@ -164,7 +168,7 @@ void frmImageView::closeEvent(QCloseEvent* event)
 
 void frmImageView::noteFrame()
 {
-    if (isVisible() && !isMinimized() && !isMaximized())
+    if (isVisible() && !isMinimized() && !isMaximized() && !isFullScreen())
         m_frameOffset = geometry().topLeft() - pos();
 }
 

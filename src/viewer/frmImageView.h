@@ -6,6 +6,7 @@
 #include "collections/FolderList.h"
 #include "commands/ToolDispatcher.h"
 #include "engine/ImageEngine.h"
+#include "viewer/ImageTab.h"
 #include "viewer/Opening.h"
 #include "viewer/Panes.h"
 #include "viewer/Viewport.h"
@@ -61,6 +62,8 @@ class frmImageView : public QWidget, public app::MainWindow
     /// Runs the unload step once.
     void unload();
 
+    /// Brings what describes the current image up to date.
+    void UpdateStatus() { m_imageTab->update(); }
     /// Places the panes inside the window.
     void layoutPanes();
     /// Makes the window as large as the picture at 100% wants it; its place stays.
@@ -86,6 +89,7 @@ class frmImageView : public QWidget, public app::MainWindow
     PageNavigator* m_pTiff = nullptr;
     Viewport* m_viewport = nullptr;
     ViewportGestures* m_gestures;
+    ImageTab* m_imageTab;
     collections::FolderList* m_list;
     Opening* m_opening;
     std::unique_ptr<commands::ToolDispatcher> m_dispatcher;

@@ -28,6 +28,8 @@ class TestWindowPlacement : public QObject
     void comesBackWhereItWas();
     void keepsWhatWasNotStored();
     void defaultPositionKeepsThePlace();
+    void aDefaultPositionOffTheScreenIsNotTaken();
+    void comesBackMinimised();
     void comesBackOntoTheScreen_data();
     void comesBackOntoTheScreen();
     void maximisedKeepsTheUsualPlace();
@@ -82,6 +84,24 @@ void TestWindowPlacement::defaultPositionKeepsThePlace()
     window.setGeometry(50, 60, 210, 110);
     LoadWindowPlacement(stemText(), &window, true);
     QCOMPARE(window.geometry(), QRect(50, 60, 300, 110));
+}
+
+void TestWindowPlacement::aDefaultPositionOffTheScreenIsNotTaken()
+{
+    QWidget window;
+    window.setGeometry(20000, 60, 200, 100);
+    LoadWindowPlacement(stemText(), &window, true);
+    const QRect screen = window.screen()->geometry();
+    QVERIFY((window.pos() - QPoint(screen.width() / 2 - 100, screen.height() / 2 - 50)).manhattanLength() <=
+            2);
+}
+
+void TestWindowPlacement::comesBackMinimised()
+{
+    savePlacement(stemText(), Placement::WinState, 1);
+    QWidget window;
+    LoadWindowPlacement(stemText(), &window, false);
+    QVERIFY(window.isMinimized());
 }
 
 void TestWindowPlacement::comesBackOntoTheScreen_data()
@@ -160,13 +180,16 @@ void TestWindowPlacement::aShownWindowComesBack()
 
 void TestWindowPlacement::damagedSizesAreBounded()
 {
+    savePlacement(stemText(), Placement::Left, 4500);
     savePlacement(stemText(), Placement::Width, 2147483647);
     savePlacement(stemText(), Placement::Height, -7);
     QWidget window;
     window.setMinimumSize(64, 48);
+    window.resize(640, 480);
     LoadWindowPlacement(stemText(), &window, false);
-    QVERIFY(window.width() <= window.screen()->virtualSize().width());
-    QCOMPARE(window.height(), 48);
+    QCOMPARE(window.x(), 0); // the place was another desktop's too
+    QCOMPARE(window.width(), window.screen()->virtualSize().width());
+    QCOMPARE(window.height(), 480); // as it was
 }
 
 QTEST_MAIN(TestWindowPlacement)

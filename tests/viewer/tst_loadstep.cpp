@@ -337,6 +337,11 @@ class TestLoadStep : public QObject
         QVERIFY(!window.ix1()->isHidden());
         window.resize(window.size() - QSize(40, 30));
         QVERIFY(window.ix1()->isHidden());
+        const auto* tUpdate = window.findChild<QTimer*>(QStringLiteral("tUpdate"));
+        QCOMPARE(tUpdate->interval(), 50);
+        QTRY_VERIFY(tUpdate->remainingTime() < 40 || !tUpdate->isActive());
+        window.resize(window.size() - QSize(40, 30)); // counts from the last one
+        QVERIFY(tUpdate->remainingTime() >= 40);
         QCOMPARE(window.pTop()->size(), window.size());
         QCOMPARE(window.pContain()->geometry().bottomRight(), window.pTop()->rect().bottomRight());
         QTRY_VERIFY(!window.ix1()->isHidden());

@@ -2,6 +2,8 @@
 #include "app/mFile.h"
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
+#include "controls/gnTab.h"
+#include "controls/ScrollBar.h"
 #include "viewer/Opening.h"
 #include "viewer/PageNavigator.h"
 #include "viewer/ViewerBench.h"
@@ -90,6 +92,62 @@ class TestOpening : public QObject
         const QImage shot = window.pContain()->grab().toImage();
         QCOMPARE(shot.pixelColor(0, panel.height() / 2), QColor(Qt::red));
         QCOMPARE(shot.pixelColor(0, panel.height() / 2 - 16), QColor(48, 48, 48));
+    }
+
+    void anotherImageBeginsAtItsCorner()
+    {
+        const QString first = m_bench->picture(QStringLiteral("pics/first.png"), Qt::red, {3000, 3000});
+        const QString second = m_bench->picture(QStringLiteral("pics/second.png"), Qt::red, {4000, 3000});
+        frmImageView& window = m_bench->load({first});
+        window.RunTool(QStringLiteral("miActualSize"));
+        window.viewport()->scrollBy(500, 400);
+        QCOMPARE(window.ix1()->pos() * window.devicePixelRatioF(), QPoint(-500, -400));
+        window.OpenX(second);
+        QCOMPARE(window.ix1()->pos(), QPoint(0, 0));
+        QCOMPARE(window.viewport()->sb1()->Value(), 0);
+    }
+
+    void aClickOnATabKeepsImagesOut()
+    {
+        const QString red = m_bench->picture(QStringLiteral("pics/red.png"), Qt::red);
+        frmImageView& window = m_bench->load();
+        window.panes()->gTab()->SetTag(QStringLiteral("busy"));
+        window.OpenX(red);
+        QCOMPARE(window.currentFile(), QString());
+        QCOMPARE(openCount(), 0);
+    }
+
+    void anImageLeavesOnlyItsOwnTabs_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        for (const char* key : {"Information", "Filmstrip", "Image"})
+            QTest::newRow(key) << key << key;
+        QTest::newRow("none") << "no tab"
+                              << "Image";
+    }
+
+    void anImageLeavesOnlyItsOwnTabs()
+    {
+        QFETCH(QString, before);
+        const QString red = m_bench->picture(QStringLiteral("pics/red.png"), Qt::red);
+        frmImageView& window = m_bench->load();
+        window.panes()->gTab()->SetSelectedTab(before);
+        window.OpenX(red);
+        QTEST(window.panes()->gTab()->SelectedTabKey(), "after");
+    }
+
+    void theFirstTabNamesTheImage()
+    {
+        const QString name = QStringLiteral("pics/a name that is far too long for a tab.of.png");
+        const QString path = m_bench->picture(name, Qt::red, {41, 30});
+        frmImageView& window = m_bench->load();
+        const controls::gnTab& gTab = *window.panes()->gTab();
+        QCOMPARE(gTab.tabs().at(1).Caption, QStringLiteral("Active Image"));
+        window.OpenX(path);
+        QCOMPARE(gTab.tabs().at(1).Caption, QStringLiteral("a name that is ...png"));
+        window.RunTool(QStringLiteral("miCloseImage"));
+        QCOMPARE(gTab.tabs().at(1).Caption, QStringLiteral("Unknown"));
     }
 
     void theCountEndsWhereItsNumberDoes()
@@ -262,7 +320,9 @@ class TestOpening : public QObject
                                  .viewport = window.viewport(),
                                  .list = window.list(),
                                  .pTiff = [] { return nullptr; },
+                                 .gTab = window.panes()->gTab(),
                                  .runTool = [&](const QString& tool) { ran.append(tool); },
+                                 .updateStatus = [] {},
                                  .commandLine = line.join(QLatin1Char(' '))});
         opening.setPlaylists(&source);
         opening.OpenX(path);

@@ -128,12 +128,17 @@ void TestPaneLayout::tops_data()
     QTest::newRow("filmstrip below the strip") << strip << withStrip;
 
     TopState low = topState(TabPane::Filmstrip, false);
-    low.filmstripHeight = 10000;
+    low.filmstripHeight = 2147483647;
     TopPanes squeezed = panes;
+    squeezed.viewport = QRect(0, 330, 12000, 100);
+    squeezed.splitter = QRect(0, 430, 12000, 90);
+    squeezed.filmstrip = QRect(0, 520, 12000, 9000 - 520);
+    QTest::newRow("a strip of a higher window leaves the viewport its least") << low << squeezed;
+    low.size.setHeight(400);
     squeezed.viewport = QRect(0, 330, 12000, 0);
     squeezed.splitter = QRect(0, 330, 12000, 90);
-    squeezed.filmstrip = QRect(0, 420, 12000, 10000);
-    QTest::newRow("no room for the viewport") << low << squeezed;
+    squeezed.filmstrip = QRect(0, 420, 12000, 0);
+    QTest::newRow("no room for anything") << low << squeezed;
 }
 
 void TestPaneLayout::tops()

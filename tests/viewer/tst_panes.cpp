@@ -1,14 +1,17 @@
 // The panes of the main window, driven by its commands and handles: after each of them everything has its
 // place.
+#include "app/Colors.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "controls/gnTab.h"
+#include "controls/uLink.h"
 #include "platform/MenuControl.h"
 #include "viewer/DragHandle.h"
 #include "viewer/ViewerBench.h"
 
 #include <QAbstractButton>
 #include <QTest>
+#include <QTimer>
 
 using namespace quorvia;
 using test::ViewerBench;
@@ -236,6 +239,114 @@ class TestPanes : public QObject
         QCOMPARE(again.panes()->filmStripHeight(), height);
     }
 
+    void theSplitterStandsAtItsLimitWhileItIsDragged()
+    {
+        frmImageView& window = open();
+        window.RunTool(QStringLiteral("miViewFilmstrip"));
+        viewer::DragHandle* const pSize = handle(window, "pSize");
+        const QPoint middle = pSize->rect().center();
+        QTest::mousePress(pSize, Qt::LeftButton, {}, middle);
+        QTest::mouseMove(pSize, middle + QPoint(0, 2000));
+        QCOMPARE(app::toTwips(pSize->y()), app::toTwips(window.pTop()->height()) - 1000 - 1000 % 15 + 10 - 5);
+        QCOMPARE(window.findChild<QTimer*>(QStringLiteral("tUpdate"))->interval(), 100);
+        QTest::mouseRelease(pSize, Qt::LeftButton, {}, middle);
+    }
+
+    void aStripStoredForAHigherWindowLeavesThePicture()
+    {
+        app::save(setting::FilmStripHeight, 2147483647);
+        app::save(setting::ToggleInterface, 0);
+        app::save(setting::ActiveTabWindow, QStringLiteral("Filmstrip"));
+        frmImageView& window = open();
+        QVERIFY(window.pContain()->height() >= 100 / 15);
+        QVERIFY(fills(window, {window.pContain(), handle(window, "pSize"), window.panes()->pFilmStrip()}));
+    }
+
+    void aTabOfNoNameGivesWayToThePicture()
+    {
+        app::save(setting::ActiveTabWindow, QStringLiteral("no tab"));
+        QCOMPARE(open().panes()->gTab()->SelectedTabKey(), QStringLiteral("Image"));
+    }
+
+    void theClearFlagPutsTheViewportBehind()
+    {
+        app::save(setting::ToggleInterface, 0);
+        frmImageView& window = open();
+        const auto isBehind = [&window](const QWidget* pane) {
+            const QObjectList& order = window.pTop()->children();
+            return order.indexOf(window.pContain()) < order.indexOf(const_cast<QWidget*>(pane));
+        };
+        QVERIFY(isBehind(window.panes()->pFilmStrip()));
+        window.RunTool(QStringLiteral("miHideInterface"));
+        QVERIFY(!isBehind(window.panes()->pFilmStrip()));
+        window.RunTool(QStringLiteral("miHideInterface"));
+        QVERIFY(isBehind(window.panes()->pFilmStrip()));
+    }
+
+    void theListsHandleStopsAtTheWindow_data()
+    {
+        QTest::addColumn<int>("area");
+        QTest::addColumn<int>("by");
+        for (const int by : {-5000, 5000}) {
+            QTest::addRow("on the left, by %d", by) << platform::dockingArea::left << by;
+            QTest::addRow("on the right, by %d", by) << platform::dockingArea::right << by;
+        }
+    }
+
+    void theListsHandleStopsAtTheWindow()
+    {
+        QFETCH(int, area);
+        QFETCH(int, by);
+        frmImageView& window = open();
+        platform::Band* const bPlay = window.panes()->bPlay();
+        bPlay->setDockingArea(area);
+        bPlay->setVisible(true);
+        window.layoutPanes();
+        drag(handle(window, "pMove"), {by, 0});
+        QVERIFY(bPlay->visible());
+        QVERIFY(bPlay->width() > 0 && bPlay->width() < window.width());
+        QVERIFY(window.rect().contains(place(handle(window, "pMove"), window)));
+        QVERIFY(window.rect().contains(place(window.pTop(), window)));
+        drag(handle(window, "pMove"), {-by / 20, 0}); // it can be taken again
+        QVERIFY(bPlay->width() > 0 && bPlay->width() < window.width());
+    }
+
+    void theListsHandleMovesAloneWhileItIsDragged()
+    {
+        frmImageView& window = open();
+        window.RunTool(QStringLiteral("miFileList"));
+        viewer::DragHandle* const pMove = handle(window, "pMove");
+        const QRect view = place(window.pTop(), window);
+        const int before = pMove->x();
+        const QPoint middle = pMove->rect().center();
+        QTest::mousePress(pMove, Qt::LeftButton, {}, middle);
+        QTest::mouseMove(pMove, middle + QPoint(40, 0));
+        QCOMPARE(pMove->x(), before + 40);
+        QCOMPARE(place(window.pTop(), window), view);
+        QTest::mouseRelease(pMove, Qt::LeftButton, {}, middle);
+        QCOMPARE(place(window.pTop(), window).left(), view.left() + 40);
+    }
+
+    void theListsHandleStandsOnlyBesideAnUprightBand_data()
+    {
+        QTest::addColumn<int>("area");
+        QTest::addColumn<bool>("shows");
+        QTest::newRow("left") << platform::dockingArea::left << true;
+        QTest::newRow("right") << platform::dockingArea::right << true;
+        QTest::newRow("top") << platform::dockingArea::top << false;
+        QTest::newRow("bottom") << platform::dockingArea::bottom << false;
+        QTest::newRow("floating") << platform::dockingArea::floating << false;
+    }
+
+    void theListsHandleStandsOnlyBesideAnUprightBand()
+    {
+        QFETCH(int, area);
+        frmImageView& window = open();
+        window.panes()->bPlay()->setDockingArea(area);
+        window.RunTool(QStringLiteral("miFileList"));
+        QTEST(!handle(window, "pMove")->isHidden(), "shows");
+    }
+
     void theListIsSizedByItsHandle_data()
     {
         QTest::addColumn<int>("area");
@@ -278,9 +389,62 @@ class TestPanes : public QObject
         window.RunTool(QStringLiteral("miHideInterface"));
         QVERIFY(!iButton->isHidden());
         QCOMPARE(ab1->geometry(), QRect(300, 660, 300, 40));
+        QCOMPARE(iButton->y(), 660 + 40 / 15);
+        const auto* Line1 = window.findChild<QWidget*>(QStringLiteral("Line1"));
+        QCOMPARE(Line1->geometry(), QRect(0, (660 * 15 - 10) / 15, 900, 1));
+        QCOMPARE(window.panes()->aP()->geometry().height(), (660 * 15 - 10 - 10 + 14) / 15);
+        ab1->resize(880, 40);
+        window.layoutPanes();
+        QVERIFY(iButton->isHidden()); // for want of room
+        ab1->resize(300, 40);
+        window.layoutPanes();
         iButton->click();
         QVERIFY(window.panes()->interfaceFlag());
         QVERIFY(iButton->isHidden());
+    }
+
+    void theLinkStandsAtTheRight()
+    {
+        frmImageView& window = open();
+        QWidget* const uLink = window.panes()->uLink();
+        uLink->show();
+        window.layoutPanes();
+        const int right = app::toTwips(window.pTop()->width() - uLink->width()) - 100;
+        QCOMPARE(uLink->x(), app::toPixels(right));
+    }
+
+    void theWelcomeIsStretchedOverTheViewport()
+    {
+        frmImageView& window = open();
+        window.panes()->pWelcome()->show();
+        window.resize(800, 600);
+        QCOMPARE(window.panes()->pWelcome()->geometry(), window.pContain()->rect());
+    }
+
+    void theToolbarBelongsToTheChrome()
+    {
+        const frmImageView& window = open();
+        for (const char* name : {"pTop", "pFilebar", "pFilmStrip", "pInformation", "ab1"})
+            QCOMPARE(app::paneColor(window.findChild<QWidget*>(QLatin1String(name))), QColor(0, 121, 191));
+        QCOMPARE(window.panes()->gTab()->BackColor(), quint32(app::toColorNumber(QColor(0, 121, 191))));
+        QCOMPARE(window.panes()->gTab()->TabTextColor(), quint32(app::toColorNumber(Qt::white)));
+    }
+
+    void theWindowFitsThePictureAt100Percent()
+    {
+        m_bench->picture(QStringLiteral("large.png"), Qt::red, QSize(600, 300));
+        frmImageView& window = m_bench->load({m_bench->in("large.png")});
+        QWidget* const ab1 = window.panes()->ab1();
+        ab1->resize(300, 40);
+        ab1->show();
+        window.RunTool(QStringLiteral("miZoomIn")); // which does not count
+        window.showMaximized();
+        QVERIFY(window.isMaximized());
+        window.FitWindowToImage();
+        QVERIFY(!window.isMaximized());
+        const double twips = app::twipsPerPixel / window.devicePixelRatioF();
+        QCOMPARE(window.size(), QSize(app::toPixels(int(600 * twips) + 200),
+                                      app::toPixels(int(300 * twips) + 40 * 15 + 700)));
     }
 
     void theWindowFitsThePicture()
@@ -297,6 +461,35 @@ class TestPanes : public QObject
         window.resize(700, 500);
         window.FitWindowToImage(); // nothing to fit to
         QCOMPARE(window.size(), QSize(700, 500));
+    }
+
+    void theBandOfTheLastRunComesBackOnlyToABareStart_data()
+    {
+        QTest::addColumn<int>("cLayout");
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<bool>("comes");
+        QTest::newRow("as it was left") << 1 << QString() << true;
+        QTest::newRow("not wanted") << 0 << QString() << false;
+        QTest::newRow("a switch alone") << 1 << QStringLiteral("/miActualSize") << false;
+    }
+
+    void theBandOfTheLastRunComesBackOnlyToABareStart()
+    {
+        QFETCH(int, cLayout);
+        QFETCH(QString, line);
+        app::save(setting::cLayout, cLayout);
+        app::save(setting::cLayoutFiles, -1);
+        app::save(setting::cLayoutFilesAlign, platform::dockingArea::right);
+        app::save(setting::cLayoutFilesWidth, 3000);
+        const frmImageView& window = m_bench->load(line.isEmpty() ? QStringList() : QStringList{line});
+        QTEST(window.panes()->bPlay()->visible(), "comes");
+        QTEST(window.panes()->bPlay()->dockingArea() == platform::dockingArea::right, "comes");
+        QTEST(window.panes()->bPlay()->wantedState().width == 200, "comes");
+        const int designed = app::toTwips(window.panes()->bPlay()->width());
+        m_bench->close(); // which stores what there was
+        QFETCH(bool, comes);
+        QCOMPARE(app::read(setting::cLayoutFiles), comes ? -1 : 0);
+        QCOMPARE(app::read(setting::cLayoutFilesWidth, 0), comes ? 3000 : designed);
     }
 
     void zoomCommandsLeaveTheFitFirst()

@@ -60,6 +60,19 @@ class TestUnloadStep : public QObject
         QVERIFY(m_bench->load().isMaximized());
     }
 
+    void closingInFullScreenKeepsTheNormalSize()
+    {
+        app::save(setting::MainWidth, 6000);
+        app::save(setting::MainHeight, 4500);
+        frmImageView& window = m_bench->load();
+        window.showFullScreen();
+        QTRY_VERIFY(window.width() > 400);
+        m_bench->close();
+        QCOMPARE(app::read(setting::MainWidth, 0), 6000);
+        QCOMPARE(app::read(setting::MainHeight, 0), 4500);
+        QVERIFY(!m_bench->load().isFullScreen());
+    }
+
     void closingMinimisedLeavesTheState()
     {
         app::save(setting::MainWindowState, 2);

@@ -268,6 +268,72 @@ class TestViewportGestures : public QObject
                  qPrintable(QStringLiteral("off by %1, %2").arg(off.x()).arg(off.y())));
     }
 
+    void otherButtonsDoNotClickTwice_data()
+    {
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::addColumn<Qt::KeyboardModifiers>("keys");
+        QTest::newRow("right, to zoom out") << Qt::RightButton << Qt::KeyboardModifiers(Qt::AltModifier);
+        QTest::newRow("middle") << Qt::MiddleButton << Qt::KeyboardModifiers();
+        QTest::newRow("side") << Qt::BackButton << Qt::KeyboardModifiers();
+    }
+
+    void otherButtonsDoNotClickTwice()
+    {
+        QFETCH(Qt::MouseButton, button);
+        QFETCH(Qt::KeyboardModifiers, keys);
+        ViewStage stage(QSize(2000, 1500));
+        stage.press({50, 50}, keys, button);
+        stage.release({50, 50}, keys, button);
+        QTest::mouseDClick(&stage.ix1, button, keys, QPoint(50, 50));
+        stage.release({50, 50}, keys, button);
+        QVERIFY(!stage.tools.contains(QStringLiteral("miFullScreen")));
+        QCOMPARE(stage.tools.size(), button == Qt::RightButton ? 2 : 0);
+    }
+
+    void anyReleaseEndsTheModeOfTheMouse()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        stage.press({400, 300});
+        QCOMPARE(stage.ix1.MousePointer(), 25);
+        stage.release({400, 300}, Qt::ShiftModifier, Qt::RightButton);
+        QCOMPARE(stage.ix1.MousePointer(), 0);
+    }
+
+    void aModifierLetGoBeforeTheButtonLeadsBack()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        stage.viewport.zoomTo(3);
+        stage.press({100, 100}, Qt::AltModifier);
+        stage.drag({200, 200}, Qt::AltModifier);
+        stage.release({200, 200});
+        QCOMPARE(stage.ix1.ZoomFactor(), 1.0);
+    }
+
+    void aStepOfTheMouseKeepsOthersOut()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        stage.press({400, 300});
+        const QPoint at = stage.inControl({100, 100}); // waits while the step lets events run
+        QCoreApplication::postEvent(&stage.ix1,
+                                    new QMouseEvent(QEvent::MouseMove, at, stage.ix1.mapToGlobal(at),
+                                                    Qt::NoButton, Qt::LeftButton, Qt::NoModifier));
+        stage.drag({390, 295});
+        QCOMPARE(stage.ix1.pos(), QPoint(-10, -5));
+    }
+
+    void aDroppedFrameGoesInAFitToo()
+    {
+        ViewStage stage(QSize(2000, 1500));
+        stage.press({100, 100}, Qt::ControlModifier);
+        stage.drag({100, 180}, Qt::ControlModifier);
+        stage.release({100, 180}, Qt::ControlModifier);
+        stage.viewport.flipFit();
+        stage.press({400, 300});
+        const QImage shown = stage.ix1.grab().toImage();
+        for (int x = 0; x < shown.width(); ++x)
+            QVERIFY(shown.pixelColor(x, shown.height() / 10) != QColor(Qt::red));
+    }
+
     void aReleaseThatWentElsewhereEndsThePan()
     {
         ViewStage stage(QSize(2000, 1500));
