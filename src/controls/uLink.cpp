@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <utility>
+
 namespace quorvia::controls {
 
 uLink::uLink(Opener opener, QWidget* parent)
@@ -11,9 +13,9 @@ uLink::uLink(Opener opener, QWidget* parent)
     m_lMsg->setObjectName(QStringLiteral("lMsg"));
     m_lMsg->setTextFormat(Qt::PlainText);
     m_lMsg->setAttribute(Qt::WA_TransparentForMouseEvents); // the control takes the click, and shows the tip
-    QPalette colors = m_lMsg->palette();
+    QPalette colors;
     colors.setColor(QPalette::WindowText, QColor(0, 121, 191));
-    m_lMsg->setPalette(colors);
+    setPalette(colors);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::TabFocus);
     SetCaption(QStringLiteral("Launch Web-Browser..."));
@@ -37,18 +39,37 @@ void uLink::resizeEvent(QResizeEvent*)
     m_lMsg->setGeometry(rect());
 }
 
+void uLink::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_pressed = true;
+    else
+        QWidget::mousePressEvent(event);
+}
+
 void uLink::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+    if (event->button() == Qt::LeftButton && std::exchange(m_pressed, false) &&
+        rect().contains(event->position().toPoint()))
         open();
+}
+
+/// The second click of two is none of its own: whoever is used to double clicks gets the link once.
+void uLink::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        QWidget::mouseDoubleClickEvent(event);
 }
 
 void uLink::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        open();
-    else
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    const bool opens =
+        event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!plain || !opens)
         QWidget::keyPressEvent(event);
+    else if (!event->isAutoRepeat())
+        open();
 }
 
 void uLink::focusInEvent(QFocusEvent* event)
@@ -63,8 +84,9 @@ void uLink::focusOutEvent(QFocusEvent*)
 
 void uLink::showFocus(bool focused)
 {
-    QFont font = m_lMsg->font();
-    font.setUnderline(focused);
+    QFont font; // all but the line stays the control's
+    if (focused)
+        font.setUnderline(true);
     m_lMsg->setFont(font);
 }
 

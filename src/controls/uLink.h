@@ -1,5 +1,6 @@
 // A label that opens a link with the desktop's program for it when it is clicked, or when Enter or the space
-// bar is pressed on it.
+// bar is pressed on it: once for each, however long the key is held. Colour, font and background of the label
+// are the control's, which begins with a colour of its own.
 #pragma once
 
 #include <QLabel>
@@ -30,7 +31,9 @@ class uLink : public QWidget
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -41,6 +44,7 @@ class uLink : public QWidget
 
     Opener m_opener;
     QLabel* m_lMsg;
+    bool m_pressed = false; ///< a click has begun here
 };
 
 } // namespace quorvia::controls

@@ -52,6 +52,13 @@ void openLink(const QString& link)
     app::ShellRun(link, showDefault, QString(), QString(), QStringLiteral("open"), failure);
 }
 
+void setColor(QWidget* widget, QPalette::ColorRole role, const QColor& color)
+{
+    QPalette colors; // of which only this role is the widget's own
+    colors.setColor(role, color);
+    widget->setPalette(colors);
+}
+
 void placeAt(QWidget* pane, const QRect& twips)
 {
     pane->setGeometry(app::toPixels(twips));
@@ -130,11 +137,9 @@ void Panes::colourChrome(const QColor& color)
         (m_gTab->*setText)(white);
     m_gTab->SetSelectedTabHoverColor(quint32(app::toColorNumber(color.darker(125))));
     m_gTab->SetSeperatorLineColor(quint32(app::toColorNumber(color.lighter(150))));
-    for (QWidget* label : m_pFilebar->findChildren<QPushButton*>()) {
-        QPalette colors = label->palette();
-        colors.setColor(QPalette::ButtonText, Qt::white);
-        label->setPalette(colors);
-    }
+    for (QWidget* label : m_pFilebar->findChildren<QPushButton*>())
+        setColor(label, QPalette::ButtonText, Qt::white);
+    setColor(m_uLink, QPalette::WindowText, Qt::white); // its own colour is that of the chrome
 }
 
 void Panes::addTabs()

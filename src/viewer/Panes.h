@@ -57,7 +57,7 @@ class Panes : public QObject
     platform::Band* bPlay() const { return m_bPlay; }
     platform::Band* bInfo() const { return m_bInfo; }
 
-    /// Gives the chrome the colour of pTop, and the tab strip white text.
+    /// Gives the chrome the colour of pTop, and white text to all that stands on it.
     void colourChrome(const QColor& color);
     /// Gives the tab strip its three tabs.
     void addTabs();
