@@ -21,6 +21,7 @@ controls::ScrollBar* makeBar(QWidget* parent, const char* name, int alight)
     auto* bar = new controls::ScrollBar(parent);
     bar->setObjectName(QLatin1String(name));
     bar->SetAlight(alight);
+    bar->setFocusPolicy(Qt::TabFocus); // a click leaves the keys where they are
     bar->hide();
     return bar;
 }
@@ -32,6 +33,8 @@ BarState stateOf(const controls::ScrollBar& bar)
 
 void show(controls::ScrollBar& bar, const BarState& state, const QRect& twips)
 {
+    if (!state.visible && bar.hasFocus())
+        bar.window()->setFocus(); // the keys must not go on to whatever comes next
     bar.setVisible(state.visible);
     if (!state.visible)
         return;
