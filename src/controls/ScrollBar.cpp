@@ -279,10 +279,8 @@ void ScrollBar::placeThumb()
     const ScrollThumb thumb = thumbAt(track(), m_value);
     const QRect standing(0, thumb.start, app::toTwips(skinSize(SkinRole::vspace).width()), thumb.length);
     const QRect lying(thumb.start, 0, thumb.length, app::toTwips(skinSize(SkinRole::hspace).height()));
-    const QSize before = m_pSelecter->size();
+    // At a new length it is painted anew, as every widget is at a new size; else it only moves.
     m_pSelecter->setGeometry(app::toPixels(m_vertical ? standing : lying));
-    if (m_pSelecter->size() != before)
-        DrawSelecter();
 }
 
 void ScrollBar::stepBy(qint64 steps)
@@ -324,7 +322,8 @@ void ScrollBar::repeatStep()
 
 void ScrollBar::followPointer(int position)
 {
-    SetValue(valueAt(track(), position - m_grip.value_or(0)));
+    if (const auto value = valueAt(track(), position - m_grip.value_or(0)))
+        SetValue(*value);
 }
 
 void ScrollBar::press(std::optional<ScrollPart> part)

@@ -48,14 +48,14 @@ ScrollThumb thumbAt(const ScrollTrack& track, int value)
     return {track.nearArrow + int(std::lround(offset)), int(shortestThumb)};
 }
 
-int valueAt(const ScrollTrack& track, int position)
+std::optional<int> valueAt(const ScrollTrack& track, int position)
 {
     const double offset = double(position) - track.nearArrow;
     if (longThumb(track) >= shortestThumb)
         return int(std::lround(offset / twipsPerUnit));
     const double travel = shortThumbTravel(track);
     if (travel <= 0)
-        return 0;
+        return std::nullopt;
     constexpr double farthest = 1 << 30;
     return int(std::lround(std::clamp(offset * usableMaximum(track.maximum) / travel, -farthest, farthest)));
 }
@@ -63,7 +63,7 @@ int valueAt(const ScrollTrack& track, int position)
 int scrollStep(int maximum)
 {
     constexpr int firstOfMany = 151;
-    return maximum < firstOfMany ? 1 : int(std::lround(maximum / 100.0));
+    return maximum < firstOfMany ? 1 : int(std::nearbyint(maximum / 100.0));
 }
 
 ScrollPart partAt(const ScrollTrack& track, int position)

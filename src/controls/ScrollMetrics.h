@@ -2,6 +2,8 @@
 // to a maximum of at least 1.
 #pragma once
 
+#include <optional>
+
 namespace quorvia::controls {
 
 /// A track with its two arrows.
@@ -30,10 +32,12 @@ int clampedValue(int value, int maximum);
 /// it has 200 twips and stops 200 short of the far end.
 ScrollThumb thumbAt(const ScrollTrack& track, int value);
 
-/// The value whose thumb begins at `position`: the inverse of thumbAt(), not clamped to the maximum.
-int valueAt(const ScrollTrack& track, int position);
+/// The value whose thumb begins at `position`: the inverse of thumbAt(), not clamped to the maximum. Nothing
+/// in a bar so short that the thumb cannot move, where every value stands at the same place.
+std::optional<int> valueAt(const ScrollTrack& track, int position);
 
-/// What one step by an arrow adds: 1, from a maximum of 151 on a hundredth of it, rounded.
+/// What one step by an arrow adds: 1, from a maximum of 151 on a hundredth of it, rounded, a half to the even
+/// number.
 int scrollStep(int maximum);
 
 enum class ScrollPart { NearArrow, FarArrow, Track, Thumb };

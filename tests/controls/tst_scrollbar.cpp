@@ -1,3 +1,4 @@
+#include "controls/PaintCount.h"
 #include "controls/ScrollBar.h"
 #include "controls/ScrollSkin.h"
 
@@ -7,6 +8,7 @@
 #include <climits>
 
 using namespace quorvia::controls;
+using quorvia::test::PaintCount;
 
 namespace {
 
@@ -16,21 +18,6 @@ QWidget* childOf(const ScrollBar& bar, const char* name)
 {
     return bar.findChild<QWidget*>(QLatin1String(name));
 }
-
-/// How often a widget has been painted.
-class PaintCount : public QObject
-{
-  public:
-    explicit PaintCount(QWidget* watched) { watched->installEventFilter(this); }
-    int paints = 0;
-
-  protected:
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        paints += event->type() == QEvent::Paint ? 1 : 0;
-        return false;
-    }
-};
 
 } // namespace
 
@@ -61,8 +48,10 @@ class TestScrollBar : public QObject
     void smallChange();
     void comesToRest();
     void painting();
-    void burstAllocatesNothing_data();
-    void burstAllocatesNothing();
+    void aNewLengthPaintsTheThumb_data();
+    void aNewLengthPaintsTheThumb();
+    void burstDrawsNoPictureAnew_data();
+    void burstDrawsNoPictureAnew();
 };
 
 void TestScrollBar::asMade()
@@ -313,6 +302,8 @@ void TestScrollBar::steps_data()
     QTest::newRow("150") << 150 << 50 << 51 << 49;
     QTest::newRow("151") << 151 << 50 << 52 << 48;
     QTest::newRow("1000") << 1000 << 500 << 510 << 490;
+    QTest::newRow("250, a half to the even number") << 250 << 50 << 52 << 48;
+    QTest::newRow("450") << 450 << 50 << 54 << 46;
     QTest::newRow("stops at 0") << 1000 << 3 << 13 << 0;
     QTest::newRow("stops at the maximum") << 1000 << 995 << 1000 << 985;
 }
@@ -393,14 +384,47 @@ void TestScrollBar::painting()
     QCOMPARE(shown.pixel(9, place.bottom()), end.pixel(9, 0)); // the other end is its mirror image
 }
 
-void TestScrollBar::burstAllocatesNothing_data()
+void TestScrollBar::aNewLengthPaintsTheThumb_data()
+{
+    QTest::addColumn<int>("alight");
+    QTest::newRow("upright") << 1;
+    QTest::newRow("lying") << 2;
+}
+
+void TestScrollBar::aNewLengthPaintsTheThumb()
+{
+    QFETCH(int, alight);
+    QWidget window;
+    window.resize(400, 400);
+    ScrollBar bar(&window);
+    bar.SetAlight(alight);
+    bar.resize(alight == 1 ? QSize(18, barLength) : QSize(barLength, 18));
+    bar.SetMax(50);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    PaintCount thumb(childOf(bar, "pSelecter"));
+    bar.SetMax(20); // the thumb gets longer, the control does not
+    QTRY_VERIFY(thumb.paints > 0);
+    const QImage shown = bar.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const auto pixelAlong = [&](int along) {
+        return alight == 1 ? shown.pixel(9, along) : shown.pixel(along, 9);
+    };
+    const QRect place = childOf(bar, "pSelecter")->geometry();
+    const int begin = alight == 1 ? place.top() : place.left();
+    const int end = alight == 1 ? place.bottom() : place.right();
+    QCOMPARE(end - begin + 1, (5010 - 400) / 2 / 15 + 1);
+    QCOMPARE(pixelAlong(end), pixelAlong(begin)); // the border closes the thumb at both ends
+    QVERIFY(pixelAlong(end) != pixelAlong(end + 1));
+}
+
+void TestScrollBar::burstDrawsNoPictureAnew_data()
 {
     QTest::addColumn<int>("maximum");
     QTest::newRow("long thumb") << 20;
     QTest::newRow("short thumb") << 3000;
 }
 
-void TestScrollBar::burstAllocatesNothing()
+void TestScrollBar::burstDrawsNoPictureAnew()
 {
     QFETCH(int, maximum);
     QWidget window;
@@ -423,11 +447,10 @@ void TestScrollBar::burstAllocatesNothing()
 
     for (int i = 0; i < 1000; ++i) {
         bar.SetValue(i * 7 % (maximum + 1));
-        bar.DrawSelecter();
-        bar.DrawScroll();
         QCoreApplication::processEvents();
     }
-    QVERIFY(track.paints > 0 && thumb.paints > 0);
+    QVERIFY(track.paints > 0); // where the thumb was
+    QCOMPARE(thumb.paints, 0); // it only moves
     QCOMPARE(drawnPictures(), drawn);
 }
 

@@ -47,6 +47,8 @@ class TestScrollBarMouse : public QObject
     void otherButtons_data();
     void otherButtons();
     void tooShortForItsThumb();
+    void tooShortToMoveIt_data();
+    void tooShortToMoveIt();
     void takesNoFocus();
     void looks_data();
     void looks();
@@ -158,6 +160,7 @@ void TestScrollBarMouse::pressOnAnArrow()
     QVERIFY(changes.size() >= 1);
     QCOMPARE(changes.at(0).at(0).toInt(), value);
     QVERIFY(tMove()->isActive());
+    QCOMPARE(tMove()->interval(), 50); // also before the first repeat
     QTEST(tMove()->property("tag").toString(), "tag");
     QCOMPARE(m_bar->Dragging(), false);
 }
@@ -312,23 +315,29 @@ void TestScrollBarMouse::releaseWithinTheChange()
 void TestScrollBarMouse::pressOnTheTrack_data()
 {
     QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("from");
     QTest::addColumn<int>("along");
     QTest::addColumn<int>("value");
     // Units of 20 twips: 4 pixels are 3 of them.
-    QTest::newRow("long thumb, behind it") << 50 << 18 + 144 << 50;
-    QTest::newRow("long thumb, at the far end") << 50 << 351 << 50;
-    QTest::newRow("short thumb") << 1000 << 18 + 100 << 325; // 1500 of 4610 twips
-    QTest::newRow("short thumb, near the far end") << 1000 << 345 << 1000;
+    QTest::newRow("long thumb, behind it") << 50 << 0 << 18 + 144 << 50;
+    QTest::newRow("long thumb, at the far end") << 50 << 0 << 351 << 50;
+    QTest::newRow("long thumb, before it") << 50 << 50 << 18 + 40 << 30;
+    QTest::newRow("long thumb, just before it") << 50 << 50 << 18 + 64 << 48;
+    QTest::newRow("long thumb, at the near end") << 50 << 50 << 18 << 0;
+    QTest::newRow("longer thumb, before it") << 100 << 80 << 18 + 80 << 60;
+    QTest::newRow("short thumb") << 1000 << 0 << 18 + 100 << 325; // 1500 of 4610 twips
+    QTest::newRow("short thumb, near the far end") << 1000 << 0 << 345 << 1000;
 }
 
 void TestScrollBarMouse::pressOnTheTrack()
 {
     QFETCH(int, maximum);
+    QFETCH(int, from);
     QFETCH(int, along);
     QFETCH(int, value);
     for (const int alight : {1, 2}) {
         make(alight, maximum);
-        m_bar->SetValue(0);
+        m_bar->SetValue(from);
         QSignalSpy changes(m_bar, &ScrollBar::Change);
         press(along);
         QCOMPARE(changes, QList<QVariantList>{{value}});
@@ -441,6 +450,32 @@ void TestScrollBarMouse::tooShortForItsThumb()
     QCOMPARE(m_bar->Dragging(), false);
     QCOMPARE(tMove()->property("tag").toString(), QStringLiteral("UP"));
     QCOMPARE(changes.at(0).at(0).toInt(), 1);
+}
+
+void TestScrollBarMouse::tooShortToMoveIt_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::newRow("the thumb fills the track") << 36 + 14;
+    QTest::newRow("no travel is left") << 36 + 26;
+}
+
+/// Where the thumb stands still, the pointer says nothing of the value.
+void TestScrollBarMouse::tooShortToMoveIt()
+{
+    QFETCH(int, length);
+    for (const int alight : {1, 2}) {
+        make(alight, 10, length);
+        m_bar->SetValue(7);
+        QSignalSpy changes(m_bar, &ScrollBar::Change);
+        press(20);
+        QVERIFY(m_bar->Dragging());
+        moveTo(24);
+        moveTo(length - 19);
+        QCOMPARE(m_bar->Value(), 7);
+        QVERIFY(changes.isEmpty());
+        QCOMPARE(thumbStart(), 18);
+        release(length - 19);
+    }
 }
 
 void TestScrollBarMouse::takesNoFocus()

@@ -68,7 +68,7 @@ void TestScrollMetrics::valuesComeBack()
     QFETCH(int, maximum);
     const ScrollTrack track{5555, 270, 285, maximum};
     for (int value = 0; value <= maximum; ++value)
-        QCOMPARE(valueAt(track, thumbAt(track, value).start), value);
+        QCOMPARE(valueAt(track, thumbAt(track, value).start), std::optional(value));
 }
 
 void TestScrollMetrics::positions_data()
@@ -76,17 +76,23 @@ void TestScrollMetrics::positions_data()
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("maximum");
     QTest::addColumn<int>("position");
-    QTest::addColumn<int>("value");
-    QTest::newRow("track's begin") << 5555 << 50 << 270 << 0;
-    QTest::newRow("20 twips on") << 5555 << 50 << 290 << 1;
-    QTest::newRow("rounded down") << 5555 << 50 << 299 << 1;
-    QTest::newRow("rounded up") << 5555 << 50 << 301 << 2;
-    QTest::newRow("above the track") << 5555 << 50 << 200 << -4;
-    QTest::newRow("beyond the maximum") << 5555 << 50 << 2270 << 100;
-    QTest::newRow("short thumb") << 5555 << 1000 << 270 + 2300 << 500;
-    QTest::newRow("short thumb, beyond") << 5555 << 1000 << 270 + 5000 << 1087;
-    QTest::newRow("no way to go") << 600 << 10 << 400 << 0;
-    QTest::newRow("no overflow") << 1000 << 2147483647 << 2147483647 << (1 << 30);
+    QTest::addColumn<std::optional<int>>("value");
+    const auto row = [](const char* name, int length, int maximum, int position, std::optional<int> value) {
+        QTest::newRow(name) << length << maximum << position << value;
+    };
+    row("track's begin", 5555, 50, 270, 0);
+    row("20 twips on", 5555, 50, 290, 1);
+    row("rounded down", 5555, 50, 299, 1);
+    row("rounded up", 5555, 50, 301, 2);
+    row("above the track", 5555, 50, 200, -4);
+    row("beyond the maximum", 5555, 50, 2270, 100);
+    row("short thumb", 5555, 1000, 270 + 2300, 500);
+    row("short thumb, beyond", 5555, 1000, 270 + 5000, 1087);
+    row("one twip to go", 270 + 285 + 401, 10, 271, 10);
+    row("no way to go", 270 + 285 + 400, 10, 300, std::nullopt);
+    row("less than that", 600, 10, 400, std::nullopt);
+    row("shorter than its arrows", 100, 10, 50, std::nullopt);
+    row("no overflow", 1000, 2147483647, 2147483647, 1 << 30);
 }
 
 void TestScrollMetrics::positions()
@@ -94,7 +100,7 @@ void TestScrollMetrics::positions()
     QFETCH(int, length);
     QFETCH(int, maximum);
     QFETCH(int, position);
-    QFETCH(int, value);
+    QFETCH(std::optional<int>, value);
     QCOMPARE(valueAt({length, 270, 285, maximum}, position), value);
 }
 
@@ -107,7 +113,10 @@ void TestScrollMetrics::steps_data()
     QTest::newRow("150") << 150 << 1;
     QTest::newRow("151") << 151 << 2;
     QTest::newRow("249") << 249 << 2;
+    QTest::newRow("250, a half to the even number") << 250 << 2;
     QTest::newRow("251") << 251 << 3;
+    QTest::newRow("350, the same upwards") << 350 << 4;
+    QTest::newRow("450") << 450 << 4;
     QTest::newRow("10000") << 10000 << 100;
 }
 

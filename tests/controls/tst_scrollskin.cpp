@@ -75,22 +75,26 @@ double contrast(QRgb one, QRgb other)
     return (light + 0.05) / (dark + 0.05);
 }
 
-/// What `paint` leaves of an upright surface `length` units long that begins `offset` units down a window.
+/// What `paint` leaves of a surface `length` units long that begins `offset` units into a window, down it or
+/// along it.
 template <typename Paint>
-QImage surface(int offset, int length, qreal ratio, Paint paint)
+QImage surface(int offset, int length, qreal ratio, Paint paint, Qt::Orientation orientation = Qt::Vertical)
 {
+    const bool upright = orientation == Qt::Vertical;
     const int begin = qRound(offset * ratio);
     const int end = qRound((offset + length) * ratio);
     const int width = qRound(18 * ratio);
-    QImage window(width, end + 40, QImage::Format_ARGB32_Premultiplied);
+    const QSize size(width, end + 40);
+    QImage window(upright ? size : size.transposed(), QImage::Format_ARGB32_Premultiplied);
     window.setDevicePixelRatio(ratio);
     window.fill(Qt::transparent);
     QPainter painter(&window);
-    painter.translate(0, offset);
+    painter.translate(upright ? QPoint(0, offset) : QPoint(offset, 0));
     paint(painter);
     painter.end();
     window.setDevicePixelRatio(1);
-    return rows(window, begin, end - begin);
+    const QRect place(0, begin, width, end - begin);
+    return window.copy(upright ? place : QRect(begin, 0, end - begin, width));
 }
 
 void addRatios()
@@ -126,10 +130,13 @@ class TestScrollSkin : public QObject
     void drawnOnce();
     void composedTrack_data();
     void composedTrack();
+    void composedLyingTrack_data() { composedTrack_data(); }
+    void composedLyingTrack();
     void composedThumb_data();
     void composedThumb();
     void composedLying_data() { addRatios(); }
     void composedLying();
+    void painterIsLeftAsItWas_data();
     void painterIsLeftAsItWas();
 };
 
@@ -346,6 +353,31 @@ void TestScrollSkin::composedTrack()
     QCOMPARE(track, expected);
 }
 
+void TestScrollSkin::composedLyingTrack()
+{
+    QFETCH(double, ratio);
+    QFETCH(int, offset);
+    QFETCH(int, length);
+    ScrollSkin skin(ratio);
+    const QImage track = surface(
+        offset, length, ratio,
+        [&](QPainter& painter) {
+            paintTrack(painter, skin, Qt::Horizontal, length, SkinState::Hovered, SkinState::Pressed);
+        },
+        Qt::Horizontal);
+    QImage expected(track.size(), track.format());
+    {
+        const QImage space = pixels(SkinRole::hspace, ratio);
+        const QImage farArrow = pixels(SkinRole::harrowright, ratio, SkinState::Pressed);
+        QPainter painter(&expected);
+        for (int x = 0; x < expected.width(); x += space.width())
+            painter.drawImage(x, 0, space);
+        painter.drawImage(0, 0, pixels(SkinRole::harrowleft, ratio, SkinState::Hovered));
+        painter.drawImage(expected.width() - farArrow.width(), 0, farArrow);
+    }
+    QCOMPARE(track, expected);
+}
+
 void TestScrollSkin::composedThumb_data()
 {
     QTest::addColumn<double>("ratio");
@@ -405,18 +437,44 @@ void TestScrollSkin::composedLying()
     QCOMPARE(painted(Qt::Horizontal), lyingDown(painted(Qt::Vertical)));
 }
 
+void TestScrollSkin::painterIsLeftAsItWas_data()
+{
+    QTest::addColumn<Qt::Orientation>("orientation");
+    QTest::addColumn<SkinRole>("space");
+    QTest::addColumn<SkinRole>("fill");
+    QTest::newRow("upright") << Qt::Vertical << SkinRole::vspace << SkinRole::vsepbg;
+    QTest::newRow("lying") << Qt::Horizontal << SkinRole::hspace << SkinRole::hsepbg;
+}
+
 void TestScrollSkin::painterIsLeftAsItWas()
 {
-    QImage image(100, 100, QImage::Format_ARGB32_Premultiplied);
+    QFETCH(Qt::Orientation, orientation);
+    QFETCH(SkinRole, space);
+    QFETCH(SkinRole, fill);
+    constexpr int length = 80;
+    const bool upright = orientation == Qt::Vertical;
+    QImage image(200, 200, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(2);
+    image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.translate(3, 4);
     const QTransform before = painter.transform();
+    const auto pixelAt = [&](int along, int across) { // of the surface, in device pixels
+        return image.pixel(QPoint(6, 8) + (upright ? QPoint(across, along) : QPoint(along, across)));
+    };
+    const auto pixelOf = [upright](SkinRole role, int across) {
+        return pixels(role, 2).pixel(upright ? QPoint(across, 0) : QPoint(0, across));
+    };
     QCOMPARE(paintRatio(painter), 2.0);
     ScrollSkin skin(2);
-    paintTrack(painter, skin, Qt::Horizontal, 40, SkinState::Normal, SkinState::Normal);
-    paintThumb(painter, skin, Qt::Horizontal, 40, SkinState::Normal);
+    paintTrack(painter, skin, orientation, length, SkinState::Normal, SkinState::Normal);
     QCOMPARE(painter.transform(), before);
+    for (const int across : {0, 7, 18, 35})
+        QCOMPARE(pixelAt(60, across), pixelOf(space, across));
+    paintThumb(painter, skin, orientation, length, SkinState::Normal);
+    QCOMPARE(painter.transform(), before);
+    for (const int across : {0, 7, 18, 35})
+        QCOMPARE(pixelAt(60, across), pixelOf(fill, across));
 }
 
 QTEST_MAIN(TestScrollSkin)
