@@ -96,16 +96,22 @@ void TabSurface::paintEvent(QPaintEvent*)
 
 void TabSurface::mousePressEvent(QMouseEvent*)
 {
+    if (m_tabs.count() == 0)
+        return;
     setKeyed(false);
 }
 
 void TabSurface::mouseMoveEvent(QMouseEvent* event)
 {
+    if (m_tabs.count() == 0)
+        return;
     Q_EMIT pointerMoved(event->buttons(), event->modifiers(), event->position().toPoint());
 }
 
 void TabSurface::mouseReleaseEvent(QMouseEvent* event)
 {
+    if (m_tabs.count() == 0)
+        return;
     const int index = event->button() == Qt::LeftButton ? tabAtPosition(event->position().toPoint()) : 0;
     update();
     if (index != 0)

@@ -24,6 +24,7 @@ class TabSurface : public QWidget
     void announceSelection();
 
   Q_SIGNALS:
+    // None of these comes from a strip without tabs.
     /// The pointer has moved to `position` with `buttons` held.
     void pointerMoved(Qt::MouseButtons buttons, Qt::KeyboardModifiers modifiers, QPoint position);
     void pointerLeft();

@@ -117,6 +117,7 @@ void gnTab::SetTabCaption(const TabRef& tab, const QString& caption)
 void gnTab::SetTabToolTip(const TabRef& tab, const QString& toolTip)
 {
     m_tabs.setToolTip(tab, toolTip);
+    takeToolTip();
 }
 
 QString gnTab::SelectedTabKey() const
@@ -284,13 +285,19 @@ void gnTab::hover(int index)
         endHover();
         return;
     }
-    m_pbTabs->setToolTip(m_tabs.at(index).ToolTip);
+    takeToolTip();
     m_tmrMouseOut.start();
+}
+
+void gnTab::takeToolTip()
+{
+    const int index = m_tabs.hovered();
+    m_pbTabs->setToolTip(index == 0 ? QString() : m_tabs.at(index).ToolTip);
 }
 
 void gnTab::endHover()
 {
-    m_pbTabs->setToolTip(QString());
+    takeToolTip();
     m_tmrMouseOut.stop();
 }
 

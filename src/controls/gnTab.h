@@ -122,6 +122,8 @@ class gnTab : public QWidget
     void scrollTo(int first);
     /// Marks tab `index` as the one under the pointer; 0 for none.
     void hover(int index);
+    /// Puts the tip of the tab under the pointer on the surface.
+    void takeToolTip();
     void endHover();
     void endHoverWhenOutside();
     TabRoom room() const;
