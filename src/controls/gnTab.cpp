@@ -250,7 +250,6 @@ void gnTab::applyColors()
     for (TabScrollButton* const button : {m_scrollLeft, m_scrollRight})
         button->setColors(back, color(m_properties.TabTextColor));
     update();
-    m_pbTabs->update();
 }
 
 void gnTab::applyCursor()

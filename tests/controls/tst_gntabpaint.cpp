@@ -92,9 +92,11 @@ class TestGnTabPaint : public QObject
     void paintsInItsColors();
     void paintsInTheDesktopsColors_data();
     void paintsInTheDesktopsColors();
+    void paintsItsSurroundingsInTheDesktopsColors();
     void tabBackColorPaintsNothing();
     void paintsEveryChange_data();
     void paintsEveryChange();
+    void paintsItsOwnBackAnew();
     void paintsAnEdge_data();
     void paintsAnEdge();
     void paintsSeparators_data();
@@ -382,6 +384,29 @@ void TestGnTabPaint::paintsInTheDesktopsColors()
     }
 }
 
+void TestGnTabPaint::paintsItsSurroundingsInTheDesktopsColors()
+{
+    TabBench bench;
+    makeBlue(bench.tab);
+    bench.tab.SetSelectedTab(3);
+    bench.tab.SetSeperatorLineColor(0x8000000D);
+    bench.tab.SetBackColor(0x8000000E);
+    bench.tab.SetActiveTabBackColor(0x80000005);
+    const QColor line(12, 34, 56);
+    const QColor back(210, 120, 30);
+    const QColor active(40, 200, 90);
+    QPalette colors;
+    colors.setColor(QPalette::Highlight, line);
+    colors.setColor(QPalette::HighlightedText, back);
+    colors.setColor(QPalette::Base, active);
+    bench.tab.setPalette(colors);
+    const QImage image = bench.painted();
+    QCOMPARE(at(image, tabEnd(bench.tab.tabs().spans()[0]), 3 + 10), line);
+    QCOMPARE(at(image, 400, 1), back);  // the bar above
+    QCOMPARE(at(image, 400, 15), back); // beside the tabs
+    QCOMPARE(at(image, 400, 27), active);
+}
+
 /// The box of a tab that is not selected is the strip's background.
 void TestGnTabPaint::tabBackColorPaintsNothing()
 {
@@ -420,7 +445,11 @@ void TestGnTabPaint::paintsEveryChange_data()
             bench.tab.resize(200, 29);
             bench.button(1)->click();
         });
-    row("right button", [](TabBench& bench) { bench.click(bench.middleOf(2), Qt::RightButton); });
+    row(
+        "right button up",
+        [](TabBench& bench) { QTest::mouseRelease(bench.surface(), Qt::RightButton, {}, bench.middleOf(2)); },
+        [](TabBench& bench) { QTest::mousePress(bench.surface(), Qt::RightButton, {}, bench.middleOf(2)); });
+    row("desktop's colours", [](TabBench& bench) { bench.tab.setPalette(QPalette(Qt::darkRed)); });
     row("caption", [](TabBench& bench) { bench.tab.SetTabCaption(2, QStringLiteral("Informations")); });
     row("removal", [](TabBench& bench) { bench.tab.RemoveTab(2); });
     row("no tabs", [](TabBench& bench) { bench.tab.RemoveAllTabs(); });
@@ -453,6 +482,16 @@ void TestGnTabPaint::paintsEveryChange()
     const int before = count.paints;
     change(bench);
     QTRY_VERIFY(count.paints > before);
+}
+
+/// What the surface leaves of the strip.
+void TestGnTabPaint::paintsItsOwnBackAnew()
+{
+    TabBench bench;
+    QCoreApplication::processEvents();
+    PaintCount count(&bench.tab);
+    bench.tab.SetBackColor(blue);
+    QTRY_VERIFY(count.paints > 0);
 }
 
 QTEST_MAIN(TestGnTabPaint)
