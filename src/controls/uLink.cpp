@@ -25,7 +25,7 @@ void uLink::SetCaption(const QString& caption)
 {
     m_lMsg->setText(caption);
     setAccessibleName(caption);
-    resize(sizeHint());
+    resize(m_lMsg->sizeHint());
 }
 
 void uLink::SetLinkURL(const QString& link)
