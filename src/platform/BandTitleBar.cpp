@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace quorvia::platform {
 
@@ -18,7 +19,7 @@ constexpr int lowest = 24;
 
 QColor mixed(const QColor& one, const QColor& other, double share)
 {
-    const auto mix = [share](int a, int b) { return int(a + (b - a) * share + 0.5); };
+    const auto mix = [share](int a, int b) { return int(std::lround(a + (b - a) * share)); };
     return {mix(one.red(), other.red()), mix(one.green(), other.green()), mix(one.blue(), other.blue())};
 }
 

@@ -3,6 +3,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <cstring>
 
 namespace quorvia::engine {
 
@@ -37,6 +38,24 @@ QImage rowsAs(const QImage& image, int first, int count, QImage::Format format)
     if (image.colorCount() > 0)
         rows.setColorTable(image.colorTable());
     return rows.format() == format ? rows : rows.convertToFormat(format);
+}
+
+QImage inFormat(const QImage& image, QImage::Format format)
+{
+    if (image.isNull() || image.format() == format)
+        return image;
+    QImage result(image.size(), format);
+    result.setDotsPerMeterX(image.dotsPerMeterX());
+    result.setDotsPerMeterY(image.dotsPerMeterY());
+    const auto bytes = std::size_t(result.width()) * std::size_t(result.depth() / 8);
+    for (int first = 0; first < result.height(); first += stripRows) {
+        const QImage rows = rowsAs(image, first, std::min(stripRows, image.height() - first), format);
+        if (rows.isNull())
+            return {};
+        for (int y = 0; y < rows.height(); ++y)
+            std::memcpy(result.scanLine(first + y), rows.constScanLine(y), bytes);
+    }
+    return result;
 }
 
 void rgbToRgb32(const uchar* in, QRgb* out, int count)

@@ -15,6 +15,11 @@ constexpr int stripRows = 64;
 /// `image`, which must outlive it.
 QImage rowsAs(const QImage& image, int first, int count, QImage::Format format);
 
+/// The whole of `image` in `format`, one of 8 or 32 bits a pixel without a palette; null when there is no
+/// memory. By strips: the toolkit converts whole pictures on threads, which end the program where memory is
+/// short. No copy is made where the format is right already.
+QImage inFormat(const QImage& image, QImage::Format format);
+
 /// Writes `count` (at least 1) pixels of three bytes (red, green, blue) as RGB32.
 void rgbToRgb32(const uchar* in, QRgb* out, int count);
 

@@ -1,6 +1,7 @@
 #include "engine/codecs/Palette.h"
 
 #include "engine/Codec.h"
+#include "engine/codecs/ImageRows.h"
 
 #include <QHash>
 
@@ -293,22 +294,22 @@ QImage storable(const QImage& image)
     switch (image.format()) {
     case QImage::Format_Mono:
     case QImage::Format_Indexed8:
-        return hasTransparentEntry(image) ? image.convertToFormat(QImage::Format_ARGB32) : image;
+        return hasTransparentEntry(image) ? inFormat(image, QImage::Format_ARGB32) : image;
     case QImage::Format_MonoLSB:
         return storable(image.convertToFormat(QImage::Format_Mono));
     case QImage::Format_Grayscale8:
         return image;
     case QImage::Format_Grayscale16:
-        return image.convertToFormat(QImage::Format_Grayscale8);
+        return inFormat(image, QImage::Format_Grayscale8);
     default:
-        return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+        return inFormat(image, image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     }
 }
 
 QImage reducedToPalette(const QImage& image, int colors)
 {
     const QImage deep =
-        image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+        inFormat(image, image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     QImage result = deep.isNull() ? QImage() : allocateImage(deep.size(), QImage::Format_Indexed8);
     if (result.isNull())
         return {};

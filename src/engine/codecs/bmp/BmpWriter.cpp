@@ -160,8 +160,8 @@ Shape shapeOf(const QImage& image)
 QImage laidOverWhite(const QImage& image)
 {
     if (!image.hasAlphaChannel())
-        return image.convertToFormat(QImage::Format_RGB32);
-    return overWhite(image.convertToFormat(QImage::Format_ARGB32));
+        return inFormat(image, QImage::Format_RGB32);
+    return overWhite(inFormat(image, QImage::Format_ARGB32));
 }
 
 void packRow(const uchar* row, int width, int bits, char* out)

@@ -2,10 +2,12 @@
 
 #include "engine/codecs/CodecErrors.h"
 #include "engine/codecs/Growing.h"
+#include "engine/codecs/ImageRows.h"
 
 #include <webp/encode.h>
 #include <webp/mux.h>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -97,6 +99,24 @@ Result<QByteArray> withProfile(const QByteArray& file, const QByteArray& profile
     return out;
 }
 
+/// `image` with alpha, which is 255 throughout for one without: the encoder looks at the fourth byte of a
+/// pixel, which is anything in RGB32. Null when there is no memory.
+QImage asArgb32(const QImage& image)
+{
+    constexpr QRgb opaque = 0xff000000U;
+    if (image.hasAlphaChannel())
+        return inFormat(image, QImage::Format_ARGB32);
+    QImage deep = inFormat(image, QImage::Format_RGB32);
+    for (int y = 0; y < deep.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(deep.scanLine(y));
+        if (!row)
+            return {}; // the pixels were shared, and there is no memory for a copy
+        std::for_each(row, row + deep.width(), [](QRgb& pixel) { pixel |= opaque; });
+    }
+    deep.reinterpretAsFormat(QImage::Format_ARGB32);
+    return deep;
+}
+
 } // namespace
 
 Result<QByteArray> writeWebp(const QImage& image, const QByteArray& profile)
@@ -106,10 +126,7 @@ Result<QByteArray> writeWebp(const QImage& image, const QByteArray& profile)
     if (image.width() > WEBP_MAX_DIMENSION || image.height() > WEBP_MAX_DIMENSION)
         return Error{ErrorKind::Unsupported,
                      QStringLiteral("a WebP has 1 to %1 pixels a side").arg(WEBP_MAX_DIMENSION)};
-    // The encoder looks at the fourth byte of a pixel, which is anything in RGB32.
-    QImage deep = image.hasAlphaChannel()
-                      ? image.convertToFormat(QImage::Format_ARGB32)
-                      : image.convertToFormat(QImage::Format_RGB32).convertToFormat(QImage::Format_ARGB32);
+    QImage deep = asArgb32(image);
     if (deep.isNull())
         return noMemoryError();
     const Result<QByteArray> file = encoded(deep);
