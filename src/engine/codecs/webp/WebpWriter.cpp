@@ -129,7 +129,7 @@ Result<QByteArray> writeWebp(const QImage& image, const QByteArray& profile)
     QImage deep = asArgb32(image);
     if (deep.isNull())
         return noMemoryError();
-    const Result<QByteArray> file = encoded(deep);
+    Result<QByteArray> file = encoded(deep);
     if (!file || !isOfRgb(profile))
         return file;
     return withProfile(*file, profile);
