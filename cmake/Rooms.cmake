@@ -73,3 +73,17 @@ function(quorvia_test NAME)
     add_dependencies(hostile-tests ${NAME})
   endif()
 endfunction()
+
+# quorvia_at_ratios(LABEL unit|window TESTS name...): lets ctest run tests once more on screens with other device pixel
+# ratios.
+function(quorvia_at_ratios)
+  cmake_parse_arguments(T "" "LABEL" "TESTS" ${ARGN})
+  foreach(ratio 2 1.5)
+    foreach(test ${T_TESTS})
+      add_test(NAME ${test}_at_${ratio} COMMAND ${test})
+      get_test_property(${test} ENVIRONMENT environment)
+      set_tests_properties(${test}_at_${ratio} PROPERTIES
+        LABELS ${T_LABEL} TIMEOUT 300 ENVIRONMENT "${environment};QT_SCALE_FACTOR=${ratio}")
+    endforeach()
+  endforeach()
+endfunction()

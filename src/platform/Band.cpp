@@ -50,6 +50,13 @@ QList<QRect> screenRects()
 /// How far the first floating place lies from the docked one, so that the user sees what has happened.
 constexpr QPoint firstOffset(24, 24);
 
+/// `state` with one of its values replaced.
+BandState with(BandState state, auto BandState::*which, auto value)
+{
+    state.*which = value;
+    return state;
+}
+
 } // namespace
 
 Band::Band(MenuControl* control, const QString& name, const QString& toolName, const QString& caption,
@@ -84,30 +91,22 @@ void Band::setClient(QWidget* client)
 
 void Band::setVisible(bool visible)
 {
-    BandState next = state();
-    next.visible = visible;
-    change(next);
+    change(with(state(), &BandState::visible, visible));
 }
 
 void Band::setDockingArea(int area)
 {
-    BandState next = state();
-    next.area = area;
-    change(next);
+    change(with(state(), &BandState::area, area));
 }
 
 void Band::setWidth(int width)
 {
-    BandState next = state();
-    next.width = width;
-    change(next);
+    change(with(state(), &BandState::width, width));
 }
 
 void Band::setHeight(int height)
 {
-    BandState next = state();
-    next.height = height;
-    change(next);
+    change(with(state(), &BandState::height, height));
 }
 
 QRect Band::floatingRect() const

@@ -40,6 +40,14 @@ class TestWindowPlacement : public QObject
   private:
     static constexpr char stem[] = "Preferences";
     static QString stemText() { return QLatin1String(stem); }
+    /// Shows `window` as a normal one, 300 x 200 at `usual`.
+    static void showUsual(QWidget& window, QPoint& usual)
+    {
+        window.setGeometry(40, 60, 300, 200);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        usual = window.pos();
+    }
     /// In pixels.
     static QRect storedPlace()
     {
@@ -130,10 +138,8 @@ void TestWindowPlacement::comesBackOntoTheScreen()
 void TestWindowPlacement::maximisedKeepsTheUsualPlace()
 {
     QWidget window;
-    window.setGeometry(40, 60, 300, 200);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const QPoint usual = window.pos();
+    QPoint usual;
+    showUsual(window, usual);
     window.showMaximized();
     QTRY_VERIFY(window.width() > 300 && window.isMaximized());
     SaveWindowPlacement(stemText(), &window);
@@ -148,10 +154,8 @@ void TestWindowPlacement::maximisedKeepsTheUsualPlace()
 void TestWindowPlacement::minimisedKeepsTheUsualPlace()
 {
     QWidget window;
-    window.setGeometry(40, 60, 300, 200);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    const QPoint usual = window.pos();
+    QPoint usual;
+    showUsual(window, usual);
     window.showMinimized();
     QTRY_VERIFY(window.isMinimized());
     SaveWindowPlacement(stemText(), &window);
