@@ -4,19 +4,6 @@
 
 namespace quorvia::platform {
 
-namespace {
-
-/// The first of `owned` whose name is `name`, or null.
-template <class Named>
-Named* named(const std::vector<std::unique_ptr<Named>>& owned, const QString& name)
-{
-    const auto found =
-        std::find_if(owned.begin(), owned.end(), [&name](const auto& each) { return each->name() == name; });
-    return found == owned.end() ? nullptr : found->get();
-}
-
-} // namespace
-
 void Tool::setPicture(int variant, const QString& icon)
 {
     std::array<QString, 3> pictures = m_values.pictures;
@@ -95,12 +82,17 @@ ToolModel::~ToolModel() = default;
 Tool* ToolModel::addTool(int id, const QString& name)
 {
     m_tools.push_back(std::make_unique<Tool>(id, name));
-    return m_tools.back().get();
+    Tool* const added = m_tools.back().get();
+    if (Tool*& first = m_firstTools[name])
+        first->m_followers.append(added);
+    else
+        first = added;
+    return added;
 }
 
 Tool* ToolModel::tool(const QString& name) const
 {
-    return named(m_tools, name);
+    return m_firstTools.value(name);
 }
 
 Tool* ToolModel::toolAt(int index) const
@@ -116,12 +108,12 @@ ToolBand* ToolModel::addBand(const QString& name, BandKind kind, bool follows)
         return there;
     }
     m_bands.push_back(std::make_unique<ToolBand>(name, kind, follows));
-    return m_bands.back().get();
+    return m_bandsByName[name] = m_bands.back().get();
 }
 
 ToolBand* ToolModel::band(const QString& name) const
 {
-    return named(m_bands, name);
+    return m_bandsByName.value(name);
 }
 
 } // namespace quorvia::platform

@@ -2,6 +2,7 @@
 // show, and where they report what the user did with it. Cheap.
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -23,6 +24,7 @@ enum class BandKind : int { Toolbar = 0, PopUp = 2 };
 struct ToolValues
 {
     QString caption;
+    bool literalCaption = false; ///< "&" in the caption stands for itself, as in the name of a file
     QString toolTip;
     ToolKind kind = ToolKind::Plain;
     bool checked = false;
@@ -70,11 +72,12 @@ class Tool : public QObject
 
   private:
     friend class ToolBand;
+    friend class ToolModel;
 
     int m_id;
     QString m_name;
     ToolValues m_values;
-    QList<Tool*> m_followers; ///< copies, which leave the list when they end
+    QList<Tool*> m_followers; ///< copies, which leave the list when they end, and tools of the same name
 };
 
 /// An ordered list of copies of tools: a pop-up menu or a toolbar.
@@ -142,7 +145,8 @@ class ToolModel : public QObject
     ToolModel();
     ~ToolModel() override;
 
-    /// A new tool. A name that is taken gives another tool of that name, and the first is found by it.
+    /// A new tool. A name that is taken gives another tool of that name: the first is found by it, and what
+    /// is set on the first from now on reaches the others and their copies too.
     Tool* addTool(int id, const QString& name);
     /// The first tool of that name, or null.
     Tool* tool(const QString& name) const;
@@ -168,6 +172,8 @@ class ToolModel : public QObject
   private:
     std::vector<std::unique_ptr<Tool>> m_tools;
     std::vector<std::unique_ptr<ToolBand>> m_bands;
+    QHash<QString, Tool*> m_firstTools; ///< by name
+    QHash<QString, ToolBand*> m_bandsByName;
 };
 
 } // namespace quorvia::platform

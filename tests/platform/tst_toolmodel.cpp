@@ -42,6 +42,24 @@ class TestToolModel : public QObject
         QCOMPARE(fixed->values().caption, QStringLiteral("before"));
     }
 
+    void whatIsSetOnTheFirstOfANameReachesTheOthers()
+    {
+        ToolModel model;
+        Tool* const first = model.addTool(1, QStringLiteral("miA"));
+        Tool* const second = model.addTool(2, QStringLiteral("miA"));
+        ToolBand* const band = model.addBand(QStringLiteral("menu"), BandKind::PopUp);
+        Tool* const ofFirst = band->append(first);
+        Tool* const ofSecond = band->append(second);
+        first->set(&ToolValues::enabled, false);
+        QVERIFY(!second->values().enabled);
+        QVERIFY(!ofFirst->values().enabled);
+        QVERIFY(!ofSecond->values().enabled);
+        second->set(&ToolValues::caption, QStringLiteral("the second's own"));
+        QCOMPARE(ofSecond->values().caption, QStringLiteral("the second's own"));
+        QCOMPARE(first->values().caption, QString());
+        QCOMPARE(ofFirst->values().caption, QString());
+    }
+
     void aCopyHasItsOwnUntilItsToolIsSetAgain()
     {
         ToolModel model;
