@@ -1,0 +1,127 @@
+#include "commands/BandFilling.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <array>
+
+namespace quorvia::commands {
+
+namespace {
+
+using platform::Tool;
+using platform::ToolBand;
+using platform::ToolKind;
+using platform::ToolModel;
+using platform::ToolValues;
+
+constexpr QLatin1String recentBand("bRecent");
+constexpr QLatin1String filesBand("bFiles");
+constexpr QLatin1String delayBand("bCustom");
+constexpr QLatin1String noEntry("(none)");
+
+/// Appends a tool with the icons of the designed tool `carrier`.
+Tool* append(ToolModel& model, ToolBand& band, int id, const QString& name, const char* carrier)
+{
+    Tool* const tool = band.append(id, name);
+    if (const Tool* const icon = model.tool(QLatin1String(carrier))) {
+        tool->setPicture(0, icon->picture(0));
+        tool->setPicture(2, icon->picture(2));
+    }
+    return tool;
+}
+
+/// Shows `text`, which is the name of a file or directory and no caption of ours.
+void setName(Tool& tool, const QString& text)
+{
+    tool.set(&ToolValues::literalCaption, true);
+    tool.set(&ToolValues::caption, text);
+}
+
+Tool* appendDirectory(ToolModel& model, ToolBand& band, int index, const QString& directory)
+{
+    Tool* const tool =
+        append(model, band, index, QStringLiteral("tRecent") + QString::number(index), "tFolderI");
+    setName(*tool, directory);
+    return tool;
+}
+
+} // namespace
+
+void fillBand(ToolModel& model, const ToolBand& band, const BandContents& contents)
+{
+    if (band.name() == recentBand)
+        fillRecent(model, contents.recentDirectories(), contents.directoryExists);
+    else if (band.name() == filesBand)
+        fillFiles(model, contents.files());
+    else if (band.name() == delayBand)
+        fillDelay(model, contents.interval());
+}
+
+void fillRecent(ToolModel& model, const QStringList& directories,
+                const std::function<bool(const QString&)>& exists)
+{
+    ToolBand* const band = model.band(recentBand);
+    if (!band)
+        return;
+    band->clear();
+    const QString first = directories.value(0);
+    const bool isEmpty = first.isEmpty() && directories.value(1).isEmpty();
+    Tool* const head = appendDirectory(model, *band, 0, first.isEmpty() ? QString(noEntry) : first);
+    head->set(&ToolValues::visible, isEmpty || (!first.isEmpty() && exists(first)));
+    for (int index = 1; index < directories.size() && !directories[index].isEmpty(); ++index) {
+        if (exists(directories[index]))
+            appendDirectory(model, *band, index, directories[index]);
+    }
+    band->append(band->toolCount(), QStringLiteral("bar"))->set(&ToolValues::kind, ToolKind::Separator);
+    append(model, *band, band->toolCount(), QStringLiteral("miRecentClear"), "tClear")
+        ->set(&ToolValues::caption, QStringLiteral("Clear Recent List"));
+}
+
+void fillFiles(ToolModel& model, const QList<ListedFile>& files)
+{
+    ToolBand* const band = model.band(filesBand);
+    if (!band)
+        return;
+    band->clear();
+    if (files.isEmpty())
+        band->append(1, QStringLiteral("none0"))->set(&ToolValues::caption, noEntry);
+    int index = 0;
+    for (const ListedFile& file : files) {
+        ++index;
+        Tool* const tool =
+            append(model, *band, index + 1, QStringLiteral("FileX") + QString::number(index), "tFileI");
+        setName(*tool, file.displayName);
+        tool->set(&ToolValues::tag, file.path);
+    }
+}
+
+void fillDelay(ToolModel& model, int interval)
+{
+    constexpr double second = 1000.0;
+    constexpr int digits = 15; // as many as it takes: no exponent, and no zeros at the end
+    const QString text = QString::number(interval / second, 'g', digits);
+    const QString name = QStringLiteral("tTime");
+    if (Tool* const tool = model.tool(name))
+        tool->set(&ToolValues::text, text);
+    const ToolBand* const band = model.band(delayBand);
+    if (Tool* const shown = band ? band->tool(name) : nullptr)
+        shown->set(&ToolValues::text, text);
+}
+
+bool isCustomizeBand(const QString& band)
+{
+    return band == QLatin1String("SysCustomize");
+}
+
+bool pausesSlideshow(const QString& band)
+{
+    static const QSet<QString> names{QStringLiteral("NewImage"), QStringLiteral("bOpen"), filesBand,
+                                     QStringLiteral("bFilmStrip")};
+    constexpr std::array parts = {"mnuOnline", "SlideShow", "Wallpaper"};
+    return names.contains(band) || std::any_of(parts.begin(), parts.end(), [&band](const char* part) {
+               return band.contains(QLatin1String(part));
+           });
+}
+
+} // namespace quorvia::commands

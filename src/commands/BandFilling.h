@@ -1,0 +1,49 @@
+// Fills the bands whose contents are made anew each time they open. Takes what one call to `directoryExists`
+// a recent directory takes; the file list costs a tool an entry.
+#pragma once
+
+#include "platform/ToolModel.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace quorvia::commands {
+
+/// An entry of the file list: what is shown of it and where it is.
+struct ListedFile
+{
+    QString displayName;
+    QString path;
+};
+
+/// What the bands are filled from; each is asked only when a band that needs it opens.
+struct BandContents
+{
+    std::function<QStringList()> recentDirectories;
+    std::function<bool(const QString& directory)> directoryExists;
+    std::function<QList<ListedFile>()> files;
+    std::function<int()> interval; ///< of the slideshow's timer, milliseconds
+};
+
+/// Fills `band` when it is one of those; to be called before it shows.
+void fillBand(platform::ToolModel& model, const platform::ToolBand& band, const BandContents& contents);
+
+/// Fills `bRecent`: the directories as tools `tRecent0` and on, up to the first empty entry behind the first,
+/// without those that no longer exist, and the tool that clears the list. "(none)" when there is no entry.
+void fillRecent(platform::ToolModel& model, const QStringList& directories,
+                const std::function<bool(const QString& directory)>& exists);
+/// Fills `bFiles`: the files as tools `FileX1` and on, the path of each in its tag. "(none)" when there is
+/// none.
+void fillFiles(platform::ToolModel& model, const QList<ListedFile>& files);
+/// Sets the text of `tTime` to `interval`, milliseconds, in seconds.
+void fillDelay(platform::ToolModel& model, int interval);
+
+/// True for the control's own customise menu, which is cancelled and in whose place the context menu opens.
+bool isCustomizeBand(const QString& band);
+/// True for a band that pauses the slideshow while it is open.
+bool pausesSlideshow(const QString& band);
+
+} // namespace quorvia::commands
