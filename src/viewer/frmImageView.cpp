@@ -1,6 +1,7 @@
 #include "viewer/frmImageView.h"
 
 #include "app/Colors.h"
+#include "app/KeyCodes.h"
 #include "app/mFile.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
@@ -195,13 +196,13 @@ void frmImageView::keyPressEvent(QKeyEvent* event)
 {
     if (m_tWait.isActive())
         return;
-    const int code = commands::virtualKeyCode(event->key());
+    const int code = app::virtualKeyCode(event->key());
     if (code == 0) {
         event->ignore();
         return;
     }
     m_tWait.start();
-    GlobalKeyPress(code, commands::modifierMask(event->modifiers()));
+    GlobalKeyPress(code, app::modifierMask(event->modifiers()));
 }
 
 void frmImageView::dragEnterEvent(QDragEnterEvent* event)
