@@ -7,7 +7,7 @@
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 
-#include <QRandomGenerator>
+#include <QTime>
 
 namespace quorvia::viewer {
 
@@ -37,7 +37,7 @@ void miPrevious(frmImageView& window)
 void miRandom(frmImageView& window)
 {
     collections::FolderList* const list = window.list();
-    const double unit = QRandomGenerator::global()->generateDouble();
+    const double unit = collections::randomUnit(collections::secondsSinceMidnight(QTime::currentTime()));
     list->SetListIndex(collections::randomIndex(unit, list->ListCount()));
 }
 

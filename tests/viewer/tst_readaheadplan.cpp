@@ -33,8 +33,8 @@ class TestReadAheadPlan : public QObject
         row("at the last", 10, 9, 1, {0, 8, 1});
         row("at the last but one", 10, 8, 1, {9, 7, 0});
         row("at the second, backwards", 10, 1, -1, {0, 2, 9});
-        row("no current entry", 10, -1, 1, {0, 1});
-        row("no current entry, backwards", 10, -1, -1, {0});
+        row("no current entry", 10, -1, 1, {0, 9, 1});
+        row("no current entry, backwards", 10, -1, -1, {9, 0, 8});
         row("none", 0, -1, 1, {});
         row("one", 1, 0, 1, {});
         row("one, not current", 1, -1, 1, {0});
