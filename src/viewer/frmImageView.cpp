@@ -3,11 +3,11 @@
 #include "app/Colors.h"
 #include "app/KeyCodes.h"
 #include "app/mFile.h"
+#include "app/mWindowsAPI.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
-#include "commands/Keys.h"
 #include "platform/Dialogs.h"
 #include "viewer/CommandTable.h"
 #include "viewer/PageNavigator.h"
@@ -24,13 +24,13 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace quorvia::viewer {
 
 namespace {
 
-constexpr int keyDebounce = 100; // milliseconds
-constexpr int resizeDelay = 50;  // milliseconds
+constexpr int resizeDelay = 50; // milliseconds
 
 /// The viewport's own colour: dark, and without a hue that would tint how a picture looks.
 constexpr QColor viewportColor(48, 48, 48);
@@ -57,7 +57,8 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                              .runTool = [this](const QString& name) { RunTool(name); },
                              .updateStatus = [this] { UpdateStatus(); },
                              .commandLine = m_commandLine.line},
-                            this))
+                            this)),
+      m_keyboard(new commands::Keyboard(&m_shortcuts, keyboardSinks(), this))
 {
     setObjectName(QStringLiteral("frmImageView"));
     setAccessibleName(app::productTitle());
@@ -71,6 +72,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
 
     new ReadAheadPlan(std::move(loader), m_ix1, m_list, m_viewport, this);
 
+    commands::fillShortcuts(m_shortcuts, commands::fixedShortcuts());
     const std::vector<commands::Tool> table = commandTable(*this);
     m_dispatcher = std::make_unique<commands::ToolDispatcher>(table, [this](const QString& text) {
         platform::showMessage(
@@ -78,16 +80,9 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     });
     connect(m_list, &collections::FolderList::OpenFile, this, &frmImageView::OpenX);
 
-    const auto prepare = [this](QTimer& timer, const char* name) {
-        timer.setObjectName(QLatin1String(name));
-        timer.setParent(this);
-        timer.setSingleShot(true);
-    };
-    prepare(m_tUpdate, "tUpdate");
-    prepare(m_tWait, "tWait");
-    prepare(m_tKey, "tKey");
-    m_tWait.setInterval(keyDebounce);
-    m_tKey.setInterval(keyDebounce);
+    m_tUpdate.setObjectName(QStringLiteral("tUpdate"));
+    m_tUpdate.setParent(this);
+    m_tUpdate.setSingleShot(true);
     connect(&m_tUpdate, &QTimer::timeout, this, [this] { SetUpdate(true, 0); });
 }
 
@@ -99,14 +94,24 @@ void frmImageView::RunTool(const QString& name)
     m_dispatcher->RunTool(name);
 }
 
-void frmImageView::GlobalKeyPress(int keyCode, int shift)
+commands::KeyboardSinks frmImageView::keyboardSinks()
 {
-    if (m_tKey.isActive())
-        return;
-    m_tKey.start();
-    const QStringList tools = commands::toolsForKey(keyCode, shift);
-    for (const QString& tool : tools)
-        RunTool(tool);
+    return {.owner = this,
+            .runTool = [this](const QString& name) { RunTool(name); },
+            .isDescriptionUnsaved = [] { return false; },
+            .minimise =
+                [this] {
+                    hide();
+                    setWindowState(windowState() | Qt::WindowMinimized);
+                    show();
+                },
+            .fitWindowToImage = [this] { FitWindowToImage(); },
+            .interfaceVersions = [] { return app::versionText(app::productVersion(), QStringLiteral(".")); },
+            .endProcess =
+                [] {
+                    app::closeSettings();
+                    std::_Exit(EXIT_SUCCESS);
+                }};
 }
 
 void frmImageView::SetUpdate(bool visible, int delay)
@@ -194,15 +199,12 @@ void frmImageView::resizeEvent(QResizeEvent*)
 
 void frmImageView::keyPressEvent(QKeyEvent* event)
 {
-    if (m_tWait.isActive())
-        return;
     const int code = app::virtualKeyCode(event->key());
     if (code == 0) {
         event->ignore();
         return;
     }
-    m_tWait.start();
-    GlobalKeyPress(code, app::modifierMask(event->modifiers()));
+    m_keyboard->keyDown(code, app::modifierMask(event->modifiers()));
 }
 
 void frmImageView::dragEnterEvent(QDragEnterEvent* event)

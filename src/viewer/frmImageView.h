@@ -4,6 +4,8 @@
 #include "app/CommandLine.h"
 #include "app/MainWindow.h"
 #include "collections/FolderList.h"
+#include "commands/Keyboard.h"
+#include "commands/ShortcutTable.h"
 #include "commands/ToolDispatcher.h"
 #include "engine/ImageEngine.h"
 #include "viewer/ImageTab.h"
@@ -31,7 +33,7 @@ class frmImageView : public QWidget, public app::MainWindow
     // --- app::MainWindow
     void RunTool(const QString& name) override;
     void OpenX(const QString& path) override { m_opening->OpenX(path); }
-    void GlobalKeyPress(int keyCode, int shift) override;
+    void GlobalKeyPress(int keyCode, int shift) override { m_keyboard->GlobalKeyPress(keyCode, shift); }
     QString currentFile() const override { return m_ix1->FileName(); }
 
     /// Shows or hides the picture while the window changes its size; hidden with a `delay` of at least 1
@@ -79,6 +81,7 @@ class frmImageView : public QWidget, public app::MainWindow
     void dropEvent(QDropEvent* event) override;
 
   private:
+    commands::KeyboardSinks keyboardSinks();
     PageNavigator* makeNavigator();
     void layoutView();
     void noteFrame();
@@ -92,10 +95,10 @@ class frmImageView : public QWidget, public app::MainWindow
     ImageTab* m_imageTab;
     collections::FolderList* m_list;
     Opening* m_opening;
+    commands::ShortcutTable m_shortcuts;
+    commands::Keyboard* m_keyboard;
     std::unique_ptr<commands::ToolDispatcher> m_dispatcher;
     QTimer m_tUpdate;
-    QTimer m_tWait;
-    QTimer m_tKey;
     QPoint m_frameOffset;
     QString m_lastTool;
     bool m_loading = true;

@@ -1,0 +1,201 @@
+#include "commands/Keyboard.h"
+
+#include "app/KeyCodes.h"
+#include "app/mWindowsAPI.h"
+#include "app/Product.h"
+#include "app/Settings.h"
+#include "commands/KeyBoxes.h"
+#include "commands/ShortcutTable.h"
+
+#include <QApplication>
+#include <QPointer>
+
+#include <algorithm>
+#include <array>
+
+namespace quorvia::commands {
+
+namespace {
+
+constexpr int debounce = 100; // milliseconds
+
+namespace code = app::keyCode;
+using app::AltBit;
+using app::CtrlBit;
+using app::NoModifier;
+using app::ShiftBit;
+
+/// Ctrl+Alt. With Shift too: X servers and compositors keep Ctrl+Alt and a function key for the consoles.
+bool asksToErase(int shift)
+{
+    return (shift & ~ShiftBit) == (CtrlBit | AltBit);
+}
+
+bool saysYes(QWidget* owner, const platform::MessageBox& box)
+{
+    return platform::showMessage(owner, box) == platform::BoxAnswer::Yes;
+}
+
+} // namespace
+
+/// A key that wins over the shortcut table: it runs a command, or a step of its own.
+struct Keyboard::FixedKey
+{
+    int keyCode;
+    int shift;
+    const char* tool;
+    void (Keyboard::*step)() = nullptr;
+};
+
+const Keyboard::FixedKey* Keyboard::fixedKey(int keyCode, int shift)
+{
+    static constexpr std::array keys = {
+        FixedKey{code::f1, NoModifier, nullptr, &Keyboard::askForHelp},
+        FixedKey{code::f2, NoModifier, nullptr, &Keyboard::askForShortcutHelp},
+        FixedKey{code::f10, NoModifier, nullptr, &Keyboard::showInformation},
+        FixedKey{'H', NoModifier, "miHideInterface"},
+        FixedKey{code::escape, NoModifier, nullptr, &Keyboard::exit},
+        FixedKey{'Z', NoModifier, "miQuickHide"},
+        FixedKey{'X', NoModifier, nullptr, &Keyboard::minimise},
+        FixedKey{'1', NoModifier, "miViewNormal"},
+        FixedKey{'2', NoModifier, "miViewInformation"},
+        FixedKey{'3', NoModifier, "miViewFilmstrip"},
+        FixedKey{code::right, NoModifier, "miNext"},
+        FixedKey{code::left, NoModifier, "miPrevious"},
+        FixedKey{code::down, NoModifier, "miNext"},
+        FixedKey{code::up, NoModifier, "miPrevious"},
+        FixedKey{'P', NoModifier, "miSlideShow"},
+        FixedKey{'F', AltBit, nullptr, &Keyboard::fitWindowToImage},
+    };
+    const auto found = std::find_if(keys.begin(), keys.end(), [=](const FixedKey& key) {
+        return key.keyCode == keyCode && key.shift == shift;
+    });
+    return found == keys.end() ? nullptr : &*found;
+}
+
+Keyboard::Keyboard(const ShortcutTable* shortcuts, KeyboardSinks sinks, QObject* parent)
+    : QObject(parent), m_shortcuts(shortcuts), m_sinks(std::move(sinks))
+{
+    prepare(m_tWait, "tWait");
+    prepare(m_tKey, "tKey");
+}
+
+void Keyboard::prepare(QTimer& timer, const char* name)
+{
+    timer.setObjectName(QLatin1String(name));
+    timer.setParent(this);
+    timer.setTimerType(Qt::PreciseTimer); // a coarse one may tick early
+    timer.setInterval(debounce);
+    connect(&timer, &QTimer::timeout, this, [&timer] {
+        // While a box waits the key step has not ended: a tick after it does.
+        if (!QApplication::activeModalWidget())
+            timer.stop();
+    });
+}
+
+void Keyboard::keyDown(int keyCode, int shift)
+{
+    if (m_tWait.isActive())
+        return;
+    m_tWait.start();
+    const QPointer<Keyboard> alive(this); // a box lets the window close, and end with it
+    if (keyCode == code::f7 && asksToErase(shift))
+        askToErase();
+    else if (keyCode == code::f12)
+        platform::showMessage(m_sinks.owner, engineBox());
+    if (alive)
+        GlobalKeyPress(keyCode, shift);
+}
+
+void Keyboard::GlobalKeyPress(int keyCode, int shift)
+{
+    if (m_tKey.isActive())
+        return;
+    m_tKey.start();
+    if (m_sinks.isDescriptionUnsaved())
+        return;
+    const FixedKey* const fixed = fixedKey(keyCode, shift);
+    if (!fixed)
+        runShortcuts(keyCode, shift);
+    else if (fixed->tool)
+        m_sinks.runTool(QLatin1String(fixed->tool));
+    else
+        (this->*fixed->step)();
+}
+
+void Keyboard::runShortcuts(int keyCode, int shift)
+{
+    const QPointer<Keyboard> alive(this); // a command may end the window
+    const QStringList tools = m_shortcuts->tools(keyCode, shift);
+    for (const QString& tool : tools) {
+        if (alive)
+            m_sinks.runTool(tool);
+    }
+}
+
+void Keyboard::QuickFunctions(const QString& name)
+{
+    if (name.compare(QLatin1String("FitWindowToImage"), Qt::CaseInsensitive) == 0)
+        m_sinks.fitWindowToImage();
+}
+
+void Keyboard::askForHelp()
+{
+    const QPointer<Keyboard> alive(this);
+    if (saysYes(m_sinks.owner, helpBox()) && alive)
+        m_sinks.runTool(QStringLiteral("miHelp"));
+}
+
+void Keyboard::askForShortcutHelp()
+{
+    const QPointer<Keyboard> alive(this);
+    if (saysYes(m_sinks.owner, shortcutHelpBox()) && alive)
+        m_sinks.runTool(QStringLiteral("miHelpShortcuts"));
+}
+
+void Keyboard::showInformation()
+{
+    const QPointer<Keyboard> alive(this);
+    m_sinks.letPendingEventsRun();
+    if (!alive)
+        return;
+    platform::showMessage(
+        m_sinks.owner,
+        informationBox({.name = app::productTitle(),
+                        .version = app::versionText(app::productVersion(), QStringLiteral(".")),
+                        .interfaceVersions = m_sinks.interfaceVersions(),
+                        .imagesOpened = app::read(app::setting::ImageOpenCount),
+                        .file = fileData(QCoreApplication::applicationFilePath())}));
+}
+
+void Keyboard::exit()
+{
+    const QPointer<Keyboard> alive(this);
+    m_sinks.letPendingEventsRun();
+    if (alive)
+        m_sinks.runTool(QStringLiteral("miExit"));
+}
+
+void Keyboard::minimise()
+{
+    m_sinks.minimise();
+}
+
+void Keyboard::fitWindowToImage()
+{
+    QuickFunctions(QStringLiteral("FitWindowToImage"));
+}
+
+void Keyboard::askToErase()
+{
+    const QPointer<Keyboard> alive(this);
+    if (!saysYes(m_sinks.owner, eraseBox()))
+        return;
+    for (const char* section :
+         {app::section::Settings, app::section::PrintSettings, app::section::SettingsNet})
+        app::DeleteAppSection(QLatin1String(section));
+    if (alive)
+        m_sinks.endProcess();
+}
+
+} // namespace quorvia::commands

@@ -1,0 +1,69 @@
+// What the main window does with a key: two debounces, its fixed keys, and behind them the shortcut table.
+// Nearly all of it ends in the name of a command. Whether the tool of a command is enabled is not looked at.
+#pragma once
+
+#include "app/PendingEvents.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+
+class QWidget;
+
+namespace quorvia::commands {
+
+class ShortcutTable;
+
+/// Where the keys lead. All of them are called.
+struct KeyboardSinks
+{
+    QWidget* owner = nullptr; ///< over which the boxes show; may be null
+    std::function<void(const QString& name)> runTool;
+    std::function<bool()> isDescriptionUnsaved; ///< `tSaveDes` runs
+    std::function<void()> minimise;             ///< hide the main window, minimise it, show it again
+    std::function<void()> fitWindowToImage;     ///< does nothing when no image is open
+    std::function<QString()> interfaceVersions; ///< of the menu control
+    std::function<void()> endProcess;           ///< at once, without closing any window
+    std::function<void()> letPendingEventsRun = &app::letPendingEventsRun;
+};
+
+class Keyboard : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// `shortcuts` outlives the keyboard, and may be filled later.
+    Keyboard(const ShortcutTable* shortcuts, KeyboardSinks sinks, QObject* parent = nullptr);
+
+    /// The key-down step of the main window: a virtual key code and a modifier mask (1 Shift, 2 Ctrl, 4 Alt).
+    /// Dropped within 100 ms of the last one that was taken. Ends in GlobalKeyPress().
+    void keyDown(int keyCode, int shift);
+    /// What a key does in every window that hands its keys on. Dropped within 100 ms of the last one that was
+    /// taken from any of them, and while a changed description waits to be saved.
+    void GlobalKeyPress(int keyCode, int shift);
+    /// Runs a quick action, its name compared without case: "FitWindowToImage". Any other does nothing.
+    void QuickFunctions(const QString& name);
+
+  private:
+    struct FixedKey;
+    static const FixedKey* fixedKey(int keyCode, int shift);
+
+    void prepare(QTimer& timer, const char* name);
+    void runShortcuts(int keyCode, int shift);
+    void askForHelp();
+    void askForShortcutHelp();
+    void showInformation();
+    void exit();
+    void minimise();
+    void fitWindowToImage();
+    void askToErase();
+
+    const ShortcutTable* m_shortcuts;
+    KeyboardSinks m_sinks;
+    QTimer m_tWait;
+    QTimer m_tKey;
+};
+
+} // namespace quorvia::commands
