@@ -2,8 +2,18 @@
 
 namespace quorvia::commands {
 
-ToolDispatcher::ToolDispatcher(std::span<const Tool> tools, std::function<void(const QString&)> message)
-    : m_message(std::move(message))
+namespace {
+
+/// Calls a copy: the command may end the window that owns the original.
+void call(std::function<void(const QString&)> prefix, const QString& text)
+{
+    prefix(text);
+}
+
+} // namespace
+
+ToolDispatcher::ToolDispatcher(std::span<const Tool> tools, PrefixTools prefixes)
+    : m_prefixes(std::move(prefixes))
 {
     for (const Tool& tool : tools)
         m_tools.insert(QLatin1String(tool.name), tool.run);
@@ -11,15 +21,18 @@ ToolDispatcher::ToolDispatcher(std::span<const Tool> tools, std::function<void(c
 
 void ToolDispatcher::RunTool(const QString& name) const
 {
+    // No row bears a name that begins like these.
+    if (name.startsWith(QLatin1String("tRecen")))
+        return call(m_prefixes.openRecent, name);
+    if (name.startsWith(QLatin1String("FileX")))
+        return call(m_prefixes.openListed, name);
     if (const auto found = m_tools.constFind(name); found != m_tools.constEnd()) {
         const auto run = *found; // a copy: the command may end the window that owns this table
         run();
         return;
     }
-    if (name.startsWith(QLatin1String("miMsg"))) {
-        m_message(name.section(QLatin1Char('_'), 1, 1));
-        return;
-    }
+    if (name.startsWith(QLatin1String("miMsg")))
+        return call(m_prefixes.message, name.section(QLatin1Char('_'), 1, 1));
     // "miCmd" names are reserved and, like unknown ones, do nothing.
 }
 

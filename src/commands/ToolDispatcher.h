@@ -16,21 +16,29 @@ struct Tool
     std::function<void()> run;
 };
 
+/// What the commands do that have no row, since they are known by the begin of their names. All are called.
+struct PrefixTools
+{
+    std::function<void(const QString& name)> openRecent; ///< "tRecen...", a tool of the band `bRecent`
+    std::function<void(const QString& name)> openListed; ///< "FileX...", a tool of the band `bFiles`
+    std::function<void(const QString& text)> message;    ///< "miMsg_TEXT"
+};
+
 class ToolDispatcher
 {
   public:
-    /// `message` shows the text of a "miMsg" command.
-    ToolDispatcher(std::span<const Tool> tools, std::function<void(const QString&)> message);
+    ToolDispatcher(std::span<const Tool> tools, PrefixTools prefixes);
 
-    /// Runs the command `name`, compared exactly. When no name matches, "miMsg_TEXT" shows TEXT and
-    /// "miCmd..." is accepted and ignored. Any other name does nothing.
+    /// Runs the command `name`: by the begins "tRecen" and "FileX" first, then by its row, compared exactly.
+    /// When no name matches, "miMsg_TEXT" shows TEXT and "miCmd..." is accepted and ignored. Any other name
+    /// does nothing.
     void RunTool(const QString& name) const;
 
     bool contains(const QString& name) const { return m_tools.contains(name); }
 
   private:
     QHash<QString, std::function<void()>> m_tools;
-    std::function<void(const QString&)> m_message;
+    PrefixTools m_prefixes;
 };
 
 } // namespace quorvia::commands

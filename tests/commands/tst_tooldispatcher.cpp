@@ -30,6 +30,11 @@ class TestToolDispatcher : public QObject
         QTest::newRow("reserved") << "miCmd" << QStringList{};
         QTest::newRow("reserved with text") << "miCmd_x" << QStringList{};
         QTest::newRow("exact before prefix") << "miMsgOwn" << QStringList{"own"};
+        QTest::newRow("a recent directory") << "tRecent12" << QStringList{"recent: tRecent12"};
+        QTest::newRow("the menu of them") << "tRecent" << QStringList{"recent: tRecent"};
+        QTest::newRow("shorter than that") << "tRece" << QStringList{};
+        QTest::newRow("a file of the list") << "FileX3" << QStringList{"listed: FileX3"};
+        QTest::newRow("in other case") << "filex3" << QStringList{};
     }
 
     void names()
@@ -39,7 +44,10 @@ class TestToolDispatcher : public QObject
         const std::array<Tool, 3> tools = {Tool{"miNext", [&] { done << "next"; }},
                                            Tool{"miExit", [&] { done << "exit"; }},
                                            Tool{"miMsgOwn", [&] { done << "own"; }}};
-        const ToolDispatcher dispatcher(tools, [&](const QString& text) { done << "message: " + text; });
+        const auto note = [&done](const QString& what) {
+            return [&done, what](const QString& text) { done << what + text; };
+        };
+        const ToolDispatcher dispatcher(tools, {note("recent: "), note("listed: "), note("message: ")});
         dispatcher.RunTool(name);
         QTEST(done, "done");
     }
@@ -52,7 +60,7 @@ class TestToolDispatcher : public QObject
                                                     dispatcher.reset();
                                                     ran = true;
                                                 }}};
-        dispatcher = std::make_unique<ToolDispatcher>(tools, [](const QString&) {});
+        dispatcher = std::make_unique<ToolDispatcher>(tools, PrefixTools{});
         dispatcher->RunTool(QStringLiteral("end"));
         QVERIFY(ran);
         QVERIFY(!dispatcher);

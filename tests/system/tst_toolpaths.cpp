@@ -1,0 +1,76 @@
+// Where the other tools of the family are looked for, and in which order.
+#include "app/mWindowsAPI.h"
+#include "app/Settings.h"
+#include "support/ScratchHome.h"
+#include "system/ToolPaths.h"
+
+#include <QTest>
+
+using namespace quorvia;
+
+class TestToolPaths : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<test::ScratchHome> m_home;
+
+    static QString postrel() { return QStringLiteral("postrel"); }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_home = std::make_unique<test::ScratchHome>();
+        app::openSettings();
+    }
+
+    void cleanup()
+    {
+        app::closeSettings();
+        m_home.reset();
+    }
+
+    void places_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("name");
+        for (const char* subkey :
+             {"ProgramPaths", "ProgramAssoPaths", "ProgramShortPaths", "ResourcePaths", "ComponentPaths"})
+            QTest::newRow(subkey) << "Software\\Halvexa\\Common\\" + QString::fromLatin1(subkey) << "postrel";
+        QTest::newRow("product") << "Software\\Halvexa\\Common\\Product IDs"
+                                 << "postrel path";
+        QTest::newRow("the desktop's list")
+            << "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\postrel"
+            << "";
+    }
+
+    void places()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, name);
+        QCOMPARE(system::GetToolPath(postrel(), false), QString());
+        const QString program = m_home->write(QStringLiteral("postrel"), "#!");
+        QVERIFY(app::RegWriteValue(app::Root::LocalMachine, key, name, program));
+        QCOMPARE(system::GetToolPath(postrel(), false), program);
+        QVERIFY(!system::GetToolPath(postrel(), true).isEmpty());
+        QVERIFY(app::RegWriteValue(app::Root::LocalMachine, key, name, program + QStringLiteral(".gone")));
+        QCOMPARE(system::GetToolPath(postrel(), false), QString());
+        QCOMPARE(system::GetToolPath(postrel(), true), QString());
+    }
+
+    void theFirstThatExistsWins()
+    {
+        const QString first = m_home->write(QStringLiteral("first"), "#!");
+        const QString second = m_home->write(QStringLiteral("second"), "#!");
+        app::saveOfTool(app::common::ProgramAssoPaths, postrel(), first);
+        app::saveOfTool(app::common::ComponentPaths, postrel(), second);
+        QCOMPARE(system::GetToolPath(postrel(), false), first);
+        app::saveOfTool(app::common::ProgramPaths, postrel(), QStringLiteral("/nowhere/postrel"));
+        QCOMPARE(system::GetToolPath(postrel(), false), first);
+        app::saveOfTool(app::common::ProgramPaths, postrel(), second);
+        QCOMPARE(system::GetToolPath(postrel(), false), second);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestToolPaths)
+#include "tst_toolpaths.moc"
