@@ -116,4 +116,9 @@ ToolBand* ToolModel::band(const QString& name) const
     return m_bandsByName.value(name);
 }
 
+ToolBand* ToolModel::bandAt(int index) const
+{
+    return index >= 0 && index < bandCount() ? m_bands[std::size_t(index)].get() : nullptr;
+}
+
 } // namespace quorvia::platform

@@ -158,6 +158,9 @@ class ToolModel : public QObject
     ToolBand* addBand(const QString& name, BandKind kind, bool follows = true);
     /// The band of that name, or null.
     ToolBand* band(const QString& name) const;
+    int bandCount() const { return int(m_bands.size()); }
+    /// 0-based, in the order of adding; null beyond the last.
+    ToolBand* bandAt(int index) const;
 
   Q_SIGNALS:
     // What the user does with what shows the model; emitted by that.

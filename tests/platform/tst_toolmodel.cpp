@@ -24,6 +24,19 @@ class TestToolModel : public QObject
         QVERIFY(!model.toolAt(-1));
     }
 
+    void bandsAreListedInTheirOrder()
+    {
+        ToolModel model;
+        ToolBand* const menu = model.addBand(QStringLiteral("menu"), BandKind::PopUp);
+        ToolBand* const bar = model.addBand(QStringLiteral("bar"), BandKind::Toolbar);
+        model.addBand(QStringLiteral("menu"), BandKind::PopUp); // the same once more
+        QCOMPARE(model.bandCount(), 2);
+        QCOMPARE(model.bandAt(0), menu);
+        QCOMPARE(model.bandAt(1), bar);
+        QVERIFY(!model.bandAt(2));
+        QVERIFY(!model.bandAt(-1));
+    }
+
     void copiesTakeOverWhatIsSetOnTheirTool()
     {
         ToolModel model;
