@@ -1,0 +1,75 @@
+// A band as a native menu, with the bands that open from its tools as sub-menus. Made when it opens and
+// filled after the listeners of BandOpen have had their say; follows the model while it is open.
+#pragma once
+
+#include "platform/ToolModel.h"
+
+#include <QMenu>
+#include <QPointer>
+#include <QRect>
+
+namespace quorvia::platform {
+
+class MenuCombo;
+
+class BandMenu : public QMenu
+{
+    Q_OBJECT
+
+  public:
+    BandMenu(ToolModel* model, ToolBand* band, QWidget* parent);
+    ~BandMenu() override;
+
+    /// Asks the listeners of BandOpen and makes the rows; false when one cancelled. A sub-menu does this by
+    /// itself. BandClose follows when the menu hides.
+    bool prepare();
+
+    /// Makes the rows from the tool at `first`, 0-based, on, for a toolbar that has no room for them. That
+    /// opens no band, and nothing is asked or told.
+    void prepareRest(int first);
+
+    /// The global rectangle from which the menu was opened: a press there closes it and does no more.
+    void setAnchor(const QRect& anchor) { m_anchor = anchor; }
+
+    /// Closes a root menu. While one of its sub-menus asks whether it may open, the bands close at once, and
+    /// the windows only after that: the toolkit needs them until then.
+    void closeSafely();
+
+    void setVisible(bool visible) override;
+
+  protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    enum class State { Closed, Cancelled, Open, Rest };
+
+    void openAsSubMenu();
+    void closeBand();
+    void followBand();
+    void fill();
+    void addRow(Tool* tool);
+    void addComboRow(Tool* tool);
+    void follow(Tool* tool, QAction* row);
+    void showTool(const ToolValues& values, QAction* row);
+    QMenu* subMenuFor(const ToolValues& values);
+    bool isOpenAbove(const ToolBand* band) const;
+    BandMenu* parentMenu() const;
+    BandMenu* rootMenu();
+    MenuCombo* comboForKeys() const;
+    QAction* commandRowAt(QPoint point) const;
+    void run(QAction* row);
+
+    QPointer<ToolModel> m_model;
+    QPointer<ToolBand> m_band;
+    State m_state = State::Closed;
+    int m_first = 0;
+    bool m_refillQueued = false;
+    bool m_openingBelow = false;
+    QRect m_anchor;
+    QPointer<QAction> m_pressed;
+};
+
+} // namespace quorvia::platform
