@@ -2,6 +2,7 @@
 
 #include "platform/Icons.h"
 #include "platform/MenuCombo.h"
+#include "platform/RowGroups.h"
 #include "platform/ToolLook.h"
 
 #include <QHelpEvent>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr char commandMark[] = "runs"; ///< on rows with a sub-menu that run their tool all the same
 constexpr char tipMark[] = "tip";
+constexpr int widestGroupEnd = 160;
 
 bool isCommandRow(const QAction* row)
 {
@@ -58,16 +60,21 @@ bool BandMenu::prepare()
     return true;
 }
 
-void BandMenu::prepareRest(int first)
+void BandMenu::preparePart(int first, int count)
 {
-    m_state = State::Rest;
+    m_state = State::Part;
     m_first = first;
+    m_count = count;
     fill();
 }
 
 void BandMenu::openAsSubMenu()
 {
     closeBand();
+    if (m_group) {
+        preparePart(m_first, m_count);
+        return;
+    }
     BandMenu* const root = rootMenu();
     const QPointer<BandMenu> kept(root);
     root->m_openingBelow = true;
@@ -96,7 +103,7 @@ void BandMenu::setVisible(bool visible)
 void BandMenu::closeBand()
 {
     const State was = std::exchange(m_state, State::Closed);
-    if (was != State::Open && was != State::Rest)
+    if (was != State::Open && was != State::Part)
         return;
     const QList<BandMenu*> below = findChildren<BandMenu*>(QString(), Qt::FindDirectChildrenOnly);
     for (BandMenu* const menu : below)
@@ -107,14 +114,14 @@ void BandMenu::closeBand()
 
 void BandMenu::followBand()
 {
-    if ((m_state != State::Open && m_state != State::Rest) || std::exchange(m_refillQueued, true))
+    if ((m_state != State::Open && m_state != State::Part) || std::exchange(m_refillQueued, true))
         return;
     // The tools end with this change, and the menu may stand in the middle of an event.
     QMetaObject::invokeMethod(
         this,
         [this] {
             m_refillQueued = false;
-            if (m_state == State::Open || m_state == State::Rest)
+            if (m_state == State::Open || m_state == State::Part)
                 fill();
         },
         Qt::QueuedConnection);
@@ -132,13 +139,39 @@ void BandMenu::fill()
         row->deleteLater();
     }
     const ToolBand* const band = m_band;
-    const int count = band ? band->toolCount() : 0;
-    for (int index = m_first; index < count; ++index) {
-        if (Tool* const tool = band->toolAt(index))
+    const int all = band ? band->toolCount() : 0;
+    const int rows = std::clamp(all - m_first, 0, m_count);
+    const int size = groupSize(rows);
+    for (int index = m_first; index < m_first + rows; index += size) {
+        if (size > 1)
+            addGroup(index, std::min(size, m_first + rows - index));
+        else if (Tool* const tool = band->toolAt(index))
             addRow(tool);
     }
     if (actions().isEmpty())
         addAction(tr("(none)"))->setEnabled(false);
+}
+
+/// A sub-menu with a part of the band, named after its first and its last tool.
+void BandMenu::addGroup(int first, int count)
+{
+    const ToolBand* const band = m_band;
+    const Tool* const from = band ? band->toolAt(first) : nullptr;
+    const Tool* const to = band ? band->toolAt(first + count - 1) : nullptr;
+    if (!from || !to)
+        return;
+    const auto shortened = [this](const Tool* tool) {
+        return fontMetrics().elidedText(plainCaption(tool->values().caption), Qt::ElideMiddle,
+                                        widestGroupEnd);
+    };
+    const QString caption = tr("%1 to %2").arg(shortened(from), shortened(to));
+    auto* const menu = new BandMenu(m_model, m_band, this);
+    menu->m_group = true;
+    menu->m_first = first;
+    menu->m_count = count;
+    auto* const row = new QAction(QString(caption).replace(QLatin1Char('&'), QLatin1String("&&")), this);
+    row->setMenu(menu);
+    addAction(row);
 }
 
 void BandMenu::addRow(Tool* tool)

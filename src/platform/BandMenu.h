@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QRect>
 
+#include <limits>
+
 namespace quorvia::platform {
 
 class MenuCombo;
@@ -24,9 +26,9 @@ class BandMenu : public QMenu
     /// itself. BandClose follows when the menu hides.
     bool prepare();
 
-    /// Makes the rows from the tool at `first`, 0-based, on, for a toolbar that has no room for them. That
-    /// opens no band, and nothing is asked or told.
-    void prepareRest(int first);
+    /// Makes rows of `count` tools from the one at `first`, 0-based, on; of all from there when that is less.
+    /// That opens no band, and nothing is asked or told.
+    void preparePart(int first, int count);
 
     /// The global rectangle from which the menu was opened: a press there closes it and does no more.
     void setAnchor(const QRect& anchor) { m_anchor = anchor; }
@@ -44,12 +46,13 @@ class BandMenu : public QMenu
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
-    enum class State { Closed, Cancelled, Open, Rest };
+    enum class State { Closed, Cancelled, Open, Part };
 
     void openAsSubMenu();
     void closeBand();
     void followBand();
     void fill();
+    void addGroup(int first, int count);
     void addRow(Tool* tool);
     void addComboRow(Tool* tool);
     void follow(Tool* tool, QAction* row);
@@ -66,6 +69,8 @@ class BandMenu : public QMenu
     QPointer<ToolBand> m_band;
     State m_state = State::Closed;
     int m_first = 0;
+    int m_count = std::numeric_limits<int>::max();
+    bool m_group = false; ///< a part of the band that the menu above shows
     bool m_refillQueued = false;
     bool m_openingBelow = false;
     QRect m_anchor;

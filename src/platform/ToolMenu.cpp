@@ -55,7 +55,7 @@ void ToolMenu::popUpRest(ToolBand* band, int first, const QRect& box)
 {
     close();
     auto* const menu = new BandMenu(m_model, band, m_owner);
-    menu->prepareRest(first);
+    menu->preparePart(first, band->toolCount());
     showBeside(menu, box);
 }
 

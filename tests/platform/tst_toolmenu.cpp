@@ -1,6 +1,7 @@
 // Bands as pop-up menus: rows of each kind, sub-menus, what is told and in which order, and what changes
 // while a menu is open.
 #include "platform/BandMenu.h"
+#include "platform/RowGroups.h"
 #include "platform/ToolBench.h"
 #include "platform/ToolCombo.h"
 #include "platform/ToolMenu.h"
@@ -119,6 +120,9 @@ class TestToolMenu : public QObject
     void clickThatTakesTheBandApart();
     void besideABox();
     void restOfAToolbar();
+    void groupSizes_data();
+    void groupSizes();
+    void longBandsOpenInGroups();
     void toolTips();
     void comboReportsEveryEdit();
     void comboReportsEnterAndCloses();
@@ -482,6 +486,57 @@ void TestToolMenu::restOfAToolbar()
     QVERIFY(Bench::row(menu, "miDrop")->menu());
     QTest::mouseClick(menu, Qt::LeftButton, {}, Bench::middleOf(menu, "miParent"));
     QCOMPARE(bench.record.take(), text("click miParent")); // it is no band that opened
+}
+
+void TestToolMenu::groupSizes_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<int>("size");
+    const auto row = [](int rows, int size) { QTest::addRow("%d", rows) << rows << size; };
+    row(0, 1);
+    row(1, 1);
+    row(100, 1);
+    row(101, 40);
+    row(2400, 40);
+    row(2401, 1600);
+    row(20000, 1600);
+    row(96000, 1600);
+    row(96001, 64000);
+    row(1000000, 64000);
+}
+
+void TestToolMenu::groupSizes()
+{
+    QFETCH(int, rows);
+    QTEST(groupSize(rows), "size");
+}
+
+void TestToolMenu::longBandsOpenInGroups()
+{
+    Bench bench;
+    bench.open();
+    ToolBand* const files = bench.model.addBand(text("bFiles"), BandKind::PopUp);
+    for (int index = 0; index < 20000; ++index)
+        files->append(index + 1, QStringLiteral("FileX%1").arg(index))
+            ->set(&ToolValues::caption, QStringLiteral("a && b %1.jpg").arg(index));
+    BandMenu* const menu = bench.popUp("bFiles");
+    QCOMPARE(menu->actions().size(), 13);
+    QAction* const last = menu->actions().constLast();
+    QCOMPARE(last->text(), text("a && b 19200.jpg to a && b 19999.jpg"));
+    menu->setActiveAction(last);
+    QTest::keyClick(menu, Qt::Key_Right);
+    QTRY_VERIFY(last->menu<QMenu*>()->isVisible());
+    QMenu* const group = last->menu<QMenu*>();
+    QCOMPARE(group->actions().size(), 20);
+    QAction* const first = group->actions().constFirst();
+    group->setActiveAction(first);
+    QTest::keyClick(group, Qt::Key_Right);
+    QTRY_VERIFY(first->menu<QMenu*>()->isVisible());
+    QMenu* const rows = first->menu<QMenu*>();
+    QCOMPARE(rows->actions().size(), 40);
+    QCOMPARE(rows->actions().constFirst()->text(), text("a && b 19200.jpg"));
+    QTest::mouseClick(rows, Qt::LeftButton, {}, rows->actionGeometry(rows->actions().at(2)).center());
+    QCOMPARE(bench.record.take(), text("open bFiles; close bFiles; click FileX19202")); // one band, once
 }
 
 void TestToolMenu::toolTips()
