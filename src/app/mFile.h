@@ -50,6 +50,8 @@ QString AttributeText(const QString& path);
 QString FormatFileSize(const QString& path, int level, bool separators);
 /// The same for a size in bytes; below 0 counts as 0.
 QString FormatSize(qint64 bytes, int level, bool separators);
+/// `number` with "," between groups of three digits, whatever the user's language.
+QString GroupDigits(qint64 number);
 /// A text that identifies an image by path, length in bytes and last-written time (to the second, in
 /// universal time); stable as long as these are. Digits and "-" only, so that it can be a file's name.
 QString GetImageKey(const QString& path);

@@ -12,14 +12,6 @@ namespace quorvia::app {
 
 namespace {
 
-/// `number` with "," between groups of three digits, whatever the user's language.
-QString grouped(qint64 number)
-{
-    QLocale locale = QLocale::c();
-    locale.setNumberOptions(QLocale::DefaultNumberOptions);
-    return locale.toString(number);
-}
-
 /// `bytes` over `divisor` with groups and `decimals` (0 or 2) decimals, rounded half away from zero. In whole
 /// numbers, so that no size is too large to come out right.
 QString roundedQuotient(qint64 bytes, qint64 divisor, int decimals)
@@ -32,8 +24,8 @@ QString roundedQuotient(qint64 bytes, qint64 divisor, int decimals)
         fraction = 0;
     }
     if (decimals == 0)
-        return grouped(whole);
-    return grouped(whole) + u'.' + QString::number(fraction).rightJustified(2, u'0');
+        return GroupDigits(whole);
+    return GroupDigits(whole) + u'.' + QString::number(fraction).rightJustified(2, u'0');
 }
 
 QString formatted(const QDateTime& time, QStringView format)
@@ -42,6 +34,13 @@ QString formatted(const QDateTime& time, QStringView format)
 }
 
 } // namespace
+
+QString GroupDigits(qint64 number)
+{
+    QLocale locale = QLocale::c();
+    locale.setNumberOptions(QLocale::DefaultNumberOptions);
+    return locale.toString(number);
+}
 
 QString FormatSize(qint64 bytes, int level, bool separators)
 {

@@ -1,5 +1,6 @@
 #include "platform/Dialogs.h"
 
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
 
@@ -10,13 +11,31 @@ namespace quorvia::platform {
 
 namespace {
 
-using Answerer = std::function<BoxAnswer(const MessageBox&)>;
-
-std::vector<std::pair<const MessageBoxAnswerer*, Answerer>>& answerers()
+/// Those who answer instead of the screen, the newest last.
+template <class Asked, class Answer>
+class Answerers
 {
-    static std::vector<std::pair<const MessageBoxAnswerer*, Answerer>> stack;
-    return stack;
-}
+  public:
+    using Answerer = std::function<Answer(const Asked&)>;
+
+    static void add(const void* owner, Answerer answer) { stack().emplace_back(owner, std::move(answer)); }
+    static void remove(const void* owner)
+    {
+        std::erase_if(stack(), [owner](const auto& entry) { return entry.first == owner; });
+    }
+    /// Empty when there is none.
+    static Answerer newest() { return stack().empty() ? Answerer() : stack().back().second; }
+
+  private:
+    static std::vector<std::pair<const void*, Answerer>>& stack()
+    {
+        static std::vector<std::pair<const void*, Answerer>> all;
+        return all;
+    }
+};
+
+using BoxAnswerers = Answerers<MessageBox, BoxAnswer>;
+using BrowserAnswerers = Answerers<FolderBrowser, QString>;
 
 QMessageBox::Icon iconOf(BoxKind kind)
 {
@@ -87,10 +106,8 @@ void fill(QMessageBox& widget, const MessageBox& box)
 
 BoxAnswer showMessage(QWidget* owner, const MessageBox& box)
 {
-    if (!answerers().empty()) {
-        const Answerer answer = answerers().back().second; // a copy: it may end its own life
+    if (const auto answer = BoxAnswerers::newest()) // a copy: it may end its own life
         return answer(box);
-    }
     // On the heap and watched: the owner may be destroyed, and the box with it, while the box waits.
     const QPointer<QMessageBox> widget = new QMessageBox(owner);
     fill(*widget, box);
@@ -101,14 +118,38 @@ BoxAnswer showMessage(QWidget* owner, const MessageBox& box)
     return answerOf(button);
 }
 
+QString browseForFolder(QWidget* owner, const FolderBrowser& browser)
+{
+    if (const auto answer = BrowserAnswerers::newest())
+        return answer(browser);
+    const QPointer<QFileDialog> dialog = new QFileDialog(owner, browser.title, browser.start);
+    dialog->setObjectName(QStringLiteral("FolderBrowser"));
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    const bool chosen = dialog->exec() == QDialog::Accepted && dialog;
+    const QString folder = chosen ? dialog->selectedFiles().value(0) : QString();
+    delete dialog.data();
+    return folder;
+}
+
 MessageBoxAnswerer::MessageBoxAnswerer(std::function<BoxAnswer(const MessageBox&)> answer)
 {
-    answerers().emplace_back(this, std::move(answer));
+    BoxAnswerers::add(this, std::move(answer));
 }
 
 MessageBoxAnswerer::~MessageBoxAnswerer()
 {
-    std::erase_if(answerers(), [this](const auto& entry) { return entry.first == this; });
+    BoxAnswerers::remove(this);
+}
+
+FolderBrowserAnswerer::FolderBrowserAnswerer(std::function<QString(const FolderBrowser&)> answer)
+{
+    BrowserAnswerers::add(this, std::move(answer));
+}
+
+FolderBrowserAnswerer::~FolderBrowserAnswerer()
+{
+    BrowserAnswerers::remove(this);
 }
 
 } // namespace quorvia::platform

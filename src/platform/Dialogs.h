@@ -1,4 +1,5 @@
-// The one seam through which message boxes reach the screen, so that a test can answer the next one.
+// The one seam through which message boxes and file dialogs reach the screen, so that a test can answer the
+// next one.
 #pragma once
 
 #include <QString>
@@ -33,6 +34,27 @@ class MessageBoxAnswerer
     ~MessageBoxAnswerer();
     MessageBoxAnswerer(const MessageBoxAnswerer&) = delete;
     MessageBoxAnswerer& operator=(const MessageBoxAnswerer&) = delete;
+};
+
+/// A dialog in which a folder is chosen.
+struct FolderBrowser
+{
+    QString title = {};
+    QString start = {}; ///< path of the folder that it shows first; empty: the working directory
+};
+
+/// Shows `browser` modally over `owner` (may be null) and waits. The path of the folder that was chosen;
+/// empty when none was.
+QString browseForFolder(QWidget* owner, const FolderBrowser& browser);
+
+/// Takes the place of the screen for folder browsers while it lives; for tests. The newest one is asked.
+class FolderBrowserAnswerer
+{
+  public:
+    explicit FolderBrowserAnswerer(std::function<QString(const FolderBrowser&)> answer);
+    ~FolderBrowserAnswerer();
+    FolderBrowserAnswerer(const FolderBrowserAnswerer&) = delete;
+    FolderBrowserAnswerer& operator=(const FolderBrowserAnswerer&) = delete;
 };
 
 } // namespace quorvia::platform

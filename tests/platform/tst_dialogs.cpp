@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QFileDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -210,6 +211,66 @@ class TestDialogs : public QObject
         NextBox next([](QMessageBox& box) { press(box, QMessageBox::Ok); });
         QCOMPARE(showMessage(nullptr, {}), BoxAnswer::Ok);
         QVERIFY(next.seen());
+    }
+
+    void theNewestAnswererChoosesTheFolder()
+    {
+        QStringList asked;
+        const FolderBrowserAnswerer older([](const FolderBrowser&) { return QStringLiteral("/older"); });
+        {
+            const FolderBrowserAnswerer newer([&asked](const FolderBrowser& browser) {
+                asked << browser.title << browser.start;
+                return QStringLiteral("/newer");
+            });
+            QCOMPARE(browseForFolder(nullptr, {QStringLiteral("Title"), QStringLiteral("/usr")}),
+                     QStringLiteral("/newer"));
+        }
+        QCOMPARE(asked, QStringList({"Title", "/usr"}));
+        QCOMPARE(browseForFolder(nullptr, {}), QStringLiteral("/older"));
+    }
+
+    void aFolderIsChosenInTheDialog_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("chosen");
+        QTest::newRow("chosen") << "accept"
+                                << "/usr/share";
+        QTest::newRow("cancelled") << "reject"
+                                   << "";
+    }
+
+    void aFolderIsChosenInTheDialog()
+    {
+        QFETCH(QString, button);
+        QTimer timer;
+        QString title;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (!dialog || !dialog->isVisible())
+                return;
+            timer.stop();
+            title = dialog->windowTitle();
+            QCOMPARE(dialog->directory().path(), QStringLiteral("/usr/share"));
+            QMetaObject::invokeMethod(dialog, qPrintable(button), Qt::DirectConnection);
+        });
+        timer.start(1);
+        QTEST(browseForFolder(nullptr, {QStringLiteral("Choose"), QStringLiteral("/usr/share")}), "chosen");
+        QCOMPARE(title, QStringLiteral("Choose"));
+    }
+
+    void anOwnerThatGoesEndsTheFolderBrowser()
+    {
+        auto owner = std::make_unique<QWidget>();
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            if (QApplication::activeModalWidget()) {
+                timer.stop();
+                owner.reset();
+            }
+        });
+        timer.start(1);
+        QCOMPARE(browseForFolder(owner.get(), {QStringLiteral("Choose"), QStringLiteral("/usr")}), QString());
+        QVERIFY(!owner);
     }
 };
 
