@@ -127,7 +127,7 @@ QString browseForFolder(QWidget* owner, const FolderBrowser& browser)
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     const bool chosen = dialog->exec() == QDialog::Accepted && dialog;
-    const QString folder = chosen ? dialog->selectedFiles().value(0) : QString();
+    QString folder = chosen ? dialog->selectedFiles().value(0) : QString();
     delete dialog.data();
     return folder;
 }
