@@ -1,9 +1,13 @@
 #include "collections/FolderList.h"
 
 #include "app/mFile.h"
+#include "app/PendingEvents.h"
 #include "app/Settings.h"
+#include "collections/EntryText.h"
+#include "collections/FolderFiles.h"
 
 #include <QDir>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -11,73 +15,75 @@ namespace quorvia::collections {
 
 namespace {
 
-constexpr int rebuildDelay = 10; // milliseconds
-
-bool comesBefore(const QString& a, const QString& b)
-{
-    const int order = a.compare(b, Qt::CaseInsensitive);
-    return order != 0 ? order < 0 : a < b;
-}
+constexpr int rebuildDelay = 10;       // milliseconds
+constexpr int vanishedInterval = 3000; // milliseconds
 
 } // namespace
-
-QStringList sortedFolderFiles(const QString& folder, const QString& pattern)
-{
-    QStringList files;
-    if (folder.isEmpty())
-        return files;
-    app::ListFiles(folder, pattern, false, files);
-    std::sort(files.begin(), files.end(), comesBefore);
-    return files;
-}
-
-QString entryText(int number, const QString& path)
-{
-    return QStringLiteral("%1. %2 (%3)")
-        .arg(QString::number(number), app::GetBaseName(path, false), app::GetExtension(path).toUpper());
-}
 
 FolderList::FolderList(std::function<QString()> currentFile, QObject* parent)
     : QObject(parent), m_currentFile(std::move(currentFile))
 {
+    m_tFolder.setObjectName(QStringLiteral("tFolder"));
     m_tFolder.setSingleShot(true);
     m_tFolder.setInterval(rebuildDelay);
     connect(&m_tFolder, &QTimer::timeout, this, &FolderList::rebuild);
+    m_tAutoUpdate.setObjectName(QStringLiteral("tAutoUpdate"));
+    m_tAutoUpdate.setInterval(vanishedInterval);
+    connect(&m_tAutoUpdate, &QTimer::timeout, this, &FolderList::lookForVanished);
+    for (QTimer* timer : {&m_tFolder, &m_tAutoUpdate})
+        timer->setParent(this);
 }
 
-void FolderList::restoreSelectedPath()
+void FolderList::startUp(const std::function<void()>& loadStored)
 {
     if (app::read(app::setting::cLoad) == 1)
         setPath(app::read(app::setting::SelectedPath, QString()));
+    if (loadStored) {
+        const QScopedValueRollback starting(m_starting, true);
+        loadStored();
+    }
+    m_initialising = false;
+    if (m_closed)
+        return;
+    m_tAutoUpdate.start();
+    RefreshPlaylist();
 }
 
-void FolderList::setPath(const QString& folder)
+void FolderList::setPath(int index, const QString& folder)
 {
-    if (m_closed || !app::FolderExists(folder))
+    if (m_closed || index != 0 || !m_folderMode || !app::FolderExists(folder))
         return;
     const QString clean = QDir::cleanPath(folder);
     if (clean == m_path)
         return;
     m_path = clean;
-    RefreshPlaylist();
+    Q_EMIT pathChanged(m_path);
+    if (!m_initialising)
+        RefreshPlaylist();
 }
 
 void FolderList::SetPattern(const QString& pattern)
 {
+    if (m_closed)
+        return;
     m_pattern = pattern;
     RefreshPlaylist();
 }
 
 void FolderList::SetListIndex(int index)
 {
-    if (m_closed || index < -1 || index >= ListCount() || index == m_index)
+    if (m_closed || (index != -1 && !holds(index)) || index == m_index)
         return;
     m_index = index;
+    m_selection = normalised({{index, index}}, ListCount());
+    Q_EMIT indexChanged(index);
     pick(index);
 }
 
 void FolderList::setListIndex(const QString& text)
 {
+    if (m_starting)
+        return;
     for (int i = 0; i < ListCount(); ++i) {
         if (List(i) == text) {
             SetListIndex(i);
@@ -86,21 +92,70 @@ void FolderList::setListIndex(const QString& text)
     }
 }
 
-QString FolderList::List(int index) const
+QString FolderList::text(int index) const
 {
-    const QString file = ListFile(index);
-    return file.isEmpty() ? QString() : entryText(index + 1, file).trimmed();
+    if (!holds(index))
+        return {};
+    const auto given = m_texts.constFind(index);
+    return given != m_texts.constEnd() ? *given : entryText(index + 1, m_files.at(index));
 }
 
-QString FolderList::ListFile(int index) const
+void FolderList::SetList(int index, const QString& text)
 {
-    return m_files.value(index);
+    if (m_closed || !holds(index))
+        return;
+    m_texts.insert(index, text);
+    Q_EMIT textChanged(index);
+}
+
+void FolderList::setSelection(std::vector<RowRange> rows)
+{
+    if (!m_closed)
+        m_selection = normalised(std::move(rows), ListCount());
+}
+
+QString FolderList::GetSelectedFiles() const
+{
+    QString files;
+    for (const RowRange& range : m_selection) {
+        for (int row = range.first; row <= range.last; ++row)
+            files += m_files.at(row) + u';';
+    }
+    return files;
+}
+
+void FolderList::pick(int index)
+{
+    if (m_closed || !holds(index))
+        return;
+    m_index = index;
+    if (!text(index).isEmpty())
+        NotifyOpenFile(m_files.at(index));
+}
+
+void FolderList::NotifyOpenFile(const QString& sFile)
+{
+    if (sFile != m_currentFile())
+        Q_EMIT OpenFile(sFile);
+}
+
+void FolderList::notePress(int index)
+{
+    const QString before = text(index);
+    if (const QString after = pressedText(before); after != before)
+        SetList(index, after);
 }
 
 void FolderList::RefreshPlaylist()
 {
     if (!m_closed)
         m_tFolder.start();
+}
+
+void FolderList::SetUpdateInterval(int milliseconds)
+{
+    if (!m_closed && milliseconds > 0 && milliseconds != m_tAutoUpdate.interval())
+        m_tAutoUpdate.setInterval(milliseconds);
 }
 
 void FolderList::finishRebuild()
@@ -111,25 +166,35 @@ void FolderList::finishRebuild()
 
 void FolderList::CloseDown()
 {
+    if (m_closed)
+        return;
+    app::letPendingEventsRun();
     m_closed = true;
     m_tFolder.stop();
+    m_tAutoUpdate.stop();
 }
 
 void FolderList::rebuild()
 {
-    m_tFolder.stop();
-    m_files = sortedFolderFiles(m_path, m_pattern);
+    m_tFolder.stop(); // at the begin: what is asked for by those who hear of this rebuild is not lost
+    if (!m_folderMode)
+        return;
+    const QScopedValueRollback rebuilding(m_rebuilding, true);
+    m_listedFolder = m_path;
+    m_files = sortedFolderFiles(m_listedFolder, m_pattern);
+    m_texts.clear();
+    m_selection.clear();
     m_index = -1;
     if (!m_files.isEmpty())
-        app::save(app::setting::SelectedPath, m_path);
+        app::save(app::setting::SelectedPath, m_listedFolder);
+    Q_EMIT ListLoaded();
     Q_EMIT ListChanged();
 }
 
-void FolderList::pick(int index)
+void FolderList::lookForVanished()
 {
-    const QString file = ListFile(index);
-    if (!file.isEmpty() && file != m_currentFile())
-        Q_EMIT OpenFile(file);
+    if (IsReady() && anyHasVanished(m_listedFolder, m_files))
+        RefreshPlaylist();
 }
 
 } // namespace quorvia::collections

@@ -3,9 +3,11 @@
 #include "collections/FolderList.h"
 #include "support/ScratchHome.h"
 
+#include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace quorvia;
 using collections::FolderList;
@@ -21,9 +23,26 @@ class TestFolderList : public QObject
     std::unique_ptr<FolderList> list()
     {
         auto made = std::make_unique<FolderList>([this] { return m_current; });
+        made->startUp();
         made->SetPattern(QStringLiteral("*.jpg;*.png"));
         made->finishRebuild();
         return made;
+    }
+
+    /// The same with the folder "pics" in it: A.png, b.JPG, c.jpg.
+    std::unique_ptr<FolderList> pics()
+    {
+        auto made = list();
+        made->setPath(m_home->path(QStringLiteral("pics")));
+        made->finishRebuild();
+        return made;
+    }
+
+    QString in(const char* name) const { return m_home->path(QLatin1String(name)); }
+
+    static QTimer* timer(const FolderList& list, const char* name)
+    {
+        return list.findChild<QTimer*>(QLatin1String(name));
     }
 
   private Q_SLOTS:
@@ -71,22 +90,6 @@ class TestFolderList : public QObject
         QCOMPARE(made->ListCount(), 3);
     }
 
-    void aFileMatchedTwiceIsListedTwice()
-    {
-        const QStringList files = collections::sortedFolderFiles(m_home->path(QStringLiteral("pics")),
-                                                                 QStringLiteral("*.jpg;*.jp*"));
-        QCOMPARE(files.size(), 4);
-        QCOMPARE(files.at(0), files.at(1));
-    }
-
-    void aWildcardWithoutMatchStopsNothing()
-    {
-        QCOMPARE(collections::sortedFolderFiles(m_home->path(QStringLiteral("pics")),
-                                                QStringLiteral("*.bmp;*.png"))
-                     .size(),
-                 1);
-    }
-
     void theSelectedFolderIsRemembered()
     {
         const auto made = list();
@@ -101,21 +104,73 @@ class TestFolderList : public QObject
         QCOMPARE(app::read(app::setting::SelectedPath, QString()), m_home->path(QStringLiteral("pics")));
 
         const auto next = list();
-        next->restoreSelectedPath();
         QCOMPARE(next->path(), m_home->path(QStringLiteral("pics")));
     }
 
-    void restoreNeedsTheSettingAndTheFolder()
+    void startUpTakesTheFolderOfTheLastRun_data()
     {
-        app::save(app::setting::SelectedPath, m_home->path(QStringLiteral("gone")));
-        auto made = list();
-        made->restoreSelectedPath();
-        QCOMPARE(made->path(), QString());
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<int>("cLoad");
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("asked for") << "pics" << 1 << true;
+        QTest::newRow("not asked for") << "pics" << 0 << false;
+        QTest::newRow("some other number") << "pics" << 2 << false;
+        QTest::newRow("gone") << "gone" << 1 << false;
+        QTest::newRow("a file") << "pics/c.jpg" << 1 << false;
+    }
 
-        app::save(app::setting::SelectedPath, m_home->path(QStringLiteral("pics")));
-        app::save(app::setting::cLoad, 0);
-        made->restoreSelectedPath();
-        QCOMPARE(made->path(), QString());
+    void startUpTakesTheFolderOfTheLastRun()
+    {
+        QFETCH(QString, stored);
+        QFETCH(int, cLoad);
+        QFETCH(bool, taken);
+        app::save(app::setting::SelectedPath, m_home->path(stored));
+        app::save(app::setting::cLoad, cLoad);
+        const auto made = list();
+        QCOMPARE(made->path(), taken ? m_home->path(stored) : QString());
+        QCOMPARE(made->ListCount(), taken ? 3 : 0);
+        QCOMPARE(app::read(app::setting::SelectedPath, QString()), m_home->path(stored));
+    }
+
+    void startUpRunsInOrder()
+    {
+        app::save(app::setting::SelectedPath, in("pics"));
+        FolderList made([this] { return m_current; });
+        QVERIFY(made.Initialising());
+        QVERIFY(!made.Starting());
+        QVERIFY(made.FolderMode());
+        made.setPath(in("pics/sub")); // a change of folder asks for nothing yet
+        QVERIFY(made.IsReady());
+        QVERIFY(!timer(made, "tAutoUpdate")->isActive());
+        bool ran = false;
+        made.startUp([&] {
+            ran = true;
+            QVERIFY(made.Starting());
+            QVERIFY(made.Initialising());
+            QCOMPARE(made.path(), in("pics"));
+            QVERIFY(made.IsReady());
+        });
+        QVERIFY(ran);
+        QVERIFY(!made.Starting());
+        QVERIFY(!made.Initialising());
+        QVERIFY(!made.IsReady());
+        QCOMPARE(timer(made, "tFolder")->interval(), 10);
+        QCOMPARE(timer(made, "tAutoUpdate")->interval(), 3000);
+        QVERIFY(timer(made, "tAutoUpdate")->isActive());
+    }
+
+    void whileStartingNothingIsSelectedByText()
+    {
+        FolderList made([this] { return m_current; });
+        made.SetPattern(QStringLiteral("*.jpg"));
+        made.setPath(in("pics"));
+        made.finishRebuild();
+        made.startUp([&] {
+            made.setListIndex(QStringLiteral("1. b (JPG)"));
+            QCOMPARE(made.ListIndex(), -1);
+        });
+        made.setListIndex(QStringLiteral("1. b (JPG)"));
+        QCOMPARE(made.ListIndex(), 0);
     }
 
     void pickingOpensWhatIsNotOnShow()
@@ -179,18 +234,280 @@ class TestFolderList : public QObject
         QVERIFY(made->IsReady());
     }
 
+    void pathsHaveTheIndexNought()
+    {
+        const auto made = list();
+        made->setPath(1, in("pics"));
+        QCOMPARE(made->path(), QString());
+        made->setPath(0, in("pics"));
+        QCOMPARE(made->path(0), in("pics"));
+        QCOMPARE(made->path(1), QString());
+        QCOMPARE(made->path(-1), QString());
+    }
+
+    void theOtherFaceHasNoPath()
+    {
+        const auto made = pics();
+        QCOMPARE(made->GetSelectedTab(), 0);
+        made->SetFolderMode(false);
+        QCOMPARE(made->GetSelectedTab(), 1);
+        QCOMPARE(made->path(), QString());
+        made->setPath(in("pics/sub"));
+        made->SetFolderMode(true);
+        QCOMPARE(made->path(), in("pics"));
+    }
+
+    void theSameFolderAsksForNoRebuild()
+    {
+        const auto made = pics();
+        QSignalSpy told(made.get(), &FolderList::pathChanged);
+        made->setPath(in("pics/"));
+        made->setPath(in("pics/sub/.."));
+        QVERIFY(made->IsReady());
+        QCOMPARE(told.count(), 0);
+        made->setPath(in("pics/sub"));
+        QVERIFY(!made->IsReady());
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(told.at(0).at(0).toString(), in("pics/sub"));
+    }
+
+    void loadedComesBeforeChanged()
+    {
+        const auto made = list();
+        QStringList order;
+        connect(made.get(), &FolderList::ListLoaded, this, [&] {
+            order << QStringLiteral("loaded");
+            QCOMPARE(made->ListCount(), 3);
+            QVERIFY(!made->IsReady());
+        });
+        connect(made.get(), &FolderList::ListChanged, this, [&] {
+            order << QStringLiteral("changed");
+            QVERIFY(!made->IsReady());
+        });
+        made->setPath(in("pics"));
+        made->finishRebuild();
+        QCOMPARE(order, QStringList({"loaded", "changed"}));
+        QVERIFY(made->IsReady());
+    }
+
+    void aRequestDuringARebuildIsNotLost()
+    {
+        const auto made = list();
+        int changes = 0;
+        connect(made.get(), &FolderList::ListChanged, this, [&] {
+            if (++changes == 1)
+                made->RefreshPlaylist();
+        });
+        made->RefreshPlaylist();
+        QTRY_COMPARE(changes, 2);
+        QTRY_VERIFY(made->IsReady());
+    }
+
+    void aFolderThatVanishedGivesAnEmptyList()
+    {
+        const auto made = pics();
+        QVERIFY(QDir(in("pics")).removeRecursively());
+        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        made->RefreshPlaylist();
+        made->finishRebuild();
+        QCOMPARE(made->ListCount(), 0);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(app::read(app::setting::SelectedPath, QString()), in("pics"));
+        QCOMPARE(made->path(), in("pics"));
+    }
+
+    void aRebuildForgetsIndexSelectionAndTexts()
+    {
+        const auto made = pics();
+        made->SetListIndex(1);
+        made->SetList(0, QStringLiteral("other"));
+        QCOMPARE(made->GetSelectedFiles(), in("pics/b.JPG;"));
+        made->RefreshPlaylist();
+        made->finishRebuild();
+        QCOMPARE(made->ListIndex(), -1);
+        QCOMPARE(made->GetSelectedFiles(), QString());
+        QCOMPARE(made->List(0), QStringLiteral("1. A (PNG)"));
+    }
+
+    void vanishedFilesAreNoticed()
+    {
+        const auto made = pics();
+        made->SetUpdateInterval(1);
+        QCOMPARE(timer(*made, "tAutoUpdate")->interval(), 1);
+        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        QVERIFY(QFile::remove(in("pics/c.jpg")));
+        QTRY_COMPARE(made->ListCount(), 2);
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(QDir(in("pics")).removeRecursively());
+        QTRY_COMPARE(made->ListCount(), 0);
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void newFilesAreNotNoticed()
+    {
+        const auto made = pics();
+        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        m_home->write(QStringLiteral("pics/new.jpg"), "x");
+        made->SetUpdateInterval(1);
+        QSignalSpy ticks(timer(*made, "tAutoUpdate"), &QTimer::timeout);
+        QTRY_VERIFY(ticks.count() > 3);
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(made->ListCount(), 3);
+        made->RefreshPlaylist();
+        made->finishRebuild();
+        QCOMPARE(made->ListCount(), 4);
+    }
+
+    void intervalsThatAreNoneChangeNothing()
+    {
+        const auto made = pics();
+        made->SetUpdateInterval(12000);
+        made->SetUpdateInterval(0);
+        made->SetUpdateInterval(-5);
+        QCOMPARE(timer(*made, "tAutoUpdate")->interval(), 12000);
+        QVERIFY(timer(*made, "tAutoUpdate")->isActive());
+    }
+
+    void entriesTakeOtherTexts()
+    {
+        const auto made = pics();
+        QSignalSpy told(made.get(), &FolderList::textChanged);
+        made->SetList(1, QStringLiteral("  other  "));
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(told.at(0).at(0).toInt(), 1);
+        QCOMPARE(made->List(1), QStringLiteral("other"));
+        QCOMPARE(made->text(1), QStringLiteral("  other  "));
+        QCOMPARE(made->ListFile(1), in("pics/b.JPG"));
+        made->SetList(3, QStringLiteral("beyond"));
+        made->SetList(-1, QStringLiteral("before"));
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(made->List(3), QString());
+    }
+
+    void anEntryWithoutATextOpensNothing()
+    {
+        const auto made = pics();
+        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        made->SetList(1, QString());
+        made->pick(1);
+        QCOMPARE(opened.count(), 0);
+        QCOMPARE(made->ListIndex(), 1);
+    }
+
+    void aPressTakesTheStarsOutOfTheTextAlone()
+    {
+        m_home->write(QStringLiteral("pics/a * b.jpg"), "x");
+        const auto made = pics();
+        QCOMPARE(made->List(0), QStringLiteral("1. a * b (JPG)"));
+        QSignalSpy told(made.get(), &FolderList::textChanged);
+        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        made->notePress(0);
+        made->notePress(1); // has none
+        made->notePress(9);
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(made->List(0), QStringLiteral("1. a - b (JPG)"));
+        made->pick(0);
+        QCOMPARE(opened.at(0).at(0).toString(), in("pics/a * b.jpg"));
+    }
+
+    void aPickOpensAgainWhatIsNotOnShow()
+    {
+        const auto made = pics();
+        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy moved(made.get(), &FolderList::indexChanged);
+        made->setSelection({{0, 2}});
+        made->pick(1);
+        made->pick(1); // the image on show is another one still
+        QCOMPARE(opened.count(), 2);
+        m_current = in("pics/b.JPG");
+        made->pick(1);
+        QCOMPARE(opened.count(), 2);
+        made->pick(-1);
+        made->pick(3);
+        QCOMPARE(opened.count(), 2);
+        QCOMPARE(made->ListIndex(), 1);
+        QCOMPARE(moved.count(), 0);
+        QCOMPARE(made->selection(), std::vector<collections::RowRange>({{0, 2}})); // a pick selects nothing
+    }
+
+    void selectedFilesAreJoinedInOrder()
+    {
+        const auto made = pics();
+        QCOMPARE(made->GetSelectedFiles(), QString());
+        made->setSelection({{2, 7}, {0, 0}});
+        QCOMPARE(made->GetSelectedFiles(), in("pics/A.png;") + in("pics/c.jpg;"));
+        made->SetListIndex(1);
+        QCOMPARE(made->GetSelectedFiles(), in("pics/b.JPG;"));
+        made->SetListIndex(-1);
+        QCOMPARE(made->GetSelectedFiles(), QString());
+    }
+
+    void twentyThousandEntries()
+    {
+        QVERIFY(QDir().mkpath(in("many")));
+        for (int i = 0; i < 20000; ++i) {
+            QFile file(in("many/") + QString::number(i * 7919 % 20000).rightJustified(5, u'0') +
+                       (i % 2 ? QStringLiteral(".jpg") : QStringLiteral(".JPG")));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        const auto made = list();
+        made->setPath(in("many"));
+        made->finishRebuild();
+        QCOMPARE(made->ListCount(), 20000);
+        for (int i = 0; i < 20000; ++i)
+            QCOMPARE(made->ListFile(i).mid(in("many/").size(), 5),
+                     QString::number(i).rightJustified(5, u'0'));
+        QCOMPARE(made->List(19999).section(u' ', 0, 1), QStringLiteral("20000. 19999"));
+        made->setSelection({{0, 19999}});
+        QCOMPARE(made->GetSelectedFiles().count(u';'), 20000);
+    }
+
     void closingShutsEverythingOut()
     {
         const auto made = list();
         made->setPath(m_home->path(QStringLiteral("pics")));
         made->finishRebuild();
         QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy changed(made.get(), &FolderList::ListChanged);
         made->CloseDown();
         made->SetListIndex(0);
+        made->pick(0);
+        made->setListIndex(QStringLiteral("1. A (PNG)"));
         made->RefreshPlaylist();
+        made->SetPattern(QStringLiteral("*.txt"));
+        made->setPath(in("pics/sub"));
+        made->SetList(0, QStringLiteral("other"));
+        made->setSelection({{0, 2}});
+        made->SetUpdateInterval(1);
+        made->startUp();
+        made->finishRebuild();
+        made->CloseDown();
         QVERIFY(made->IsReady());
+        QVERIFY(!timer(*made, "tAutoUpdate")->isActive());
         QCOMPARE(opened.count(), 0);
+        QCOMPARE(changed.count(), 0);
         QCOMPARE(made->ListIndex(), -1);
+        QCOMPARE(made->ListCount(), 3);
+        QCOMPARE(made->List(0), QStringLiteral("1. A (PNG)"));
+        QCOMPARE(made->Pattern(), QStringLiteral("*.jpg;*.png"));
+        QCOMPARE(made->path(), in("pics"));
+        QCOMPARE(made->GetSelectedFiles(), QString());
+    }
+
+    void closingLetsPendingEventsRunFirst()
+    {
+        const auto made = pics();
+        bool ran = false;
+        QMetaObject::invokeMethod(
+            made.get(),
+            [&] {
+                ran = true;
+                made->SetListIndex(1);
+            },
+            Qt::QueuedConnection);
+        made->CloseDown();
+        QVERIFY(ran);
+        QCOMPARE(made->ListIndex(), 1);
     }
 };
 

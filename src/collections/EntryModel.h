@@ -1,0 +1,27 @@
+// The entries of a FolderList for a list box. It holds nothing but their number: texts are made when they are
+// shown.
+#pragma once
+
+#include <QAbstractListModel>
+
+namespace quorvia::collections {
+
+class FolderList;
+
+class EntryModel : public QAbstractListModel
+{
+    Q_OBJECT
+
+  public:
+    /// Follows `list`, which outlives the model.
+    explicit EntryModel(const FolderList* list, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+  private:
+    const FolderList* m_list;
+    int m_count;
+};
+
+} // namespace quorvia::collections

@@ -1,0 +1,34 @@
+#include "collections/EntryText.h"
+
+#include "app/mFile.h"
+
+namespace quorvia::collections {
+
+QString entryText(int number, const QString& path)
+{
+    return QStringLiteral("%1. %2 (%3)")
+        .arg(QString::number(number), app::GetBaseName(path, false), app::GetExtension(path).toUpper());
+}
+
+QString pressedText(const QString& text)
+{
+    constexpr int most = 4;
+    const QLatin1String star(" * ");
+    QString result = text;
+    qsizetype from = 0;
+    for (int done = 0; done < most; ++done) {
+        const qsizetype at = result.indexOf(star, from);
+        if (at < 0)
+            break;
+        result[at + 1] = u'-';
+        from = at + star.size();
+    }
+    return result;
+}
+
+QString countText(int count)
+{
+    return app::GroupDigits(count) + QStringLiteral(" Images");
+}
+
+} // namespace quorvia::collections

@@ -1,0 +1,17 @@
+// The texts of the list of pictures: plain functions.
+#pragma once
+
+#include <QString>
+
+namespace quorvia::collections {
+
+/// The display text of an entry: its 1-based number, ". ", the name and " (EXTENSION)".
+QString entryText(int number, const QString& path);
+
+/// What a mouse press makes of an entry's text: its first four " * " become " - ".
+QString pressedText(const QString& text);
+
+/// The line below the list: the count in groups of three digits, and " Images".
+QString countText(int count);
+
+} // namespace quorvia::collections

@@ -1,0 +1,24 @@
+#include "collections/RowRanges.h"
+
+#include <algorithm>
+
+namespace quorvia::collections {
+
+std::vector<RowRange> normalised(std::vector<RowRange> ranges, int count)
+{
+    std::sort(ranges.begin(), ranges.end(),
+              [](const RowRange& a, const RowRange& b) { return a.first < b.first; });
+    std::vector<RowRange> result;
+    for (const RowRange& range : ranges) {
+        const RowRange inside{std::max(range.first, 0), std::min(range.last, count - 1)};
+        if (inside.first > inside.last)
+            continue;
+        if (!result.empty() && inside.first <= result.back().last + 1)
+            result.back().last = std::max(result.back().last, inside.last);
+        else
+            result.push_back(inside);
+    }
+    return result;
+}
+
+} // namespace quorvia::collections

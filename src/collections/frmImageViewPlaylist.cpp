@@ -1,0 +1,68 @@
+#include "collections/frmImageViewPlaylist.h"
+
+#include "app/KeyCodes.h"
+#include "app/MainWindow.h"
+#include "collections/Playlist.h"
+
+#include <QKeyEvent>
+
+namespace quorvia::collections {
+
+frmImageViewPlaylist::frmImageViewPlaylist(app::MainWindow& main, QWidget* parent)
+    : QWidget(parent), m_main(main), m_list(new FolderList([&main] { return main.currentFile(); }, this))
+{
+    setObjectName(QStringLiteral("frmImageViewPlaylist"));
+    setAccessibleName(tr("Picture list"));
+    setFocusPolicy(Qt::ClickFocus);
+    connect(m_list, &FolderList::OpenFile, this, [this](const QString& file) { m_main.OpenX(file); });
+    connect(m_list, &FolderList::ListChanged, this,
+            [this] { m_main.RunTool(QStringLiteral("FileListUpdated")); });
+}
+
+void frmImageViewPlaylist::makePanel()
+{
+    if (m_panel || m_closed)
+        return;
+    m_panel = new Playlist(m_list, this);
+    m_panel->setGeometry(rect());
+    connect(m_panel, &Playlist::contextMenuWanted, this, &frmImageViewPlaylist::contextMenuWanted);
+    m_panel->show();
+}
+
+void frmImageViewPlaylist::RunTool(const QString& command)
+{
+    makePanel();
+    if (m_panel)
+        m_panel->RunTool(command);
+}
+
+void frmImageViewPlaylist::CloseDown()
+{
+    m_list->CloseDown();
+    m_closed = true;
+    if (m_panel)
+        m_panel->CloseDown();
+}
+
+void frmImageViewPlaylist::showEvent(QShowEvent*)
+{
+    makePanel();
+    // In a window of its own it takes the keys, before the tree gets them for want of another.
+    if (!window()->focusWidget())
+        setFocus(Qt::OtherFocusReason);
+}
+
+void frmImageViewPlaylist::resizeEvent(QResizeEvent*)
+{
+    if (m_panel)
+        m_panel->setGeometry(rect());
+}
+
+void frmImageViewPlaylist::keyPressEvent(QKeyEvent* event)
+{
+    // Taken here for good: the main window would get it a second time as one of its own.
+    if (const int code = app::virtualKeyCode(event->key()); code != 0)
+        m_main.GlobalKeyPress(code, app::modifierMask(event->modifiers()));
+}
+
+} // namespace quorvia::collections

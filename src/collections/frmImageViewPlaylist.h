@@ -1,0 +1,76 @@
+// The window of the list of pictures. It lives from the start with the list itself, and is no more than that
+// until it is first shown: only then is the panel made that fills it.
+#pragma once
+
+#include "collections/FolderList.h"
+
+#include <QWidget>
+
+namespace quorvia::app {
+class MainWindow;
+}
+
+namespace quorvia::collections {
+
+class Playlist;
+
+class frmImageViewPlaylist : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    /// `main` outlives the window. It opens what is picked, runs `FileListUpdated` after each rebuild, and
+    /// gets the keys.
+    explicit frmImageViewPlaylist(app::MainWindow& main, QWidget* parent = nullptr);
+
+    /// The list itself, for those that need no window.
+    FolderList* list() const { return m_list; }
+    /// The panel; null until the window is first shown.
+    Playlist* panel() const { return m_panel; }
+
+    // --- the list's own operations; see FolderList
+    void startUp(const std::function<void()>& loadStored = {}) { m_list->startUp(loadStored); }
+    QString path(int index = 0) const { return m_list->path(index); }
+    void setPath(int index, const QString& folder) { m_list->setPath(index, folder); }
+    QString Pattern() const { return m_list->Pattern(); }
+    void SetPattern(const QString& pattern) { m_list->SetPattern(pattern); }
+    QString List(int index) const { return m_list->List(index); }
+    void SetList(int index, const QString& text) { m_list->SetList(index, text); }
+    int ListIndex() const { return m_list->ListIndex(); }
+    void SetListIndex(int index) { m_list->SetListIndex(index); }
+    int ListCount() const { return m_list->ListCount(); }
+    QString ListFile(int index) const { return m_list->ListFile(index); }
+    void setListIndex(const QString& text) { m_list->setListIndex(text); }
+    void SetUpdateInterval(int milliseconds) { m_list->SetUpdateInterval(milliseconds); }
+    void RefreshPlaylist() { m_list->RefreshPlaylist(); }
+    QString GetSelectedFiles() const { return m_list->GetSelectedFiles(); }
+    int GetSelectedTab() const { return m_list->GetSelectedTab(); }
+    bool IsReady() const { return m_list->IsReady(); }
+    void CloseDown();
+    /// Runs a command of the panel, which is made for it when it is not there yet; see Playlist.
+    void RunTool(const QString& command);
+
+    /// A text that the main window keeps here; nothing is made of it.
+    QString Tag() const { return m_tag; }
+    void SetTag(const QString& tag) { m_tag = tag; }
+
+  Q_SIGNALS:
+    /// The menu of the selected entries is wanted at a place of the screen.
+    void contextMenuWanted(const QPoint& at);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void makePanel();
+
+    app::MainWindow& m_main;
+    FolderList* m_list;
+    Playlist* m_panel = nullptr;
+    QString m_tag;
+    bool m_closed = false;
+};
+
+} // namespace quorvia::collections

@@ -1,0 +1,521 @@
+// The panel of the list of pictures, driven by mouse and keys.
+#include "app/Settings.h"
+#include "collections/EntryView.h"
+#include "collections/FolderList.h"
+#include "collections/Playlist.h"
+#include "ListBench.h"
+#include "platform/Dialogs.h"
+#include "platform/FolderTree.h"
+
+#include <QAccessible>
+#include <QContextMenuEvent>
+#include <QDir>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace quorvia;
+using collections::FolderList;
+using collections::Playlist;
+using platform::FolderTree;
+
+class TestPlaylist : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<test::ListBench> m_bench;
+    std::unique_ptr<FolderList> m_list;
+    std::unique_ptr<Playlist> m_panel;
+    std::unique_ptr<QSignalSpy> m_opened;
+
+    QString in(const char* name) const { return m_bench->in(name); }
+    FolderTree& ftv() const { return *m_panel->findChild<FolderTree*>(QStringLiteral("ftv")); }
+    collections::EntryView& lPlaylist() const
+    {
+        return *m_panel->findChild<collections::EntryView*>(QStringLiteral("lPlaylist"));
+    }
+    QPushButton& cmdDir() const { return *m_panel->findChild<QPushButton*>(QStringLiteral("cmdDir")); }
+    QString info() const { return m_panel->findChild<QLabel*>(QStringLiteral("lPlaylistInfo"))->text(); }
+    QString shown(int row) const { return lPlaylist().model()->index(row, 0).data().toString(); }
+    QList<int> selected() const
+    {
+        QList<int> rows;
+        for (const QModelIndex& index : lPlaylist().selectionModel()->selectedIndexes())
+            rows.append(index.row());
+        std::sort(rows.begin(), rows.end());
+        return rows;
+    }
+    QPoint place(int row) const
+    {
+        return lPlaylist().visualRect(lPlaylist().model()->index(row, 0)).center();
+    }
+    void click(int row, Qt::KeyboardModifiers held = {}, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QTest::mouseClick(lPlaylist().viewport(), button, held, place(row));
+    }
+    bool isInSight(int row) const { return lPlaylist().viewport()->rect().contains(place(row)); }
+
+    /// The list of "pics" as it stands after the start, not yet shown.
+    void list()
+    {
+        m_list = std::make_unique<FolderList>([this] { return m_bench->window.current; });
+        m_opened = std::make_unique<QSignalSpy>(m_list.get(), &FolderList::OpenFile);
+        m_list->SetPattern(QStringLiteral("*.jpg"));
+        m_list->startUp();
+        m_list->setPath(in("pics"));
+        m_list->finishRebuild();
+    }
+    /// The same with its panel on the screen.
+    void show()
+    {
+        if (!m_list)
+            list();
+        m_panel = std::make_unique<Playlist>(m_list.get());
+        m_panel->resize(240, 640);
+        m_panel->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
+    }
+
+  private Q_SLOTS:
+    void init() { m_bench = std::make_unique<test::ListBench>(); }
+
+    void cleanup()
+    {
+        m_panel.reset();
+        m_opened.reset();
+        m_list.reset();
+        m_bench.reset();
+    }
+
+    void showsWhatStandsWhenItIsMade()
+    {
+        list();
+        m_list->SetListIndex(2);
+        m_opened->clear();
+        show();
+        QCOMPARE(lPlaylist().model()->rowCount(), 5);
+        QCOMPARE(shown(0), QStringLiteral("1. a (JPG)"));
+        QCOMPARE(info(), QStringLiteral("5 Images"));
+        QCOMPARE(selected(), QList<int>{2});
+        QCOMPARE(lPlaylist().currentIndex().row(), 2);
+        QCOMPARE(ftv().selectedFolder(), in("pics"));
+        QVERIFY(ftv().showsSelected());
+        QCOMPARE(m_list->ListIndex(), 2);
+        QCOMPARE(m_list->GetSelectedFiles(), in("pics/c.jpg;"));
+        QCOMPARE(m_opened->count(), 0);
+    }
+
+    void hasItsPartsUnderTheirNames()
+    {
+        show();
+        for (const char* name :
+             {"ftv", "lPlaylist", "lPlaylistInfo", "pFilelist", "cmdDir", "tab1", "ltab1", "i1"})
+            QVERIFY2(m_panel->findChild<QWidget*>(QLatin1String(name)), name);
+        QCOMPARE(m_panel->findChild<QLabel*>(QStringLiteral("ltab1"))->text(), QStringLiteral("Folders"));
+        QCOMPARE(cmdDir().text(), QStringLiteral(" Select Directory"));
+        for (QWidget* part : {static_cast<QWidget*>(&ftv()), static_cast<QWidget*>(&lPlaylist()),
+                              static_cast<QWidget*>(&cmdDir())}) {
+            QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(part);
+            QVERIFY(face);
+            QVERIFY(!face->text(QAccessible::Name).isEmpty());
+        }
+        QCOMPARE(QAccessible::queryAccessibleInterface(&ftv())->role(), QAccessible::Tree);
+        QCOMPARE(QAccessible::queryAccessibleInterface(&lPlaylist())->role(), QAccessible::List);
+    }
+
+    void followsRebuilds()
+    {
+        show();
+        m_bench->home.write(QStringLiteral("other/x.jpg"), "x");
+        m_list->setPath(in("other"));
+        QCOMPARE(ftv().selectedFolder(), in("other"));
+        QCOMPARE(lPlaylist().model()->rowCount(), 5); // until the rebuild
+        m_list->finishRebuild();
+        QCOMPARE(lPlaylist().model()->rowCount(), 1);
+        QCOMPARE(info(), QStringLiteral("1 Images"));
+        m_list->SetPattern(QStringLiteral("*.bmp"));
+        m_list->finishRebuild();
+        QCOMPARE(info(), QStringLiteral("0 Images"));
+        QVERIFY(selected().isEmpty());
+    }
+
+    void theCountIsSetAfterTheListHasChanged()
+    {
+        list();
+        QString during;
+        connect(m_list.get(), &FolderList::ListChanged, this, [&] { during = info(); });
+        show();
+        m_bench->home.write(QStringLiteral("pics/f.jpg"), "x");
+        m_list->RefreshPlaylist();
+        m_list->finishRebuild();
+        QCOMPARE(during, QStringLiteral("5 Images"));
+        QCOMPARE(info(), QStringLiteral("6 Images"));
+    }
+
+    void theCurrentEntryIsSelectedAndInSight()
+    {
+        for (int i = 0; i < 500; ++i)
+            m_bench->home.write(QStringLiteral("many/%1.jpg").arg(i, 3, 10, QLatin1Char('0')), "x");
+        show();
+        m_list->setPath(in("many"));
+        m_list->finishRebuild();
+        for (const int row : {499, 0, 250, 251}) {
+            m_list->SetListIndex(row);
+            QVERIFY2(isInSight(row), qPrintable(QString::number(row)));
+            QCOMPARE(selected(), QList<int>{row});
+            QCOMPARE(lPlaylist().currentIndex().row(), row);
+            QCOMPARE(m_list->GetSelectedFiles(), m_list->ListFile(row) + u';');
+        }
+        m_list->SetListIndex(-1);
+        QVERIFY(selected().isEmpty());
+        QVERIFY(!lPlaylist().currentIndex().isValid());
+    }
+
+    void aClickPicks()
+    {
+        show();
+        click(1);
+        QCOMPARE(m_opened->count(), 1);
+        QCOMPARE(m_opened->at(0).at(0).toString(), in("pics/b.jpg"));
+        QCOMPARE(m_list->ListIndex(), 1);
+        QCOMPARE(m_list->GetSelectedFiles(), in("pics/b.jpg;"));
+    }
+
+    void aClickOnTheImageOnShowOpensNothing()
+    {
+        show();
+        m_bench->window.current = in("pics/b.jpg");
+        click(1);
+        QCOMPARE(m_opened->count(), 0);
+        QCOMPARE(m_list->ListIndex(), 1);
+        m_bench->window.current = in("pics/c.jpg"); // another one has come: the same entry opens again
+        click(1);
+        QCOMPARE(m_opened->count(), 1);
+    }
+
+    void aClickBesideTheEntriesPicksNothing()
+    {
+        show();
+        click(1);
+        QTest::mouseClick(lPlaylist().viewport(), Qt::LeftButton, {},
+                          QPoint(20, lPlaylist().viewport()->height() - 3));
+        QCOMPARE(m_opened->count(), 1);
+        QVERIFY(selected().isEmpty());
+        QCOMPARE(m_list->GetSelectedFiles(), QString());
+    }
+
+    void severalAreSelectedByMouse()
+    {
+        show();
+        click(0);
+        click(2, Qt::ControlModifier);
+        QCOMPARE(selected(), QList<int>({0, 2}));
+        QCOMPARE(m_list->GetSelectedFiles(), in("pics/a.jpg;") + in("pics/c.jpg;"));
+        QCOMPARE(m_list->ListIndex(), 2); // and it is opened, as by any click
+        QCOMPARE(m_opened->count(), 2);
+        click(4, Qt::ShiftModifier);
+        QCOMPARE(selected(), QList<int>({0, 2, 3, 4})); // from there on, beside what stood
+        click(1);
+        QCOMPARE(selected(), QList<int>{1});
+    }
+
+    void keysPick_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("opened");
+        QTest::addColumn<QList<int>>("rows");
+        const auto row = [](const char* name, int key, Qt::KeyboardModifiers held, int current, int opened,
+                            const QList<int>& rows) {
+            QTest::newRow(name) << key << int(held) << current << opened << rows;
+        };
+        row("Home", Qt::Key_Home, {}, 0, 1, {0});
+        row("End", Qt::Key_End, {}, 4, 1, {4});
+        row("Shift+Down", Qt::Key_Down, Qt::ShiftModifier, 3, 1, {2, 3});
+        row("Shift+Home", Qt::Key_Home, Qt::ShiftModifier, 0, 1, {0, 1, 2});
+        row("Ctrl+Down only goes", Qt::Key_Down, Qt::ControlModifier, 2, 0, {2});
+        row("Ctrl+A", Qt::Key_A, Qt::ControlModifier, 2, 0, {0, 1, 2, 3, 4});
+        row("Return", Qt::Key_Return, {}, 2, 1, {2});
+        row("Space", Qt::Key_Space, {}, 2, 1, {2});
+        row("the plain arrow is the window's", Qt::Key_Down, {}, 2, 0, {2});
+        row("a digit is the window's", Qt::Key_5, {}, 2, 0, {2});
+    }
+
+    void keysPick()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(QList<int>, rows);
+        show();
+        m_list->SetListIndex(2);
+        m_opened->clear();
+        QTest::keyClick(&lPlaylist(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QTEST(m_list->ListIndex(), "row");
+        QTEST(int(m_opened->count()), "opened");
+        QCOMPARE(selected(), rows);
+        QCOMPARE(m_list->GetSelectedFiles().count(u';'), rows.size());
+    }
+
+    void ctrlArrowAndSpaceSelectApart()
+    {
+        show();
+        m_list->SetListIndex(0);
+        QTest::keyClick(&lPlaylist(), Qt::Key_Down, Qt::ControlModifier);
+        QTest::keyClick(&lPlaylist(), Qt::Key_Down, Qt::ControlModifier);
+        QTest::keyClick(&lPlaylist(), Qt::Key_Space, Qt::ControlModifier);
+        QCOMPARE(selected(), QList<int>({0, 2}));
+        QCOMPARE(m_list->ListIndex(), 2);
+    }
+
+    void aPressTakesTheStarsOutOfTheText_data()
+    {
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::newRow("left") << Qt::LeftButton;
+        QTest::newRow("right") << Qt::RightButton;
+        QTest::newRow("middle") << Qt::MiddleButton;
+    }
+
+    void aPressTakesTheStarsOutOfTheText()
+    {
+        QFETCH(Qt::MouseButton, button);
+        m_bench->home.write(QStringLiteral("pics/a * b.jpg"), "x");
+        show();
+        QCOMPARE(shown(0), QStringLiteral("1. a * b (JPG)"));
+        QTest::mousePress(lPlaylist().viewport(), button, {}, place(0));
+        QCOMPARE(shown(0), QStringLiteral("1. a - b (JPG)"));
+        QCOMPARE(m_list->List(0), QStringLiteral("1. a - b (JPG)"));
+        QTest::mouseRelease(lPlaylist().viewport(), button, {}, place(0));
+        QCOMPARE(m_opened->count(), button == Qt::LeftButton ? 1 : 0);
+        if (button == Qt::LeftButton)
+            QCOMPARE(m_opened->at(0).at(0).toString(), in("pics/a * b.jpg"));
+    }
+
+    void theRightButtonWantsTheMenu()
+    {
+        show();
+        m_list->SetListIndex(0);
+        m_opened->clear();
+        QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
+        QTest::mousePress(lPlaylist().viewport(), Qt::RightButton, {}, place(3));
+        QCOMPARE(wanted.count(), 0);
+        QTest::mouseRelease(lPlaylist().viewport(), Qt::RightButton, {}, place(3));
+        QCOMPARE(wanted.count(), 1);
+        QCOMPARE(wanted.at(0).at(0).toPoint(), lPlaylist().viewport()->mapToGlobal(place(3)));
+        QCOMPARE(selected(), QList<int>{3});
+        QCOMPARE(m_list->ListIndex(), 0); // the image on show stays
+        QCOMPARE(m_opened->count(), 0);
+        click(0);
+        click(2, Qt::ShiftModifier);
+        click(1, {}, Qt::RightButton);
+        QCOMPARE(selected(), QList<int>({0, 1, 2})); // one of several keeps them
+    }
+
+    void keysWantTheMenuToo()
+    {
+        show();
+        m_list->SetListIndex(1);
+        QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
+        QTest::keyClick(&lPlaylist(), Qt::Key_F10, Qt::ShiftModifier);
+        QCOMPARE(wanted.count(), 1);
+        QCOMPARE(wanted.at(0).at(0).toPoint(), lPlaylist().viewport()->mapToGlobal(place(1)));
+        QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(lPlaylist().viewport(), &key);
+        QCOMPARE(wanted.count(), 2);
+        QContextMenuEvent mouse(QContextMenuEvent::Mouse, {}, {});
+        QCoreApplication::sendEvent(lPlaylist().viewport(), &mouse);
+        QCOMPARE(wanted.count(), 2); // the release has told it
+        m_panel->RunTool(QStringLiteral("ShowContextMenu"));
+        QCOMPARE(wanted.count(), 3);
+        m_panel->RunTool(QStringLiteral("nonesuch"));
+        QCOMPARE(wanted.count(), 3);
+    }
+
+    void theUsersFolderIsListed()
+    {
+        m_bench->home.write(QStringLiteral("pics/sub/x.jpg"), "x");
+        app::save(app::setting::BrowserRoot, in("pics"));
+        show();
+        QCOMPARE(ftv().root(), in("pics"));
+        const auto sub = [this] { return ftv().model()->index(0, 0, ftv().model()->index(0, 0)); };
+        QTRY_VERIFY(sub().isValid());
+        QTRY_VERIFY(ftv().visualRect(sub()).isValid());
+        QTest::mouseClick(ftv().viewport(), Qt::LeftButton, {}, ftv().visualRect(sub()).center());
+        QCOMPARE(m_list->path(), in("pics/sub"));
+        QVERIFY(!m_list->IsReady());
+        QTRY_COMPARE(m_list->ListCount(), 1);
+        QTest::keyClick(&ftv(), Qt::Key_Up);
+        QCOMPARE(m_list->path(), in("pics"));
+    }
+
+    void aFolderThatHasGoneIsNotTaken()
+    {
+        show();
+        QVERIFY(ftv().showsSelected());
+        // The tree tells of a folder that vanished a moment ago.
+        Q_EMIT ftv().folderSelected(in("gone"));
+        QCOMPARE(m_list->path(), in("pics"));
+        QCoreApplication::processEvents();
+        QCOMPARE(ftv().selectedFolder(), in("pics"));
+    }
+
+    void theRootIsSelected_data()
+    {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("root");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("a folder above") << ""
+                                        << ""
+                                        << "pics";
+        QTest::newRow("the folder itself") << "pics"
+                                           << "pics"
+                                           << "pics";
+        QTest::newRow("another folder") << "other"
+                                        << "other"
+                                        << "other";
+        QTest::newRow("a folder that is none") << "nowhere"
+                                               << "Desktop"
+                                               << "pics";
+        QTest::newRow("cancelled") << "cancel"
+                                   << "Desktop"
+                                   << "pics";
+    }
+
+    void theRootIsSelected()
+    {
+        QFETCH(QString, answer);
+        QFETCH(QString, root);
+        QFETCH(QString, path);
+        QVERIFY(QDir().mkpath(in("other")));
+        app::save(app::setting::BrowserRoot, in("pics"));
+        show();
+        const auto full = [this](const QString& name) { return QDir::cleanPath(m_bench->home.path(name)); };
+        QStringList asked;
+        const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser& browser) {
+            asked << browser.title << browser.start;
+            return answer == QLatin1String("cancel") ? QString() : full(answer);
+        });
+        QTest::mouseClick(&cmdDir(), Qt::LeftButton);
+        QCOMPARE(asked, QStringList({QStringLiteral("Select Root Directory"), in("pics")}));
+        const QString expected = root == QLatin1String("Desktop") ? root : full(root);
+        QCOMPARE(ftv().root(), expected);
+        QCOMPARE(app::read(app::setting::BrowserRoot), expected);
+        QCOMPARE(m_list->path(), full(path));
+        QVERIFY(ftv().showsSelected());
+        QCOMPARE(m_list->IsReady(), path == QLatin1String("pics"));
+    }
+
+    void theButtonWorksByKey()
+    {
+        show();
+        int asked = 0;
+        const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser&) {
+            ++asked;
+            return QString();
+        });
+        QTest::keyClick(&cmdDir(), Qt::Key_Space);
+        QCOMPARE(asked, 1);
+        m_panel->RunTool(QStringLiteral("SelectDirectory"));
+        QCOMPARE(asked, 2);
+    }
+
+    void aStoredRootThatHasGoneIsKeptInTheStore()
+    {
+        app::save(app::setting::BrowserRoot, in("gone"));
+        show();
+        QCOMPARE(ftv().root(), QStringLiteral("Desktop"));
+        QCOMPARE(app::read(app::setting::BrowserRoot), in("gone"));
+    }
+
+    void endingDuringTheBrowserCostsNothing()
+    {
+        show();
+        const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser&) {
+            m_panel.reset();
+            return in("pics");
+        });
+        m_panel->RunTool(QStringLiteral("selectdirectory"));
+        QVERIFY(!m_panel);
+        QCOMPARE(app::read(app::setting::BrowserRoot), QStringLiteral("Desktop"));
+    }
+
+    void tabLeadsThroughTheParts()
+    {
+        show();
+        m_panel->activateWindow();
+        QTRY_VERIFY(m_panel->isActiveWindow());
+        ftv().setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(ftv().hasFocus());
+        QCOMPARE(m_list->path(), in("pics"));
+        QTest::keyClick(&ftv(), Qt::Key_Tab);
+        QVERIFY(cmdDir().hasFocus());
+        QTest::keyClick(&cmdDir(), Qt::Key_Tab);
+        QVERIFY(lPlaylist().hasFocus());
+        QTest::keyClick(&lPlaylist(), Qt::Key_Backtab);
+        QVERIFY(cmdDir().hasFocus());
+    }
+
+    void partsHaveTheirPlaces()
+    {
+        show();
+        const QWidget* const pFilelist = cmdDir().parentWidget();
+        const auto* const label = m_panel->findChild<QLabel*>(QStringLiteral("lPlaylistInfo"));
+        for (const QSize size : {QSize(240, 640), QSize(900, 200), QSize(90, 500), QSize(20, 20)}) {
+            m_panel->resize(size);
+            QCOMPARE(ftv().x(), 1); // 20 twips
+            QVERIFY(ftv().y() >= 290 / 15);
+            QVERIFY(ftv().geometry().right() < std::max(size.width(), 2));
+            QVERIFY(pFilelist->y() >= ftv().y() + ftv().height() - 1);
+            QVERIFY(lPlaylist().y() >= pFilelist->y() + pFilelist->height() - 1);
+            QVERIFY(label->y() >= lPlaylist().y() + lPlaylist().height() - 1);
+            QVERIFY(cmdDir().width() <= std::max(pFilelist->width(), 1));
+        }
+        m_panel->resize(240, 640);
+        QVERIFY(ftv().height() > lPlaylist().height());
+        QVERIFY(label->geometry().bottom() <= 640);
+    }
+
+    void closingShutsThePanel()
+    {
+        show();
+        QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
+        int asked = 0;
+        const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser&) {
+            ++asked;
+            return QString();
+        });
+        m_panel->CloseDown();
+        QVERIFY(ftv().isHidden());
+        QVERIFY(!ftv().isEnabled());
+        QTest::mouseClick(&cmdDir(), Qt::LeftButton);
+        click(1, {}, Qt::RightButton);
+        QCOMPARE(asked, 0);
+        QCOMPARE(wanted.count(), 0);
+    }
+
+    void hostileNamesAreShownOnOneLine()
+    {
+        const QString longest = QString(251, u'l') + QStringLiteral(".jpg");
+        for (const QString& name : {QStringLiteral("0\nx.jpg"), QStringLiteral("1<b>.jpg"), longest})
+            m_bench->home.write(QStringLiteral("pics/") + name, "x");
+        show();
+        QCOMPARE(shown(0), QStringLiteral("1. 0 x (JPG)"));
+        QCOMPARE(m_list->List(0), QStringLiteral("1. 0\nx (JPG)"));
+        QCOMPARE(lPlaylist().visualRect(lPlaylist().model()->index(0, 0)).height(),
+                 lPlaylist().visualRect(lPlaylist().model()->index(7, 0)).height());
+        QVERIFY(lPlaylist()
+                    .model()
+                    ->index(1, 0)
+                    .data(Qt::ToolTipRole)
+                    .toString()
+                    .contains(QStringLiteral("1&lt;b&gt;.jpg")));
+        QVERIFY(shown(7).size() > 251);
+        click(0);
+        QCOMPARE(m_opened->at(0).at(0).toString(), in("pics/0\nx.jpg"));
+    }
+};
+
+QTEST_MAIN(TestPlaylist)
+#include "tst_playlist.moc"
