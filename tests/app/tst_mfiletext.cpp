@@ -81,6 +81,9 @@ class TestMFileText : public QObject
         QLocale::setDefault(QLocale(QLocale::German));
         QCOMPARE(FormatSize(1234567890, 2, true), QStringLiteral("1,177.38 MB"));
         QCOMPARE(FormatSize(1536, 1, false), QStringLiteral("1.5 KB"));
+        QCOMPARE(GroupDigits(1234567), QStringLiteral("1,234,567"));
+        QCOMPARE(GroupDigits(-1000), QStringLiteral("-1,000"));
+        QCOMPARE(GroupDigits(0), QStringLiteral("0"));
     }
 
     void fileSizes()
