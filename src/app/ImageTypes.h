@@ -14,4 +14,8 @@ inline constexpr char ImageExtensionList[] = "*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.t
 /// extension stands in every list.
 bool extensionStandsIn(const QString& extension, const QString& list);
 
+/// The rows of the dialog that opens images, "caption|patterns" each, all joined by "|": all types in the
+/// first, then one row a format.
+QString imageFilters();
+
 } // namespace quorvia::app

@@ -4,10 +4,14 @@
 
 namespace quorvia::collections {
 
+QString displayName(const QString& path)
+{
+    return QStringLiteral("%1 (%2)").arg(app::GetBaseName(path, false), app::GetExtension(path).toUpper());
+}
+
 QString entryText(int number, const QString& path)
 {
-    return QStringLiteral("%1. %2 (%3)")
-        .arg(QString::number(number), app::GetBaseName(path, false), app::GetExtension(path).toUpper());
+    return QStringLiteral("%1. %2").arg(QString::number(number), displayName(path));
 }
 
 QString pressedText(const QString& text)

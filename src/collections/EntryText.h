@@ -5,7 +5,10 @@
 
 namespace quorvia::collections {
 
-/// The display text of an entry: its 1-based number, ". ", the name and " (EXTENSION)".
+/// The display name of a file: its name without folder and extension, and " (EXTENSION)".
+QString displayName(const QString& path);
+
+/// The display text of an entry: its 1-based number, ". " and the display name.
 QString entryText(int number, const QString& path);
 
 /// What a mouse press makes of an entry's text: its first four " * " become " - ".

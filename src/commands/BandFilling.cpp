@@ -1,10 +1,5 @@
 #include "commands/BandFilling.h"
 
-#include <QSet>
-
-#include <algorithm>
-#include <array>
-
 namespace quorvia::commands {
 
 namespace {
@@ -55,7 +50,7 @@ void fillBand(ToolModel& model, const ToolBand& band, const BandContents& conten
     else if (band.name() == filesBand)
         fillFiles(model, contents.files());
     else if (band.name() == delayBand)
-        fillDelay(model, contents.interval());
+        fillDelay(model, contents.delay());
 }
 
 void fillRecent(ToolModel& model, const QStringList& directories,
@@ -96,32 +91,19 @@ void fillFiles(ToolModel& model, const QList<ListedFile>& files)
     }
 }
 
-void fillDelay(ToolModel& model, int interval)
+void fillDelay(ToolModel& model, const QString& delay)
 {
-    constexpr double second = 1000.0;
-    constexpr int digits = 15; // as many as it takes: no exponent, and no zeros at the end
-    const QString text = QString::number(interval / second, 'g', digits);
     const QString name = QStringLiteral("tTime");
     if (Tool* const tool = model.tool(name))
-        tool->set(&ToolValues::text, text);
+        tool->set(&ToolValues::text, delay);
     const ToolBand* const band = model.band(delayBand);
     if (Tool* const shown = band ? band->tool(name) : nullptr)
-        shown->set(&ToolValues::text, text);
+        shown->set(&ToolValues::text, delay);
 }
 
 bool isCustomizeBand(const QString& band)
 {
     return band == QLatin1String("SysCustomize");
-}
-
-bool pausesSlideshow(const QString& band)
-{
-    static const QSet<QString> names{QStringLiteral("NewImage"), QStringLiteral("bOpen"), filesBand,
-                                     QStringLiteral("bFilmStrip")};
-    constexpr std::array parts = {"mnuOnline", "SlideShow", "Wallpaper"};
-    return names.contains(band) || std::any_of(parts.begin(), parts.end(), [&band](const char* part) {
-               return band.contains(QLatin1String(part));
-           });
 }
 
 } // namespace quorvia::commands

@@ -25,7 +25,7 @@ struct BandContents
     std::function<QStringList()> recentDirectories;
     std::function<bool(const QString& directory)> directoryExists;
     std::function<QList<ListedFile>()> files;
-    std::function<int()> interval; ///< of the slideshow's timer, milliseconds
+    std::function<QString()> delay; ///< of the slideshow, as its tool says it
 };
 
 /// Fills `band` when it is one of those; to be called before it shows.
@@ -38,12 +38,10 @@ void fillRecent(platform::ToolModel& model, const QStringList& directories,
 /// Fills `bFiles`: the files as tools `FileX1` and on, the path of each in its tag. "(none)" when there is
 /// none.
 void fillFiles(platform::ToolModel& model, const QList<ListedFile>& files);
-/// Sets the text of `tTime` to `interval`, milliseconds, in seconds.
-void fillDelay(platform::ToolModel& model, int interval);
+/// Sets the text of `tTime` to `delay`.
+void fillDelay(platform::ToolModel& model, const QString& delay);
 
 /// True for the control's own customise menu, which is cancelled and in whose place the context menu opens.
 bool isCustomizeBand(const QString& band);
-/// True for a band that pauses the slideshow while it is open.
-bool pausesSlideshow(const QString& band);
 
 } // namespace quorvia::commands

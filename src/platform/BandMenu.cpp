@@ -219,14 +219,14 @@ void BandMenu::showTool(const ToolValues& values, QAction* row)
     row->setVisible(values.visible);
     if (row->isSeparator())
         return;
-    row->setText(values.caption);
+    row->setText(markedCaption(values));
     row->setEnabled(values.enabled);
     if (values.kind == ToolKind::Combo)
         return;
     row->setIcon(platform::icon(values.pictures[0], values.pictures[2]));
     row->setCheckable(values.checked); // no empty box at the others
     row->setChecked(values.checked);
-    row->setProperty(tipMark, tipOf(values) == plainCaption(values.caption) ? QString() : tipOf(values));
+    row->setProperty(tipMark, tipOf(values) == plainCaption(values) ? QString() : tipOf(values));
 }
 
 QMenu* BandMenu::subMenuFor(const ToolValues& values)

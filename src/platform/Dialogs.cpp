@@ -36,6 +36,31 @@ class Answerers
 
 using BoxAnswerers = Answerers<MessageBox, BoxAnswer>;
 using BrowserAnswerers = Answerers<FolderBrowser, QString>;
+using ChooserAnswerers = Answerers<FileChooser, QString>;
+
+/// The rows of FileChooser as the toolkit writes them.
+QStringList nameFilters(const QString& filters)
+{
+    QStringList rows;
+    const QStringList fields = filters.split(QLatin1Char('|'));
+    for (qsizetype i = 0; i + 1 < fields.size(); i += 2)
+        rows.append(fields.at(i) + QStringLiteral(" (") +
+                    QString(fields.at(i + 1)).replace(QLatin1Char(';'), QLatin1Char(' ')) + QLatin1Char(')'));
+    return rows;
+}
+
+/// Waits for the choice in `dialog`, takes it and ends the dialog, which may be destroyed meanwhile. Empty when
+/// there was no choice.
+QString chosenIn(QFileDialog* dialog)
+{
+    const QPointer<QFileDialog> watched = dialog;
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (watched.isNull())
+        return {};
+    QString path = accepted ? dialog->selectedFiles().value(0) : QString();
+    delete dialog;
+    return path;
+}
 
 QMessageBox::Icon iconOf(BoxKind kind)
 {
@@ -122,14 +147,22 @@ QString browseForFolder(QWidget* owner, const FolderBrowser& browser)
 {
     if (const auto answer = BrowserAnswerers::newest())
         return answer(browser);
-    const QPointer<QFileDialog> dialog = new QFileDialog(owner, browser.title, browser.start);
+    auto* const dialog = new QFileDialog(owner, browser.title, browser.start);
     dialog->setObjectName(QStringLiteral("FolderBrowser"));
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
-    const bool chosen = dialog->exec() == QDialog::Accepted && dialog;
-    QString folder = chosen ? dialog->selectedFiles().value(0) : QString();
-    delete dialog.data();
-    return folder;
+    return chosenIn(dialog);
+}
+
+QString chooseFile(QWidget* owner, const FileChooser& chooser)
+{
+    if (const auto answer = ChooserAnswerers::newest())
+        return answer(chooser);
+    auto* const dialog = new QFileDialog(owner, chooser.title, chooser.start);
+    dialog->setObjectName(QStringLiteral("FileChooser"));
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setNameFilters(nameFilters(chooser.filters));
+    return chosenIn(dialog);
 }
 
 MessageBoxAnswerer::MessageBoxAnswerer(std::function<BoxAnswer(const MessageBox&)> answer)
@@ -150,6 +183,16 @@ FolderBrowserAnswerer::FolderBrowserAnswerer(std::function<QString(const FolderB
 FolderBrowserAnswerer::~FolderBrowserAnswerer()
 {
     BrowserAnswerers::remove(this);
+}
+
+FileChooserAnswerer::FileChooserAnswerer(std::function<QString(const FileChooser&)> answer)
+{
+    ChooserAnswerers::add(this, std::move(answer));
+}
+
+FileChooserAnswerer::~FileChooserAnswerer()
+{
+    ChooserAnswerers::remove(this);
 }
 
 } // namespace quorvia::platform

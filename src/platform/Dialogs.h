@@ -47,6 +47,28 @@ struct FolderBrowser
 /// empty when none was.
 QString browseForFolder(QWidget* owner, const FolderBrowser& browser);
 
+/// A dialog in which a file is chosen that is to be opened.
+struct FileChooser
+{
+    QString title = {};
+    QString filters = {}; ///< rows "caption|patterns", the patterns apart by ";", all joined by "|"
+    QString start = {};   ///< as in FolderBrowser
+};
+
+/// Shows `chooser` modally over `owner` (may be null) and waits. The path of the file that was chosen; empty
+/// when none was.
+QString chooseFile(QWidget* owner, const FileChooser& chooser);
+
+/// Takes the place of the screen for file choosers while it lives; for tests. The newest one is asked.
+class FileChooserAnswerer
+{
+  public:
+    explicit FileChooserAnswerer(std::function<QString(const FileChooser&)> answer);
+    ~FileChooserAnswerer();
+    FileChooserAnswerer(const FileChooserAnswerer&) = delete;
+    FileChooserAnswerer& operator=(const FileChooserAnswerer&) = delete;
+};
+
 /// Takes the place of the screen for folder browsers while it lives; for tests. The newest one is asked.
 class FolderBrowserAnswerer
 {

@@ -56,7 +56,7 @@ ToolButton::ToolButton(QWidget* parent) : QToolButton(parent)
 
 void ToolButton::showTool(const ToolValues& values, Opens opens)
 {
-    const QString caption = plainCaption(values.caption);
+    const QString caption = plainCaption(values);
     bool repaints = take(m_caption, caption);
     repaints |= take(m_drawing, isIcon(values.pictures[0]) ? values.pictures[0] : QString());
     repaints |= take(m_disabledDrawing, isIcon(values.pictures[2]) ? values.pictures[2] : m_drawing);

@@ -48,7 +48,7 @@ void ToolCombo::showTool()
     showText(values.text);
     setEnabled(values.enabled);
     setToolTip(tipOf(values));
-    setAccessibleName(plainCaption(values.caption));
+    setAccessibleName(plainCaption(values));
 }
 
 void ToolCombo::showText(const QString& text)
@@ -64,20 +64,24 @@ void ToolCombo::showText(const QString& text)
 
 void ToolCombo::reportEdit(const QString& text)
 {
-    if (!m_tool)
+    Tool* const tool = m_tool.data();
+    if (!tool)
         return;
-    m_tool->set(&ToolValues::text, text);
-    if (m_model && m_tool)
-        Q_EMIT m_model->TextChange(m_tool);
+    tool->set(&ToolValues::text, text);
+    ToolModel* const model = m_model.data();
+    if (model && m_tool)
+        Q_EMIT model->TextChange(tool);
 }
 
 void ToolCombo::reportEnd(const QString& text)
 {
-    if (!m_tool)
+    Tool* const tool = m_tool.data();
+    if (!tool)
         return;
-    m_tool->set(&ToolValues::text, text);
-    if (m_model && m_tool)
-        Q_EMIT m_model->SelectionChange(m_tool);
+    tool->set(&ToolValues::text, text);
+    ToolModel* const model = m_model.data();
+    if (model && m_tool)
+        Q_EMIT model->SelectionChange(tool);
 }
 
 bool ToolCombo::eventFilter(QObject* watched, QEvent* event)

@@ -41,6 +41,9 @@ class ToolControl : public QWidget
     /// Takes the width that was set, or `pixels` when that is less.
     void fitInto(int pixels);
 
+    /// True once there is a band with tools to show.
+    bool hasTools() const { return !m_items.empty(); }
+
     /// Looks for the band to show, makes its buttons and gives the band the size in which all of them stand.
     /// To be called once the bands are built; what changes on that band later is followed.
     void recalculateLayout();

@@ -71,10 +71,21 @@ QString plainCaption(const QString& caption)
     return plain;
 }
 
+QString plainCaption(const ToolValues& values)
+{
+    return values.literalCaption ? values.caption : plainCaption(values.caption);
+}
+
+QString markedCaption(const ToolValues& values)
+{
+    QString caption = values.caption;
+    return values.literalCaption ? caption.replace(QLatin1Char('&'), QLatin1String("&&")) : caption;
+}
+
 QString tipOf(const ToolValues& values)
 {
     const bool ownTip = !values.toolTip.isEmpty() && values.toolTip != values.caption;
-    const QString text = ownTip ? values.toolTip : plainCaption(values.caption);
+    const QString text = ownTip ? values.toolTip : plainCaption(values);
     return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }
 

@@ -34,6 +34,10 @@ ToolLook toolLook(const QPalette& palette);
 
 /// A caption without the marks of mnemonics: "&Save" reads "Save", "&&" reads "&".
 QString plainCaption(const QString& caption);
+/// The caption of a tool without such marks; one that is meant literally has none.
+QString plainCaption(const ToolValues& values);
+/// The caption of a tool as a menu takes it, where "&" marks a mnemonic.
+QString markedCaption(const ToolValues& values);
 
 /// What a button's tool tip says: the tool's own tip, or its caption; as plain text, whatever it spells.
 QString tipOf(const ToolValues& values);

@@ -72,8 +72,8 @@ void ToolBand::clear()
 
 void ToolBand::release(Entry& entry)
 {
-    if (entry.original)
-        entry.original->m_followers.removeOne(entry.copy.get());
+    if (Tool* const original = entry.original.data())
+        original->m_followers.removeOne(entry.copy.get());
 }
 
 ToolModel::ToolModel() = default;

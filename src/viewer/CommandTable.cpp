@@ -1,9 +1,15 @@
 #include "viewer/CommandTable.h"
 
+#include "app/ImageTypes.h"
+#include "app/Log.h"
 #include "app/mFile.h"
+#include "app/Product.h"
+#include "app/Resources.h"
 #include "app/Settings.h"
 #include "collections/Navigation.h"
 #include "controls/gnTab.h"
+#include "platform/Dialogs.h"
+#include "platform/MenuControl.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
 
@@ -46,6 +52,7 @@ void miRefresh(frmImageView& window)
     if (const QString current = window.currentFile(); app::FileExists(current))
         window.OpenX(current);
     window.list()->RefreshPlaylist();
+    window.UpdateToolbar();
 }
 
 void miRecentClear(frmImageView& window)
@@ -59,7 +66,79 @@ void miCloseImage(frmImageView& window)
 {
     window.ix1()->SetFileName(QString());
     window.UpdateStatus();
+    window.UpdateToolbar();
     window.viewport()->layout();
+}
+
+void flipFit(frmImageView& window)
+{
+    window.viewport()->flipFit();
+    window.UpdateToolbar();
+}
+
+/// For a glance over the shoulder: nothing of the pictures shows, not even in the caption.
+void miQuickHide(frmImageView& window)
+{
+    Panes* const panes = window.panes();
+    panes->showView(!panes->isViewShown());
+    if (!panes->isViewShown()) {
+        if (panes->bPlay()->visible())
+            window.RunTool(QStringLiteral("miFileList"));
+        window.setWindowTitle(QStringLiteral("Unknown"));
+        return;
+    }
+    window.setWindowTitle(app::GetAppDisplayName());
+    window.UpdateStatus();
+    window.UpdateToolbar();
+    window.layoutPanes();
+}
+
+void miFileList(frmImageView& window)
+{
+    window.panes()->toggleFileList();
+    window.UpdateToolbar();
+}
+
+void miOpen(frmImageView& window)
+{
+    const QString path = platform::chooseFile(
+        &window, {QObject::tr("Open Image"), app::imageFilters(), window.list()->path()});
+    if (!app::FileExists(path))
+        return;
+    window.OpenX(path);
+    window.list()->setPath(app::SplitPathName(path, 1));
+}
+
+void shellRun(const QString& path, const char* verb)
+{
+    constexpr int showDefault = 10;
+    QString failure;
+    if (!app::ShellRun(path, showDefault, QString(), QString(), QLatin1String(verb), failure))
+        app::WriteLog(QStringLiteral("Not run: %1: %2").arg(path, failure));
+}
+
+void miEdit(frmImageView& window)
+{
+    if (const QString current = window.currentFile(); app::FileExists(current))
+        shellRun(current, "edit");
+}
+
+void openHelp(frmImageView& window, const char* page)
+{
+    const QString path = app::resourcePath(QLatin1String(page));
+    if (app::FileExists(path))
+        shellRun(path, "open");
+    else
+        platform::showMessage(&window,
+                              {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(),
+                               QStringLiteral("Help file could not be found… Please re-install the "
+                                              "application to fix this error.")});
+}
+
+void miCustomizeToolbar(frmImageView& window)
+{
+    platform::showMessage(&window, {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(),
+                                    QStringLiteral("Feature not complete")});
 }
 
 void zoomBy(frmImageView& window, double (*next)(double))
@@ -69,9 +148,16 @@ void zoomBy(frmImageView& window, double (*next)(double))
     window.viewport()->zoomTo(next(window.ix1()->ZoomFactor()));
 }
 
+void miZoomOut(frmImageView& window)
+{
+    zoomBy(window, zoomedOut);
+    window.UpdateToolbar();
+}
+
 void miHideInterface(frmImageView& window)
 {
     window.panes()->setInterfaceFlag(!window.panes()->interfaceFlag());
+    window.updateViewMarks();
 }
 
 void showTab(frmImageView& window, const char* key)
@@ -92,10 +178,12 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miNext", [w] { miNext(*w); }},
         {"miRandom", [w] { miRandom(*w); }},
         {"miCloseImage", [w] { miCloseImage(*w); }},
-        {"miBestFit", [w] { w->viewport()->flipFit(); }},
-        {"miActualSize", [w] { w->viewport()->flipFit(); }},
-        {"miFileList", [w] { w->panes()->toggleFileList(); }},
+        {"miBestFit", [w] { flipFit(*w); }},
+        {"miActualSize", [w] { flipFit(*w); }},
+        {"miFileList", [w] { miFileList(*w); }},
         {"miFilelistMenu", [w] { w->RunTool(QStringLiteral("miFileList")); }},
+        {"FileListUpdated", [w] { w->UpdateToolbar(); }},
+        {"miQuickHide", [w] { miQuickHide(*w); }},
         {"miHideInterface", [w] { miHideInterface(*w); }},
         {"miInterfaceTabs", [w] { w->RunTool(QStringLiteral("miHideInterface")); }},
         {"miViewNormal", [w] { showTab(*w, "Image"); }},
@@ -103,9 +191,20 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miInformation", [w] { w->RunTool(QStringLiteral("miViewInformation")); }},
         {"miViewFilmstrip", [w] { showTab(*w, "Filmstrip"); }},
         {"miZoomIn", [w] { zoomBy(*w, zoomedIn); }},
-        {"miZoomOut", [w] { zoomBy(*w, zoomedOut); }},
+        {"miZoomOut", [w] { miZoomOut(*w); }},
+        {"miOpen", [w] { miOpen(*w); }},
+        {"tOpenx", [w] { w->RunTool(QStringLiteral("miOpen")); }},
+        {"miOpenMenu", [w] { w->RunTool(QStringLiteral("miOpen")); }},
+        {"miEdit", [w] { miEdit(*w); }},
         {"miRefresh", [w] { miRefresh(*w); }},
         {"miRecentClear", [w] { miRecentClear(*w); }},
+        {"miSlideShow", [w] { w->slideshow()->toggle(); }},
+        {"tSldAdvance", [w] { w->slideshow()->choose(app::SlideMode::Advance); }},
+        {"tSldReverse", [w] { w->slideshow()->choose(app::SlideMode::Reverse); }},
+        {"tSldRandom", [w] { w->slideshow()->choose(app::SlideMode::Random); }},
+        {"miCustomizeToolbar", [w] { miCustomizeToolbar(*w); }},
+        {"miHelp", [w] { openHelp(*w, "help/qo_faq_help.htm"); }},
+        {"miHelpShortcuts", [w] { openHelp(*w, "help/qo_shortcut.htm"); }},
         {"miHide", [w] { w->hide(); }},
         {"miShow", [w] { w->show(); }},
         {"miExit", [w] { w->closeAll(); }},

@@ -12,6 +12,7 @@
 #include "app/WindowPlacement.h"
 #include "controls/gnTab.h"
 #include "controls/ScrollBar.h"
+#include "output/StartTools.h"
 #include "platform/MenuControl.h"
 #include "system/Publishing.h"
 #include "viewer/BandSettings.h"
@@ -150,8 +151,15 @@ void runLine(frmImageView& window)
             return;
         window.RunTool(command);
     }
-    if (!line.holdsSwitch() && app::read(app::setting::cView) == 1)
-        window.RunTool(QStringLiteral("miActualSize"));
+    const QStringList tools = output::startTools({.lineHoldsSwitch = line.holdsSwitch(),
+                                                  .imageOpen = !window.currentFile().isEmpty(),
+                                                  .cView = app::read(app::setting::cView),
+                                                  .cSlide = app::read(app::setting::cSlide),
+                                                  .cFull = app::read(app::setting::cFull)});
+    for (const QString& tool : tools) {
+        if (!window.isUnloaded())
+            window.RunTool(tool);
+    }
 }
 
 } // namespace
@@ -187,8 +195,9 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     log("End: TabLoading and Name");
 
     log("Start: frmImageViewPlaylist_Load");
-    window.list()->restoreSelectedPath();
-    window.list()->SetPattern(QLatin1String(app::ImageExtensionList));
+    window.panes()->bPlay()->setClient(window.playlist());
+    window.playlist()->startUp();
+    window.playlist()->SetPattern(QLatin1String(app::ImageExtensionList));
     log("End: frmImageViewPlaylist_Load");
     restoreTabs(window);
 
@@ -200,8 +209,10 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     window.layoutPanes();
     window.ix1()->show();
     window.opening()->setRecent(recentFromText(app::read(app::setting::Recent)));
+    window.slideshow()->readSettings();
     window.setLoading(false);
     log("Finish: Form_Load: frmImageView");
+    window.buildInterfaceSoon();
     return true;
 }
 

@@ -65,6 +65,7 @@ void Opening::OpenX(const QString& path)
     Q_EMIT ImageFileChanged();
     app::letPendingEventsRunButInput(); // a held key must not open the next image before this one is seen
     ix1->SetPaintEnabled(true);
+    m_parts.updateToolbar();
 }
 
 void Opening::openMissing(const QString& path)
@@ -80,6 +81,7 @@ void Opening::openMissing(const QString& path)
         m_parts.ix1->SetFileName(QString());
         m_parts.viewport->layout();
     }
+    m_parts.updateToolbar();
 }
 
 /// An open from the list leaves these tabs in place; any other gives way to the picture.

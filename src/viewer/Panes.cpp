@@ -8,10 +8,12 @@
 #include "controls/gnTab.h"
 #include "controls/uLink.h"
 #include "platform/MenuControl.h"
+#include "platform/ToolControl.h"
 #include "viewer/DragHandle.h"
 
 #include <QEvent>
 #include <QFrame>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
@@ -68,8 +70,8 @@ void placeAt(QWidget* pane, const QRect& twips)
 
 Panes::Panes(QWidget* window, Sinks sinks)
     : QObject(window), m_window(window), m_sinks(std::move(sinks)), m_pMain(makePane(window, "pMain")),
-      m_ab1(makePane(m_pMain, "ab1")), m_iButton(new QToolButton(m_pMain)), m_Line1(new QFrame(m_pMain)),
-      m_aP(new platform::MenuControl(m_pMain)), m_pTop(makePane(m_aP, "pTop")),
+      m_ab1(new platform::ToolControl(m_pMain)), m_iButton(new QToolButton(m_pMain)),
+      m_Line1(new QFrame(m_pMain)), m_aP(new platform::MenuControl(m_pMain)), m_pTop(makePane(m_aP, "pTop")),
       m_pFilebar(makePane(m_pTop, "pFilebar")), m_uLink(new controls::uLink(openLink, m_pTop)),
       m_gTab(new controls::gnTab(m_pTop)), m_pContain(makePane(m_pTop, "pContain")),
       m_pWelcome(makePane(m_pContain, "pWelcome")), m_pInformation(makePane(m_pTop, "pInformation")),
@@ -80,6 +82,8 @@ Panes::Panes(QWidget* window, Sinks sinks)
 {
     static_cast<QFrame*>(m_Line1)->setFrameStyle(QFrame::HLine | QFrame::Sunken);
     m_Line1->setObjectName(QStringLiteral("Line1"));
+    m_ab1->setObjectName(QStringLiteral("ab1"));
+    m_ab1->setAutoFillBackground(true);
     m_ab1->hide();
     m_iButton->setObjectName(QStringLiteral("iButton"));
     m_iButton->setIcon(m_window->style()->standardIcon(QStyle::SP_TitleBarNormalButton));
@@ -120,12 +124,14 @@ Panes::Panes(QWidget* window, Sinks sinks)
         connect(band, &platform::Band::areaChanged, this, &Panes::placeTop);
     }
     m_pTop->installEventFilter(this);
+    for (QWidget* pane : {m_pContain, m_pWelcome, m_pMain, static_cast<QWidget*>(m_aP)})
+        pane->installEventFilter(this);
 }
 
 void Panes::colourChrome(const QColor& color)
 {
-    for (QWidget* pane : {m_ab1, m_pTop, m_pFilebar, m_pFilmStrip, m_pInformation,
-                          static_cast<QWidget*>(m_pSize), static_cast<QWidget*>(m_pMove)})
+    for (QWidget* pane : {m_pMain, static_cast<QWidget*>(m_ab1), m_pTop, m_pFilebar, m_pFilmStrip,
+                          m_pInformation, static_cast<QWidget*>(m_pSize), static_cast<QWidget*>(m_pMove)})
         app::setPaneColor(pane, color);
     const auto number = quint32(app::toColorNumber(color));
     const auto white = quint32(app::toColorNumber(Qt::white));
@@ -173,6 +179,7 @@ void Panes::placeMain()
         placeButton();
         return;
     }
+    m_ab1->fitInto(m_pMain->width());
     const MainPanes panes = layoutMain(app::inTwips(m_pMain->size()), app::inTwips(m_ab1->size()));
     m_ab1->move(app::toPixels(panes.toolbar.x()), app::toPixels(panes.toolbar.y()));
     m_Line1->setGeometry(0, app::toPixels(panes.rule), m_pMain->width(), 1);
@@ -196,7 +203,14 @@ bool Panes::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_pTop && event->type() == QEvent::Resize)
         placeTop();
-    return false;
+    if (watched == m_pTop || event->type() != QEvent::MouseButtonRelease)
+        return false;
+    const auto& release = static_cast<const QMouseEvent&>(*event);
+    const bool counts = watched != m_pMain || release.modifiers() == Qt::NoModifier;
+    if (release.button() != Qt::RightButton || !counts)
+        return false;
+    m_sinks.openMenu();
+    return true;
 }
 
 TopState Panes::topState() const
@@ -335,6 +349,24 @@ void Panes::placeFileListHandle()
     const int left = area == platform::dockingArea::left ? view.left() - width : view.right() + 1;
     m_pMove->setGeometry(left, view.top(), width, view.height());
     m_pMove->raise();
+}
+
+void Panes::showWelcome(bool show)
+{
+    m_pWelcome->setGeometry(m_pContain->rect());
+    m_pWelcome->setVisible(show);
+    m_pWelcome->raise();
+}
+
+bool Panes::isViewShown() const
+{
+    return !m_pTop->isHidden();
+}
+
+void Panes::showView(bool show)
+{
+    m_pTop->setVisible(show);
+    m_ab1->setVisible(show && m_ab1->hasTools());
 }
 
 void Panes::toggleFileList()

@@ -21,6 +21,7 @@ class uLink;
 namespace quorvia::platform {
 class Band;
 class MenuControl;
+class ToolControl;
 } // namespace quorvia::platform
 
 namespace quorvia::viewer {
@@ -38,14 +39,15 @@ class Panes : public QObject
         std::function<void(bool visible, int delay)> setUpdate; ///< the repaint guard
         std::function<void(const QString& key)> tabShown;       ///< after the panes of a tab are shown
         std::function<void(const QString& name)> runTool;
-        std::function<void()> laidOut; ///< the viewport has its place
+        std::function<void()> openMenu; ///< the context menu, at the mouse
+        std::function<void()> laidOut;  ///< the viewport has its place
     };
 
     /// Builds the tree in `window`.
     Panes(QWidget* window, Sinks sinks);
 
     QWidget* pMain() const { return m_pMain; }
-    QWidget* ab1() const { return m_ab1; }
+    platform::ToolControl* ab1() const { return m_ab1; }
     QWidget* pTop() const { return m_pTop; }
     QWidget* pContain() const { return m_pContain; }
     QWidget* pWelcome() const { return m_pWelcome; }
@@ -75,6 +77,12 @@ class Panes : public QObject
     int filmStripHeight() const { return m_filmStripHeight; }
     void setFilmStripHeight(int twips);
 
+    /// Shows the panel of a window without a picture, or takes it away.
+    void showWelcome(bool show);
+    /// True while the view and what lies around it shows.
+    bool isViewShown() const;
+    /// Hides all but an empty window, or brings it back.
+    void showView(bool show);
     /// Shows or hides the band of the file list, and the handle beside it.
     void toggleFileList();
 
@@ -95,7 +103,7 @@ class Panes : public QObject
     QWidget* m_window;
     Sinks m_sinks;
     QWidget* m_pMain;
-    QWidget* m_ab1;
+    platform::ToolControl* m_ab1;
     QAbstractButton* m_iButton; ///< shows while the interface flag is clear and the toolbar leaves room
     QWidget* m_Line1;
     platform::MenuControl* m_aP;

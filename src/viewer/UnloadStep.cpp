@@ -65,9 +65,10 @@ void saveViewport(const QWidget& pContain)
 
 void runUnloadStep(frmImageView& window)
 {
-    window.list()->CloseDown();
+    const platform::BandState band = window.panes()->bPlay()->state(); // before its window is closed
+    window.playlist()->CloseDown();
     closeOtherWindows(window);
-    storeBand(window.panes()->bPlay()->state());
+    storeBand(band);
 
     app::save(app::setting::ToggleInterface, window.panes()->interfaceFlag() ? 1 : 0);
     if (!window.isMinimized())

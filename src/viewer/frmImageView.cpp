@@ -3,12 +3,12 @@
 #include "app/Colors.h"
 #include "app/KeyCodes.h"
 #include "app/mFile.h"
-#include "app/mWindowsAPI.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
-#include "platform/Dialogs.h"
+#include "platform/MenuControl.h"
+#include "platform/ToolControl.h"
 #include "viewer/CommandTable.h"
 #include "viewer/PageNavigator.h"
 #include "viewer/ReadAheadPlan.h"
@@ -24,7 +24,6 @@
 #include <QWindow>
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace quorvia::viewer {
 
@@ -40,25 +39,31 @@ constexpr QColor viewportColor(48, 48, 48);
 frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
     : m_commandLine(std::move(commandLine)),
       m_panes(new Panes(this, {.setUpdate = [this](bool visible, int delay) { SetUpdate(visible, delay); },
-                               .tabShown = [](const QString&) {},
+                               .tabShown = [this](const QString&) { showTab(); },
                                .runTool = [this](const QString& name) { RunTool(name); },
+                               .openMenu = [this] { OpenMenuX(false); },
                                .laidOut = [this] { layoutView(); }})),
       m_ix1(new engine::ImageEngine(loader, pContain())), m_viewport(new Viewport(pContain(), m_ix1, this)),
-      m_gestures(new ViewportGestures(
-          m_viewport, {.runTool = [this](const QString& name) { RunTool(name); }, .openMenu = [] {}}, this)),
+      m_gestures(new ViewportGestures(m_viewport,
+                                      {.runTool = [this](const QString& name) { RunTool(name); },
+                                       .openMenu = [this] { OpenMenuX(false); }},
+                                      this)),
       m_imageTab(new ImageTab(m_panes->gTab(), m_ix1)),
-      m_list(new collections::FolderList([this] { return currentFile(); }, this)),
+      m_playlist(new collections::frmImageViewPlaylist(*this)),
+      m_slideshow(new output::Slideshow(slideshowSinks(), this)),
+      m_interface(new InterfaceTools(interfaceParts())),
       m_opening(new Opening({.owner = this,
                              .ix1 = m_ix1,
                              .viewport = m_viewport,
-                             .list = m_list,
+                             .list = list(),
                              .pTiff = [this] { return makeNavigator(); },
                              .gTab = m_panes->gTab(),
                              .runTool = [this](const QString& name) { RunTool(name); },
                              .updateStatus = [this] { UpdateStatus(); },
+                             .updateToolbar = [this] { UpdateToolbar(); },
                              .commandLine = m_commandLine.line},
                             this)),
-      m_keyboard(new commands::Keyboard(&m_shortcuts, keyboardSinks(), this))
+      m_keyboard(new commands::Keyboard(&m_interface->shortcuts(), keyboardSinks(), this))
 {
     setObjectName(QStringLiteral("frmImageView"));
     setAccessibleName(app::productTitle());
@@ -70,15 +75,10 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();
 
-    new ReadAheadPlan(std::move(loader), m_ix1, m_list, m_viewport, this);
+    new ReadAheadPlan(std::move(loader), m_ix1, list(), m_viewport, this);
 
-    commands::fillShortcuts(m_shortcuts, commands::fixedShortcuts());
     const std::vector<commands::Tool> table = commandTable(*this);
-    m_dispatcher = std::make_unique<commands::ToolDispatcher>(table, [this](const QString& text) {
-        platform::showMessage(
-            this, {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(), text});
-    });
-    connect(m_list, &collections::FolderList::OpenFile, this, &frmImageView::OpenX);
+    m_dispatcher = std::make_unique<commands::ToolDispatcher>(table, prefixTools());
 
     m_tUpdate.setObjectName(QStringLiteral("tUpdate"));
     m_tUpdate.setParent(this);
@@ -94,31 +94,39 @@ void frmImageView::RunTool(const QString& name)
     m_dispatcher->RunTool(name);
 }
 
-commands::KeyboardSinks frmImageView::keyboardSinks()
-{
-    return {.owner = this,
-            .runTool = [this](const QString& name) { RunTool(name); },
-            .isDescriptionUnsaved = [] { return false; },
-            .minimise =
-                [this] {
-                    hide();
-                    setWindowState(windowState() | Qt::WindowMinimized);
-                    show();
-                },
-            .fitWindowToImage = [this] { FitWindowToImage(); },
-            .interfaceVersions = [] { return app::versionText(app::productVersion(), QStringLiteral(".")); },
-            .endProcess =
-                [] {
-                    app::closeSettings();
-                    std::_Exit(EXIT_SUCCESS);
-                }};
-}
-
 void frmImageView::SetUpdate(bool visible, int delay)
 {
     m_ix1->setVisible(visible);
     if (!visible && delay >= 1)
         m_tUpdate.start(delay);
+}
+
+void frmImageView::UpdateToolbar()
+{
+    const commands::CommandFacts now = facts();
+    m_panes->showWelcome(commands::showsWelcome(now));
+    m_interface->apply(now);
+    m_playlist->SetUpdateInterval(commands::listUpdateInterval(now.listShown));
+    m_panes->aP()->recalcLayout();
+}
+
+void frmImageView::buildInterfaceSoon()
+{
+    constexpr int delay = 100; // milliseconds
+    QTimer::singleShot(delay, this, [this] { OpenMenuX(true); });
+}
+
+void frmImageView::showTab()
+{
+    if (!m_interface) // the panes are built first
+        return;
+    UpdateToolbar();
+    updateViewMarks();
+}
+
+void frmImageView::OpenDirX(const QString& directory)
+{
+    m_opening->OpenDirX(directory, app::read(app::setting::cLoad));
 }
 
 void frmImageView::closeAll()
@@ -223,7 +231,7 @@ void frmImageView::dropEvent(QDropEvent* event)
     event->acceptProposedAction();
     const QString path = local->toLocalFile();
     if (app::FolderExists(path))
-        m_opening->OpenDirX(path, app::read(app::setting::cLoad));
+        OpenDirX(path);
     else
         OpenX(path);
 }

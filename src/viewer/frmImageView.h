@@ -3,12 +3,14 @@
 
 #include "app/CommandLine.h"
 #include "app/MainWindow.h"
-#include "collections/FolderList.h"
+#include "collections/frmImageViewPlaylist.h"
+#include "commands/CommandState.h"
 #include "commands/Keyboard.h"
-#include "commands/ShortcutTable.h"
 #include "commands/ToolDispatcher.h"
 #include "engine/ImageEngine.h"
+#include "output/Slideshow.h"
 #include "viewer/ImageTab.h"
+#include "viewer/InterfaceTools.h"
 #include "viewer/Opening.h"
 #include "viewer/Panes.h"
 #include "viewer/Viewport.h"
@@ -50,7 +52,10 @@ class frmImageView : public QWidget, public app::MainWindow
     engine::ImageEngine* ix1() const { return m_ix1; }
     Viewport* viewport() const { return m_viewport; }
     Opening* opening() const { return m_opening; }
-    collections::FolderList* list() const { return m_list; }
+    collections::FolderList* list() const { return m_playlist->list(); }
+    collections::frmImageViewPlaylist* playlist() const { return m_playlist; }
+    output::Slideshow* slideshow() const { return m_slideshow; }
+    InterfaceTools* interfaceTools() const { return m_interface; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
     /// maximised.
     QPoint frameOffset() const { return m_frameOffset; }
@@ -66,6 +71,16 @@ class frmImageView : public QWidget, public app::MainWindow
 
     /// Brings what describes the current image up to date.
     void UpdateStatus() { m_imageTab->update(); }
+    /// Brings tools and panels in line with what there is now. One look at the disk, no image work.
+    void UpdateToolbar();
+    /// Brings the marks of the views in line.
+    void updateViewMarks() { m_interface->applyViewMarks(facts()); }
+    /// Builds menu and toolbar when the window has come to rest.
+    void buildInterfaceSoon();
+    /// See MenuBuild.
+    void OpenMenuX(bool rebuild) { m_interface->OpenMenuX(rebuild); }
+    /// Shows `directory` in the list, and its first image when that is wanted.
+    void OpenDirX(const QString& directory);
     /// Places the panes inside the window.
     void layoutPanes();
     /// Makes the window as large as the picture at 100% wants it; its place stays.
@@ -83,6 +98,11 @@ class frmImageView : public QWidget, public app::MainWindow
   private:
     commands::KeyboardSinks keyboardSinks();
     PageNavigator* makeNavigator();
+    commands::CommandFacts facts() const;
+    commands::PrefixTools prefixTools();
+    InterfaceTools::Parts interfaceParts();
+    output::SlideshowSinks slideshowSinks();
+    void showTab();
     void layoutView();
     void noteFrame();
 
@@ -93,9 +113,10 @@ class frmImageView : public QWidget, public app::MainWindow
     Viewport* m_viewport = nullptr;
     ViewportGestures* m_gestures;
     ImageTab* m_imageTab;
-    collections::FolderList* m_list;
+    collections::frmImageViewPlaylist* m_playlist;
+    output::Slideshow* m_slideshow;
+    InterfaceTools* m_interface = nullptr;
     Opening* m_opening;
-    commands::ShortcutTable m_shortcuts;
     commands::Keyboard* m_keyboard;
     std::unique_ptr<commands::ToolDispatcher> m_dispatcher;
     QTimer m_tUpdate;

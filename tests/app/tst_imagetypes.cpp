@@ -42,6 +42,23 @@ class TestImageTypes : public QObject
         QTEST(extensionStandsIn(extension, QString::fromLatin1(ImageExtensionList)), "stands");
     }
 
+    void eachTypeHasItsRow()
+    {
+        const QStringList fields = imageFilters().split(QLatin1Char('|'));
+        QCOMPARE(fields.size() % 2, 0);
+        QCOMPARE(fields.at(0), QStringLiteral("All Supported Image Types"));
+        QCOMPARE(fields.at(1), QLatin1String(ImageExtensionList));
+        QStringList patterns;
+        for (qsizetype i = 3; i < fields.size(); i += 2) {
+            QVERIFY(!fields.at(i - 1).isEmpty());
+            patterns += fields.at(i).split(QLatin1Char(';'));
+        }
+        QStringList all = fields.at(1).split(QLatin1Char(';'));
+        patterns.sort();
+        all.sort();
+        QCOMPARE(patterns, all);
+    }
+
     void otherLists()
     {
         QVERIFY(extensionStandsIn("QOL", "*.qol"));

@@ -8,6 +8,7 @@ from harness import BLUE, GREEN, Journey, RED, SCREEN, wait_until
 CHROME = (0, 121, 191)
 TWIPS = 15  # to a pixel
 STRIP = 51  # pixels of file bar and tab strip above the viewport
+TOOLBAR = 41  # pixels of the toolbar and the rule above it
 TABS = (45, 135, 215)  # where the tabs stand in their strip
 
 
@@ -25,7 +26,9 @@ class Viewport(Journey):
         self.focus(window)
         self.move(window, 100, 80)
         self.resize(window, 900, 600)
-        return program, window, self.geometry(window)
+        left, top, width, height = self.geometry(window)
+        wait_until(lambda: self.pixel(left + width // 2, top + height - 4) == CHROME, "the toolbar")
+        return program, window, (left, top, width, height - TOOLBAR)
 
     def drag(self, begin, end, held=None, let_go=True):
         """Drags the left button in steps, with the key `held` down."""

@@ -96,6 +96,18 @@ class TestToolLook : public QObject
         QTEST(plainCaption(caption), "plain");
     }
 
+    void literalCaptions()
+    {
+        ToolValues values;
+        values.caption = QStringLiteral("Salt & &Pepper");
+        QCOMPARE(plainCaption(values), QStringLiteral("Salt  Pepper"));
+        QCOMPARE(markedCaption(values), values.caption);
+        values.literalCaption = true;
+        QCOMPARE(plainCaption(values), values.caption);
+        QCOMPARE(markedCaption(values), QStringLiteral("Salt && &&Pepper"));
+        QCOMPARE(tipOf(values), values.caption);
+    }
+
     void tips()
     {
         ToolValues values;

@@ -59,6 +59,7 @@ class TestBarFocus : public QObject
         m_window->show();
         m_window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_window));
+        QTRY_VERIFY(m_window->list()->IsReady()); // which runs a command of its own
         m_window->RunTool(QStringLiteral("miActualSize"));
         QVERIFY(bar(QStringLiteral("sb1"))->isVisible());
         QVERIFY(bar(QStringLiteral("sb2"))->isVisible());

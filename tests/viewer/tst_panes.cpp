@@ -6,6 +6,7 @@
 #include "controls/gnTab.h"
 #include "controls/uLink.h"
 #include "platform/MenuControl.h"
+#include "platform/ToolControl.h"
 #include "viewer/DragHandle.h"
 #include "viewer/ViewerBench.h"
 
@@ -50,6 +51,12 @@ class TestPanes : public QObject
             y = pane->geometry().bottom() + 1;
         }
         return y == window.pTop()->height() || y == window.pTop()->height() + 1;
+    }
+
+    static void sizeToolbar(const frmImageView& window, QSize pixels)
+    {
+        window.panes()->ab1()->setWidthInTwips(app::toTwips(pixels.width()));
+        window.panes()->ab1()->setHeightInTwips(app::toTwips(pixels.height()));
     }
 
     static viewer::DragHandle* handle(const frmImageView& window, const char* name)
@@ -382,7 +389,7 @@ class TestPanes : public QObject
         auto* iButton = window.findChild<QAbstractButton*>(QStringLiteral("iButton"));
         QVERIFY(iButton->isHidden());
         QWidget* const ab1 = window.panes()->ab1();
-        ab1->resize(300, 40);
+        sizeToolbar(window, {300, 40});
         ab1->show();
         window.layoutPanes();
         QVERIFY(iButton->isHidden());
@@ -393,10 +400,10 @@ class TestPanes : public QObject
         const auto* Line1 = window.findChild<QWidget*>(QStringLiteral("Line1"));
         QCOMPARE(Line1->geometry(), QRect(0, (660 * 15 - 10) / 15, 900, 1));
         QCOMPARE(window.panes()->aP()->geometry().height(), (660 * 15 - 10 - 10 + 14) / 15);
-        ab1->resize(880, 40);
+        sizeToolbar(window, {880, 40});
         window.layoutPanes();
         QVERIFY(iButton->isHidden()); // for want of room
-        ab1->resize(300, 40);
+        sizeToolbar(window, {300, 40});
         window.layoutPanes();
         iButton->click();
         QVERIFY(window.panes()->interfaceFlag());
@@ -435,7 +442,7 @@ class TestPanes : public QObject
         m_bench->picture(QStringLiteral("large.png"), Qt::red, QSize(600, 300));
         frmImageView& window = m_bench->load({m_bench->in("large.png")});
         QWidget* const ab1 = window.panes()->ab1();
-        ab1->resize(300, 40);
+        sizeToolbar(window, {300, 40});
         ab1->show();
         window.RunTool(QStringLiteral("miZoomIn")); // which does not count
         window.showMaximized();

@@ -1,0 +1,105 @@
+// What the rooms ask of the main window, each in its own words.
+#include "app/mFile.h"
+#include "app/mWindowsAPI.h"
+#include "app/Product.h"
+#include "app/Settings.h"
+#include "collections/EntryText.h"
+#include "controls/gnTab.h"
+#include "platform/Dialogs.h"
+#include "platform/MenuControl.h"
+#include "platform/ToolControl.h"
+#include "viewer/frmImageView.h"
+
+#include <cstdlib>
+
+namespace quorvia::viewer {
+
+namespace {
+
+/// The entries of `list` as the menu of them shows them.
+QList<commands::ListedFile> listedFiles(const collections::FolderList& list)
+{
+    QList<commands::ListedFile> files;
+    for (int i = 0; i < list.ListCount(); ++i)
+        files.append({collections::displayName(list.ListFile(i)), list.ListFile(i)});
+    return files;
+}
+
+} // namespace
+
+commands::CommandFacts frmImageView::facts() const
+{
+    commands::CommandFacts facts;
+    facts.selectedTab = m_panes->gTab()->SelectedTabKey();
+    facts.hasImage = commands::hasImage(app::FileExists(currentFile()), facts.selectedTab);
+    facts.bestFit = m_viewport->FitToWindow();
+    facts.interfaceHidden = m_panes->interfaceFlag();
+    facts.slideRunning = m_slideshow->isRunning();
+    facts.listNonEmpty = list()->ListCount() > 0;
+    facts.listShown = m_panes->bPlay()->visible();
+    facts.rows = app::read(app::setting::FilmStripRows);
+    facts.slidemode = m_slideshow->slidemode();
+    return facts;
+}
+
+commands::KeyboardSinks frmImageView::keyboardSinks()
+{
+    return {.owner = this,
+            .runTool = [this](const QString& name) { RunTool(name); },
+            .isDescriptionUnsaved = [] { return false; },
+            .minimise =
+                [this] {
+                    hide();
+                    setWindowState(windowState() | Qt::WindowMinimized);
+                    show();
+                },
+            .fitWindowToImage = [this] { FitWindowToImage(); },
+            .interfaceVersions = [] { return platform::ToolControl::version(); },
+            .endProcess =
+                [] {
+                    app::closeSettings();
+                    std::_Exit(EXIT_SUCCESS);
+                }};
+}
+
+commands::PrefixTools frmImageView::prefixTools()
+{
+    return {.openRecent = [this](const QString& name) { OpenDirX(m_interface->recentDirectory(name)); },
+            .openListed = [this](const QString& name) { OpenX(m_interface->listedFile(name)); },
+            .message =
+                [this](const QString& text) {
+                    platform::showMessage(this, {platform::BoxKind::Plain, platform::BoxButtons::Ok,
+                                                 app::productTitle(), text});
+                }};
+}
+
+InterfaceTools::Parts frmImageView::interfaceParts()
+{
+    return {.ab1 = m_panes->ab1(),
+            .slideshow = m_slideshow,
+            .contents = {.recentDirectories = [this] { return m_opening->recent(); },
+                         .directoryExists = &app::FolderExists,
+                         .files = [this] { return listedFiles(*list()); },
+                         .delay = [this] { return m_slideshow->delayText(); }},
+            .runTool = [this](const QString& name) { RunTool(name); },
+            .updateToolbar =
+                [this] {
+                    UpdateToolbar();
+                    updateViewMarks();
+                },
+            .placePanes = [this] { layoutPanes(); }};
+}
+
+output::SlideshowSinks frmImageView::slideshowSinks()
+{
+    return {.runTool = [this](const QString& name) { RunTool(name); },
+            .updateToolbar = [this] { UpdateToolbar(); },
+            .caption = [this] { return windowTitle(); },
+            .setCaption = [this](const QString& caption) { setWindowTitle(caption); },
+            .isFullVisible = [] { return false; },
+            .closeFull = [] {},
+            .hideMain = [this] { hide(); },
+            .closeMain = [this] { close(); }};
+}
+
+} // namespace quorvia::viewer
