@@ -260,11 +260,26 @@ BandMenu* BandMenu::rootMenu()
     return above ? above->rootMenu() : this;
 }
 
+void BandMenu::retire()
+{
+    m_retired = true;
+    if (m_eventDepth == 0)
+        deleteLater();
+}
+
 bool BandMenu::event(QEvent* event)
 {
-    if (event->type() != QEvent::ToolTip)
-        return QMenu::event(event);
-    const auto* const help = static_cast<QHelpEvent*>(event);
+    const QPointer<BandMenu> root(rootMenu());
+    ++root->m_eventDepth;
+    const bool taken = event->type() == QEvent::ToolTip ? showTip(static_cast<QHelpEvent*>(event))
+                                                        : QMenu::event(event);
+    if (root && --root->m_eventDepth == 0 && root->m_retired)
+        root->deleteLater();
+    return taken;
+}
+
+bool BandMenu::showTip(const QHelpEvent* help)
+{
     const QAction* const row = actionAt(help->pos());
     const QString tip = row ? row->property(tipMark).toString() : QString();
     QToolTip::showText(help->globalPos(), tip, this,

@@ -10,6 +10,8 @@
 
 #include <limits>
 
+class QHelpEvent;
+
 namespace quorvia::platform {
 
 class MenuCombo;
@@ -37,6 +39,10 @@ class BandMenu : public QMenu
     /// the windows only after that: the toolkit needs them until then.
     void closeSafely();
 
+    /// Ends a root menu that has closed: soon, but never while one of its windows handles an event. What a
+    /// chosen row runs may let events be handled, among them the end of the menu that it was chosen in.
+    void retire();
+
     void setVisible(bool visible) override;
 
   protected:
@@ -48,6 +54,7 @@ class BandMenu : public QMenu
   private:
     enum class State { Closed, Cancelled, Open, Part };
 
+    bool showTip(const QHelpEvent* help);
     void openAsSubMenu();
     void closeBand();
     void followBand();
@@ -73,6 +80,8 @@ class BandMenu : public QMenu
     bool m_group = false; ///< a part of the band that the menu above shows
     bool m_refillQueued = false;
     bool m_openingBelow = false;
+    bool m_retired = false;
+    int m_eventDepth = 0; ///< of the root menu: events that it and its sub-menus are handling
     QRect m_anchor;
     QPointer<QAction> m_pressed;
 };

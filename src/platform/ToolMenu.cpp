@@ -99,7 +99,7 @@ void ToolMenu::show(BandMenu* menu, QPoint at)
     connect(menu, &QMenu::aboutToHide, this, [this, menu] {
         if (m_menu == menu)
             m_menu.clear();
-        menu->deleteLater(); // not at once: the chosen row is still to be told of
+        menu->retire(); // not at once: the chosen row is still to be told of
         Q_EMIT closed();
     });
     menu->popup(at);

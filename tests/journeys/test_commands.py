@@ -4,9 +4,8 @@ import os
 import time
 import unittest
 
-from harness import Journey, wait_until
+from harness import BLUE, GREEN, Journey, RED, wait_until
 
-RED, GREEN, BLUE = (255, 0, 0), (0, 128, 0), (0, 0, 255)
 STEP = 0.15  # seconds between keys, more than the debounces take
 
 
@@ -15,7 +14,7 @@ class CommandsTest(Journey):
     def setUp(self):
         super().setUp()
         self.files = [self.picture(name, colour) for name, colour in
-                      (("a.png", "red"), ("b.png", "green"), ("c.png", "blue"))]
+                      (("a.png", "red"), ("b.png", "lime"), ("c.png", "blue"))]
 
     def open(self, *arguments):
         process = self.start(*arguments)
@@ -45,21 +44,28 @@ class CommandsTest(Journey):
         left, top, width, height = self.geometry(window)
         wait_until(lambda: self.pixel(left + width // 2, top + height - 4) == (0, 121, 191), "the toolbar")
 
-    def test_keys_walk_and_wrap(self):
-        process, window = self.open(self.pictures)
-        self.built(window)
-        for key, colour in (("Right", GREEN), ("Down", BLUE), ("Right", RED), ("Left", BLUE), ("bracketleft", GREEN)):
-            self.press(key)
+    def test_the_list_is_sorted_without_regard_to_case(self):
+        folder = self.home / "sorted"
+        folder.mkdir()
+        for name, colour in (("Beach.gif", "lime"), ("apple.png", "red"), ("cat.bmp", "blue"), ("Zoo.png", "white")):
+            self.make("convert", "-size", "320x240", "xc:" + colour, folder / name)
+        process, window = self.open(folder)
+        for colour in (RED, GREEN, BLUE, (255, 255, 255), RED):
             self.shows(window, colour)
+            self.press("Right")
         self.send(process)
         self.ended(process)
 
-    def test_vanished_files_are_skipped_forward_only(self):
+    def test_random_shows_every_picture_in_the_end(self):
         process, window = self.open(self.pictures)
-        self.built(window)
-        os.remove(self.files[1])
-        self.press("Right")
-        self.shows(window, BLUE)
+        seen = set()
+
+        def all_seen():
+            self.press("r")
+            seen.add(self.pixel(*self.centre(window)))
+            return seen >= {RED, GREEN, BLUE}
+        wait_until(all_seen, "each of the three pictures")
+        self.assertEqual(seen, {RED, GREEN, BLUE})
         self.send(process)
         self.ended(process)
 
@@ -85,6 +91,40 @@ class CommandsTest(Journey):
         wait_until(lambda: not self.windows(".*Slideshow Paused"), "the end of the pause")
         self.shows(window, BLUE)
         self.press("p")  # and stops it
+        self.send(process)
+        self.ended(process)
+
+    def test_the_menu_starts_and_stops_the_slideshow(self):
+        process, window = self.open(self.pictures)
+        self.built(window)
+        self.menu(window, "d", "Down", "Down", "Return")  # Slide Show Settings, Reverse
+        self.shows(window, BLUE)
+        self.shows(window, GREEN)
+        self.assertEqual(self.setting("slidemode"), "reverse")
+        self.menu(window, "l")  # Slide Show
+        wait_until(lambda: self.top_windows() == 1, "the end of the menu")
+        opened = self.setting("ImageOpenCount")
+        time.sleep(2.5)  # longer than a slide: nothing may happen
+        self.assertEqual(self.setting("ImageOpenCount"), opened)
+        self.send(process)
+        self.ended(process)
+
+    def test_the_delay_is_typed_into_the_menu(self):
+        process, window = self.open(self.pictures)
+        self.built(window)
+        for typed, kept in (("3", 3000), ("61", 60000), ("1.5", 1500), ("0", 1000)):
+            self.menu(window, "d", "Up", "Right")  # the last row, Delay Settings
+            self.output("xdotool", "key", "ctrl+a", "type", typed)
+            self.key("Return")
+            wait_until(lambda kept=kept: self.setting("Interval") == kept, "the delay of " + typed)
+            wait_until(lambda: self.top_windows() == 1, "the end of the menu")
+        self.send(process)
+        self.ended(process)
+
+    def test_the_program_starts_hidden(self):
+        process = self.start(self.files[0], "/miHide")
+        wait_until(lambda: not self.windows(), "the window to go")
+        self.assertIsNone(process.poll())
         self.send(process)
         self.ended(process)
 

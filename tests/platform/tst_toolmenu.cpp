@@ -118,6 +118,7 @@ class TestToolMenu : public QObject
     void changesWhileOpen();
     void bandsTakenApartWhileOpen();
     void clickThatTakesTheBandApart();
+    void clickThatLetsEventsRun();
     void besideABox();
     void restOfAToolbar();
     void groupSizes_data();
@@ -455,6 +456,28 @@ void TestToolMenu::clickThatTakesTheBandApart()
     QCOMPARE(bench.record.take(), text("open menu; close menu; click miDrop"));
     bench.popUp("menu");
     QCOMPARE(captions(bench.menus.menu()), QStringList(text("(none)")));
+}
+
+void TestToolMenu::clickThatLetsEventsRun()
+{
+    Bench bench;
+    bench.open();
+    const QPointer<BandMenu> menu(bench.popUp("menu"));
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Down);
+    QTest::keyClick(menu, Qt::Key_Right);
+    const QPointer<QMenu> sub(Bench::subMenu(menu, "miParent"));
+    QTRY_VERIFY(sub->isVisible());
+    bool lived = false;
+    connect(&bench.model, &ToolModel::ToolClick, &bench, [&] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+        lived = menu && sub;
+    });
+    QTest::keyClick(sub, Qt::Key_Down);
+    QTest::keyClick(sub, Qt::Key_Return);
+    QVERIFY(lived);
+    QTRY_VERIFY(!menu);
 }
 
 void TestToolMenu::besideABox()
