@@ -1,5 +1,7 @@
 #include "app/Colors.h"
 
+#include "platform/Contrast.h"
+
 #include <QPalette>
 #include <QWidget>
 
@@ -77,6 +79,9 @@ void setPaneColor(QWidget* pane, const QColor& color)
 {
     QPalette palette = pane->palette();
     palette.setColor(QPalette::Window, color);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
+        palette.setColor(group, QPalette::WindowText,
+                         platform::inkOn(color, palette.color(group, QPalette::WindowText)));
     pane->setPalette(palette);
 }
 

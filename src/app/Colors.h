@@ -19,6 +19,7 @@ QColor fromColorNumber(int number);
 QColor propertyColor(quint32 number, const QPalette& palette);
 
 QColor paneColor(const QWidget* pane);
+/// Gives a pane its back colour, and a text colour that can be read on it.
 void setPaneColor(QWidget* pane, const QColor& color);
 
 } // namespace quorvia::app

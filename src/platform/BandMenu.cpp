@@ -271,8 +271,8 @@ bool BandMenu::event(QEvent* event)
 {
     const QPointer<BandMenu> root(rootMenu());
     ++root->m_eventDepth;
-    const bool taken = event->type() == QEvent::ToolTip ? showTip(static_cast<QHelpEvent*>(event))
-                                                        : QMenu::event(event);
+    const bool taken =
+        event->type() == QEvent::ToolTip ? showTip(static_cast<QHelpEvent*>(event)) : QMenu::event(event);
     if (root && --root->m_eventDepth == 0 && root->m_retired)
         root->deleteLater();
     return taken;

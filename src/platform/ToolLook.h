@@ -12,9 +12,6 @@ namespace quorvia::platform {
 
 struct ToolValues;
 
-/// The contrast of two opaque colours as WCAG 2 defines it: 1 for the same, 21 for black and white.
-double contrast(const QColor& one, const QColor& other);
-
 /// Faces and lines are veils of the ink, to be painted over the ground.
 struct ToolLook
 {

@@ -2,6 +2,7 @@
 
 #include <QPalette>
 #include <QTest>
+#include <QWidget>
 
 using namespace quorvia::app;
 
@@ -50,6 +51,20 @@ class TestColors : public QObject
         palette.setColor(QPalette::Base, QColor(7, 8, 9));
         palette.setColor(QPalette::Mid, QColor(10, 11, 12));
         QTEST(propertyColor(number, palette), "color");
+    }
+
+    void panesHaveATextThatCanBeRead()
+    {
+        QWidget pane;
+        QWidget label(&pane);
+        const QColor own = pane.palette().color(QPalette::WindowText);
+        setPaneColor(&pane, QColor(0, 121, 191));
+        QCOMPARE(paneColor(&label), QColor(0, 121, 191));
+        QCOMPARE(label.palette().color(QPalette::Active, QPalette::WindowText), QColor(Qt::white));
+        QCOMPARE(label.palette().color(QPalette::Inactive, QPalette::WindowText), QColor(Qt::white));
+        pane.setPalette(QPalette());
+        setPaneColor(&pane, own == QColor(Qt::white) ? Qt::black : Qt::white);
+        QCOMPARE(label.palette().color(QPalette::WindowText), own);
     }
 
     void upperBitsDoNotCount() { QCOMPARE(fromColorNumber(int(0x80ff0001u)), QColor(1, 0, 255)); }

@@ -1,5 +1,6 @@
 // The drawings: that all are there, that each can be seen and told from the others, and that they take the
 // colour that they are asked for.
+#include "platform/Contrast.h"
 #include "platform/Icons.h"
 #include "platform/ToolLook.h"
 

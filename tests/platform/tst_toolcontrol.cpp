@@ -1,5 +1,6 @@
 // The toolbar as a widget: what shows of the tools, what mouse and keys do, what follows the model and how
 // often it paints for that.
+#include "platform/Contrast.h"
 #include "platform/Icons.h"
 #include "platform/ToolBench.h"
 #include "platform/ToolButton.h"

@@ -1,4 +1,5 @@
 // Colours and texts of the toolbar's buttons.
+#include "platform/Contrast.h"
 #include "platform/ToolLook.h"
 #include "platform/ToolModel.h"
 
@@ -33,14 +34,6 @@ class TestToolLook : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void contrasts()
-    {
-        QCOMPARE(contrast(Qt::white, Qt::white), 1.0);
-        QVERIFY(qAbs(contrast(Qt::white, Qt::black) - 21) < 1e-9);
-        QCOMPARE(contrast(Qt::red, chrome), contrast(chrome, Qt::red));
-        QVERIFY(qAbs(contrast(QColor(119, 119, 119), Qt::white) - 4.478) < 0.001); // a known pair
-    }
-
     void inks_data()
     {
         QTest::addColumn<QColor>("ground");

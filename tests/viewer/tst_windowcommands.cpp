@@ -1,0 +1,382 @@
+// The window driven by named commands: which there are, and what those of window, menus and shell do.
+#include "app/Product.h"
+#include "app/Resources.h"
+#include "app/Settings.h"
+#include "controls/gnTab.h"
+#include "platform/MenuControl.h"
+#include "platform/ToolControl.h"
+#include "platform/ToolMenu.h"
+#include "viewer/CommandTable.h"
+#include "viewer/ViewerBench.h"
+
+#include <QFile>
+#include <QMenu>
+#include <QSet>
+#include <QTest>
+
+using namespace quorvia;
+using test::ViewerBench;
+using viewer::frmImageView;
+namespace setting = app::setting;
+
+namespace {
+
+/// The commands that have a handler.
+const QStringList standing = {"miQuickHide",
+                              "miHideInterface",
+                              "miPrevious",
+                              "miLoadFirst",
+                              "miNext",
+                              "miRandom",
+                              "miCloseImage",
+                              "miBestFit",
+                              "miFileList",
+                              "miActualSize",
+                              "miZoomIn",
+                              "miZoomOut",
+                              "miOpen",
+                              "miViewNormal",
+                              "miViewInformation",
+                              "miViewFilmstrip",
+                              "miInterfaceTabs",
+                              "FileListUpdated",
+                              "miEdit",
+                              "miRefresh",
+                              "miRecentClear",
+                              "miInformation",
+                              "miSlideShow",
+                              "tSldReverse",
+                              "tSldAdvance",
+                              "tSldRandom",
+                              "miHide",
+                              "miShow",
+                              "miExit",
+                              "tOpenx",
+                              "miOpenMenu",
+                              "miCustomizeToolbar",
+                              "miFilelistMenu",
+                              "miHelp",
+                              "miHelpShortcuts"};
+
+/// Those that get one with their subject.
+const QStringList toCome = {
+    // the wallpaper, changes of the image and what is done with its file
+    "miWallpaper", "miWallpaperS", "miWallpaperT", "miWallpaperC", "miWallpaperMenu", "miRotateClock",
+    "miRotateCounter", "miSave", "miCopy", "miPaste", "miDelete", "miThumbDelete", "miBevel", "miThumb80x80",
+    "miThumb120x120", "miThumb240x240", "miThumb320x320", "miThumb480x480", "miThumb480x360",
+    "miThumb320x240", "miThumb240x180", "miThumb120x90", "miThumb80x60", "miCustomResize", "miRename",
+    "miEmailImage",
+    // full screen and printing
+    "miFullScreen", "xSlideShow", "miThumbFull", "miPrint",
+    // filmstrip, information and the bar beside the image
+    "miFilm1", "miFilm2", "miFilm3", "miEXIFView",
+    // preferences, web pages, sibling tools, updates, playlists, scanners
+    "miPref", "miAutoUpdate", "miAutoUpdateInstall", "miWebsite", "miLindoraCenter", "miHVXAImageGallery",
+    "miURLcomments", "miURLbugreport", "miURLfeature", "miHVXAWebsite", "miWebMorphane", "miWebTessary",
+    "miWebNomalux", "miRunMorphane", "miRunTessary", "miRunNomalux", "miPlaylistEditor", "miScan"};
+
+} // namespace
+
+class TestWindowCommands : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<ViewerBench> m_bench;
+
+    QString in(const char* name) const { return m_bench->in(name); }
+    static platform::ToolModel& model(frmImageView& window) { return *window.panes()->ab1()->model(); }
+    static platform::ToolValues values(frmImageView& window, const char* tool)
+    {
+        return model(window).tool(QLatin1String(tool))->values();
+    }
+    /// A window with its menus and toolbar.
+    frmImageView& built(const QStringList& arguments = {})
+    {
+        frmImageView& window = m_bench->load(arguments);
+        window.OpenMenuX(true);
+        return window;
+    }
+    static void run(frmImageView& window, const char* command) { window.RunTool(QLatin1String(command)); }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<ViewerBench>();
+        m_bench->threePictures();
+    }
+    void cleanup() { m_bench.reset(); }
+
+    void everyCommandHasOneHandler()
+    {
+        QStringList names;
+        for (const commands::Tool& tool : viewer::commandTable(m_bench->make()))
+            names.append(QLatin1String(tool.name));
+        QStringList sorted = names;
+        sorted.sort();
+        QStringList expected = standing;
+        expected.sort();
+        QCOMPARE(sorted, expected);
+        QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
+        for (const QString& name : toCome)
+            QVERIFY2(!names.contains(name), qPrintable(name + QLatin1String(" has a handler now")));
+        QCOMPARE(QSet<QString>(toCome.begin(), toCome.end()).size(), toCome.size());
+    }
+
+    void theMenusNameOnlyKnownCommands()
+    {
+        frmImageView& window = built();
+        QVERIFY(window.interfaceTools()->isBuilt());
+        for (const char* bandName : {"NewImage", "Toolbar"}) {
+            const platform::ToolBand* band = model(window).band(QLatin1String(bandName));
+            QVERIFY(band && band->toolCount() > 0);
+            for (int index = 0; index < band->toolCount(); ++index) {
+                const QString name = band->toolAt(index)->name();
+                const bool holdsBand = name.startsWith(QLatin1String("miSep")) ||
+                                       !band->toolAt(index)->values().subBand.isEmpty();
+                QVERIFY2(holdsBand || standing.contains(name) || toCome.contains(name), qPrintable(name));
+            }
+        }
+    }
+
+    void quickHide()
+    {
+        frmImageView& window = built({in("pics")});
+        const QString caption = window.windowTitle();
+        QVERIFY(caption.startsWith(app::GetAppDisplayName()));
+        run(window, "miFileList");
+        QVERIFY(window.panes()->bPlay()->visible());
+        run(window, "miQuickHide");
+        QVERIFY(window.pTop()->isHidden());
+        QVERIFY(window.panes()->ab1()->isHidden());
+        QVERIFY(!window.panes()->bPlay()->visible());
+        QCOMPARE(window.windowTitle(), QStringLiteral("Unknown"));
+        run(window, "miQuickHide");
+        QVERIFY(!window.pTop()->isHidden());
+        QVERIFY(!window.panes()->ab1()->isHidden());
+        QVERIFY(!window.panes()->bPlay()->visible()); // the list stays away
+        QCOMPARE(window.windowTitle(), caption);
+        run(window, "miQuickHide"); // a list that does not show is left alone
+        QVERIFY(!window.panes()->bPlay()->visible());
+    }
+
+    void openAsksForAFile()
+    {
+        frmImageView& window = built();
+        platform::FileChooser asked;
+        QString answer = in("pics/b.png");
+        const platform::FileChooserAnswerer chooser([&](const platform::FileChooser& shown) {
+            asked = shown;
+            return answer;
+        });
+        for (const char* command : {"miOpen", "miOpenMenu", "tOpenx"}) {
+            window.ix1()->SetFileName(QString());
+            asked = {};
+            run(window, command);
+            QVERIFY(asked.filters.startsWith(
+                QLatin1String("All Supported Image Types|*.bmp;*.dib;*.gif;*.jpg;*.jpeg;*.tif;*.tiff;*.wmf;"
+                              "*.ico;*.dcx;*.jif;*.ljp;*.pbm;*.pcx;*.pgm;*.pic;*.png;*.ppm;*.rle;*.tga;"
+                              "*.wpg")));
+            QCOMPARE(window.currentFile(), in("pics/b.png"));
+            QCOMPARE(window.list()->path(), in("pics"));
+        }
+        answer =
+            in("pics/none.png"); // neither a file that is not there nor a dialog left by Esc opens anything
+        run(window, "miOpen");
+        answer.clear();
+        run(window, "miOpen");
+        QCOMPARE(window.currentFile(), in("pics/b.png"));
+        QVERIFY(m_bench->boxes.empty());
+    }
+
+    void recentDirectoriesOpen()
+    {
+        frmImageView& window = built({in("pics")});
+        m_bench->picture(QStringLiteral("more/x.png"), Qt::yellow);
+        window.OpenDirX(in("more"));
+        QVERIFY(window.panes()->ab1()->menus()->popUp(QStringLiteral("bRecent"), QPoint(10, 10)));
+        window.panes()->ab1()->menus()->close();
+        QCOMPARE(window.interfaceTools()->recentDirectory(QStringLiteral("tRecent0")), in("more"));
+        QCOMPARE(window.interfaceTools()->recentDirectory(QStringLiteral("tRecent1")), in("pics"));
+        run(window, "tRecent1");
+        QCOMPARE(window.list()->path(), in("pics"));
+        run(window, "tRecent"); // no such tool: nothing is opened
+        QCOMPARE(window.list()->path(), in("pics"));
+    }
+
+    void filesOfTheListOpen()
+    {
+        frmImageView& window = built({in("pics")});
+        QVERIFY(window.panes()->ab1()->menus()->popUp(QStringLiteral("bFiles"), QPoint(10, 10)));
+        QMenu* const menu = window.panes()->ab1()->menus()->menu();
+        QStringList rows;
+        for (const QAction* row : menu->actions())
+            rows.append(row->text());
+        QCOMPARE(rows, (QStringList{"a (PNG)", "b (PNG)", "two words (PNG)"}));
+        menu->actions().at(2)->trigger(); // by the menu, and from there by name
+        QTRY_COMPARE(window.currentFile(), in("pics/two words.png"));
+        run(window, "FileX2");
+        QCOMPARE(window.currentFile(), in("pics/b.png"));
+        run(window, "FileX9");
+        QCOMPARE(window.currentFile(), in("pics/b.png"));
+    }
+
+    void messages()
+    {
+        frmImageView& window = m_bench->load();
+        run(window, "miMsg_Not available");
+        QCOMPARE(m_bench->boxes.size(), std::size_t(1));
+        QCOMPARE(m_bench->boxes[0].text, QStringLiteral("Not available"));
+        run(window, "miCustomizeToolbar");
+        QCOMPARE(m_bench->boxes.back().text, QStringLiteral("Feature not complete"));
+        for (const char* name : {"", "mi", "minext", "miCmd_x", "miNextx"})
+            run(window, name);
+        QCOMPARE(m_bench->boxes.size(), std::size_t(2));
+    }
+
+    void missingHelpIsTold()
+    {
+        frmImageView& window = m_bench->load();
+        for (const auto& [command, page] : {std::pair("miHelp", "help/qo_faq_help.htm"),
+                                            std::pair("miHelpShortcuts", "help/qo_shortcut.htm")}) {
+            m_bench->boxes.clear();
+            if (QFile::exists(app::resourcePath(QLatin1String(page))))
+                continue;
+            run(window, command);
+            QCOMPARE(m_bench->boxes.size(), std::size_t(1));
+            QCOMPARE(m_bench->boxes[0].text,
+                     QStringLiteral("Help file could not be found… Please re-install the application to "
+                                    "fix this error."));
+        }
+    }
+
+    void toolsFollowTheFacts()
+    {
+        frmImageView& window = built();
+        QVERIFY(!values(window, "miZoomIn").enabled);
+        QVERIFY(!values(window, "miNext").enabled);
+        QVERIFY(values(window, "miOpen").enabled || !model(window).tool(QStringLiteral("miOpen")));
+        QVERIFY(!window.panes()->pWelcome()->isHidden());
+        window.OpenDirX(in("pics"));
+        QVERIFY(values(window, "miZoomIn").enabled);
+        QVERIFY(values(window, "miNext").enabled);
+        QVERIFY(values(window, "miBestFit").checked);
+        QVERIFY(!values(window, "miActualSize").checked);
+        QVERIFY(window.panes()->pWelcome()->isHidden());
+        run(window, "miBestFit");
+        QVERIFY(!values(window, "miBestFit").checked);
+        QVERIFY(values(window, "miActualSize").checked);
+    }
+
+    void aPictureWhoseFileHasGone()
+    {
+        frmImageView& window = built({in("pics")});
+        QVERIFY(values(window, "miZoomIn").enabled);
+        QVERIFY(QFile::remove(in("pics/a.png")));
+        window.UpdateToolbar();
+        QVERIFY(!values(window, "miZoomIn").enabled);
+        QVERIFY(values(window, "miNext").enabled);
+        QVERIFY(!window.panes()->pWelcome()->isHidden());
+        QCOMPARE(window.currentFile(), in("pics/a.png")); // it is still what is open
+    }
+
+    void theSlideshowMarksItsTools()
+    {
+        frmImageView& window = built({in("pics")});
+        run(window, "tSldReverse");
+        QVERIFY(window.slideshow()->isRunning());
+        QVERIFY(values(window, "miSlideShow").checked);
+        QCOMPARE(app::read(setting::slidemode), QStringLiteral("reverse"));
+        QVERIFY(values(window, "tSldReverse").checked);
+        run(window, "tSldRandom"); // does not stop a running one
+        QVERIFY(window.slideshow()->isRunning());
+        run(window, "miSlideShow");
+        QVERIFY(!window.slideshow()->isRunning());
+        QVERIFY(!values(window, "miSlideShow").checked);
+    }
+
+    void menusPauseTheSlideshow()
+    {
+        frmImageView& window = built({in("pics"), QStringLiteral("/miSlideShow")});
+        QVERIFY(window.slideshow()->isRunning());
+        const QString caption = window.windowTitle();
+        window.OpenMenuX(false);
+        QVERIFY(!window.slideshow()->isRunning());
+        QCOMPARE(window.windowTitle(), caption + QLatin1String(" (Slideshow Paused) "));
+        window.panes()->ab1()->menus()->close();
+        QVERIFY(window.slideshow()->isRunning());
+        QCOMPARE(window.windowTitle(), caption);
+    }
+
+    void theDelayToolSaysAndSetsTheInterval()
+    {
+        frmImageView& window = built({in("pics")});
+        platform::ToolMenu* const menus = window.panes()->ab1()->menus();
+        QVERIFY(menus->popUp(QStringLiteral("bCustom"), QPoint(10, 10)));
+        QCOMPARE(values(window, "tTime").text, QStringLiteral("2"));
+        platform::Tool* const tool = model(window).tool(QStringLiteral("tTime"));
+        Q_EMIT model(window).TextChange((tool->set(&platform::ToolValues::text, QString()), tool));
+        QCOMPARE(window.slideshow()->interval(), 2000); // so that another one can be typed
+        tool->set(&platform::ToolValues::text, QStringLiteral("61"));
+        Q_EMIT model(window).TextChange(tool);
+        QCOMPARE(values(window, "tTime").text, QStringLiteral("60"));
+        QCOMPARE(window.slideshow()->interval(), 60000);
+        QCOMPARE(app::read(setting::Interval), 60000);
+        tool->set(&platform::ToolValues::text, QString());
+        Q_EMIT model(window).SelectionChange(tool);
+        QCOMPARE(values(window, "tTime").text, QStringLiteral("1"));
+        QCOMPARE(window.slideshow()->interval(), 1000);
+    }
+
+    void theContextMenuTakesThePlaceOfTheToolbarsOwn()
+    {
+        frmImageView& window = built();
+        platform::ToolMenu* const menus = window.panes()->ab1()->menus();
+        QVERIFY(!menus->popUpAtMouse(QStringLiteral("SysCustomize")));
+        QVERIFY(menus->menu());
+        QCOMPARE(menus->menu()->objectName(), QStringLiteral("NewImage"));
+    }
+
+    void rightClicksOpenTheContextMenu_data()
+    {
+        QTest::addColumn<QString>("pane");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<bool>("opens");
+        const auto row = [](const char* pane, int modifiers, bool opens) {
+            QTest::addRow("%s %x", pane, modifiers) << QString::fromLatin1(pane) << modifiers << opens;
+        };
+        row("ix1", Qt::NoModifier, true);
+        row("pContain", Qt::NoModifier, true);
+        row("aP", Qt::NoModifier, true);
+        row("pMain", Qt::NoModifier, true);
+        row("pMain", Qt::ControlModifier, false);
+    }
+
+    void rightClicksOpenTheContextMenu()
+    {
+        QFETCH(QString, pane);
+        QFETCH(int, modifiers);
+        frmImageView& window = built({in("pics")});
+        auto* const widget = window.findChild<QWidget*>(pane);
+        QVERIFY(widget);
+        platform::ToolMenu* const menus = window.panes()->ab1()->menus();
+        QTest::mousePress(widget, Qt::RightButton, Qt::KeyboardModifiers(modifiers));
+        QVERIFY(!menus->menu()); // only when the button is let go
+        QTest::mouseRelease(widget, Qt::RightButton, Qt::KeyboardModifiers(modifiers));
+        QTEST(menus->menu() != nullptr, "opens");
+    }
+
+    void theFirstRightClickBuildsAndShowsNothing()
+    {
+        frmImageView& window = m_bench->load();
+        QVERIFY(!window.interfaceTools()->isBuilt());
+        window.OpenMenuX(false);
+        QVERIFY(window.interfaceTools()->isBuilt());
+        QVERIFY(!window.panes()->ab1()->menus()->menu());
+        window.OpenMenuX(false);
+        QVERIFY(window.panes()->ab1()->menus()->menu());
+    }
+};
+
+QTEST_MAIN(TestWindowCommands)
+#include "tst_windowcommands.moc"
