@@ -125,6 +125,23 @@ constexpr std::array rows = {
     Row{"miInterfaceTabs", kept, tabs, Routine::Views},
 };
 
+/// Tools on a band that does not follow them.
+struct BandCopies
+{
+    const char* band;
+    std::array<const char*, 3> tools;
+};
+
+constexpr BandCopies bandCopies[] = {{"bWallpaper", {"miWallpaperS", "miWallpaperC", "miWallpaperT"}},
+                                     {"bSlide", {"tSldAdvance", "tSldRandom", "tSldReverse"}}};
+
+const Row* rowOf(const QString& name)
+{
+    const auto* const row = std::find_if(rows.begin(), rows.end(),
+                                         [&name](const Row& each) { return name == QLatin1String(each.name); });
+    return row == rows.end() ? nullptr : row;
+}
+
 Half resultOf(Rule rule, const Facts& facts)
 {
     return rule ? rule(facts) : Half();
@@ -152,9 +169,8 @@ void apply(const platform::ToolModel& model, const Facts& facts, Routine routine
 
 ToolState toolState(const QString& name, const CommandFacts& facts, const ToolState& before)
 {
-    const auto row = std::find_if(rows.begin(), rows.end(),
-                                  [&name](const Row& each) { return name == QLatin1String(each.name); });
-    if (row == rows.end())
+    const Row* const row = rowOf(name);
+    if (!row)
         return before;
     return {resultOf(row->enabled, facts).value_or(before.enabled),
             resultOf(row->checked, facts).value_or(before.checked)};
@@ -163,12 +179,12 @@ ToolState toolState(const QString& name, const CommandFacts& facts, const ToolSt
 void applyState(platform::ToolModel& model, const CommandFacts& facts)
 {
     apply(model, facts, Routine::Toolbar);
-    const platform::ToolBand* const bWallpaper = model.band(QStringLiteral("bWallpaper"));
-    if (!bWallpaper)
-        return;
-    for (const char* name : {"miWallpaperS", "miWallpaperC", "miWallpaperT"}) {
-        if (platform::Tool* const copy = bWallpaper->tool(QLatin1String(name)))
-            copy->set(&platform::ToolValues::enabled, facts.hasImage);
+    for (const BandCopies& each : bandCopies) {
+        const platform::ToolBand* const band = model.band(QLatin1String(each.band));
+        for (const char* name : each.tools) {
+            if (const Row* const row = band ? rowOf(QLatin1String(name)) : nullptr)
+                give(band->tool(QLatin1String(name)), *row, facts);
+        }
     }
 }
 

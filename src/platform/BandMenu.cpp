@@ -17,14 +17,8 @@ namespace quorvia::platform {
 
 namespace {
 
-constexpr char commandMark[] = "runs"; ///< on rows with a sub-menu that run their tool all the same
 constexpr char tipMark[] = "tip";
 constexpr int widestGroupEnd = 160;
-
-bool isCommandRow(const QAction* row)
-{
-    return row && row->menu() && row->isEnabled() && row->property(commandMark).toBool();
-}
 
 } // namespace
 
@@ -185,7 +179,6 @@ void BandMenu::addRow(Tool* tool)
     row->setObjectName(tool->name());
     row->setSeparator(values.kind == ToolKind::Separator);
     row->setMenu(subMenuFor(values));
-    row->setProperty(commandMark, values.kind == ToolKind::DropDown);
     follow(tool, row);
     connect(row, &QAction::triggered, this, [this, name = tool->name()] {
         if (m_model)
@@ -289,12 +282,6 @@ bool BandMenu::showTip(const QHelpEvent* help)
 
 void BandMenu::keyPressEvent(QKeyEvent* event)
 {
-    const int key = event->key();
-    const bool enters = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
-    if (enters && isCommandRow(activeAction())) {
-        run(activeAction());
-        return;
-    }
     if (MenuCombo* const combo = comboForKeys(); combo && combo->takeKey(event))
         return;
     QMenu::keyPressEvent(event);
@@ -315,40 +302,7 @@ void BandMenu::mousePressEvent(QMouseEvent* event)
         setAttribute(Qt::WA_NoMouseReplay);
         rootMenu()->setAttribute(Qt::WA_NoMouseReplay);
     }
-    m_pressed = event->button() == Qt::LeftButton ? commandRowAt(event->pos()) : nullptr;
     QMenu::mousePressEvent(event);
-}
-
-void BandMenu::mouseReleaseEvent(QMouseEvent* event)
-{
-    QAction* const row = commandRowAt(event->pos());
-    if (std::exchange(m_pressed, nullptr) == row && row)
-        run(row);
-    else
-        QMenu::mouseReleaseEvent(event);
-}
-
-/// The row with a sub-menu under `point` whose tool a click there runs; the arrow at its end only opens.
-QAction* BandMenu::commandRowAt(QPoint point) const
-{
-    QAction* const row = rect().contains(point) ? actionAt(point) : nullptr;
-    if (!isCommandRow(row))
-        return nullptr;
-    QRect box = actionGeometry(row);
-    const int arrow = std::max(box.height(), 24);
-    if (isRightToLeft())
-        box.adjust(arrow, 0, 0, 0);
-    else
-        box.adjust(0, 0, -arrow, 0);
-    return box.contains(point) ? row : nullptr;
-}
-
-void BandMenu::run(QAction* row)
-{
-    const QPointer<QAction> kept(row);
-    rootMenu()->close(); // all bands are closed when the tool is told of
-    if (kept)
-        kept->trigger();
 }
 
 } // namespace quorvia::platform

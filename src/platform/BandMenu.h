@@ -49,7 +49,6 @@ class BandMenu : public QMenu
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
     enum class State { Closed, Cancelled, Open, Part };
@@ -69,8 +68,6 @@ class BandMenu : public QMenu
     BandMenu* parentMenu() const;
     BandMenu* rootMenu();
     MenuCombo* comboForKeys() const;
-    QAction* commandRowAt(QPoint point) const;
-    void run(QAction* row);
 
     QPointer<ToolModel> m_model;
     QPointer<ToolBand> m_band;
@@ -83,7 +80,6 @@ class BandMenu : public QMenu
     bool m_retired = false;
     int m_eventDepth = 0; ///< of the root menu: events that it and its sub-menus are handling
     QRect m_anchor;
-    QPointer<QAction> m_pressed;
 };
 
 } // namespace quorvia::platform

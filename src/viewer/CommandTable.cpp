@@ -65,9 +65,10 @@ void miRecentClear(frmImageView& window)
 void miCloseImage(frmImageView& window)
 {
     window.ix1()->SetFileName(QString());
+    window.opening()->CheckTiff();
     window.UpdateStatus();
     window.UpdateToolbar();
-    window.viewport()->layout();
+    window.layoutPanes();
 }
 
 void flipFit(frmImageView& window)

@@ -79,6 +79,7 @@ void Opening::openMissing(const QString& path)
     const QString current = m_parts.ix1->FileName();
     if (!current.isEmpty() && !app::FileExists(current)) {
         m_parts.ix1->SetFileName(QString());
+        CheckTiff();
         m_parts.viewport->layout();
     }
     m_parts.updateToolbar();

@@ -367,6 +367,7 @@ void Panes::showView(bool show)
 {
     m_pTop->setVisible(show);
     m_ab1->setVisible(show && m_ab1->hasTools());
+    placeMain(); // its rule and the button beside it go with the toolbar
 }
 
 void Panes::toggleFileList()

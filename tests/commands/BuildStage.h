@@ -20,6 +20,7 @@ class RecordingHost : public commands::MenuHost
         m_calls << QStringLiteral("layout");
         if (platform::ToolBand* const toolbar = m_model->band(QStringLiteral("Toolbar"))) {
             toolbar->setSize(m_layout);
+            toolbar->setVisible(false); // the build is to show it after this
             if (const auto* const tool = toolbar->tool(QStringLiteral("miSlideShowMenu")))
                 m_kindAtLayout = tool->values().kind;
         }

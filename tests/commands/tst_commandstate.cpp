@@ -157,10 +157,12 @@ class Model
         platform::ToolBand* const menu = model.addBand(QStringLiteral("NewImage"), BandKind::PopUp);
         platform::ToolBand* const wallpaper =
             model.addBand(QStringLiteral("bWallpaper"), BandKind::PopUp, false);
+        platform::ToolBand* const slide = model.addBand(QStringLiteral("bSlide"), BandKind::PopUp, false);
         for (const Expected& row : expectedRows) {
             Tool* const tool = model.addTool(1, QLatin1String(row.name));
             menu->append(tool);
             wallpaper->append(tool);
+            slide->append(tool);
         }
     }
     Tool* tool(const char* name) const { return model.tool(QLatin1String(name)); }
@@ -187,6 +189,7 @@ class TestCommandState : public QObject
     void theTableGivesEveryState();
     void theToolsOfAModelGetTheSame();
     void theWallpaperCopiesGetTheirOwn();
+    void theCopiesOfTheOrdersGetTheirOwn();
     void nothingElseOfABandThatDoesNotFollowIsTouched();
     void eachRoutineLeavesTheOtherAlone();
     void toolsThatAreMissingCostNothing();
@@ -245,15 +248,28 @@ void TestCommandState::theWallpaperCopiesGetTheirOwn()
     }
 }
 
+void TestCommandState::theCopiesOfTheOrdersGetTheirOwn()
+{
+    Model model;
+    for (const CommandFacts& each : allFacts()) {
+        applyState(model.model, each);
+        for (const char* name : {"tSldAdvance", "tSldRandom", "tSldReverse"})
+            QCOMPARE(stateOf(model.copy("bSlide", name)), stateOf(model.tool(name)));
+    }
+}
+
 void TestCommandState::nothingElseOfABandThatDoesNotFollowIsTouched()
 {
     Model model;
     applyState(model.model, facts(false, false));
     applyViewMarks(model.model, facts(false, false));
     for (const Expected& row : expectedRows) {
-        if (!QString::fromLatin1(row.name).startsWith("miWallpaper") || row.name == QString("miWallpaper") ||
-            row.name == QString("miWallpaperMenu"))
+        const QString name = QLatin1String(row.name);
+        const bool plainWallpaper = name == QLatin1String("miWallpaper") || name == QLatin1String("miWallpaperMenu");
+        if (!name.startsWith(QLatin1String("miWallpaper")) || plainWallpaper)
             QCOMPARE(stateOf(model.copy("bWallpaper", row.name)), ToolState());
+        if (!name.startsWith(QLatin1String("tSld")))
+            QCOMPARE(stateOf(model.copy("bSlide", row.name)), ToolState());
     }
 }
 

@@ -437,6 +437,23 @@ class TestOpening : public QObject
         QCOMPARE(navigator->total(), 3);
     }
 
+    void theNavigatorGoesWithItsImage()
+    {
+        const QString path = m_bench->document(QStringLiteral("a.tif"), {Qt::red, Qt::green});
+        frmImageView& window = m_bench->load();
+        window.OpenX(path);
+        auto* const navigator = window.findChild<viewer::PageNavigator*>();
+        QVERIFY(!navigator->isHidden());
+        window.RunTool(QStringLiteral("miCloseImage"));
+        QVERIFY(navigator->isHidden());
+        window.OpenX(path);
+        QVERIFY(!navigator->isHidden());
+        QVERIFY(QFile::remove(path));
+        window.OpenX(path); // tells that it has gone, and closes it
+        QCOMPARE(window.currentFile(), QString());
+        QVERIFY(navigator->isHidden());
+    }
+
     void aPageTurnKeepsZoomAndPlace()
     {
         const QString path = m_bench->document(QStringLiteral("a.tif"), {Qt::red, Qt::green});

@@ -400,6 +400,12 @@ class TestPanes : public QObject
         const auto* Line1 = window.findChild<QWidget*>(QStringLiteral("Line1"));
         QCOMPARE(Line1->geometry(), QRect(0, (660 * 15 - 10) / 15, 900, 1));
         QCOMPARE(window.panes()->aP()->geometry().height(), (660 * 15 - 10 - 10 + 14) / 15);
+        window.RunTool(QStringLiteral("miQuickHide"));
+        QVERIFY(iButton->isHidden() && Line1->isHidden());
+        ab1->show(); // the bench's own toolbar has no tools
+        window.RunTool(QStringLiteral("miQuickHide"));
+        ab1->show();
+        window.layoutPanes();
         sizeToolbar(window, {880, 40});
         window.layoutPanes();
         QVERIFY(iButton->isHidden()); // for want of room
@@ -408,6 +414,17 @@ class TestPanes : public QObject
         iButton->click();
         QVERIFY(window.panes()->interfaceFlag());
         QVERIFY(iButton->isHidden());
+    }
+
+    void aClickOnTheFilebarShowsTheList()
+    {
+        frmImageView& window = open();
+        window.RunTool(QStringLiteral("miHideInterface"));
+        auto* const label = window.findChild<QPushButton*>(QStringLiteral("lFilebar"));
+        QVERIFY(label->isVisible());
+        QTest::mouseClick(label, Qt::LeftButton);
+        QVERIFY(window.panes()->bPlay()->visible());
+        QCOMPARE(window.lastTool(), QStringLiteral("miFileList"));
     }
 
     void theLinkStandsAtTheRight()

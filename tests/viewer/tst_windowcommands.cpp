@@ -1,6 +1,5 @@
 // The window driven by named commands: which there are, and what those of window, menus and shell do.
 #include "app/Product.h"
-#include "app/Resources.h"
 #include "app/Settings.h"
 #include "controls/gnTab.h"
 #include "platform/MenuControl.h"
@@ -118,25 +117,11 @@ class TestWindowCommands : public QObject
         expected.sort();
         QCOMPARE(sorted, expected);
         QCOMPARE(QSet<QString>(names.begin(), names.end()).size(), names.size());
+        for (const QString& name : names) // such names would never reach their row
+            QVERIFY(!name.startsWith(QLatin1String("tRecen")) && !name.startsWith(QLatin1String("FileX")));
         for (const QString& name : toCome)
             QVERIFY2(!names.contains(name), qPrintable(name + QLatin1String(" has a handler now")));
         QCOMPARE(QSet<QString>(toCome.begin(), toCome.end()).size(), toCome.size());
-    }
-
-    void theMenusNameOnlyKnownCommands()
-    {
-        frmImageView& window = built();
-        QVERIFY(window.interfaceTools()->isBuilt());
-        for (const char* bandName : {"NewImage", "Toolbar"}) {
-            const platform::ToolBand* band = model(window).band(QLatin1String(bandName));
-            QVERIFY(band && band->toolCount() > 0);
-            for (int index = 0; index < band->toolCount(); ++index) {
-                const QString name = band->toolAt(index)->name();
-                const bool holdsBand = name.startsWith(QLatin1String("miSep")) ||
-                                       !band->toolAt(index)->values().subBand.isEmpty();
-                QVERIFY2(holdsBand || standing.contains(name) || toCome.contains(name), qPrintable(name));
-            }
-        }
     }
 
     void quickHide()
@@ -191,13 +176,14 @@ class TestWindowCommands : public QObject
 
     void recentDirectoriesOpen()
     {
-        frmImageView& window = built({in("pics")});
+        frmImageView& window = built();
         m_bench->picture(QStringLiteral("more/x.png"), Qt::yellow);
+        window.OpenDirX(in("pics"));
         window.OpenDirX(in("more"));
         QVERIFY(window.panes()->ab1()->menus()->popUp(QStringLiteral("bRecent"), QPoint(10, 10)));
         window.panes()->ab1()->menus()->close();
-        QCOMPARE(window.interfaceTools()->recentDirectory(QStringLiteral("tRecent0")), in("more"));
         QCOMPARE(window.interfaceTools()->recentDirectory(QStringLiteral("tRecent1")), in("pics"));
+        QCOMPARE(window.interfaceTools()->recentDirectory(QStringLiteral("tRecent2")), in("more"));
         run(window, "tRecent1");
         QCOMPARE(window.list()->path(), in("pics"));
         run(window, "tRecent"); // no such tool: nothing is opened
@@ -232,22 +218,67 @@ class TestWindowCommands : public QObject
         for (const char* name : {"", "mi", "minext", "miCmd_x", "miNextx"})
             run(window, name);
         QCOMPARE(m_bench->boxes.size(), std::size_t(2));
+        run(window, "miMsg");
+        QCOMPARE(m_bench->boxes.back().text, QString());
+        run(window, "miMsg_a_b");
+        QCOMPARE(m_bench->boxes.back().text, QStringLiteral("a"));
     }
 
-    void missingHelpIsTold()
+    void zoomSteps_data()
     {
-        frmImageView& window = m_bench->load();
-        for (const auto& [command, page] : {std::pair("miHelp", "help/qo_faq_help.htm"),
-                                            std::pair("miHelpShortcuts", "help/qo_shortcut.htm")}) {
-            m_bench->boxes.clear();
-            if (QFile::exists(app::resourcePath(QLatin1String(page))))
-                continue;
-            run(window, command);
-            QCOMPARE(m_bench->boxes.size(), std::size_t(1));
-            QCOMPARE(m_bench->boxes[0].text,
-                     QStringLiteral("Help file could not be found… Please re-install the application to "
-                                    "fix this error."));
-        }
+        QTest::addColumn<double>("before");
+        QTest::addColumn<double>("in");
+        QTest::addColumn<double>("out");
+        QTest::newRow("at two they do not mirror") << 2.0 << 4.0 << 1.8;
+        QTest::newRow("above two") << 4.0 << 6.0 << 2.0;
+        QTest::newRow("small") << 0.4 << 0.6 << 0.2;
+        QTest::newRow("half") << 0.5 << 0.7 << 0.3;
+        QTest::newRow("the floor") << 0.2 << 0.4 << 0.2;
+    }
+
+    void zoomSteps()
+    {
+        QFETCH(double, before);
+        frmImageView& window = m_bench->load({in("pics")});
+        run(window, "miActualSize");
+        window.viewport()->zoomTo(before);
+        run(window, "miZoomIn");
+        QTEST(window.ix1()->ZoomFactor(), "in");
+        window.viewport()->zoomTo(before);
+        run(window, "miZoomOut");
+        QTEST(window.ix1()->ZoomFactor(), "out");
+    }
+
+    void refreshReadsImageAndList()
+    {
+        frmImageView& window = built({in("pics")});
+        m_bench->picture(QStringLiteral("pics/c.png"), Qt::yellow);
+        m_bench->picture(QStringLiteral("pics/a.png"), Qt::cyan);
+        run(window, "miRefresh");
+        window.list()->finishRebuild();
+        QCOMPARE(window.list()->ListCount(), 4);
+        QCOMPARE(m_bench->middle(), QColor(Qt::cyan));
+        const int opened = app::read(setting::ImageOpenCount);
+        QVERIFY(QFile::remove(in("pics/a.png")));
+        run(window, "miRefresh"); // of a picture whose file has gone the list alone
+        window.list()->finishRebuild();
+        QCOMPARE(window.list()->ListCount(), 3);
+        QCOMPARE(app::read(setting::ImageOpenCount), opened);
+        QVERIFY(!values(window, "miZoomIn").enabled);
+        QVERIFY(m_bench->boxes.empty());
+    }
+
+    void viewMarks()
+    {
+        frmImageView& window = built({in("pics")});
+        QVERIFY(!values(window, "miInterfaceTabs").checked); // the picture has all of the window
+        QVERIFY(!values(window, "miViewNormal").checked);
+        run(window, "miInterfaceTabs");
+        QVERIFY(values(window, "miInterfaceTabs").checked);
+        QVERIFY(values(window, "miViewNormal").checked);
+        run(window, "miViewInformation");
+        QVERIFY(!values(window, "miViewNormal").checked);
+        QVERIFY(values(window, "miViewInformation").checked);
     }
 
     void toolsFollowTheFacts()
@@ -255,7 +286,7 @@ class TestWindowCommands : public QObject
         frmImageView& window = built();
         QVERIFY(!values(window, "miZoomIn").enabled);
         QVERIFY(!values(window, "miNext").enabled);
-        QVERIFY(values(window, "miOpen").enabled || !model(window).tool(QStringLiteral("miOpen")));
+        QVERIFY(values(window, "miOpenMenu").enabled);
         QVERIFY(!window.panes()->pWelcome()->isHidden());
         window.OpenDirX(in("pics"));
         QVERIFY(values(window, "miZoomIn").enabled);
@@ -263,6 +294,10 @@ class TestWindowCommands : public QObject
         QVERIFY(values(window, "miBestFit").checked);
         QVERIFY(!values(window, "miActualSize").checked);
         QVERIFY(window.panes()->pWelcome()->isHidden());
+        run(window, "miCloseImage");
+        QVERIFY(!values(window, "miZoomIn").enabled);
+        QVERIFY(!window.panes()->pWelcome()->isHidden());
+        window.OpenX(in("pics/a.png"));
         run(window, "miBestFit");
         QVERIFY(!values(window, "miBestFit").checked);
         QVERIFY(values(window, "miActualSize").checked);
@@ -290,6 +325,9 @@ class TestWindowCommands : public QObject
         QVERIFY(values(window, "tSldReverse").checked);
         run(window, "tSldRandom"); // does not stop a running one
         QVERIFY(window.slideshow()->isRunning());
+        const platform::ToolBand* const orders = model(window).band(QStringLiteral("bSlide"));
+        QVERIFY(orders->tool(QStringLiteral("tSldRandom"))->values().checked);
+        QVERIFY(!orders->tool(QStringLiteral("tSldReverse"))->values().checked);
         run(window, "miSlideShow");
         QVERIFY(!window.slideshow()->isRunning());
         QVERIFY(!values(window, "miSlideShow").checked);
@@ -350,6 +388,7 @@ class TestWindowCommands : public QObject
         row("aP", Qt::NoModifier, true);
         row("pMain", Qt::NoModifier, true);
         row("pMain", Qt::ControlModifier, false);
+        row("pWelcome", Qt::NoModifier, true);
     }
 
     void rightClicksOpenTheContextMenu()
@@ -364,6 +403,48 @@ class TestWindowCommands : public QObject
         QVERIFY(!menus->menu()); // only when the button is let go
         QTest::mouseRelease(widget, Qt::RightButton, Qt::KeyboardModifiers(modifiers));
         QTEST(menus->menu() != nullptr, "opens");
+    }
+
+    void theToolbarStandsAsItsBandWantsIt()
+    {
+        frmImageView& window = built();
+        platform::ToolControl* const ab1 = window.panes()->ab1();
+        QVERIFY(!ab1->isHidden());
+        const platform::ToolBand* const toolbar = model(window).band(QStringLiteral("Toolbar"));
+        QCOMPARE(ab1->heightInTwips(), toolbar->size().height());
+        QVERIFY(toolbar->size().width() > 2 * toolbar->size().height());
+        QCOMPARE(ab1->widthInTwips(), std::min(toolbar->size().width(), window.width() * 15));
+        const platform::ToolBand* const menu = model(window).band(QStringLiteral("NewImage"));
+        QCOMPARE(menu->tool(QStringLiteral("miSlideShowMenu"))->values().kind, platform::ToolKind::DropDown);
+    }
+
+    void theMailCommandNeedsItsTool_data()
+    {
+        QTest::addColumn<bool>("installed");
+        QTest::newRow("installed") << true;
+        QTest::newRow("absent") << false;
+    }
+
+    void theMailCommandNeedsItsTool()
+    {
+        QFETCH(bool, installed);
+        if (installed)
+            app::RegSaveValue(app::Root::LocalMachine, QStringLiteral("Software\\Halvexa\\Common\\Paths"),
+                              QStringLiteral("postrel"), m_bench->home.write(QStringLiteral("postrel"), "#!"));
+        frmImageView& window = built();
+        const platform::ToolBand* const toolbar = model(window).band(QStringLiteral("Toolbar"));
+        QCOMPARE(toolbar->tool(QStringLiteral("miEmailImage")) != nullptr, installed);
+        QCOMPARE(model(window).tool(QStringLiteral("miEmailImage")) != nullptr, installed);
+        QCOMPARE(window.interfaceTools()->shortcuts().tools('E', 2), installed ? QStringList{"miEmailImage"} : QStringList());
+    }
+
+    void theBuildComesByItself()
+    {
+        frmImageView& window = m_bench->load();
+        QVERIFY(!window.interfaceTools()->isBuilt());
+        window.buildInterfaceSoon();
+        QTRY_VERIFY(window.interfaceTools()->isBuilt());
+        QVERIFY(!window.panes()->ab1()->menus()->menu());
     }
 
     void theFirstRightClickBuildsAndShowsNothing()
