@@ -137,8 +137,8 @@ constexpr BandCopies bandCopies[] = {{"bWallpaper", {"miWallpaperS", "miWallpape
 
 const Row* rowOf(const QString& name)
 {
-    const auto* const row = std::find_if(rows.begin(), rows.end(),
-                                         [&name](const Row& each) { return name == QLatin1String(each.name); });
+    const auto* const row = std::find_if(
+        rows.begin(), rows.end(), [&name](const Row& each) { return name == QLatin1String(each.name); });
     return row == rows.end() ? nullptr : row;
 }
 

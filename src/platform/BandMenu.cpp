@@ -262,11 +262,12 @@ void BandMenu::retire()
 
 bool BandMenu::event(QEvent* event)
 {
-    const QPointer<BandMenu> root(rootMenu());
+    BandMenu* const root = rootMenu();
+    const QPointer<BandMenu> kept(root);
     ++root->m_eventDepth;
     const bool taken =
         event->type() == QEvent::ToolTip ? showTip(static_cast<QHelpEvent*>(event)) : QMenu::event(event);
-    if (root && --root->m_eventDepth == 0 && root->m_retired)
+    if (kept && --root->m_eventDepth == 0 && root->m_retired)
         root->deleteLater();
     return taken;
 }

@@ -63,7 +63,8 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                              .updateToolbar = [this] { UpdateToolbar(); },
                              .commandLine = m_commandLine.line},
                             this)),
-      m_keyboard(new commands::Keyboard(&m_interface->shortcuts(), keyboardSinks(), this))
+      m_keyboard(new commands::Keyboard(&m_interface->shortcuts(), keyboardSinks(), this)),
+      m_filmStripRows(app::read(app::setting::FilmStripRows))
 {
     setObjectName(QStringLiteral("frmImageView"));
     setAccessibleName(app::productTitle());

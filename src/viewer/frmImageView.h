@@ -74,7 +74,7 @@ class frmImageView : public QWidget, public app::MainWindow
     /// Brings tools and panels in line with what there is now. One look at the disk, no image work.
     void UpdateToolbar();
     /// Brings the marks of the views in line.
-    void updateViewMarks() { m_interface->applyViewMarks(facts()); }
+    void updateViewMarks() { m_interface->applyViewMarks(viewFacts()); }
     /// Builds menu and toolbar when the window has come to rest.
     void buildInterfaceSoon();
     /// See MenuBuild.
@@ -98,6 +98,7 @@ class frmImageView : public QWidget, public app::MainWindow
   private:
     commands::KeyboardSinks keyboardSinks();
     PageNavigator* makeNavigator();
+    commands::CommandFacts viewFacts() const;
     commands::CommandFacts facts() const;
     commands::PrefixTools prefixTools();
     InterfaceTools::Parts interfaceParts();
@@ -122,6 +123,7 @@ class frmImageView : public QWidget, public app::MainWindow
     QTimer m_tUpdate;
     QPoint m_frameOffset;
     QString m_lastTool;
+    int m_filmStripRows;
     bool m_loading = true;
     bool m_unloaded = false;
 };

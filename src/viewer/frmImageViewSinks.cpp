@@ -27,17 +27,23 @@ QList<commands::ListedFile> listedFiles(const collections::FolderList& list)
 
 } // namespace
 
-commands::CommandFacts frmImageView::facts() const
+commands::CommandFacts frmImageView::viewFacts() const
 {
     commands::CommandFacts facts;
     facts.selectedTab = m_panes->gTab()->SelectedTabKey();
+    facts.interfaceHidden = m_panes->interfaceFlag();
+    return facts;
+}
+
+commands::CommandFacts frmImageView::facts() const
+{
+    commands::CommandFacts facts = viewFacts();
     facts.hasImage = commands::hasImage(app::FileExists(currentFile()), facts.selectedTab);
     facts.bestFit = m_viewport->FitToWindow();
-    facts.interfaceHidden = m_panes->interfaceFlag();
     facts.slideRunning = m_slideshow->isRunning();
     facts.listNonEmpty = list()->ListCount() > 0;
     facts.listShown = m_panes->bPlay()->visible();
-    facts.rows = app::read(app::setting::FilmStripRows);
+    facts.rows = m_filmStripRows;
     facts.slidemode = m_slideshow->slidemode();
     return facts;
 }

@@ -265,7 +265,8 @@ void TestCommandState::nothingElseOfABandThatDoesNotFollowIsTouched()
     applyViewMarks(model.model, facts(false, false));
     for (const Expected& row : expectedRows) {
         const QString name = QLatin1String(row.name);
-        const bool plainWallpaper = name == QLatin1String("miWallpaper") || name == QLatin1String("miWallpaperMenu");
+        const bool plainWallpaper =
+            name == QLatin1String("miWallpaper") || name == QLatin1String("miWallpaperMenu");
         if (!name.startsWith(QLatin1String("miWallpaper")) || plainWallpaper)
             QCOMPARE(stateOf(model.copy("bWallpaper", row.name)), ToolState());
         if (!name.startsWith(QLatin1String("tSld")))

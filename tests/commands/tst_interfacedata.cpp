@@ -1,5 +1,6 @@
 // The definition that comes with the program, and the one that the manual page of the format shows.
 #include "BuildStage.h"
+#include "CommandNames.h"
 #include "commands/InterfaceFile.h"
 
 #include <QFile>
@@ -11,107 +12,12 @@ using namespace quorvia;
 using namespace quorvia::platform;
 using commands::definitionSection;
 using test::BuildStage;
+using test::commandNames;
+using test::CommandRow;
 
 namespace {
 
 constexpr int firstIdentifier = 1000;
-
-/// Every command there is; what stands behind the name says why a menu does not need it.
-struct CommandRow
-{
-    const char* name;
-    const char* leftOut = nullptr;
-};
-
-constexpr CommandRow commandNames[] = {
-    {"miQuickHide"},
-    {"miHideInterface", "does what miInterfaceTabs does"},
-    {"miPrevious"},
-    {"miLoadFirst"},
-    {"miNext"},
-    {"miRandom"},
-    {"miCloseImage"},
-    {"miWallpaper", "does what miWallpaperS does"},
-    {"miWallpaperS", "on bWallpaper"},
-    {"miWallpaperT", "on bWallpaper"},
-    {"miWallpaperC", "on bWallpaper"},
-    {"miBestFit"},
-    {"miFileList"},
-    {"miActualSize"},
-    {"miFullScreen"},
-    {"miZoomIn"},
-    {"miZoomOut"},
-    {"miRotateClock"},
-    {"miRotateCounter"},
-    {"miOpen", "does what tOpenx and miOpenMenu do"},
-    {"miSave"},
-    {"miCopy"},
-    {"miPaste"},
-    {"miViewNormal"},
-    {"miViewInformation"},
-    {"miViewFilmstrip"},
-    {"miInterfaceTabs"},
-    {"FileListUpdated", "for the program itself"},
-    {"miPrint"},
-    {"miDelete"},
-    {"miThumbDelete", "on bFilmStrip"},
-    {"miEdit"},
-    {"miRefresh"},
-    {"miRecentClear", "on bRecent"},
-    {"miInformation", "does what miViewInformation does"},
-    {"miSlideShow"},
-    {"tSldReverse", "on bSlide"},
-    {"tSldAdvance", "on bSlide"},
-    {"tSldRandom", "on bSlide"},
-    {"xSlideShow", "for the command line: it ends the program"},
-    {"miPref"},
-    {"miHide", "for the command line: no menu brings the window back"},
-    {"miShow", "for the command line"},
-    {"miExit"},
-    {"miBevel"},
-    {"miThumb80x80"},
-    {"miThumb120x120"},
-    {"miThumb240x240"},
-    {"miThumb320x320"},
-    {"miThumb480x480"},
-    {"miThumb480x360"},
-    {"miThumb320x240"},
-    {"miThumb240x180"},
-    {"miThumb120x90"},
-    {"miThumb80x60"},
-    {"miCustomResize"},
-    {"miThumbFull", "on bFilmStrip"},
-    {"tOpenx", "on bOpen"},
-    {"miOpenMenu"},
-    {"miCustomizeToolbar", "says that there is no such feature"},
-    {"miFilelistMenu"},
-    {"miWallpaperMenu"},
-    {"miAutoUpdate"},
-    {"miAutoUpdateInstall", "for the first start"},
-    {"miWebsite"},
-    {"miLindoraCenter"},
-    {"miHVXAImageGallery"},
-    {"miURLcomments"},
-    {"miURLbugreport"},
-    {"miURLfeature"},
-    {"miHVXAWebsite"},
-    {"miWebMorphane"},
-    {"miWebTessary"},
-    {"miWebNomalux"},
-    {"miRename"},
-    {"miFilm1"},
-    {"miFilm2"},
-    {"miFilm3"},
-    {"miEXIFView"},
-    {"miEmailImage"},
-    {"miRunMorphane"},
-    {"miRunTessary"},
-    {"miRunNomalux"},
-    {"miHelp"},
-    {"miHelpShortcuts"},
-    {"miPlaylistEditor"},
-    {"miScan"},
-};
 
 /// Names of parents, which run nothing.
 const QSet<QString> parents{"miResizeMenu", "miSlideShowMenu", "tRecent"};

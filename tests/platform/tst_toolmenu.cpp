@@ -442,22 +442,24 @@ void TestToolMenu::clickThatLetsEventsRun()
 {
     Bench bench;
     bench.open();
-    const QPointer<BandMenu> menu(bench.popUp("menu"));
+    BandMenu* const menu = bench.popUp("menu");
     QTest::keyClick(menu, Qt::Key_Down);
     QTest::keyClick(menu, Qt::Key_Down);
     QTest::keyClick(menu, Qt::Key_Right);
-    const QPointer<QMenu> sub(Bench::subMenu(menu, "miParent"));
+    QMenu* const sub = Bench::subMenu(menu, "miParent");
     QTRY_VERIFY(sub->isVisible());
+    const QPointer<QMenu> menuLives(menu);
+    const QPointer<QMenu> subLives(sub);
     bool lived = false;
     connect(&bench.model, &ToolModel::ToolClick, &bench, [&] {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
-        lived = menu && sub;
+        lived = menuLives && subLives;
     });
     QTest::keyClick(sub, Qt::Key_Down);
     QTest::keyClick(sub, Qt::Key_Return);
     QVERIFY(lived);
-    QTRY_VERIFY(!menu);
+    QTRY_VERIFY(!menuLives);
 }
 
 void TestToolMenu::besideABox()

@@ -11,6 +11,7 @@
 #include "viewer/ViewerBench.h"
 
 #include <QAbstractButton>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
