@@ -44,9 +44,7 @@ class TestWindowShell : public QObject
         window.RunTool(QStringLiteral("miEdit")); // nothing to edit
         window.RunTool(QStringLiteral("miCloseImage"));
         window.RunTool(QStringLiteral("miEdit"));
-        window.OpenX(m_bench.in("pics/b.png"));
-        window.RunTool(QStringLiteral("miEdit")); // what would have been started had its time before this one
-        QTRY_COMPARE(startedWith("painter"), m_bench.in("pics/b.png"));
+        QVERIFY(m_bench.logTexts().filter(QStringLiteral("Not run")).isEmpty()); // nor was it tried
         QVERIFY(m_bench.boxes.empty());
     }
 
