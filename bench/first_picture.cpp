@@ -1,8 +1,9 @@
 // Times programs from their start to the picture on the screen, in turn, and prints each one's median and
 // peak memory. first_picture RUNS WARMUP COMMAND [ARGUMENT...] [-- COMMAND ...]... A picture stands when the
 // probed places of the screen are magenta: its middle, and for a command that begins with "5:" (as in
-// 5:/path/quorvia) also four places towards the corners, 0.38 of the picture's width and height from the
-// middle at a 3:2 picture fitted into seven eighths of the screen. Each program is ended by its process id.
+// 5:/path/quorvia) also four places towards its corners. Each program is ended by its process id.
+#include "PictureProbes.h"
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,7 +22,9 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Points = std::vector<std::pair<int, int>>;
+using quorvia::bench::middleOfScreen;
+using quorvia::bench::placesOfPicture;
+using quorvia::bench::Points;
 
 struct Candidate
 {
@@ -41,25 +44,10 @@ bool isMagenta(Display* display, int x, int y)
     return (pixel >> 16 & 0xff) > 235 && (pixel >> 8 & 0xff) < 20 && (pixel & 0xff) > 235;
 }
 
-Points probes(Display* display, bool wholePicture)
-{
-    const double width = DisplayWidth(display, DefaultScreen(display));
-    const double height = DisplayHeight(display, DefaultScreen(display));
-    Points points = {{int(width / 2), int(height / 2)}};
-    if (wholePicture) {
-        const double fitted = std::min(width * 7 / 8, height * 7 / 8 * 3 / 2);
-        for (const double x : {-0.38, 0.38}) {
-            for (const double y : {-0.38, 0.38})
-                points.emplace_back(int(width / 2 + x * fitted), int(height / 2 + y * fitted * 2 / 3));
-        }
-    }
-    return points;
-}
-
 /// One run; false when no picture came within ten seconds.
 bool run(Display* display, Candidate& candidate, bool counts)
 {
-    const Points points = probes(display, candidate.wholePicture);
+    const Points points = candidate.wholePicture ? placesOfPicture(display) : middleOfScreen(display);
     std::vector<char*> words;
     for (std::string& word : candidate.command)
         words.push_back(word.data());

@@ -5,6 +5,8 @@
 // prints the time from picture to picture. The pictures are 3:2, in the order of their names, with marks in
 // the middle and towards the corners whose colours count: picture number i (from 0) has the colour of the
 // bits of i % 6 + 1, lowest bit red, then green, then blue. Keys are sent to the program's window as events.
+#include "PictureProbes.h"
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,7 +27,8 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Points = std::vector<std::pair<int, int>>;
+using quorvia::bench::placesOfPicture;
+using quorvia::bench::Points;
 
 double millisecondsSince(Clock::time_point begin)
 {
@@ -45,19 +48,6 @@ bool hasColor(Display* display, std::pair<int, int> place, int code)
         return (code >> bit & 1) != 0 ? value > 235 : value < 20;
     };
     return channel(16, 0) && channel(8, 1) && channel(0, 2);
-}
-
-Points probes(Display* display)
-{
-    const double width = DisplayWidth(display, DefaultScreen(display));
-    const double height = DisplayHeight(display, DefaultScreen(display));
-    const double fitted = std::min(width * 7 / 8, height * 7 / 8 * 3 / 2);
-    Points points = {{int(width / 2), int(height / 2)}};
-    for (const double x : {-0.38, 0.38}) {
-        for (const double y : {-0.38, 0.38})
-            points.emplace_back(int(width / 2 + x * fitted), int(height / 2 + y * fitted * 2 / 3));
-    }
-    return points;
 }
 
 /// Waits for picture `number`; false when it does not come within ten seconds.
@@ -189,7 +179,7 @@ int main(int argc, char* argv[])
         execl(argv[1], argv[1], files[0].c_str(), nullptr);
         _exit(127);
     }
-    const Points points = probes(display);
+    const Points points = placesOfPicture(display);
     std::vector<double> times;
     if (stands(display, points, 0)) {
         const Window window = programWindow(display);
