@@ -50,6 +50,8 @@ void MenuControl::recalcLayout()
 {
     resizeSides(dockingArea::left, dockingArea::right, width());
     resizeSides(dockingArea::top, dockingArea::bottom, height());
+    if (!isVisible())
+        layout()->invalidate(); // a hidden one has not heard of its size yet
     layout()->activate();
 }
 

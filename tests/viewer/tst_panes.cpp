@@ -115,6 +115,19 @@ class TestPanes : public QObject
         QCOMPARE(window.panes()->bInfo()->caption(), QStringLiteral("Resource Panel"));
     }
 
+    void thePanesHaveTheirPlacesBeforeTheWindowShows()
+    {
+        frmImageView& window = m_bench->make();
+        window.resize(900, 700);
+        window.layoutPanes();
+        const QSize box = window.viewport()->loadBox(); // for which the first picture is read
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(window.size(), QSize(900, 700));
+        QCOMPARE(window.viewport()->loadBox(), box);
+        QCOMPARE(box, window.pContain()->size() * window.devicePixelRatioF());
+    }
+
     void whileTheFlagIsSetTheViewportTakesAll()
     {
         frmImageView& window = open();
