@@ -34,8 +34,10 @@ ToolCombo::ToolCombo(ToolModel* model, Tool* tool, QWidget* parent)
     lineEdit()->installEventFilter(this);
     showTool();
     connect(tool, &Tool::changed, this, &ToolCombo::showTool);
-    connect(lineEdit(), &QLineEdit::textEdited, this, &ToolCombo::reportEdit);
-    connect(this, &QComboBox::textActivated, this, &ToolCombo::reportEnd);
+    connect(lineEdit(), &QLineEdit::textEdited, this,
+            [this](const QString& text) { report(text, &ToolModel::TextChange); });
+    connect(this, &QComboBox::textActivated, this,
+            [this](const QString& text) { report(text, &ToolModel::SelectionChange); });
 }
 
 void ToolCombo::showTool()
@@ -62,7 +64,7 @@ void ToolCombo::showText(const QString& text)
         lineEdit()->setCursorPosition(cursor);
 }
 
-void ToolCombo::reportEdit(const QString& text)
+void ToolCombo::report(const QString& text, void (ToolModel::*signal)(Tool*))
 {
     Tool* const tool = m_tool.data();
     if (!tool)
@@ -70,18 +72,7 @@ void ToolCombo::reportEdit(const QString& text)
     tool->set(&ToolValues::text, text);
     ToolModel* const model = m_model.data();
     if (model && m_tool)
-        Q_EMIT model->TextChange(tool);
-}
-
-void ToolCombo::reportEnd(const QString& text)
-{
-    Tool* const tool = m_tool.data();
-    if (!tool)
-        return;
-    tool->set(&ToolValues::text, text);
-    ToolModel* const model = m_model.data();
-    if (model && m_tool)
-        Q_EMIT model->SelectionChange(tool);
+        Q_EMIT(model->*signal)(tool);
 }
 
 bool ToolCombo::eventFilter(QObject* watched, QEvent* event)
@@ -90,7 +81,7 @@ bool ToolCombo::eventFilter(QObject* watched, QEvent* event)
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
             const QPointer<ToolCombo> self(this); // a listener may take the band apart
-            reportEnd(currentText());
+            report(currentText(), &ToolModel::SelectionChange);
             if (self)
                 Q_EMIT entered();
             return true;

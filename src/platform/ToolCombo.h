@@ -28,8 +28,7 @@ class ToolCombo : public QComboBox
   private:
     void showTool();
     void showText(const QString& text);
-    void reportEdit(const QString& text);
-    void reportEnd(const QString& text);
+    void report(const QString& text, void (ToolModel::*signal)(Tool*));
 
     QPointer<ToolModel> m_model;
     QPointer<Tool> m_tool;

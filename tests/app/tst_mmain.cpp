@@ -4,8 +4,8 @@
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
+#include "app/SettingsHome.h"
 #include "platform/Dialogs.h"
-#include "support/ScratchHome.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,7 +18,7 @@ class TestMMain : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
+    std::unique_ptr<test::SettingsHome> m_home;
 
     QString root() const { return m_home->path(QStringLiteral("root/")); }
     static QString resource(const char* name)
@@ -32,17 +32,8 @@ class TestMMain : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        app::openSettings();
-    }
-
-    void cleanup()
-    {
-        app::closeSettings();
-        m_home.reset();
-    }
+    void init() { m_home = std::make_unique<test::SettingsHome>(); }
+    void cleanup() { m_home.reset(); }
 
     void theProbeWritesItsWord()
     {

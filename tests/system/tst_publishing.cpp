@@ -1,7 +1,7 @@
 #include "app/ImageTypes.h"
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
-#include "support/ScratchHome.h"
+#include "app/SettingsHome.h"
 #include "system/Publishing.h"
 #include "system/WebAddresses.h"
 
@@ -14,7 +14,7 @@ class TestPublishing : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
+    std::unique_ptr<test::SettingsHome> m_home;
 
     static QString common(const char* subkey, const char* name = "Quorvia")
     {
@@ -22,17 +22,8 @@ class TestPublishing : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        app::openSettings();
-    }
-
-    void cleanup()
-    {
-        app::closeSettings();
-        m_home.reset();
-    }
+    void init() { m_home = std::make_unique<test::SettingsHome>(); }
+    void cleanup() { m_home.reset(); }
 
     void aProgram()
     {

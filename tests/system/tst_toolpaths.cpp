@@ -1,7 +1,7 @@
 // Where the other tools of the family are looked for, and in which order.
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
-#include "support/ScratchHome.h"
+#include "app/SettingsHome.h"
 #include "system/ToolPaths.h"
 
 #include <QTest>
@@ -13,22 +13,13 @@ class TestToolPaths : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
+    std::unique_ptr<test::SettingsHome> m_home;
 
     static QString postrel() { return QStringLiteral("postrel"); }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        app::openSettings();
-    }
-
-    void cleanup()
-    {
-        app::closeSettings();
-        m_home.reset();
-    }
+    void init() { m_home = std::make_unique<test::SettingsHome>(); }
+    void cleanup() { m_home.reset(); }
 
     void places_data()
     {

@@ -1,7 +1,7 @@
 // The band of the file list between two starts: which values are read, and which are written when.
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
-#include "support/ScratchHome.h"
+#include "app/SettingsHome.h"
 #include "viewer/BandSettings.h"
 
 #include <QTest>
@@ -41,19 +41,11 @@ class TestBandSettings : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
+    std::unique_ptr<test::SettingsHome> m_home;
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        app::openSettings();
-    }
-    void cleanup()
-    {
-        app::closeSettings();
-        m_home.reset();
-    }
+    void init() { m_home = std::make_unique<test::SettingsHome>(); }
+    void cleanup() { m_home.reset(); }
 
     void withoutAStoreItShowsAsDesigned()
     {
