@@ -4,6 +4,8 @@
 #include "platform/BandTitleBar.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
@@ -89,6 +91,7 @@ BandDock::BandDock(Band* band, QWidget* parent)
     setAttribute(Qt::WA_QuitOnClose, false);
     setAttribute(Qt::WA_ShowWithoutActivating); // the keys stay with the window that has them
     setTitleBarWidget(m_titleBar);
+    connect(m_titleBar, &BandTitleBar::keyPressed, this, &BandDock::passKeyOn);
     auto* holder = new ClientHolder(band, this);
     holder->setObjectName(band->toolName());
     setWidget(holder);
@@ -128,11 +131,25 @@ void BandDock::floatAt(const QRect& rect)
     show();
 }
 
+QWidget* BandDock::client() const
+{
+    const QLayoutItem* const item = widget()->layout()->itemAt(0);
+    return item ? item->widget() : nullptr;
+}
+
 /// Else the toolkit gives the keys of a floating band to the first button of its title bar.
 void BandDock::focusClient()
 {
-    if (const QLayoutItem* item = widget()->layout()->itemAt(0))
-        item->widget()->setFocus(Qt::ActiveWindowFocusReason);
+    if (QWidget* const shown = client())
+        shown->setFocus(Qt::ActiveWindowFocusReason);
+}
+
+/// The main window's keys work on the title bar too. From a docked band they reach it by themselves; from a
+/// floating one the client hands them on.
+void BandDock::passKeyOn(QKeyEvent* event)
+{
+    if (QWidget* const shown = client(); shown && isFloating())
+        QCoreApplication::sendEvent(shown, event);
 }
 
 bool BandDock::event(QEvent* event)

@@ -37,7 +37,9 @@ class BandDock : public QDockWidget
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    QWidget* client() const;
     void focusClient();
+    void passKeyOn(QKeyEvent* event);
 
     BandTitleBar* m_titleBar;
 };

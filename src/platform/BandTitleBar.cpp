@@ -204,6 +204,12 @@ void BandTitleBar::mouseDoubleClickEvent(QMouseEvent* event)
     Q_EMIT floatingToggled();
 }
 
+void BandTitleBar::keyPressEvent(QKeyEvent* event)
+{
+    event->ignore();
+    Q_EMIT keyPressed(event);
+}
+
 void BandTitleBar::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);

@@ -59,6 +59,29 @@ class Bench : public QWidget
     void resizeEvent(QResizeEvent*) override { control->setGeometry(rect()); }
 };
 
+/// Writes down the keys that reach a widget, and takes them or lets them go up.
+class KeyRecorder : public QObject
+{
+  public:
+    KeyRecorder(const QString& name, bool takes) : m_name(name), m_takes(takes) {}
+
+    QStringList seen;
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        seen << m_name;
+        event->setAccepted(m_takes);
+        return true;
+    }
+
+  private:
+    QString m_name;
+    bool m_takes;
+};
+
 void dragSplitter(QWidget* control, QPoint from, QPoint to)
 {
     QTest::mouseMove(control, from);
@@ -114,6 +137,8 @@ class TestMenuControl : public QObject
     void floatingBeforeTheWindowIsShown();
     void doubleClicks();
     void titleBarForKeysAndReaders();
+    void keysOnTheTitleBar_data();
+    void keysOnTheTitleBar();
     void titleBarIsPainted();
     void signalsTellOfChangesOnly();
     void bandsGoWithTheControl();
@@ -717,6 +742,36 @@ void TestMenuControl::titleBarForKeysAndReaders()
     QVERIFY(bench.list->visible());
     QTest::keyClick(closeButton, Qt::Key_Enter);
     QVERIFY(!bench.list->visible());
+}
+
+void TestMenuControl::keysOnTheTitleBar_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("floating");
+    QTest::addColumn<bool>("clientTakes");
+    QTest::addColumn<QStringList>("seenBy");
+    for (const char* button : {"floatButton", "closeButton"}) {
+        QTest::addRow("%s, docked", button) << button << false << true << QStringList{"window"};
+        QTest::addRow("%s, floating", button) << button << true << true << QStringList{"client"};
+        QTest::addRow("%s, floating, of no use", button) << button << true << false << QStringList{"client"};
+    }
+}
+
+void TestMenuControl::keysOnTheTitleBar()
+{
+    QFETCH(QString, button);
+    QFETCH(bool, floating);
+    QFETCH(bool, clientTakes);
+    Bench bench;
+    bench.open();
+    KeyRecorder client(QStringLiteral("client"), clientTakes);
+    bench.listClient->installEventFilter(&client);
+    KeyRecorder window(QStringLiteral("window"), true);
+    bench.installEventFilter(&window);
+    bench.list->setVisible(true);
+    bench.list->setDockingArea(floating ? dockingArea::floating : dockingArea::left);
+    QTest::keyClick(bench.button(bench.list, qPrintable(button)), Qt::Key_BracketRight);
+    QTEST(client.seen + window.seen, "seenBy");
 }
 
 void TestMenuControl::titleBarIsPainted()
