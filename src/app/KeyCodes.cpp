@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace quorvia::app {
 
 namespace {
+
+constexpr int asterisk = 106;
 
 struct KeyCode
 {
@@ -35,7 +38,7 @@ constexpr std::array namedKeys = {
     KeyCode{Qt::Key_Delete, keyCode::deleteKey},
     KeyCode{Qt::Key_Help, 47},
     KeyCode{Qt::Key_Menu, 93},
-    KeyCode{Qt::Key_Asterisk, 106},
+    KeyCode{Qt::Key_Asterisk, asterisk},
     KeyCode{Qt::Key_Semicolon, 186},
     KeyCode{Qt::Key_Equal, 187},
     KeyCode{Qt::Key_Plus, 187},
@@ -51,9 +54,28 @@ constexpr std::array namedKeys = {
     KeyCode{Qt::Key_Less, 226},
 };
 
-} // namespace
+/// What a US keyboard has in a row of its keys, from the scan code of the first.
+struct KeyRow
+{
+    quint32 first;
+    std::string_view keys;
+};
 
-int virtualKeyCode(int qtKey)
+constexpr std::array usKeyboard = {KeyRow{10, "1234567890"}, KeyRow{24, "QWERTYUIOP[]"},
+                                   KeyRow{38, "ASDFGHJKL"}, KeyRow{52, "ZXCVBNM"}};
+
+int codeOfPlace(quint32 scanCode)
+{
+    for (const auto& [first, keys] : usKeyboard) {
+        if (scanCode < first || scanCode >= first + keys.size())
+            continue;
+        const char key = keys[scanCode - first];
+        return key == '[' ? keyCode::openBracket : key == ']' ? keyCode::closeBracket : key;
+    }
+    return 0;
+}
+
+int codeOfKey(int qtKey)
 {
     if ((qtKey >= Qt::Key_A && qtKey <= Qt::Key_Z) || (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9))
         return qtKey; // Qt's codes of these are the characters' own
@@ -62,6 +84,23 @@ int virtualKeyCode(int qtKey)
     const auto found = std::find_if(namedKeys.begin(), namedKeys.end(),
                                     [qtKey](const KeyCode& key) { return key.qtKey == qtKey; });
     return found == namedKeys.end() ? 0 : found->code;
+}
+
+/// Whether no key of a table has the code: it is that of a sign, or none.
+bool isUnused(int code)
+{
+    constexpr int firstSign = 186;
+    const bool bracket = code == keyCode::openBracket || code == keyCode::closeBracket;
+    return code == 0 || code == asterisk || (code >= firstSign && !bracket);
+}
+
+} // namespace
+
+int virtualKeyCode(int qtKey, quint32 scanCode)
+{
+    const int code = codeOfKey(qtKey);
+    const int place = isUnused(code) ? codeOfPlace(scanCode) : 0;
+    return place != 0 ? place : code;
 }
 
 int modifierMask(Qt::KeyboardModifiers modifiers)

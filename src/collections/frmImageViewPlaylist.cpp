@@ -61,7 +61,7 @@ void frmImageViewPlaylist::resizeEvent(QResizeEvent*)
 void frmImageViewPlaylist::keyPressEvent(QKeyEvent* event)
 {
     // Taken here for good: the main window would get it a second time as one of its own.
-    if (const int code = app::virtualKeyCode(event->key()); code != 0)
+    if (const int code = app::virtualKeyCode(event->key(), event->nativeScanCode()); code != 0)
         m_main.GlobalKeyPress(code, app::modifierMask(event->modifiers()));
 }
 

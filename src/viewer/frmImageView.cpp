@@ -208,7 +208,7 @@ void frmImageView::resizeEvent(QResizeEvent*)
 
 void frmImageView::keyPressEvent(QKeyEvent* event)
 {
-    const int code = app::virtualKeyCode(event->key());
+    const int code = app::virtualKeyCode(event->key(), event->nativeScanCode());
     if (code == 0) {
         event->ignore();
         return;

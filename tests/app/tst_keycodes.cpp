@@ -73,7 +73,52 @@ class TestKeyCodes : public QObject
     void codes()
     {
         QFETCH(int, qtKey);
-        QTEST(virtualKeyCode(qtKey), "code");
+        QTEST(virtualKeyCode(qtKey, 0), "code");
+    }
+
+    void places_data()
+    {
+        QTest::addColumn<int>("qtKey");
+        QTest::addColumn<int>("place");
+        QTest::addColumn<int>("code");
+        constexpr int cyrillic = 0x0419; // any letter that is not Latin
+        const std::pair<int, const char*> rows[] = {
+            {10, "1234567890"}, {24, "QWERTYUIOP"}, {38, "ASDFGHJKL"}, {52, "ZXCVBNM"}};
+        for (const auto& [first, keys] : rows) {
+            for (int i = 0; keys[i] != 0; ++i)
+                QTest::addRow("Cyrillic on %c", keys[i]) << cyrillic << first + i << int(keys[i]);
+        }
+        const auto row = [](const char* name, int key, int place, int code) {
+            QTest::newRow(name) << key << place << code;
+        };
+        row("Cyrillic on [", cyrillic, 34, 219);
+        row("Cyrillic on ]", cyrillic, 35, 221);
+        for (const int place : {0, 9, 20, 23, 36, 37, 47, 51, 59, 61, 94})
+            QTest::addRow("Cyrillic on no key of ours, %d", place) << cyrillic << place << 0;
+        row("French &", Qt::Key_Ampersand, 10, '1');
+        row("French quote", Qt::Key_QuoteDbl, 12, '3');
+        row("French '", Qt::Key_Apostrophe, 13, '4');
+        row("French -", Qt::Key_Minus, 15, '6');
+        row("a dead key on [", Qt::Key_Dead_Circumflex, 34, 219);
+        row("Shift+2", Qt::Key_At, 11, '2');
+        row("German + on ]", Qt::Key_Plus, 35, 221);
+        row("- in its own place", Qt::Key_Minus, 20, 189);
+        row("+ of the keypad", Qt::Key_Plus, 86, 187);
+        row("French A on Q", Qt::Key_A, 24, 'A');
+        row("[ on a digit", Qt::Key_BracketLeft, 11, 219);
+        row("] on a digit", Qt::Key_BracketRight, 12, 221);
+        row("a digit on another", Qt::Key_7, 11, '7');
+        row("Left on a letter", Qt::Key_Left, 24, 37);
+        row("F12 on a letter", Qt::Key_F12, 24, 123);
+        row("* on a digit", Qt::Key_Asterisk, 10, '1');
+        row("* of the keypad", Qt::Key_Asterisk, 63, 106);
+    }
+
+    void places()
+    {
+        QFETCH(int, qtKey);
+        QFETCH(int, place);
+        QTEST(virtualKeyCode(qtKey, quint32(place)), "code");
     }
 
     void masks_data()
