@@ -47,6 +47,26 @@ struct Keyboard::FixedKey
     void (Keyboard::*step)() = nullptr;
 };
 
+/// A key on its way, from the first look at it to the end of all that it does.
+class Keyboard::Step
+{
+  public:
+    explicit Step(Keyboard* keyboard) : m_keyboard(keyboard) { keyboard->beginStep(); }
+    ~Step()
+    {
+        if (m_keyboard)
+            m_keyboard->endStep();
+    }
+    Step(const Step&) = delete;
+    Step& operator=(const Step&) = delete;
+
+    /// False when the step ended the window, and the keyboard with it.
+    bool isAlive() const { return m_keyboard; }
+
+  private:
+    QPointer<Keyboard> m_keyboard;
+};
+
 const Keyboard::FixedKey* Keyboard::fixedKey(int keyCode, int shift)
 {
     static constexpr std::array keys = {
@@ -78,6 +98,7 @@ Keyboard::Keyboard(const ShortcutTable* shortcuts, KeyboardSinks sinks, QObject*
 {
     prepare(m_tWait, "tWait");
     prepare(m_tKey, "tKey");
+    connect(&m_waiting, &app::WaitingInput::delivered, this, &Keyboard::endDebounces);
 }
 
 void Keyboard::prepare(QTimer& timer, const char* name)
@@ -86,32 +107,74 @@ void Keyboard::prepare(QTimer& timer, const char* name)
     timer.setParent(this);
     timer.setTimerType(Qt::PreciseTimer); // a coarse one may tick early
     timer.setInterval(debounce);
-    connect(&timer, &QTimer::timeout, this, [&timer] {
-        // While a box waits the key step has not ended: a tick after it does.
-        if (!QApplication::activeModalWidget())
-            timer.stop();
-    });
+    connect(&timer, &QTimer::timeout, this, [this, &timer] { tick(timer); });
+}
+
+/// A tick counts only after the step, and after the keys that came while it ran: a held key would else queue
+/// one step after the other, and go on when it is let go.
+void Keyboard::tick(QTimer& timer)
+{
+    if (m_steps > 0 && QApplication::activeModalWidget())
+        m_boxShown = true;
+    if (m_steps == 0 && !m_waiting.isPassing())
+        timer.stop();
+}
+
+/// Esc that came while a step ran queues no work and must not be lost; but one that came while a box was up,
+/// or went away, was meant for the box.
+void Keyboard::letEscPass(int keyCode, int shift)
+{
+    if (keyCode == code::escape && shift == NoModifier && m_waiting.isPassing())
+        endDebounces();
+}
+
+void Keyboard::beginStep()
+{
+    if (m_steps++ > 0)
+        return;
+    m_step.start();
+    if (!m_waiting.isPassing()) // then it is still asked for
+        m_boxShown = false;
+}
+
+void Keyboard::endStep()
+{
+    // A shorter one leaves the keys behind it to the ticks.
+    if (--m_steps == 0 && m_step.hasExpired(m_tKey.interval()))
+        m_waiting.letPass();
+}
+
+/// The step took longer than the debounces, so that they end with it; after a box they wait for their ticks.
+void Keyboard::endDebounces()
+{
+    if (m_steps > 0 || m_boxShown)
+        return;
+    m_tWait.stop();
+    m_tKey.stop();
 }
 
 void Keyboard::keyDown(int keyCode, int shift)
 {
+    letEscPass(keyCode, shift);
     if (m_tWait.isActive())
         return;
     m_tWait.start();
-    const QPointer<Keyboard> alive(this); // a box lets the window close, and end with it
+    const Step step(this);
     if (keyCode == code::f7 && asksToErase(shift))
         askToErase();
     else if (keyCode == code::f12)
         platform::showMessage(m_sinks.owner, engineBox());
-    if (alive)
+    if (step.isAlive())
         GlobalKeyPress(keyCode, shift);
 }
 
 void Keyboard::GlobalKeyPress(int keyCode, int shift)
 {
+    letEscPass(keyCode, shift);
     if (m_tKey.isActive())
         return;
     m_tKey.start();
+    const Step step(this);
     if (m_sinks.isDescriptionUnsaved())
         return;
     const FixedKey* const fixed = fixedKey(keyCode, shift);

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "app/PendingEvents.h"
+#include "app/WaitingInput.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -38,19 +40,26 @@ class Keyboard : public QObject
     Keyboard(const ShortcutTable* shortcuts, KeyboardSinks sinks, QObject* parent = nullptr);
 
     /// The key-down step of the main window: a virtual key code and a modifier mask (1 Shift, 2 Ctrl, 4 Alt).
-    /// Dropped within 100 ms of the last one that was taken. Ends in GlobalKeyPress().
+    /// Dropped within 100 ms of the last one that was taken, and when it came while a step ran that took longer.
+    /// Ends in GlobalKeyPress().
     void keyDown(int keyCode, int shift);
-    /// What a key does in every window that hands its keys on. Dropped within 100 ms of the last one that was
-    /// taken from any of them, and while a changed description waits to be saved.
+    /// What a key does in every window that hands its keys on. Dropped as there, by what was taken from any of
+    /// the windows, and while a changed description waits to be saved.
     void GlobalKeyPress(int keyCode, int shift);
     /// Runs a quick action, its name compared without case: "FitWindowToImage". Any other does nothing.
     void QuickFunctions(const QString& name);
 
   private:
     struct FixedKey;
+    class Step;
     static const FixedKey* fixedKey(int keyCode, int shift);
 
     void prepare(QTimer& timer, const char* name);
+    void tick(QTimer& timer);
+    void letEscPass(int keyCode, int shift);
+    void beginStep();
+    void endStep();
+    void endDebounces();
     void runShortcuts(int keyCode, int shift);
     void askForHelp();
     void askForShortcutHelp();
@@ -64,6 +73,10 @@ class Keyboard : public QObject
     KeyboardSinks m_sinks;
     QTimer m_tWait;
     QTimer m_tKey;
+    app::WaitingInput m_waiting; ///< after a step: the keys that came while it ran
+    QElapsedTimer m_step;        ///< since the outermost step began
+    int m_steps = 0;             ///< that are running, one inside the other
+    bool m_boxShown = false;     ///< by the step that runs or ran last
 };
 
 } // namespace quorvia::commands

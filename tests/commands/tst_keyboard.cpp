@@ -9,6 +9,7 @@
 #include "platform/Dialogs.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QSet>
 #include <QTest>
 
@@ -51,6 +52,17 @@ class Bench
         keyboard->GlobalKeyPress(keyCode, shift);
         return done;
     }
+
+    /// Makes every command take longer than the debounces, with its events.
+    void makeStepsLong()
+    {
+        whenRun = [this](const QString&) {
+            QElapsedTimer step;
+            step.start();
+            QTRY_VERIFY(step.hasExpired(2 * timer("tKey")->interval()));
+        };
+    }
+    bool isResting() const { return !timer("tWait")->isActive() && !timer("tKey")->isActive(); }
 
     QStringList done;
     bool unsaved = false;
@@ -161,7 +173,15 @@ class TestKeyboard : public QObject
     void theTimersHaveTheirNamesAndIntervals();
     void theDebounceEndsByItself();
     void theDebounceOutlastsABox();
+    void keysPressedInALongStepAreLost_data();
+    void keysPressedInALongStepAreLost();
+    void aLongStepEndsTheDebounces();
+    void aShortStepLeavesTheDebouncesToTheirTicks();
+    void escInALongStepIsKept_data();
+    void escInALongStepIsKept();
     void anUnsavedDescriptionStopsEveryKey();
+    void anUnsavedDescriptionLetsTheFirstStageAsk_data();
+    void anUnsavedDescriptionLetsTheFirstStageAsk();
     void helpIsAskedFor_data();
     void helpIsAskedFor();
     void informationListsTheFacts();
@@ -335,6 +355,101 @@ void TestKeyboard::theDebounceOutlastsABox()
     QCOMPARE(bench.press('R', 0), QStringList());
     QTRY_VERIFY(!bench.timer("tWait")->isActive());
     QTRY_VERIFY(!bench.timer("tKey")->isActive());
+}
+
+void TestKeyboard::keysPressedInALongStepAreLost_data()
+{
+    QTest::addColumn<bool>("inWindow");
+    QTest::addColumn<bool>("thenInWindow");
+    QTest::newRow("in the window") << true << true;
+    QTest::newRow("in another") << false << false;
+    QTest::newRow("in another, then in the window") << false << true;
+    QTest::newRow("in the window, then in another") << true << false;
+}
+
+void TestKeyboard::keysPressedInALongStepAreLost()
+{
+    QFETCH(bool, inWindow);
+    QFETCH(bool, thenInWindow);
+    Bench bench;
+    bench.makeStepsLong();
+    QCOMPARE(inWindow ? bench.press(39, 0) : bench.pressElsewhere(39, 0), QStringList{"miNext"});
+    // Those that were queued come first of all when the step has returned.
+    for (int queued = 0; queued < 3; ++queued)
+        QCOMPARE(thenInWindow ? bench.press(39, 0) : bench.pressElsewhere(39, 0), QStringList());
+    QTRY_VERIFY(bench.isResting());
+    QCOMPARE(thenInWindow ? bench.press(39, 0) : bench.pressElsewhere(39, 0), QStringList{"miNext"});
+}
+
+void TestKeyboard::aLongStepEndsTheDebounces()
+{
+    Bench bench;
+    bench.makeStepsLong();
+    bench.press(39, 0);
+    QVERIFY(!bench.isResting());
+    for (const char* name : {"tWait", "tKey"})
+        bench.timer(name)->start(1000 * 1000); // no tick is needed
+    QTRY_VERIFY(bench.isResting());
+}
+
+void TestKeyboard::aShortStepLeavesTheDebouncesToTheirTicks()
+{
+    Bench bench;
+    for (const char* name : {"tWait", "tKey"})
+        bench.timer(name)->setInterval(1000 * 1000); // longer than any step
+    bench.press(39, 0);
+    for (int turn = 0; turn < 10; ++turn)
+        QCoreApplication::processEvents();
+    QVERIFY(bench.timer("tWait")->isActive());
+    QVERIFY(bench.timer("tKey")->isActive());
+    QCOMPARE(bench.press(escape, 0), QStringList());
+}
+
+void TestKeyboard::escInALongStepIsKept_data()
+{
+    QTest::addColumn<bool>("inWindow");
+    QTest::addColumn<int>("shift");
+    QTest::addColumn<bool>("withBox");
+    QTest::addColumn<QStringList>("done");
+    QTest::newRow("in the window") << true << 0 << false << QStringList{"events", "miExit"};
+    QTest::newRow("in another") << false << 0 << false << QStringList{"events", "miExit"};
+    QTest::newRow("with Ctrl") << true << 2 << false << QStringList();
+    QTest::newRow("after a box") << true << 0 << true << QStringList();
+    QTest::newRow("after a box, in another") << false << 0 << true << QStringList();
+}
+
+void TestKeyboard::escInALongStepIsKept()
+{
+    QFETCH(bool, inWindow);
+    QFETCH(int, shift);
+    QFETCH(bool, withBox);
+    Bench bench;
+    bench.makeStepsLong();
+    if (withBox) {
+        bench.whenRun = [&bench](const QString&) {
+            QDialog box;
+            connect(bench.timer("tKey"), &QTimer::timeout, &box, &QDialog::accept);
+            box.exec();
+        };
+    }
+    bench.press('R', 0);
+    bench.press('R', 0);
+    QTEST(inWindow ? bench.press(escape, shift) : bench.pressElsewhere(escape, shift), "done");
+}
+
+void TestKeyboard::anUnsavedDescriptionLetsTheFirstStageAsk_data()
+{
+    theFirstStageHasItsOwnKeys_data();
+}
+
+void TestKeyboard::anUnsavedDescriptionLetsTheFirstStageAsk()
+{
+    QFETCH(int, code);
+    QFETCH(int, shift);
+    Bench bench;
+    bench.unsaved = true;
+    bench.shortcuts.AddShortcut(QString::number(shift), QString::number(code), QStringLiteral("miOwn"));
+    QCOMPARE(bench.press(code, shift), QStringList{"box"});
 }
 
 void TestKeyboard::anUnsavedDescriptionStopsEveryKey()
