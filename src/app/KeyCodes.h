@@ -30,8 +30,9 @@ inline constexpr int closeBracket = 221;
 /// The virtual key code of a Qt key (Qt::Key): letters and digits are their upper-case character codes,
 /// function keys count on from F1. 0 for a modifier, a lock and every key that the table of codes leaves out.
 /// A character counts by itself, wherever it stands on the keyboard; Enter and the digits of the keypad count
-/// as the others. Where the layout gives a character that no command knows, the letter, digit or bracket counts
-/// that a US keyboard has in the place `scanCode` (as X11 and Wayland number the keys; 0 for no place).
+/// as the others. Where the layout gives a character that no command knows, the letter, digit or bracket
+/// counts that a US keyboard has in the place `scanCode` (as X11 and Wayland number the keys; 0 for no
+/// place).
 int virtualKeyCode(int qtKey, quint32 scanCode);
 /// The modifier mask of Qt's modifiers; the keypad and group bits do not count.
 int modifierMask(Qt::KeyboardModifiers modifiers);

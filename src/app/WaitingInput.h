@@ -1,6 +1,6 @@
-// Tells when the input that waits in the queues has been delivered. What was pressed while the program was busy
-// stands there like what is pressed afterwards: the times that the events carry are no help, as they are missing
-// in some, and count on by themselves where the toolkit repeats a held key.
+// Tells when the input that waits in the queues has been delivered. What was pressed while the program was
+// busy stands there like what is pressed afterwards: the times that the events carry are no help, as they are
+// missing in some, and count on by themselves where the toolkit repeats a held key.
 #pragma once
 
 #include <QObject>

@@ -40,11 +40,11 @@ class Keyboard : public QObject
     Keyboard(const ShortcutTable* shortcuts, KeyboardSinks sinks, QObject* parent = nullptr);
 
     /// The key-down step of the main window: a virtual key code and a modifier mask (1 Shift, 2 Ctrl, 4 Alt).
-    /// Dropped within 100 ms of the last one that was taken, and when it came while a step ran that took longer.
-    /// Ends in GlobalKeyPress().
+    /// Dropped within 100 ms of the last one that was taken, and when it came while a step ran that took
+    /// longer. Ends in GlobalKeyPress().
     void keyDown(int keyCode, int shift);
-    /// What a key does in every window that hands its keys on. Dropped as there, by what was taken from any of
-    /// the windows, and while a changed description waits to be saved.
+    /// What a key does in every window that hands its keys on. Dropped as there, by what was taken from any
+    /// of the windows, and while a changed description waits to be saved.
     void GlobalKeyPress(int keyCode, int shift);
     /// Runs a quick action, its name compared without case: "FitWindowToImage". Any other does nothing.
     void QuickFunctions(const QString& name);

@@ -28,8 +28,8 @@ class BandTitleBar : public QWidget
     /// The user wants a docked band to float, or a floating one docked.
     void floatingToggled();
     void closeClicked();
-    /// One of the buttons has the focus and no use for the key. Whoever takes it accepts the event; else it goes
-    /// up as ever.
+    /// One of the buttons has the focus and no use for the key. Whoever takes it accepts the event; else it
+    /// goes up as ever.
     void keyPressed(QKeyEvent* event);
 
   protected:

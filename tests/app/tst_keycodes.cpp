@@ -66,6 +66,7 @@ class TestKeyCodes : public QObject
         row("Shift alone", Qt::Key_Shift, 0);
         row("Ctrl alone", Qt::Key_Control, 0);
         row("Alt alone", Qt::Key_Alt, 0);
+        row("AltGr alone", Qt::Key_AltGr, 0);
         row("a lock", Qt::Key_CapsLock, 0);
         row("no key", Qt::Key_unknown, 0);
     }
