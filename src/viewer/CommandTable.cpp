@@ -97,7 +97,6 @@ void miQuickHide(frmImageView& window)
 void miFileList(frmImageView& window)
 {
     window.panes()->toggleFileList();
-    window.UpdateToolbar();
 }
 
 void miOpen(frmImageView& window)

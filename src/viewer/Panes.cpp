@@ -123,6 +123,7 @@ Panes::Panes(QWidget* window, Sinks sinks)
         connect(band, &platform::Band::visibilityChanged, this, &Panes::placeTop);
         connect(band, &platform::Band::areaChanged, this, &Panes::placeTop);
     }
+    connect(m_bPlay, &platform::Band::visibilityChanged, this, [this] { m_sinks.listToggled(); });
     m_pTop->installEventFilter(this);
     for (QWidget* pane : {m_pContain, m_pWelcome, m_pMain, static_cast<QWidget*>(m_aP)})
         pane->installEventFilter(this);

@@ -39,8 +39,9 @@ class Panes : public QObject
         std::function<void(bool visible, int delay)> setUpdate; ///< the repaint guard
         std::function<void(const QString& key)> tabShown;       ///< after the panes of a tab are shown
         std::function<void(const QString& name)> runTool;
-        std::function<void()> openMenu; ///< the context menu, at the mouse
-        std::function<void()> laidOut;  ///< the viewport has its place
+        std::function<void()> openMenu;    ///< the context menu, at the mouse
+        std::function<void()> laidOut;     ///< the viewport has its place
+        std::function<void()> listToggled; ///< the band of the file list has come or gone
     };
 
     /// Builds the tree in `window`.

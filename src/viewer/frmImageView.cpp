@@ -42,7 +42,8 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                                .tabShown = [this](const QString&) { showTab(); },
                                .runTool = [this](const QString& name) { RunTool(name); },
                                .openMenu = [this] { OpenMenuX(false); },
-                               .laidOut = [this] { layoutView(); }})),
+                               .laidOut = [this] { layoutView(); },
+                               .listToggled = [this] { noteList(); }})),
       m_ix1(new engine::ImageEngine(loader, pContain())), m_viewport(new Viewport(pContain(), m_ix1, this)),
       m_gestures(new ViewportGestures(m_viewport,
                                       {.runTool = [this](const QString& name) { RunTool(name); },
@@ -123,6 +124,12 @@ void frmImageView::showTab()
         return;
     UpdateToolbar();
     updateViewMarks();
+}
+
+void frmImageView::noteList()
+{
+    if (!m_loading) // what is shown from the start is looked at with the rest
+        UpdateToolbar();
 }
 
 void frmImageView::OpenDirX(const QString& directory)

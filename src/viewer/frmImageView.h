@@ -104,6 +104,7 @@ class frmImageView : public QWidget, public app::MainWindow
     InterfaceTools::Parts interfaceParts();
     output::SlideshowSinks slideshowSinks();
     void showTab();
+    void noteList();
     void layoutView();
     void noteFrame();
 
