@@ -1,6 +1,7 @@
 """Walking a folder with the keys."""
 
 import subprocess
+import time
 import unittest
 
 from harness import BLUE, GREEN, Journey, RED, wait_until
@@ -51,9 +52,10 @@ class Walking(Journey):
         self.focus(window)
         self.shows(window, RED)
         opened = self.setting("ImageOpenCount")
-        self.key("shift+Right", "ctrl+Right", "ctrl+shift+n")
-        self.assertEqual(self.setting("ImageOpenCount"), opened)
-        self.shows(window, RED)
+        self.key("shift+Right", "ctrl+Right", "alt+Right", "ctrl+shift+n")
+        self.key("Right")
+        self.shows(window, GREEN)
+        self.assertEqual(self.setting("ImageOpenCount"), opened + 1)
 
     def test_held_keys_walk_at_most_ten_steps_a_second(self):
         self.start(self.pictures)
@@ -66,17 +68,47 @@ class Walking(Journey):
         self.assertGreaterEqual(steps, 2)
         self.assertLessEqual(steps, 14)
 
-    def test_a_held_key_shows_pictures_that_take_longer_than_its_repeats(self):
+    def slow_pictures(self):
+        """Starts the program on pictures that take longer than the repeats of a key; its process, the window."""
         folder = self.home / "large"
         folder.mkdir()
         for name, colour in (("1", "red"), ("2", "lime"), ("3", "blue")):
             # All passes of such a file must be read before anything can be shown.
             self.make("convert", "-size", "6000x4000", "xc:" + colour, "-interlace", "JPEG", folder / (name + ".jpg"))
-        self.start(folder)
+        process = self.start(folder)
         window = self.window()
         self.focus(window)
         at = self.centre(window)
         wait_until(lambda: self.pixel(*at)[0] > 200, "the first picture")
+        return process, window
+
+    def hold_until(self, key, steps):
+        """Holds a key, as the server repeats it, until it has walked so many steps."""
+        aim = self.setting("ImageOpenCount") + steps
+        self.output("xdotool", "keydown", key)
+        try:
+            wait_until(lambda: self.setting("ImageOpenCount") >= aim, "%d steps of a held key" % steps)
+        finally:
+            self.output("xdotool", "keyup", key)
+
+    def test_a_key_let_go_walks_no_further(self):
+        self.slow_pictures()
+        self.hold_until("Right", 4)
+        opened = self.setting("ImageOpenCount")
+        time.sleep(4)  # several steps' worth: at most the one under way may follow
+        self.assertLessEqual(self.setting("ImageOpenCount"), opened + 1)
+
+    def test_esc_after_a_held_key_ends_the_program(self):
+        process, _ = self.slow_pictures()
+        self.hold_until("Right", 4)
+        opened = self.setting("ImageOpenCount")
+        self.output("xdotool", "key", "Escape")
+        self.ended(process)
+        self.assertLessEqual(self.setting("ImageOpenCount"), opened + 1)
+
+    def test_a_held_key_shows_pictures_that_take_longer_than_its_repeats(self):
+        _, window = self.slow_pictures()
+        at = self.centre(window)
         held = subprocess.Popen(["xdotool", "key", "--repeat", "400", "--delay", "25", "Right"], env=self.environment)
         self.addCleanup(held.wait)
         self.addCleanup(held.kill)
