@@ -5,9 +5,10 @@ namespace quorvia::commands {
 namespace {
 
 /// Calls a copy: the command may end the window that owns the original.
-void call(std::function<void(const QString&)> prefix, const QString& text)
+void call(const std::function<void(const QString&)>& prefix, const QString& text)
 {
-    prefix(text);
+    const std::function<void(const QString&)> kept = prefix;
+    kept(text);
 }
 
 } // namespace

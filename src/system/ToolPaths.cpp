@@ -23,7 +23,7 @@ QString GetToolPath(const QString& tool, bool shortForm)
     const auto found = [&tool]() -> QString {
         for (const app::CommonSubkey& subkey :
              {ProgramPaths, ProgramAssoPaths, ProgramShortPaths, ResourcePaths, ComponentPaths}) {
-            if (const QString path = app::readOfTool(subkey, tool); app::FileExists(path))
+            if (QString path = app::readOfTool(subkey, tool); app::FileExists(path))
                 return path;
         }
         for (const QString& path :
