@@ -56,6 +56,7 @@ void Slideshow::readSettings()
     m_slidemode = app::read(app::setting::slidemode);
     const int interval = app::read(app::setting::Interval);
     m_tSlide.setInterval(interval > 0 ? interval : app::setting::Interval.fallback);
+    m_settingsRead = true;
 }
 
 void Slideshow::toggle()
@@ -136,7 +137,7 @@ void Slideshow::setRunning(bool running)
 
 void Slideshow::tick()
 {
-    if (m_ticking) // opening an image lets events run
+    if (!m_settingsRead || m_ticking) // opening an image lets events run, while the window loads too
         return;
     m_ticking = true;
     const QPointer<Slideshow> alive(this); // a command may end the window

@@ -33,6 +33,7 @@ class Slideshow : public QObject
     explicit Slideshow(SlideshowSinks sinks, QObject* parent = nullptr);
 
     /// Takes `slidemode` and `Interval` from the settings. An interval that no timer has counts as absent.
+    /// Until then a running show takes no step: it does not know which.
     void readSettings();
 
     /// `tSlide` is enabled.
@@ -84,6 +85,7 @@ class Slideshow : public QObject
     QString m_pausedByBand;
     bool m_pausedEnabledState = false;
     bool m_slideShowOnly = false;
+    bool m_settingsRead = false;
     bool m_ticking = false;
 };
 

@@ -17,7 +17,13 @@ namespace {
 class Bench
 {
   public:
-    Bench() { app::openSettings(); }
+    /// Over the settings as they stand, or before they have been read.
+    explicit Bench(bool settingsRead = true)
+    {
+        app::openSettings();
+        if (settingsRead)
+            show->readSettings();
+    }
     ~Bench() { app::closeSettings(); }
     Bench(const Bench&) = delete;
     Bench& operator=(const Bench&) = delete;
@@ -66,6 +72,7 @@ class TestSlideshow : public QObject
     void isDesignedStopped();
     void readsItsSettings_data();
     void readsItsSettings();
+    void stepsOnlyOnceItsSettingsAreRead();
     void ticksByMode_data();
     void ticksByMode();
     void aTickLeavesTheTimerOn();
@@ -129,6 +136,18 @@ void TestSlideshow::readsItsSettings()
     QTEST(bench.show->interval(), "interval");
     QCOMPARE(bench.show->slidemode(), QStringLiteral("sideways"));
     QVERIFY(!bench.show->isRunning());
+}
+
+void TestSlideshow::stepsOnlyOnceItsSettingsAreRead()
+{
+    Bench bench(false);
+    app::save(app::setting::slidemode, QStringLiteral("reverse"));
+    bench.show->toggle();
+    QCOMPARE(bench.tick(), QStringList()); // it would be the wrong order
+    QVERIFY(bench.show->isRunning());
+    bench.show->readSettings();
+    QVERIFY(bench.show->isRunning());
+    QCOMPARE(bench.tick(), QStringList{"miPrevious"});
 }
 
 void TestSlideshow::ticksByMode_data()
