@@ -79,6 +79,8 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "%d entries instead of %d\n", list.ListCount(), fileCount);
         return 1;
     }
+    report("Looking for a file name among the texts",
+           timed(runs, [&list] { list.setListIndex(QStringLiteral("IMG_00001.jpg")); }), 1);
     QStringList files;
     for (int i = 0; i < fileCount; ++i)
         files.append(list.ListFile(i));

@@ -14,6 +14,11 @@ QString entryText(int number, const QString& path)
     return QStringLiteral("%1. %2").arg(QString::number(number), displayName(path));
 }
 
+int numberOf(const QString& text)
+{
+    return text.section(QLatin1String(". "), 0, 0).toInt();
+}
+
 QString pressedText(const QString& text)
 {
     constexpr int most = 4;

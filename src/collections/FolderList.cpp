@@ -51,7 +51,9 @@ void FolderList::startUp(const std::function<void()>& loadStored)
 
 void FolderList::setPath(int index, const QString& folder)
 {
-    if (m_closed || index != 0 || !m_folderMode || !app::FolderExists(folder))
+    if (m_closed || index != 0 || !m_folderMode)
+        return;
+    if (!QDir::isAbsolutePath(folder) || !app::FolderExists(folder))
         return;
     const QString clean = QDir::cleanPath(folder);
     if (clean == m_path)
@@ -84,12 +86,14 @@ void FolderList::setListIndex(const QString& text)
 {
     if (m_starting)
         return;
-    for (int i = 0; i < ListCount(); ++i) {
-        if (List(i) == text) {
-            SetListIndex(i);
-            return;
-        }
-    }
+    // Texts that were not given begin with their entry's number.
+    QList<int> candidates = m_texts.keys();
+    candidates.append(numberOf(text) - 1);
+    std::sort(candidates.begin(), candidates.end());
+    const auto found = std::find_if(candidates.cbegin(), candidates.cend(),
+                                    [&](int i) { return holds(i) && List(i) == text; });
+    if (found != candidates.cend())
+        SetListIndex(*found);
 }
 
 QString FolderList::text(int index) const
@@ -129,8 +133,10 @@ void FolderList::pick(int index)
     if (m_closed || !holds(index))
         return;
     m_index = index;
-    if (!text(index).isEmpty())
-        NotifyOpenFile(m_files.at(index));
+    if (text(index).isEmpty())
+        return;
+    const QString file = m_files.at(index); // whoever hears of it may have the list rebuilt
+    NotifyOpenFile(file);
 }
 
 void FolderList::NotifyOpenFile(const QString& sFile)

@@ -41,7 +41,8 @@ class FolderList : public QObject
 
     /// The folder, without a final "/"; empty when none has been chosen, and for any `index` but 0.
     QString path(int index = 0) const { return index == 0 && m_folderMode ? m_path : QString(); }
-    /// Chooses an existing folder and, when it is another one, asks for a rebuild.
+    /// Chooses an existing folder and, when it is another one, asks for a rebuild. A path that is relative is
+    /// none.
     void setPath(const QString& folder) { setPath(0, folder); }
     /// The same; nothing happens for any `index` but 0.
     void setPath(int index, const QString& folder);
@@ -56,8 +57,8 @@ class FolderList : public QObject
     /// Makes `index` the current entry and the only selected one and, when it is another one, picks it.
     /// Beyond the list nothing happens.
     void SetListIndex(int index);
-    /// Looks for an entry whose text is `text` and picks it. File names are never such texts: entries bear a
-    /// number. Nothing happens at start-up.
+    /// Looks for the first entry whose text is `text` and picks it. File names are never such texts: entries
+    /// bear a number, and that is where it looks. Nothing happens at start-up.
     void setListIndex(const QString& text);
     /// The text of entry `index` (0-based) without blanks around it; empty beyond the list.
     QString List(int index) const { return text(index).trimmed(); }

@@ -133,7 +133,7 @@ void Playlist::selectDirectory()
     m_ftv->setRoot(chosen);
     app::save(app::setting::BrowserRoot, m_ftv->root());
     if (!m_ftv->showsSelected())
-        m_list->setPath(m_ftv->root());
+        m_list->setPath(m_ftv->root()); // which does not take the word for the desktop
     layOut();
 }
 

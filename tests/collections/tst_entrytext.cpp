@@ -9,6 +9,24 @@ class TestEntryText : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
+    void numbers_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("number");
+        QTest::newRow("an entry's text") << "3. c (JPG)" << 3;
+        QTest::newRow("several digits") << "20000. a. b (JPG)" << 20000;
+        QTest::newRow("a file name") << "c.jpg" << 0;
+        QTest::newRow("a file name that begins so") << "3. c.jpg" << 3;
+        QTest::newRow("more than an integer holds") << "99999999999. c (JPG)" << 0;
+        QTest::newRow("nothing") << "" << 0;
+    }
+
+    void numbers()
+    {
+        QFETCH(QString, text);
+        QTEST(numberOf(text), "number");
+    }
+
     void entries_data()
     {
         QTest::addColumn<int>("number");

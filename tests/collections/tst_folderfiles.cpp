@@ -1,12 +1,14 @@
 // What stands in a folder, sorted, and what of it has gone. Folders with hostile names in them included.
 #include "collections/FolderFiles.h"
 #include "support/ScratchHome.h"
+#include "support/Unprivileged.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTest>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace quorvia;
@@ -94,6 +96,17 @@ class TestFolderFiles : public QObject
         QVERIFY(sortedFolderFiles(pics() + QStringLiteral("/nowhere"), all).isEmpty());
         write(QStringLiteral("a.jpg"));
         QVERIFY(sortedFolderFiles(pics() + QStringLiteral("/a.jpg"), all).isEmpty());
+    }
+
+    void aFolderWithoutPermissionHasNone()
+    {
+        write(QStringLiteral("a.jpg"));
+        QVERIFY(test::openToEveryone(QFile::encodeName(m_home->path(QString())).constData()));
+        const auto lists = [this] { return !sortedFolderFiles(pics(), QStringLiteral("*.*")).isEmpty(); };
+        QVERIFY(test::holdsUnprivileged(lists));
+        QCOMPARE(::chmod(QFile::encodeName(pics()).constData(), 0), 0);
+        QVERIFY(test::holdsUnprivileged([&lists] { return !lists(); }));
+        QCOMPARE(::chmod(QFile::encodeName(pics()).constData(), 0700), 0);
     }
 
     void hostileNamesAreListed()

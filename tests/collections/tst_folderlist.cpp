@@ -2,12 +2,15 @@
 #include "app/Settings.h"
 #include "collections/FolderList.h"
 #include "support/ScratchHome.h"
+#include "support/Unprivileged.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+
+#include <sys/stat.h>
 
 using namespace quorvia;
 using collections::FolderList;
@@ -17,6 +20,7 @@ class TestFolderList : public QObject
     Q_OBJECT
 
   private:
+    const QString m_startedIn = QDir::currentPath();
     std::unique_ptr<test::ScratchHome> m_home;
     QString m_current;
 
@@ -39,16 +43,21 @@ class TestFolderList : public QObject
     }
 
     QString in(const char* name) const { return m_home->path(QLatin1String(name)); }
+    /// `path` with its "@" replaced by the home directory.
+    QString full(QString path) const { return path.replace(QLatin1Char('@'), in("")); }
 
     static QTimer* timer(const FolderList& list, const char* name)
     {
         return list.findChild<QTimer*>(QLatin1String(name));
     }
+    /// What a tick of tAutoUpdate does.
+    static void look(const FolderList& list) { Q_EMIT timer(list, "tAutoUpdate")->timeout({}); }
 
   private Q_SLOTS:
     void init()
     {
         m_home = std::make_unique<test::ScratchHome>();
+        QVERIFY(QDir::setCurrent(in(""))); // as a desktop starts its programs
         app::openSettings();
         m_current.clear();
         for (const char* name :
@@ -59,6 +68,7 @@ class TestFolderList : public QObject
     void cleanup()
     {
         app::closeSettings();
+        QDir::setCurrent(m_startedIn);
         m_home.reset();
     }
 
@@ -112,11 +122,12 @@ class TestFolderList : public QObject
         QTest::addColumn<QString>("stored");
         QTest::addColumn<int>("cLoad");
         QTest::addColumn<bool>("taken");
-        QTest::newRow("asked for") << "pics" << 1 << true;
-        QTest::newRow("not asked for") << "pics" << 0 << false;
-        QTest::newRow("some other number") << "pics" << 2 << false;
-        QTest::newRow("gone") << "gone" << 1 << false;
-        QTest::newRow("a file") << "pics/c.jpg" << 1 << false;
+        QTest::newRow("asked for") << "@/pics" << 1 << true;
+        QTest::newRow("not asked for") << "@/pics" << 0 << false;
+        QTest::newRow("some other number") << "@/pics" << 2 << false;
+        QTest::newRow("gone") << "@/gone" << 1 << false;
+        QTest::newRow("a file") << "@/pics/c.jpg" << 1 << false;
+        QTest::newRow("relative, exists") << "pics" << 1 << false;
     }
 
     void startUpTakesTheFolderOfTheLastRun()
@@ -124,12 +135,12 @@ class TestFolderList : public QObject
         QFETCH(QString, stored);
         QFETCH(int, cLoad);
         QFETCH(bool, taken);
-        app::save(app::setting::SelectedPath, m_home->path(stored));
+        app::save(app::setting::SelectedPath, full(stored));
         app::save(app::setting::cLoad, cLoad);
         const auto made = list();
-        QCOMPARE(made->path(), taken ? m_home->path(stored) : QString());
+        QCOMPARE(made->path(), taken ? full(stored) : QString());
         QCOMPARE(made->ListCount(), taken ? 3 : 0);
-        QCOMPARE(app::read(app::setting::SelectedPath, QString()), m_home->path(stored));
+        QCOMPARE(app::read(app::setting::SelectedPath, QString()), full(stored));
     }
 
     void startUpRunsInOrder()
@@ -224,12 +235,77 @@ class TestFolderList : public QObject
         QCOMPARE(opened.count(), 1);
     }
 
+    void textsAreLookedFor_data()
+    {
+        QTest::addColumn<int>("given"); // the entry that is given a text first
+        QTest::addColumn<QString>("givenText");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("index");
+        const auto row = [](const char* name, int given, const char* givenText, const char* text, int index) {
+            QTest::newRow(name) << given << QString::fromLatin1(givenText) << QString::fromLatin1(text)
+                                << index;
+        };
+        constexpr int none = -1;
+        row("an entry's own", none, "", "3. c (JPG)", 2);
+        row("that of a later one too", 0, "3. c (JPG)", "3. c (JPG)", 0);
+        row("that of an earlier one too", 2, "1. A (PNG)", "1. A (PNG)", 0);
+        row("given without a number", 1, "other", "other", 1);
+        row("given with blanks around", 1, "  other ", "other", 1);
+        row("given and empty", 1, "", "", 1);
+        row("replaced by a given one", 1, "other", "2. b (JPG)", none);
+        row("of another case", none, "", "3. C (JPG)", none);
+        row("a number beyond the list", none, "", "4. c (JPG)", none);
+        row("nought", none, "", "0. A (PNG)", none);
+        row("a number of another entry", none, "", "1. c (JPG)", none);
+        row("a leading nought", none, "", "03. c (JPG)", none);
+        row("a leading blank", none, "", " 3. c (JPG)", none);
+        row("a number no integer holds", none, "", "99999999999. c (JPG)", none);
+        row("no number", none, "", "c (JPG)", none);
+        row("a number alone", none, "", "3", none);
+        row("nothing", none, "", "", none);
+    }
+
+    void textsAreLookedFor()
+    {
+        QFETCH(int, given);
+        QFETCH(QString, givenText);
+        QFETCH(QString, text);
+        const auto made = pics();
+        made->SetList(given, givenText);
+        made->setListIndex(text);
+        QTEST(made->ListIndex(), "index");
+    }
+
+    void aListenerMayRebuild()
+    {
+        const auto made = pics();
+        QString after;
+        connect(made.get(), &FolderList::OpenFile, this, [&](const QString& file) {
+            QVERIFY(QDir(in("pics")).removeRecursively());
+            made->RefreshPlaylist();
+            made->finishRebuild();
+            after = file;
+        });
+        made->SetListIndex(1);
+        QCOMPARE(made->ListCount(), 0);
+        QCOMPARE(after, in("pics/b.JPG"));
+    }
+
+    void aFolderThatIsNoneIsNotTaken_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("gone") << "@/nowhere";
+        QTest::newRow("a file") << "@/pics/c.jpg";
+        QTest::newRow("relative, exists") << "pics";
+        QTest::newRow("the working directory") << ".";
+        QTest::newRow("nothing") << "";
+    }
+
     void aFolderThatIsNoneIsNotTaken()
     {
+        QFETCH(QString, folder);
         const auto made = list();
-        made->setPath(m_home->path(QStringLiteral("nowhere")));
-        QCOMPARE(made->path(), QString());
-        made->setPath(m_home->path(QStringLiteral("pics/c.jpg")));
+        made->setPath(full(folder));
         QCOMPARE(made->path(), QString());
         QVERIFY(made->IsReady());
     }
@@ -356,6 +432,64 @@ class TestFolderList : public QObject
         made->RefreshPlaylist();
         made->finishRebuild();
         QCOMPARE(made->ListCount(), 4);
+    }
+
+    void anEntryListedTwiceHasNotVanished()
+    {
+        const auto made = pics();
+        made->SetPattern(QStringLiteral("*.jpg;b*"));
+        made->finishRebuild();
+        QCOMPARE(made->ListCount(), 3);
+        QCOMPARE(made->List(0), QStringLiteral("1. b (JPG)"));
+        QCOMPARE(made->List(1), QStringLiteral("2. b (JPG)"));
+        QCOMPARE(made->List(2), QStringLiteral("3. c (JPG)"));
+        look(*made);
+        QVERIFY(made->IsReady());
+    }
+
+    void nothingIsLookedForBeforeOrDuringARebuild()
+    {
+        const auto made = pics();
+        QVERIFY(QFile::remove(in("pics/c.jpg")));
+        made->RefreshPlaylist();
+        const int request = timer(*made, "tFolder")->timerId();
+        look(*made);
+        QCOMPARE(timer(*made, "tFolder")->timerId(), request); // not put off
+        connect(made.get(), &FolderList::ListChanged, this, [&] {
+            QVERIFY(QFile::remove(in("pics/b.JPG")));
+            look(*made);
+        });
+        made->finishRebuild();
+        QVERIFY(made->IsReady());
+        look(*made);
+        QVERIFY(!made->IsReady());
+    }
+
+    void theFolderListedIsLookedAtNotTheOneChosen()
+    {
+        const auto made = pics();
+        made->setPath(in("pics/sub"));
+        made->SetFolderMode(false); // and so the rebuild is not taken
+        made->finishRebuild();
+        QCOMPARE(made->ListCount(), 3);
+        look(*made);
+        QVERIFY(made->IsReady());
+    }
+
+    void aFolderWithoutPermissionGivesAnEmptyList()
+    {
+        const auto made = pics();
+        QVERIFY(test::openToEveryone(QFile::encodeName(in("")).constData()));
+        QVERIFY(QFile::rename(in("pics/sub"), in("closed")));
+        QCOMPARE(::chmod(QFile::encodeName(in("closed")).constData(), 0), 0);
+        QVERIFY(test::holdsUnprivileged([&] {
+            QSignalSpy changed(made.get(), &FolderList::ListChanged);
+            made->setPath(in("closed"));
+            made->finishRebuild();
+            return made->path() == in("closed") && made->ListCount() == 0 && changed.count() == 1 &&
+                   app::read(app::setting::SelectedPath, QString()) == in("pics");
+        }));
+        QCOMPARE(::chmod(QFile::encodeName(in("closed")).constData(), 0700), 0);
     }
 
     void intervalsThatAreNoneChangeNothing()

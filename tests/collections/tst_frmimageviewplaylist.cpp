@@ -78,6 +78,18 @@ class TestHost : public QObject
         QCOMPARE(window().opened.size(), 1);
     }
 
+    void aPanelMadeBeforeTheStartShowsTheFolderOfTheLastRun()
+    {
+        app::save(app::setting::cLoad, 1);
+        app::save(app::setting::SelectedPath, in("pics"));
+        m_host->show();
+        auto* const tree = m_host->findChild<platform::FolderTree*>();
+        QCOMPARE(tree->selectedFolder(), QString());
+        m_host->startUp();
+        QCOMPARE(tree->selectedFolder(), in("pics"));
+        QVERIFY(tree->showsSelected());
+    }
+
     void handsTheListsOperationsOn()
     {
         listPics();

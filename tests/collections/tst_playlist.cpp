@@ -25,6 +25,7 @@ class TestPlaylist : public QObject
     Q_OBJECT
 
   private:
+    const QString m_startedIn = QDir::currentPath();
     std::unique_ptr<test::ListBench> m_bench;
     std::unique_ptr<FolderList> m_list;
     std::unique_ptr<Playlist> m_panel;
@@ -57,21 +58,21 @@ class TestPlaylist : public QObject
     }
     bool isInSight(int row) const { return lPlaylist().viewport()->rect().contains(place(row)); }
 
-    /// The list of "pics" as it stands after the start, not yet shown.
-    void list()
+    /// The list of `folder` (may be empty) as it stands after the start, not yet shown.
+    void list(const QString& folder)
     {
         m_list = std::make_unique<FolderList>([this] { return m_bench->window.current; });
         m_opened = std::make_unique<QSignalSpy>(m_list.get(), &FolderList::OpenFile);
         m_list->SetPattern(QStringLiteral("*.jpg"));
         m_list->startUp();
-        m_list->setPath(in("pics"));
+        m_list->setPath(folder);
         m_list->finishRebuild();
     }
-    /// The same with its panel on the screen.
+    /// The same with its panel on the screen; the list of "pics" when there is none.
     void show()
     {
         if (!m_list)
-            list();
+            list(in("pics"));
         m_panel = std::make_unique<Playlist>(m_list.get());
         m_panel->resize(240, 640);
         m_panel->show();
@@ -79,19 +80,24 @@ class TestPlaylist : public QObject
     }
 
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<test::ListBench>(); }
+    void init()
+    {
+        m_bench = std::make_unique<test::ListBench>();
+        QVERIFY(QDir::setCurrent(in(""))); // as a desktop starts its programs
+    }
 
     void cleanup()
     {
         m_panel.reset();
         m_opened.reset();
         m_list.reset();
+        QDir::setCurrent(m_startedIn);
         m_bench.reset();
     }
 
     void showsWhatStandsWhenItIsMade()
     {
-        list();
+        list(in("pics"));
         m_list->SetListIndex(2);
         m_opened->clear();
         show();
@@ -135,6 +141,10 @@ class TestPlaylist : public QObject
         m_list->finishRebuild();
         QCOMPARE(lPlaylist().model()->rowCount(), 1);
         QCOMPARE(info(), QStringLiteral("1 Images"));
+        m_list->SetPattern(QStringLiteral("*.jpg;x*")); // both match the one file
+        m_list->finishRebuild();
+        QCOMPARE(info(), QStringLiteral("2 Images"));
+        QCOMPARE(shown(1), QStringLiteral("2. x (JPG)"));
         m_list->SetPattern(QStringLiteral("*.bmp"));
         m_list->finishRebuild();
         QCOMPARE(info(), QStringLiteral("0 Images"));
@@ -143,7 +153,7 @@ class TestPlaylist : public QObject
 
     void theCountIsSetAfterTheListHasChanged()
     {
-        list();
+        list(in("pics"));
         QString during;
         connect(m_list.get(), &FolderList::ListChanged, this, [&] { during = info(); });
         show();
@@ -363,48 +373,56 @@ class TestPlaylist : public QObject
 
     void theRootIsSelected_data()
     {
+        QTest::addColumn<QString>("start"); // folders in the home directory; empty: none
         QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("root");
         QTest::addColumn<QString>("path");
-        QTest::newRow("a folder above") << ""
-                                        << ""
-                                        << "pics";
-        QTest::newRow("the folder itself") << "pics"
-                                           << "pics"
-                                           << "pics";
-        QTest::newRow("another folder") << "other"
-                                        << "other"
-                                        << "other";
-        QTest::newRow("a folder that is none") << "nowhere"
-                                               << "Desktop"
-                                               << "pics";
-        QTest::newRow("cancelled") << "cancel"
-                                   << "Desktop"
-                                   << "pics";
+        const auto row = [](const char* name, const char* start, const char* answer, const char* root,
+                            const char* path) {
+            QTest::newRow(name) << QString::fromLatin1(start) << QString::fromLatin1(answer)
+                                << QString::fromLatin1(root) << QString::fromLatin1(path);
+        };
+        row("a folder above", "pics", ".", ".", "pics");
+        row("the folder itself", "pics", "pics", "pics", "pics");
+        row("another folder", "pics", "other", "other", "other");
+        row("a folder that is none", "pics", "nowhere", "Desktop", "pics");
+        row("cancelled", "pics", "", "Desktop", "pics");
+        row("a folder, none chosen", "", "other", "other", "other");
+        row("a folder that is none, none chosen", "", "nowhere", "Desktop", "");
+        row("cancelled, none chosen", "", "", "Desktop", "");
     }
 
     void theRootIsSelected()
     {
+        QFETCH(QString, start);
         QFETCH(QString, answer);
         QFETCH(QString, root);
         QFETCH(QString, path);
-        QVERIFY(QDir().mkpath(in("other")));
+        for (const char* name : {"other", "Desktop"})
+            QVERIFY(QDir().mkpath(in(name)));
         app::save(app::setting::BrowserRoot, in("pics"));
+        const auto full = [this](const QString& name) {
+            return name.isEmpty() ? QString() : QDir::cleanPath(m_bench->home.path(name));
+        };
+        list(full(start));
         show();
-        const auto full = [this](const QString& name) { return QDir::cleanPath(m_bench->home.path(name)); };
         QStringList asked;
         const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser& browser) {
             asked << browser.title << browser.start;
-            return answer == QLatin1String("cancel") ? QString() : full(answer);
+            return full(answer);
         });
+        const QRect place = lPlaylist().geometry();
+        lPlaylist().setGeometry(0, 0, 1, 1); // the panel is laid out again
         QTest::mouseClick(&cmdDir(), Qt::LeftButton);
-        QCOMPARE(asked, QStringList({QStringLiteral("Select Root Directory"), in("pics")}));
+        QCOMPARE(lPlaylist().geometry(), place);
+        QCOMPARE(asked, QStringList({QStringLiteral("Select Root Directory"), full(start)}));
         const QString expected = root == QLatin1String("Desktop") ? root : full(root);
         QCOMPARE(ftv().root(), expected);
         QCOMPARE(app::read(app::setting::BrowserRoot), expected);
         QCOMPARE(m_list->path(), full(path));
-        QVERIFY(ftv().showsSelected());
-        QCOMPARE(m_list->IsReady(), path == QLatin1String("pics"));
+        QCOMPARE(ftv().showsSelected(), !path.isEmpty());
+        QCOMPARE(m_list->IsReady(), path == start);
+        QCOMPARE(app::read(app::setting::SelectedPath, QString()), full(start));
     }
 
     void theButtonWorksByKey()
@@ -421,12 +439,30 @@ class TestPlaylist : public QObject
         QCOMPARE(asked, 2);
     }
 
-    void aStoredRootThatHasGoneIsKeptInTheStore()
+    void theRootOfTheLastRun_data()
     {
-        app::save(app::setting::BrowserRoot, in("gone"));
+        QTest::addColumn<QString>("stored"); // "@" stands for the home directory
+        QTest::addColumn<QString>("root");
+        QTest::newRow("none") << QString() << "Desktop";
+        QTest::newRow("a folder") << "@/pics"
+                                  << "@/pics";
+        QTest::newRow("one that has gone") << "@/gone"
+                                           << "Desktop";
+        QTest::newRow("relative, exists") << "pics"
+                                          << "Desktop";
+    }
+
+    void theRootOfTheLastRun()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, root);
+        for (QString* path : {&stored, &root})
+            path->replace(QLatin1Char('@'), in(""));
+        if (!stored.isNull())
+            app::save(app::setting::BrowserRoot, stored);
         show();
-        QCOMPARE(ftv().root(), QStringLiteral("Desktop"));
-        QCOMPARE(app::read(app::setting::BrowserRoot), in("gone"));
+        QCOMPARE(ftv().root(), root);
+        QCOMPARE(app::read(app::setting::BrowserRoot), stored.isNull() ? root : stored); // kept in the store
     }
 
     void endingDuringTheBrowserCostsNothing()
@@ -480,19 +516,29 @@ class TestPlaylist : public QObject
     void closingShutsThePanel()
     {
         show();
+        m_list->SetListIndex(0);
+        m_opened->clear();
         QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
         int asked = 0;
         const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser&) {
             ++asked;
             return QString();
         });
+        m_list->CloseDown(); // as the window that holds the panel does it
         m_panel->CloseDown();
         QVERIFY(ftv().isHidden());
         QVERIFY(!ftv().isEnabled());
         QTest::mouseClick(&cmdDir(), Qt::LeftButton);
         click(1, {}, Qt::RightButton);
+        click(2);
+        QTest::keyClick(&lPlaylist(), Qt::Key_End);
+        Q_EMIT ftv().folderSelected(m_bench->home.path(QString()));
         QCOMPARE(asked, 0);
         QCOMPARE(wanted.count(), 0);
+        QCOMPARE(m_opened->count(), 0);
+        QCOMPARE(m_list->ListIndex(), 0);
+        QCOMPARE(m_list->path(), in("pics"));
+        QCOMPARE(m_list->GetSelectedFiles(), in("pics/a.jpg;"));
     }
 
     void hostileNamesAreShownOnOneLine()
