@@ -75,8 +75,11 @@ class TestCommandTable : public QObject
     void anEmptyListHoldsNoSteps()
     {
         frmImageView& window = m_bench->load();
-        for (const char* tool : {"miNext", "miPrevious", "miRandom", "miLoadFirst", "miRefresh"})
+        for (const char* tool : {"miNext", "miPrevious", "miRandom", "miLoadFirst", "miRefresh"}) {
             window.RunTool(QLatin1String(tool));
+            QCOMPARE(window.lastTool(), QLatin1String(tool));
+            QCOMPARE(window.list()->ListIndex(), -1);
+        }
         QCOMPARE(window.currentFile(), QString());
         QVERIFY(m_bench->boxes.empty());
     }

@@ -1,5 +1,6 @@
 // The load step of the main window.
 #include "app/Colors.h"
+#include "app/ImageTypes.h"
 #include "app/mFile.h"
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
@@ -170,6 +171,48 @@ class TestLoadStep : public QObject
         for (QString& argument : arguments)
             argument.replace(QLatin1Char('@'), in("pics"));
         QTEST(m_bench->load(arguments).viewport()->FitToWindow(), "fit");
+    }
+
+    void theShowAtTheStart_data()
+    {
+        QTest::addColumn<int>("cSlide");
+        QTest::addColumn<QStringList>("arguments"); // "@" stands for the pictures' folder
+        QTest::addColumn<bool>("running");
+        QTest::newRow("asked for") << 1 << QStringList{} << true;
+        QTest::newRow("asked for, with a folder") << 1 << QStringList{"@"} << true;
+        QTest::newRow("asked for, with a switch") << 1 << QStringList{"/miCmd"} << false;
+        QTest::newRow("asked for, with a bare file") << 1 << QStringList{"@/a.png"} << false;
+        QTest::newRow("not asked for") << 0 << QStringList{} << false;
+        QTest::newRow("another number") << 2 << QStringList{} << false;
+        QTest::newRow("by a command") << 0 << QStringList{"/miSlideShow"} << true;
+    }
+
+    void theShowAtTheStart()
+    {
+        QFETCH(int, cSlide);
+        QFETCH(QStringList, arguments);
+        app::save(setting::cSlide, cSlide);
+        app::save(setting::slidemode, QStringLiteral("reverse"));
+        app::save(setting::Interval, 3500);
+        for (QString& argument : arguments)
+            argument.replace(QLatin1Char('@'), in("pics"));
+        const output::Slideshow& show = *m_bench->load(arguments).slideshow();
+        QTEST(show.isRunning(), "running");
+        QCOMPARE(show.slidemode(), QStringLiteral("reverse"));
+        QCOMPARE(show.interval(), 3500);
+    }
+
+    void theListHasTheImageTypes()
+    {
+        for (const char* name : {"pics/notes.txt", "pics/list.qol", "pics/c.BMP"})
+            m_bench->home.write(QLatin1String(name), "x");
+        const collections::FolderList& list = *m_bench->load({in("pics")}).list();
+        QCOMPARE(list.Pattern(), QLatin1String(app::ImageExtensionList));
+        QStringList files;
+        for (int i = 0; i < list.ListCount(); ++i)
+            files.append(list.ListFile(i));
+        QCOMPARE(files, (QStringList{in("pics/a.png"), in("pics/b.png"), in("pics/c.BMP"),
+                                     in("pics/two words.png")}));
     }
 
     void backColour()

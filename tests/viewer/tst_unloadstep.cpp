@@ -13,6 +13,31 @@ using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
+namespace {
+
+/// Does something when a window is told to close.
+class WhenClosed : public QObject
+{
+  public:
+    WhenClosed(QWidget& window, std::function<void()> act) : m_act(std::move(act))
+    {
+        window.installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Close)
+            m_act();
+        return false;
+    }
+
+  private:
+    std::function<void()> m_act;
+};
+
+} // namespace
+
 class TestUnloadStep : public QObject
 {
     Q_OBJECT
@@ -128,6 +153,28 @@ class TestUnloadStep : public QObject
         other.show();
         window.close();
         QVERIFY(!other.isVisible());
+    }
+
+    void theListIsShutBeforeTheOtherWindowsClose()
+    {
+        frmImageView& window = m_bench->load({in("pics")});
+        window.RunTool(QStringLiteral("miFileList"));
+        const auto* const ftv = window.playlist()->findChild<QWidget*>(QStringLiteral("ftv"));
+        QVERIFY(ftv && ftv->isVisible());
+        QCOMPARE(window.list()->ListIndex(), 0);
+        QWidget other;
+        other.show();
+        bool closed = false;
+        WhenClosed watch(other, [&] {
+            closed = true;
+            QVERIFY(ftv->isHidden());
+            window.list()->RefreshPlaylist();
+            QVERIFY(window.list()->IsReady());
+            window.list()->SetListIndex(1);
+            QCOMPARE(window.list()->ListIndex(), 0);
+        });
+        window.close();
+        QVERIFY(closed);
     }
 
     void closingTwiceSavesOnce()
