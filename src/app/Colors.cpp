@@ -2,6 +2,7 @@
 
 #include "platform/Contrast.h"
 
+#include <QGuiApplication>
 #include <QPalette>
 #include <QWidget>
 
@@ -47,6 +48,12 @@ constexpr SystemColor systemColors[] = {
     {24, QPalette::Active, QPalette::ToolTipBase},
 };
 
+/// The colours that were given to `widget` itself: with others it would not follow the desktop's.
+QPalette ownPalette(const QWidget& widget)
+{
+    return widget.testAttribute(Qt::WA_SetPalette) ? widget.palette() : QPalette();
+}
+
 } // namespace
 
 int toColorNumber(const QColor& color)
@@ -77,12 +84,24 @@ QColor paneColor(const QWidget* pane)
 
 void setPaneColor(QWidget* pane, const QColor& color)
 {
-    QPalette palette = pane->palette();
+    const QPalette before = pane->palette();
+    QPalette palette = ownPalette(*pane);
     palette.setColor(QPalette::Window, color);
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive})
         palette.setColor(group, QPalette::WindowText,
-                         platform::inkOn(color, palette.color(group, QPalette::WindowText)));
+                         platform::inkOn(color, before.color(group, QPalette::WindowText)));
     pane->setPalette(palette);
+}
+
+void setDesktopColors(QWidget* control)
+{
+    const QPalette desktop = QGuiApplication::palette();
+    QPalette palette = ownPalette(*control);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        for (const QPalette::ColorRole role : {QPalette::Window, QPalette::WindowText})
+            palette.setColor(group, role, desktop.color(group, role));
+    }
+    control->setPalette(palette);
 }
 
 } // namespace quorvia::app

@@ -1,5 +1,6 @@
 #include "collections/Playlist.h"
 
+#include "app/Colors.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "collections/EntryModel.h"
@@ -46,6 +47,11 @@ Playlist::Playlist(FolderList* list, QWidget* parent)
     m_lPlaylist->mark(m_list->ListIndex());
 }
 
+std::array<QWidget*, 3> Playlist::controls() const
+{
+    return {m_ftv, m_cmdDir, m_lPlaylist};
+}
+
 void Playlist::fillParts()
 {
     m_ftv->setObjectName(QStringLiteral("ftv"));
@@ -62,9 +68,15 @@ void Playlist::fillParts()
     // A click leaves the keys to the window, whose arrows walk the pictures; Tab leads to the parts.
     m_ftv->setFocusPolicy(Qt::TabFocus);
     m_cmdDir->setFocusPolicy(Qt::TabFocus);
-    for (QWidget* part :
-         {static_cast<QWidget*>(m_ftv), static_cast<QWidget*>(m_cmdDir), static_cast<QWidget*>(m_lPlaylist)})
-        part->installEventFilter(this);
+    for (QWidget* control : controls())
+        control->installEventFilter(this);
+    takeDesktopColors();
+}
+
+void Playlist::takeDesktopColors()
+{
+    for (QWidget* control : controls())
+        app::setDesktopColors(control);
 }
 
 void Playlist::followList()
@@ -172,6 +184,8 @@ void Playlist::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         layOut();
+    else if (event->type() == QEvent::PaletteChange)
+        takeDesktopColors();
 }
 
 void Playlist::layOut()

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <array>
+
 class QLabel;
 class QPushButton;
 
@@ -43,7 +45,9 @@ class Playlist : public QWidget
     void changeEvent(QEvent* event) override;
 
   private:
+    std::array<QWidget*, 3> controls() const;
     void fillParts();
+    void takeDesktopColors();
     void followList();
     void followUser();
     void showList();

@@ -1,4 +1,5 @@
 // The panel of the list of pictures, driven by mouse and keys.
+#include "app/Colors.h"
 #include "app/Settings.h"
 #include "collections/EntryView.h"
 #include "collections/FolderList.h"
@@ -93,6 +94,28 @@ class TestPlaylist : public QObject
         m_list.reset();
         QDir::setCurrent(m_startedIn);
         m_bench.reset();
+    }
+
+    void controlsKeepTheDesktopsColours()
+    {
+        show();
+        const QPalette light = QGuiApplication::palette();
+        app::setPaneColor(m_panel.get(), QColor(0, 121, 191));
+        const auto text = [](const QWidget& part) { return part.palette().color(QPalette::WindowText); };
+        QCOMPARE(text(*m_panel->findChild<QLabel*>(QStringLiteral("lPlaylistInfo"))), QColor(Qt::white));
+        QPalette dark = light;
+        dark.setColor(QPalette::WindowText, QColor(200, 210, 220));
+        dark.setColor(QPalette::Window, QColor(40, 50, 60));
+        dark.setColor(QPalette::Base, QColor(30, 30, 30));
+        for (const QPalette& desktop : {light, dark, light}) {
+            QApplication::setPalette(desktop);
+            QCoreApplication::processEvents();
+            for (const QWidget* part : {static_cast<QWidget*>(&ftv()), static_cast<QWidget*>(&lPlaylist()),
+                                        static_cast<QWidget*>(&cmdDir())}) {
+                QCOMPARE(text(*part), desktop.color(QPalette::WindowText));
+                QCOMPARE(app::paneColor(part), desktop.color(QPalette::Window));
+            }
+        }
     }
 
     void showsWhatStandsWhenItIsMade()
