@@ -104,6 +104,7 @@ void ImageEngine::SetFileName(const QString& path)
         return;
     }
     auto load = d->loader->load(path, d->page, d->loadBox);
+    Q_EMIT LoadBegun(path);
     const auto header = load->header();
     if (!header) {
         d->lastError = header.error().text;

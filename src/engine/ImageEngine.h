@@ -122,6 +122,9 @@ class ImageEngine : public QWidget
     void SetLoadBox(QSize box);
 
   Q_SIGNALS:
+    /// The load of page PageNumber() of `path` has begun; what stands before it is still what FileName() and
+    /// Picture() give.
+    void LoadBegun(const QString& path);
     /// The picture has been painted on the control for the first time since it was loaded or given. Comes
     /// from the event loop, not from inside the paint; not for a picture that is already replaced.
     void FirstPainted();

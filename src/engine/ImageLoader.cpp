@@ -181,10 +181,11 @@ class ImageLoader::Private
 
     ~Private()
     {
-        std::vector<LoadCallback> callbacks; // these five die after the lock
+        std::vector<LoadCallback> callbacks; // these six die after the lock
         std::vector<LoadTaskPointer> alive;
         std::vector<LoadTaskPointer> discarded;
         LoadTaskPointer newest;
+        LoadTaskPointer expected;
         ReadAheadCache ready;
         {
             const std::lock_guard lock(pool->mutex);
@@ -200,6 +201,7 @@ class ImageLoader::Private
                     callbacks.push_back(std::move(callback));
             }
             newest = std::move(pool->newest);
+            expected = std::move(pool->expected);
             std::swap(discarded, pool->discarded);
             pool->work.notify_all();
             pool->changed.notify_all();
@@ -236,6 +238,7 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
     const PageKey key = PageKey::of(path, page);
     LoadPool& pool = *d->pool;
     LoadTaskPointer before;
+    LoadTaskPointer expected;
     std::vector<ReadyPage> outdated; // freed without the mutex
     std::shared_ptr<Hold> hold;      // locks it when it goes, also on the way out of an exception
     const std::lock_guard lock(pool.mutex);
@@ -253,10 +256,35 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
         pool.enqueue(task);
     }
     before = std::exchange(pool.newest, task);
+    expected = std::move(pool.expected);
     hold = std::make_shared<Hold>(d->pool, task);
+    for (LoadTaskPointer* const former : {&before, &expected}) {
+        pool.dropUnlessHeld(*former);
+        pool.discard(*former);
+    }
+    return hold;
+}
+
+void ImageLoader::expect(const QString& path, QSize box)
+{
+    if (std::thread::hardware_concurrency() < 2)
+        return;
+    const PageKey key = path.isEmpty() ? PageKey() : PageKey::of(path, 1);
+    LoadPool& pool = *d->pool;
+    LoadTaskPointer before;
+    const std::lock_guard lock(pool.mutex);
+    if (pool.expected && pool.expected->key == key && pool.expected->covers(box))
+        return;
+    before = std::move(pool.expected);
     pool.dropUnlessHeld(before);
     pool.discard(before);
-    return hold;
+    if (key.size < 0 || pool.findShared(key, box) || pool.ahead.ready.find(key, box))
+        return;
+    pool.breakOffAhead();
+    pool.breakOffBackground();
+    pool.expected = std::make_shared<LoadTask>(key, box);
+    pool.known.push_back(pool.expected);
+    pool.enqueue(pool.expected);
 }
 
 void ImageLoader::setNeighbours(const QStringList& paths, QSize box)

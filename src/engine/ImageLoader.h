@@ -78,6 +78,13 @@ class ImageLoader
     /// once. Never waits for the disk longer than a stat.
     std::shared_ptr<ImageLoad> load(const QString& path, int page, QSize box);
 
+    /// Names the page that is all but sure to be asked for next, as while a key is held: page 1 of `path`,
+    /// for `box` (device pixels). Its first picture is decoded at once, beside that of the newest load and
+    /// ahead of every full decode that nobody waits for, and is shared by the load that asks for it. Another
+    /// page, an empty path, or a load of another page let it go. Nothing happens on a machine with one
+    /// processor, which it would take from the newest load. Never waits for the disk longer than a stat.
+    void expect(const QString& path, QSize box);
+
     /// Names the pages that are likely to be asked for next, nearest first, and the `box` (device pixels)
     /// that the loads will bring. While the loader is idle (nothing to decode for anybody, and the newest
     /// load that is held has its full picture), page 1 of each is decoded and kept at the size that fits the

@@ -190,7 +190,9 @@ std::optional<LoadJob> LoadPool::take()
         const auto found = std::find_if(queue.rbegin(), queue.rend(), due);
         return found == queue.rend() ? LoadTaskPointer() : *found;
     };
-    LoadTaskPointer task = pick([](const LoadTaskPointer& t) { return !t->begun; });
+    LoadTaskPointer task = pick([this](const LoadTaskPointer& t) { return !t->begun && t != expected; });
+    if (!task && expected && !expected->begun)
+        task = pick([this](const LoadTaskPointer& t) { return t == expected; });
     const bool first = task != nullptr;
     if (!task)
         task = pick([](const LoadTaskPointer& t) { return t->fullIsDue() && t->fullWaiters > 0; });
@@ -263,7 +265,7 @@ void LoadPool::drop(LoadTask& task)
 
 void LoadPool::dropUnlessHeld(const LoadTaskPointer& task)
 {
-    if (task && task->holds == 0 && task != newest)
+    if (task && task->holds == 0 && task != newest && task != expected)
         drop(*task);
 }
 

@@ -86,6 +86,7 @@ struct LoadPool
     bool stopping = false;
     int firstsRunning = 0;
     LoadTaskPointer newest;
+    LoadTaskPointer expected;                   ///< will be the newest, it is thought; nobody holds it yet
     std::vector<std::weak_ptr<LoadTask>> known; ///< oldest first; all that are alive, for sharing
     std::vector<LoadTaskPointer> queue;         ///< oldest first; all that a thread has still to work on
     std::vector<LoadTaskPointer> discarded;     ///< to be freed by a thread
@@ -93,8 +94,8 @@ struct LoadPool
 
     // --- all of these with the mutex held
 
-    /// Takes the most urgent job: a first picture (newest first), a full one that is waited for, and when no
-    /// first picture is under way either, any full one.
+    /// Takes the most urgent job: a first picture (newest first, the expected one last), a full one that is
+    /// waited for, and when no first picture is under way either, any full one.
     std::optional<LoadJob> take();
 
     /// Puts `task` before the threads, unless it stands there already or nobody wants it any more.
@@ -106,7 +107,7 @@ struct LoadPool
     /// Ends the work on `task`; its waits give Cancelled for what does not stand.
     void drop(LoadTask& task);
 
-    /// Drops a task that has no hold and is not the newest.
+    /// Drops a task that has no hold and is neither the newest nor the expected one.
     void dropUnlessHeld(const LoadTaskPointer& task);
 
     /// Lets go of `task` on one of the threads: to free a large picture takes milliseconds, which whoever

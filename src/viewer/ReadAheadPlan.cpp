@@ -6,6 +6,7 @@
 #include "viewer/Viewport.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quorvia::viewer {
 
@@ -44,6 +45,16 @@ std::vector<int> neighboursOf(int count, int index, int lastStep)
     return neighbours;
 }
 
+int HurriedWalk::step(int index, int count, int step, qint64 sincePainted)
+{
+    constexpr qint64 hurried = 250; // milliseconds
+    const int before = std::exchange(m_hurriedStep, sincePainted <= hurried ? step : 0);
+    if (m_hurriedStep == 0 || m_hurriedStep != before)
+        return -1;
+    const int next = step > 0 ? after(index, count) : collections::previousIndex(index, count);
+    return next == index ? -1 : next;
+}
+
 ReadAheadPlan::ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine::ImageEngine* ix1,
                              collections::FolderList* list, Viewport* viewport, QObject* parent)
     : QObject(parent), m_loader(std::move(loader)), m_ix1(ix1), m_list(list), m_viewport(viewport)
@@ -51,6 +62,7 @@ ReadAheadPlan::ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine
     m_tSettled.setSingleShot(true);
     m_tSettled.setInterval(settleDelay);
     connect(&m_tSettled, &QTimer::timeout, this, &ReadAheadPlan::tell);
+    connect(ix1, &engine::ImageEngine::LoadBegun, this, &ReadAheadPlan::noteLoad);
     connect(ix1, &engine::ImageEngine::FirstPainted, this, &ReadAheadPlan::notePainted);
     const auto tellSoon = [this] {
         if (m_painted)
@@ -60,9 +72,21 @@ ReadAheadPlan::ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine
     connect(viewport, &Viewport::laidOut, this, tellSoon);
 }
 
+void ReadAheadPlan::noteLoad(const QString& path)
+{
+    const int before = std::exchange(m_loading, m_list->ListIndex());
+    const bool listed = m_list->ListFile(m_loading) == path;
+    const int step = listed ? stepBetween(before, m_loading, m_list->ListCount()) : 0;
+    const qint64 sincePainted = m_sincePainted.isValid() ? m_sincePainted.elapsed() : -1;
+    m_sincePainted.invalidate();
+    const int next = m_walk.step(m_loading, m_list->ListCount(), step, sincePainted);
+    m_loader->expect(m_list->ListFile(next), m_viewport->loadBox());
+}
+
 void ReadAheadPlan::notePainted()
 {
     m_painted = true;
+    m_sincePainted.start();
     const int index = m_list->ListIndex();
     if (const int step = stepBetween(m_index, index, m_list->ListCount()); step != 0)
         m_lastStep = step;

@@ -12,12 +12,12 @@
 
 namespace quorvia::test {
 
-ViewerBench::ViewerBench()
+ViewerBench::ViewerBench(std::shared_ptr<engine::ImageLoader> loader)
     : m_answerer([this](const platform::MessageBox& box) {
           boxes.push_back(box);
           return platform::BoxAnswer::Ok;
       }),
-      m_loader(std::make_shared<engine::ImageLoader>())
+      m_loader(std::move(loader))
 {
     app::openSettings();
 }

@@ -18,7 +18,9 @@ namespace quorvia::test {
 class ViewerBench
 {
   public:
-    ViewerBench();
+    /// The windows load by `loader`.
+    explicit ViewerBench(
+        std::shared_ptr<engine::ImageLoader> loader = std::make_shared<engine::ImageLoader>());
     ~ViewerBench();
 
     ScratchHome home;

@@ -1,11 +1,16 @@
 // Which images are read ahead, as numbers and through the main window.
 #include "app/mFile.h"
+#include "engine/ByteSource.h"
 #include "engine/ImageLoader.h"
 #include "viewer/ReadAheadPlan.h"
 #include "viewer/ViewerBench.h"
 
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <mutex>
+#include <thread>
 
 using namespace quorvia;
 using test::ViewerBench;
@@ -76,6 +81,73 @@ class TestReadAheadPlan : public QObject
         QFETCH(int, to);
         QFETCH(int, count);
         QTEST(viewer::stepBetween(from, to, count), "step");
+    }
+
+    void hurriedWalks_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("before"); // the step before, and how long after its predecessor was seen
+        QTest::addColumn<int>("sinceBefore");
+        QTest::addColumn<int>("step");
+        QTest::addColumn<int>("since");
+        QTest::addColumn<int>("next");
+        QTest::newRow("forwards") << 4 << 1 << 30 << 1 << 30 << 5;
+        QTest::newRow("backwards") << 4 << -1 << 30 << -1 << 30 << 3;
+        QTest::newRow("not even seen") << 4 << 1 << -1 << 1 << -1 << 5;
+        QTest::newRow("just hurried") << 4 << 1 << 250 << 1 << 250 << 5;
+        QTest::newRow("no more hurried") << 4 << 1 << 30 << 1 << 251 << -1;
+        QTest::newRow("the first hurried one") << 4 << 1 << 251 << 1 << 30 << -1;
+        QTest::newRow("turned round") << 4 << 1 << 30 << -1 << 30 << -1;
+        QTest::newRow("a jump") << 4 << 1 << 30 << 0 << 30 << -1;
+        QTest::newRow("after a jump") << 4 << 0 << 30 << 1 << 30 << -1;
+        QTest::newRow("at the end") << 9 << 1 << 30 << 1 << 30 << 0;
+        QTest::newRow("at the begin, backwards") << 0 << -1 << 30 << -1 << 30 << 9;
+    }
+
+    void hurriedWalks()
+    {
+        QFETCH(int, index);
+        QFETCH(int, before);
+        QFETCH(int, sinceBefore);
+        QFETCH(int, step);
+        QFETCH(int, since);
+        viewer::HurriedWalk walk;
+        QCOMPARE(walk.step(0, 10, before, sinceBefore), -1);
+        QTEST(walk.step(index, 10, step, since), "next");
+        viewer::HurriedWalk alone;
+        alone.step(0, 1, before, sinceBefore);
+        QCOMPARE(alone.step(0, 1, step, since), -1);
+    }
+
+    /// Two steps in a hurry: the third picture is loaded before anybody asks.
+    void inAHurryTheNextIsLoadedBesideTheWanted()
+    {
+        if (std::thread::hardware_concurrency() < 2)
+            QSKIP("one processor: nothing is expected");
+        std::mutex mutex;
+        QStringList opened;
+        ViewerBench bench(std::make_shared<engine::ImageLoader>([&](const QString& path) {
+            const std::lock_guard lock(mutex);
+            opened.append(QFileInfo(path).completeBaseName());
+            return engine::openDecoder(*engine::ByteSource::open(path), QStringLiteral("png"));
+        }));
+        for (int i = 0; i < 9; ++i)
+            bench.picture(QStringLiteral("pics/%1.png").arg(i), Qt::red);
+        bench.loader().setReadAheadCap(0);
+        frmImageView& window = bench.load({bench.in("pics")});
+        const auto order = [&] {
+            const std::lock_guard lock(mutex);
+            return opened;
+        };
+        QCOMPARE(order(), QStringList("0"));
+        window.RunTool(QStringLiteral("miNext"));
+        window.RunTool(QStringLiteral("miNext"));
+        QTRY_COMPARE(order(), (QStringList{"0", "1", "2", "3"}));
+        window.RunTool(QStringLiteral("miLoadFirst")); // a jump: nothing is sure after it
+        QCOMPARE(window.currentFile(), bench.in("pics/0.png"));
+        window.RunTool(QStringLiteral("miPrevious"));
+        window.RunTool(QStringLiteral("miPrevious"));
+        QTRY_COMPARE(order(), (QStringList{"0", "1", "2", "3", "0", "8", "7", "6"}));
     }
 
     /// Of five pictures, each larger than the one before, the loader ends up with just the neighbours' bytes.
