@@ -65,7 +65,7 @@ std::shared_ptr<engine::ImageLoad> beginEarly(engine::ImageLoader& loader, const
 {
     if (!app::FileExists(file))
         return {};
-    // The viewport's size at the last close: the first picture is decoded just as large as it will be shown.
+    // The window's size at the last close: the first picture is decoded as large as it can be shown.
     constexpr QSize usualViewport(1680, 1050);
     QSize box;
     if (app::read(app::setting::cView) != 1)

@@ -53,10 +53,12 @@ void saveGeometry(const QRect& pixels)
     app::save(app::setting::MainWidth, app::toTwips(pixels.width()));
 }
 
-/// Tells the next start how large its first picture will be, in device pixels.
-void saveViewport(const QWidget& pContain)
+/// Tells the next start how large its first picture may become, in device pixels: it comes before the toolbar,
+/// and may come without the list. One that is read a little too large costs next to nothing, one that is read
+/// too small is read twice.
+void saveViewport(const QWidget& window)
 {
-    const QSize size = pContain.size() * pContain.devicePixelRatioF();
+    const QSize size = window.size() * window.devicePixelRatioF();
     app::save(app::setting::ViewportWidth, size.width());
     app::save(app::setting::ViewportHeight, size.height());
 }
@@ -74,7 +76,7 @@ void runUnloadStep(frmImageView& window)
     if (!window.isMinimized())
         app::save(app::setting::MainWindowState, window.isMaximized() ? maximisedState : normalState);
     saveGeometry(restoredGeometry(window));
-    saveViewport(*window.pContain());
+    saveViewport(window);
     if (!window.isLoading()) // until then it has not been read
         app::save(app::setting::Recent, recentToText(window.opening()->recent()));
 

@@ -1,15 +1,13 @@
 // Which images are read ahead, as numbers and through the main window.
 #include "app/mFile.h"
-#include "engine/ByteSource.h"
 #include "engine/ImageLoader.h"
+#include "viewer/OpenedFiles.h"
 #include "viewer/ReadAheadPlan.h"
 #include "viewer/ViewerBench.h"
 
-#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <mutex>
 #include <thread>
 
 using namespace quorvia;
@@ -124,30 +122,21 @@ class TestReadAheadPlan : public QObject
     {
         if (std::thread::hardware_concurrency() < 2)
             QSKIP("one processor: nothing is expected");
-        std::mutex mutex;
-        QStringList opened;
-        ViewerBench bench(std::make_shared<engine::ImageLoader>([&](const QString& path) {
-            const std::lock_guard lock(mutex);
-            opened.append(QFileInfo(path).completeBaseName());
-            return engine::openDecoder(*engine::ByteSource::open(path), QStringLiteral("png"));
-        }));
+        test::OpenedFiles opened;
+        ViewerBench bench(opened.loader());
         for (int i = 0; i < 9; ++i)
             bench.picture(QStringLiteral("pics/%1.png").arg(i), Qt::red);
         bench.loader().setReadAheadCap(0);
         frmImageView& window = bench.load({bench.in("pics")});
-        const auto order = [&] {
-            const std::lock_guard lock(mutex);
-            return opened;
-        };
-        QCOMPARE(order(), QStringList("0"));
+        QCOMPARE(opened.names(), QStringList("0"));
         window.RunTool(QStringLiteral("miNext"));
         window.RunTool(QStringLiteral("miNext"));
-        QTRY_COMPARE(order(), (QStringList{"0", "1", "2", "3"}));
+        QTRY_COMPARE(opened.names(), (QStringList{"0", "1", "2", "3"}));
         window.RunTool(QStringLiteral("miLoadFirst")); // a jump: nothing is sure after it
         QCOMPARE(window.currentFile(), bench.in("pics/0.png"));
         window.RunTool(QStringLiteral("miPrevious"));
         window.RunTool(QStringLiteral("miPrevious"));
-        QTRY_COMPARE(order(), (QStringList{"0", "1", "2", "3", "0", "8", "7", "6"}));
+        QTRY_COMPARE(opened.names(), (QStringList{"0", "1", "2", "3", "0", "8", "7", "6"}));
     }
 
     /// Of five pictures, each larger than the one before, the loader ends up with just the neighbours' bytes.

@@ -2,6 +2,7 @@
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "viewer/LoadStep.h"
+#include "viewer/OpenedFiles.h"
 #include "viewer/ViewerBench.h"
 
 #include <QFileInfo>
@@ -175,6 +176,26 @@ class TestUnloadStep : public QObject
         });
         window.close();
         QVERIFY(closed);
+    }
+
+    /// The start decodes for the size stored here before there is a window, and the window shares that.
+    void theNextStartReadsItsPictureOnce()
+    {
+        test::OpenedFiles opened;
+        m_bench.reset();
+        m_bench = std::make_unique<ViewerBench>(opened.loader());
+        const QString path = m_bench->picture(QStringLiteral("large.jpg"), Qt::red, {4000, 3000});
+        frmImageView& window = m_bench->load({path});
+        window.OpenMenuX(true);
+        window.RunTool(QStringLiteral("miFileList")); // toolbar and list leave the picture less room
+        m_bench->close();
+        const auto before = opened.names().size();
+        const auto early = m_bench->loader().load(
+            path, 1, {app::read(setting::ViewportWidth, 0), app::read(setting::ViewportHeight, 0)});
+        QVERIFY(early->first());
+        QVERIFY(!early->first()->isFull());
+        m_bench->load({path});
+        QCOMPARE(opened.names().size(), before + 1);
     }
 
     void closingTwiceSavesOnce()
