@@ -21,8 +21,8 @@ QColor propertyColor(quint32 number, const QPalette& palette);
 QColor paneColor(const QWidget* pane);
 /// Gives a pane its back colour, and a text colour that can be read on it.
 void setPaneColor(QWidget* pane, const QColor& color);
-/// Gives a control that stands on a coloured pane, and draws arrows and bars of its own, the desktop's colours
-/// back. To be called again when those change.
+/// Gives a control that stands on a coloured pane, and draws arrows and bars of its own, the desktop's
+/// colours back. To be called again when those change.
 void setDesktopColors(QWidget* control);
 
 } // namespace quorvia::app

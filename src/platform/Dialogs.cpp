@@ -49,8 +49,8 @@ QStringList nameFilters(const QString& filters)
     return rows;
 }
 
-/// Waits for the choice in `dialog`, takes it and ends the dialog, which may be destroyed meanwhile. Empty when
-/// there was no choice.
+/// Waits for the choice in `dialog`, takes it and ends the dialog, which may be destroyed meanwhile. Empty
+/// when there was no choice.
 QString chosenIn(QFileDialog* dialog)
 {
     const QPointer<QFileDialog> watched = dialog;

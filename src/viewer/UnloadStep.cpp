@@ -53,9 +53,9 @@ void saveGeometry(const QRect& pixels)
     app::save(app::setting::MainWidth, app::toTwips(pixels.width()));
 }
 
-/// Tells the next start how large its first picture may become, in device pixels: it comes before the toolbar,
-/// and may come without the list. One that is read a little too large costs next to nothing, one that is read
-/// too small is read twice.
+/// Tells the next start how large its first picture may become, in device pixels: it comes before the
+/// toolbar, and may come without the list. One that is read a little too large costs next to nothing, one
+/// that is read too small is read twice.
 void saveViewport(const QWidget& window)
 {
     const QSize size = window.size() * window.devicePixelRatioF();
