@@ -168,7 +168,9 @@ PageKey PageKey::of(const QString& path, int page)
 class ImageLoader::Private
 {
   public:
-    explicit Private(DecoderOpener opener) : pool(std::make_shared<LoadPool>(std::move(opener)))
+    Private(DecoderOpener opener, unsigned processorCount)
+        : pool(std::make_shared<LoadPool>(std::move(opener))),
+          processors(processorCount > 0 ? processorCount : std::thread::hardware_concurrency())
     {
         const auto run = [this] { runThread(*pool); };
         threads.emplace_back(run); // for what is wanted now
@@ -223,13 +225,17 @@ class ImageLoader::Private
     }
 
     std::shared_ptr<LoadPool> pool;
+    const unsigned processors;
     std::vector<std::jthread> threads;
     bool readsAhead = false;
 };
 
 ImageLoader::ImageLoader() : ImageLoader(openFile) {}
 
-ImageLoader::ImageLoader(DecoderOpener opener) : d(std::make_unique<Private>(std::move(opener))) {}
+ImageLoader::ImageLoader(DecoderOpener opener, unsigned processors)
+    : d(std::make_unique<Private>(std::move(opener), processors))
+{
+}
 
 ImageLoader::~ImageLoader() = default;
 
@@ -267,7 +273,7 @@ std::shared_ptr<ImageLoad> ImageLoader::load(const QString& path, int page, QSiz
 
 void ImageLoader::expect(const QString& path, QSize box)
 {
-    if (std::thread::hardware_concurrency() < 2)
+    if (d->processors < 2)
         return;
     const PageKey key = path.isEmpty() ? PageKey() : PageKey::of(path, 1);
     LoadPool& pool = *d->pool;

@@ -61,8 +61,9 @@ class ImageLoader
 {
   public:
     ImageLoader();
-    /// A loader that opens files by `opener` instead of by the table of codecs.
-    explicit ImageLoader(DecoderOpener opener);
+    /// A loader that opens files by `opener` instead of by the table of codecs, on a machine of so many
+    /// `processors`; 0: as many as this one has.
+    explicit ImageLoader(DecoderOpener opener, unsigned processors = 0);
     /// Drops every load, waits for its threads (a decode under way ends at its next look at its flag). Holds
     /// that outlive it keep what stood and give Cancelled for the rest.
     ~ImageLoader();

@@ -14,13 +14,14 @@ namespace quorvia::test {
 class OpenedFiles
 {
   public:
-    /// A loader that opens files as any other. This object outlives it.
+    /// A loader that opens files as any other, with two processors. This object outlives it.
     std::shared_ptr<engine::ImageLoader> loader()
     {
-        return std::make_shared<engine::ImageLoader>([this](const QString& path) {
+        const auto open = [this](const QString& path) {
             note(path);
             return engine::openDecoder(*engine::ByteSource::open(path), QFileInfo(path).suffix());
-        });
+        };
+        return std::make_shared<engine::ImageLoader>(open, 2);
     }
 
     /// The base names so far, one for each time that a file was opened.
