@@ -222,6 +222,12 @@ class Journey(unittest.TestCase):
     def setting(self, name, section="Settings"):
         return self.stored(self.home / "config" / "halvexa" / "user.db", "Software\\Halvexa\\Quorvia\\" + section, name)
 
+    def store_number(self, name, value):
+        """Stores a number beside the other settings; the program must have run once, and not run now."""
+        with sqlite3.connect(self.home / "config" / "halvexa" / "user.db") as store:  # as an opened image was counted
+            store.execute("INSERT OR REPLACE INTO settings (key, name, type, value) SELECT key, ?, type, ? "
+                          "FROM settings WHERE name = 'ImageOpenCount'", (name, value))
+
     def common(self, name, subkey):
         return self.stored(self.home / "machine" / "machine.db", "Software\\Halvexa\\" + subkey, name)
 

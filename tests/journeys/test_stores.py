@@ -48,9 +48,7 @@ class Stores(Journey):
 
     def test_a_picture_beyond_the_memory_that_the_user_grants_is_refused(self):
         self.ended_once()
-        with sqlite3.connect(self.home / "config" / "halvexa" / "user.db") as store:  # as an opened image was counted
-            store.execute("INSERT INTO settings (key, name, type, value) SELECT key, 'PictureMemory', type, 1 "
-                          "FROM settings WHERE name = 'ImageOpenCount'")
+        self.store_number("PictureMemory", 1)
         large = self.picture("large.png", "green", "600x500")  # 1.2 MB of pixels
         program = self.start(large)
         self.window()

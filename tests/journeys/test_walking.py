@@ -98,13 +98,17 @@ class Walking(Journey):
         time.sleep(4)  # several steps' worth: at most the one under way may follow
         self.assertLessEqual(self.setting("ImageOpenCount"), opened + 1)
 
-    def test_esc_after_a_held_key_ends_the_program(self):
-        process, _ = self.slow_pictures()
-        self.hold_until("Right", 4)
-        opened = self.setting("ImageOpenCount")
-        self.output("xdotool", "key", "Escape")
+    def test_esc_behind_keys_that_wait_for_a_step_ends_the_program(self):
+        process = self.start(self.pictures)
+        self.focus(self.window())
+        self.key("Escape")
         self.ended(process)
-        self.assertLessEqual(self.setting("ImageOpenCount"), opened + 1)
+        self.store_number("ReadAheadMemory", 0)  # else the step may be a short one, whose debounce drops Esc too
+        process, _ = self.slow_pictures()
+        opened = self.setting("ImageOpenCount")
+        self.output("xdotool", "key", "--delay", "10", *["Right"] * 4, "Escape")
+        self.ended(process)
+        self.assertEqual(self.setting("ImageOpenCount"), opened + 1)
 
     def test_a_held_key_shows_pictures_that_take_longer_than_its_repeats(self):
         _, window = self.slow_pictures()
