@@ -1,0 +1,54 @@
+#include "collections/StripPump.h"
+
+namespace quorvia::collections {
+
+StripPump fromBeginning(StripPump pump)
+{
+    return {.MaxDraw = pump.MaxDraw};
+}
+
+StripPump fromColumn(StripPump pump, int column, int rows)
+{
+    const int first = rows * column + 1;
+    return {.DrawIndex = first, .FirstIndex = first, .MaxDraw = pump.MaxDraw};
+}
+
+bool isDone(const StripPump& pump, int count)
+{
+    return pump.DrawIndex > count || pump.DrawIndex > pump.FirstIndex + pump.MaxDraw;
+}
+
+StripPump stepped(StripPump pump, int rows, int cellWidth)
+{
+    ++pump.DrawRow;
+    if (pump.DrawRow > rows) {
+        pump.DrawRow = 1;
+        pump.DrawX += cellWidth;
+    }
+    ++pump.DrawIndex;
+    return pump;
+}
+
+QStringList selectionOf(const QString& text)
+{
+    return (text + u';').split(u';');
+}
+
+QString selectionText(const QStringList& selected)
+{
+    return selected.join(u';');
+}
+
+bool selectionEnds(const QStringList& selected, int index)
+{
+    return index > selected.size() - 2 || selected.at(index).isEmpty();
+}
+
+std::optional<int> selectedImage(const QString& entry, int count)
+{
+    bool isNumber = false;
+    const int position = entry.toInt(&isNumber);
+    return isNumber && position >= 0 && position < count ? std::optional(position) : std::nullopt;
+}
+
+} // namespace quorvia::collections
