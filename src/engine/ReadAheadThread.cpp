@@ -17,17 +17,6 @@ namespace quorvia::engine {
 
 namespace {
 
-/// How far the calling thread stands back while it reads ahead: a batch thread never takes the processor from
-/// one that wakes up, and at this level it gets a quarter of a contended one. Not less, for what it decodes
-/// may be asked for while other programs keep the processors busy, and a thread cannot be raised again.
-void stepBack()
-{
-    constexpr int level = 5;
-    const sched_param none = {};
-    sched_setscheduler(0, SCHED_BATCH, &none); // 0: this thread
-    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), level);
-}
-
 /// The next path to read ahead. With the mutex held.
 std::optional<QString> nextNeighbour(const LoadPool& pool)
 {
@@ -104,6 +93,16 @@ void readAhead(LoadPool& pool, const LoadTaskPointer& task)
 }
 
 } // namespace
+
+void stepBack()
+{
+    // Not less: what is decoded may be asked for while other programs keep the processors busy, and a thread
+    // cannot be raised again.
+    constexpr int level = 5;
+    const sched_param none = {};
+    sched_setscheduler(0, SCHED_BATCH, &none); // 0: this thread
+    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), level);
+}
 
 void makeLast(pid_t thread)
 {

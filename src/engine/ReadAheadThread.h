@@ -14,6 +14,10 @@ struct LoadPool;
 /// not settled.
 void runReadAhead(LoadPool& pool);
 
+/// Makes the calling thread stand back for good: a batch thread never takes the processor from one that wakes
+/// up, and at its level it gets a quarter of a contended one.
+void stepBack();
+
 /// Makes `thread` of this process, which has not come to its end yet, the last to get the processor. Cannot
 /// be undone without privilege.
 void makeLast(pid_t thread);

@@ -1,0 +1,321 @@
+#include "collections/Filmstrip.h"
+
+#include "app/Twips.h"
+#include "collections/CellComposer.h"
+#include "collections/CellFit.h"
+#include "collections/StripSurface.h"
+#include "collections/ThumbnailCache.h"
+#include "controls/ScrollBar.h"
+
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+namespace quorvia::collections {
+
+namespace {
+
+constexpr int firstInterval = 100;    // milliseconds; marks the tick that lays the strip out
+constexpr int paintInterval = 10;     // milliseconds
+constexpr int scrolledInterval = 1;   // milliseconds
+constexpr int selectionInterval = 10; // milliseconds
+constexpr int dragInterval = 5;       // milliseconds
+constexpr int initialInterval = 1000; // milliseconds
+constexpr int initialColor = 0xE0;
+
+void setUp(QTimer& timer, QObject* parent, const char* name, int interval)
+{
+    timer.setParent(parent);
+    timer.setObjectName(QLatin1String(name));
+    timer.setInterval(interval);
+}
+
+} // namespace
+
+Filmstrip::Filmstrip(QWidget* parent)
+    : QWidget(parent), m_canvasColor(initialColor, initialColor, initialColor),
+      m_pImages(new StripSurface(this)), m_sBar(new controls::ScrollBar(this))
+{
+    m_pImages->setObjectName(QStringLiteral("pImages"));
+    m_pImages->installEventFilter(this);
+    m_sBar->setObjectName(QStringLiteral("sBar"));
+    m_sBar->hide();
+    setUp(m_tDraw, this, "tDraw", initialInterval);
+    setUp(m_tSelectionChange, this, "tSelectionChange", selectionInterval);
+    setUp(m_tDrawSelected, this, "tDrawSelected", selectionInterval);
+    setUp(m_tMove, this, "tMove", dragInterval);
+    connect(&m_tDraw, &QTimer::timeout, this, &Filmstrip::paintNext);
+    connect(&m_tSelectionChange, &QTimer::timeout, this, &Filmstrip::applySelection);
+    connect(&m_tDrawSelected, &QTimer::timeout, this, &Filmstrip::drawSelected);
+    connect(&m_tMove, &QTimer::timeout, this, &Filmstrip::dragStep);
+    connect(m_sBar, &controls::ScrollBar::Change, this, &Filmstrip::scrolled);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus); // a click leaves the keys to the window
+    setAccessibleName(tr("Filmstrip"));
+    m_pImages->setAccessibleName(tr("Thumbnails"));
+    applyHeight();
+}
+
+Filmstrip::~Filmstrip() = default;
+
+void Filmstrip::Clear()
+{
+    m_images.clear();
+    m_current = -1;
+    frameCurrent();
+    m_pImages->wipe();
+}
+
+void Filmstrip::add(const QString& sFile)
+{
+    m_images.append(sFile);
+}
+
+void Filmstrip::DrawStrip()
+{
+    m_pImages->wipe();
+    m_tDraw.stop();
+    m_now = {};
+    m_next = {};
+    m_visibleWanted.clear();
+    {
+        const QSignalBlocker quiet(m_sBar);
+        m_sBar->SetValue(0);
+    }
+    m_drag.left = 0;
+    placeStrip();
+    m_tDraw.start(firstInterval);
+}
+
+void Filmstrip::ReDraw() {}
+
+void Filmstrip::SetVisibleImage(const QString& sFile)
+{
+    if (awaitsLayout()) {
+        m_visibleWanted = sFile;
+        return;
+    }
+    const auto found = std::find_if(m_images.begin(), m_images.end(), [&sFile](const QString& file) {
+        return file.compare(sFile, Qt::CaseInsensitive) == 0;
+    });
+    if (found == m_images.end())
+        return;
+    const int position = int(found - m_images.begin()) + 1;
+    if (const auto value = valueShowing(position, m_cell.width(), innerTwips().width(), m_sBar->Value()))
+        m_sBar->SetValue(*value);
+}
+
+QString Filmstrip::GetUniKey() const
+{
+    return listKey(m_images);
+}
+
+void Filmstrip::SetNumberOfRows(int rows)
+{
+    const int usable = std::max(rows, 1);
+    if (usable != m_rows) {
+        m_rows = usable;
+        DrawStrip();
+    }
+    SetSelectedImages(SelectedImages());
+}
+
+QString Filmstrip::SelectedImages() const
+{
+    return selectionText(m_selected);
+}
+
+void Filmstrip::SetSelectedImages(const QString& text)
+{
+    m_requested = text;
+    m_clearing = false;
+    m_tSelectionChange.start();
+}
+
+void Filmstrip::resizeEvent(QResizeEvent*)
+{
+    applyHeight();
+}
+
+/// True between DrawStrip() and the tick that lays the strip out.
+bool Filmstrip::awaitsLayout() const
+{
+    return m_tDraw.isActive() && m_tDraw.interval() == firstInterval;
+}
+
+QSize Filmstrip::innerTwips() const
+{
+    return app::inTwips(size());
+}
+
+// --- layout
+
+void Filmstrip::SizeStrip()
+{
+    const StripLayout layout = sizeStrip({innerTwips(), app::toTwips(m_pImages->height()),
+                                          app::toTwips(m_sBar->sizeHint().height()), count(), m_rows});
+    m_pump.MaxDraw = layout.maxDraw;
+    m_cell = layout.cell;
+    m_laidOutWidth = innerTwips().width();
+    m_sBar->setVisible(layout.barVisible);
+    applyHeight();
+    // A strip that lost its bar only after its height was settled keeps that height.
+    const int width = app::toPixels(layout.strip.width() + app::twipsPerPixel - 1);
+    m_pImages->setGeometry(m_pImages->x(), 0, width, app::toPixels(layout.strip.height()));
+    m_pImages->setGrid(layout.columns, m_rows, layout.cell);
+    m_sBar->SetMax(layout.barMaximum);
+    m_sBar->SetSmallChange(layout.isWhole() ? layout.cell.width() / scrollUnit : 1);
+    frameCurrent();
+}
+
+void Filmstrip::applyHeight()
+{
+    const bool bar = !m_sBar->isHidden();
+    const int height =
+        app::toPixels(stripHeight(innerTwips().height(), app::toTwips(m_sBar->sizeHint().height()), bar));
+    m_pImages->resize(m_pImages->width(), height);
+    if (bar)
+        m_sBar->setGeometry(0, height, width(), m_sBar->sizeHint().height());
+}
+
+/// Puts the strip where its left edge is.
+void Filmstrip::placeStrip()
+{
+    m_pImages->move(qRound(double(m_drag.left) / app::twipsPerPixel), 0);
+}
+
+void Filmstrip::scrolled(int value)
+{
+    if (m_dragging || m_tMove.isActive())
+        return;
+    if (m_laidOutWidth != innerTwips().width() || awaitsLayout())
+        SizeStrip();
+    const int usable = m_sBar->isHidden() ? 0 : std::min(value, m_sBar->Max());
+    m_drag.left = isWhole() ? -usable * scrollUnit : 0;
+    placeStrip();
+    if (isWhole())
+        return;
+    m_pImages->wipe();
+    m_pump = fromColumn(m_pump, usable, m_rows);
+    m_now = {};
+    m_next = {};
+    frameCurrent();
+    m_tDraw.start(scrolledInterval);
+}
+
+// --- the paint pump
+
+void Filmstrip::beginPass()
+{
+    m_tDraw.setInterval(paintInterval);
+    m_pump = fromBeginning(m_pump);
+    SizeStrip();
+    if (!m_visibleWanted.isEmpty())
+        SetVisibleImage(std::exchange(m_visibleWanted, QString()));
+    askAhead();
+}
+
+void Filmstrip::paintNext()
+{
+    if (awaitsLayout())
+        return beginPass();
+    if (isDone(m_pump, count()))
+        return endPass();
+    if (!wanted(m_pump.DrawIndex - 1).read->isDone())
+        return askAhead();
+    const int column = m_pump.DrawX / std::max(m_cell.width(), 1);
+    paintCell(m_now.read->result(), false, {column, m_pump.DrawRow - 1});
+    m_pump = stepped(m_pump, m_rows, m_cell.width());
+    m_now = std::exchange(m_next, {});
+    askAhead();
+}
+
+/// The picture for the cell that is to be painted now, asked for unless it has been.
+Filmstrip::Wanted& Filmstrip::wanted(int index)
+{
+    const auto ask = [this](Wanted& want, int position) {
+        const QString& file = m_images.at(position);
+        if (want.read && want.index == position && want.file == file)
+            return;
+        const QString thumbnail = thumbnailFor(file);
+        const bool there = hasThumbnail(thumbnail);
+        want = {position, file,
+                m_ix1.ask(cellPicture(there ? thumbnail : file, there ? QString() : thumbnail,
+                                      devicePixelRatioF()))};
+    };
+    Wanted& want = index == m_pump.DrawIndex - 1 ? m_now : m_next;
+    ask(want, index);
+    return want;
+}
+
+/// Lets the reader go on with the cell behind the present one.
+void Filmstrip::askAhead()
+{
+    if (isDone(m_pump, count()))
+        return;
+    wanted(m_pump.DrawIndex - 1);
+    if (!isDone(stepped(m_pump, m_rows, m_cell.width()), count()))
+        wanted(m_pump.DrawIndex);
+}
+
+void Filmstrip::endPass()
+{
+    m_tDraw.stop();
+    m_now = {};
+    m_next = {};
+    // The pass has painted over the selected cells.
+    if (m_pump.FirstIndex <= 1 && !m_tSelectionChange.isActive())
+        restartSelected(true);
+}
+
+void Filmstrip::paintCell(const engine::SmallImage& picture, bool selected, CellPlace place)
+{
+    m_canvasColor = selected ? selectedCellColor() : nextCellColor(m_canvasColor);
+    const double ratio = devicePixelRatioF();
+    m_pImages->put(place, composeCell(picture, m_canvasColor, m_pImages->pixelsAt(place, ratio), ratio));
+}
+
+// --- selection
+
+void Filmstrip::restartSelected(bool selected)
+{
+    m_selState = selected;
+    m_selIndex = 0;
+    m_selectedRead = {};
+    m_tDrawSelected.start();
+}
+
+void Filmstrip::applySelection()
+{
+    if (!m_clearing) {
+        m_clearing = true;
+        restartSelected(false);
+    }
+    if (m_tDrawSelected.isActive())
+        return;
+    m_selected = selectionOf(m_requested);
+    m_tSelectionChange.stop();
+    restartSelected(true);
+}
+
+void Filmstrip::drawSelected()
+{
+    if (selectionEnds(m_selected, m_selIndex))
+        return m_tDrawSelected.stop();
+    if (const auto position = selectedImage(m_selected.at(m_selIndex), count())) {
+        const QString& file = m_images.at(*position);
+        if (!m_selectedRead.read || m_selectedRead.file != file)
+            m_selectedRead = {*position, file,
+                              m_ix1.ask(cellPicture(file, QString(), devicePixelRatioF()), true)};
+        if (!m_selectedRead.read->isDone())
+            return;
+        paintCell(m_selectedRead.read->result(), m_selState, placeOf(*position, m_rows));
+    }
+    m_selectedRead = {};
+    if (m_selIndex < m_selected.size() - 2)
+        ++m_selIndex;
+    else
+        m_tDrawSelected.stop();
+}
+
+} // namespace quorvia::collections

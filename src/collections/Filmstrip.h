@@ -1,0 +1,154 @@
+// A list of images as a strip of thumbnails in one to three rows. Paints one cell a tick of its timer, and
+// reads the images on the engine's thread, so that everything stays live while it fills; up to 200 images it
+// is one strip that slides, above that what is in sight is painted anew at each scroll.
+#pragma once
+
+#include "collections/StripPump.h"
+#include "engine/SmallPictures.h"
+
+#include <QColor>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+namespace quorvia::controls {
+class ScrollBar;
+}
+
+namespace quorvia::collections {
+
+class StripSurface;
+
+/// Buttons are numbered 1 left, 2 right, 4 middle; `Shift` has the bits of app::Modifier; X and Y are twips
+/// on the painted strip; positions of images count from 0.
+class Filmstrip : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    explicit Filmstrip(QWidget* parent = nullptr);
+    ~Filmstrip() override;
+
+    /// Empties the list and wipes the strip.
+    void Clear();
+    /// Appends a file by its full name. One file may stand several times. Paints nothing.
+    void add(const QString& sFile);
+    /// The list, in its order.
+    const QStringList& Images() const { return m_images; }
+    /// Lays the strip out and paints all of it, beginning 100 ms from now.
+    void DrawStrip();
+    /// Does nothing.
+    void ReDraw();
+    /// Brings the first entry that is `sFile`, ignoring case, into view; nothing happens for any other name.
+    /// While a layout is about to come, once it has come.
+    void SetVisibleImage(const QString& sFile);
+    /// A short fingerprint of the list: its length and at most three of its names.
+    QString GetUniKey() const;
+    int NumberOfRows() const { return m_rows; }
+    /// Numbers below 1 count as 1. Another number draws the strip anew; the selection is painted again in any
+    /// case.
+    void SetNumberOfRows(int rows);
+    /// The selected positions, each with a ";" behind it.
+    QString SelectedImages() const;
+    /// Selects the positions that `text` names, joined by ";". They are painted some ticks later, one cell a
+    /// tick; of several texts that come together the last one counts.
+    void SetSelectedImages(const QString& text);
+
+  Q_SIGNALS:
+    /// A button was let go over an image, and the strip was not dragged.
+    void IndexSelected(int ListIndex);
+    /// Right behind it.
+    void ImageClicked(int ListIndex, int Button, int Shift);
+    /// The pointer moved over an image with no button held on the strip.
+    void ImageHoverOver(int ListIndex);
+    void MouseUp(int Button, int Shift, double X, double Y);
+    void MouseDown(int Button, int Shift, double X, double Y);
+    void MouseMove(int Button, int Shift, double X, double Y);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+  private:
+    /// A cell's picture that was asked for.
+    struct Wanted
+    {
+        int index = -1; // 0-based position in the list
+        QString file;
+        std::shared_ptr<engine::SmallRead> read;
+    };
+
+    int count() const { return int(m_images.size()); }
+    bool isWhole() const { return m_pump.MaxDraw == wholeStrip; }
+    bool awaitsLayout() const;
+    QSize innerTwips() const;
+
+    void SizeStrip();
+    void applyHeight();
+    void placeStrip();
+    void scrolled(int value);
+    void beginPass();
+    void paintNext();
+    Wanted& wanted(int index);
+    void askAhead();
+    void endPass();
+    void paintCell(const engine::SmallImage& picture, bool selected, CellPlace place);
+
+    void applySelection();
+    void drawSelected();
+    void restartSelected(bool selected);
+
+    void press(const QMouseEvent& event);
+    void release(const QMouseEvent& event);
+    void move(const QMouseEvent& event);
+    void letGo();
+    void dragStep();
+    std::optional<int> hit(QPointF twips) const;
+
+    bool takeKey(const QKeyEvent& event);
+    void moveCurrentTo(int index);
+    void showCurrent();
+    void frameCurrent();
+
+    QStringList m_images;
+    int m_rows = 1;
+    StripPump m_pump;
+    QSize m_cell; // twips
+    QColor m_canvasColor;
+    QString m_visibleWanted; // to be brought into view once the strip is laid out
+    int m_laidOutWidth = 0;  // twips
+
+    QStringList m_selected{QString()};
+    QString m_requested;
+    int m_selIndex = 0;
+    bool m_selState = false;
+    bool m_clearing = false;
+
+    bool m_dragging = false;
+    bool m_mouseIsDown = false;
+    StripDrag m_drag;   // its left edge is the strip's at all times
+    int m_pointerX = 0; // screen pixels
+    int m_current = -1; // where the keyboard is
+
+    StripSurface* m_pImages;
+    controls::ScrollBar* m_sBar;
+    QTimer m_tDraw;
+    QTimer m_tSelectionChange;
+    QTimer m_tDrawSelected;
+    QTimer m_tMove;
+    engine::SmallPictureReader m_ix1;
+    Wanted m_now;  // the cell that is to be painted next
+    Wanted m_next; // and the one behind it
+    Wanted m_selectedRead;
+};
+
+} // namespace quorvia::collections

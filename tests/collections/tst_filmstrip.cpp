@@ -1,0 +1,350 @@
+// Layout, pump and scrolling of the filmstrip.
+#include "FilmBench.h"
+
+#include <QSignalSpy>
+
+using namespace quorvia;
+using namespace quorvia::test;
+
+namespace {
+
+const QColor red(200, 30, 30);
+const QColor lightGray(0xE0, 0xE0, 0xE0);
+const QColor darkGray(0xC0, 0xC0, 0xC0);
+const QColor white(255, 255, 255);
+
+} // namespace
+
+class TestFilmstrip : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void init() { m_bench = std::make_unique<FilmBench>(); }
+    void cleanup() { m_bench.reset(); }
+
+    void asItIsMade()
+    {
+        QCOMPARE(m_bench->surface().width(), 1);
+        QCOMPARE(strip().NumberOfRows(), 1);
+        QCOMPARE(strip().SelectedImages(), QString());
+        QCOMPARE(strip().GetUniKey(), QStringLiteral("0"));
+        QVERIFY(m_bench->bar().isHidden());
+        QCOMPARE(m_bench->timer("tDraw").interval(), 1000);
+        QCOMPARE(m_bench->timer("tSelectionChange").interval(), 10);
+        QCOMPARE(m_bench->timer("tDrawSelected").interval(), 10);
+        QCOMPARE(m_bench->timer("tMove").interval(), 5);
+        for (const char* name : {"tDraw", "tSelectionChange", "tDrawSelected", "tMove"})
+            QVERIFY(!m_bench->timer(name).isActive());
+        QCOMPARE(strip().accessibleName(), QStringLiteral("Filmstrip"));
+    }
+
+    void anEmptyListPaintsNothing()
+    {
+        strip().DrawStrip();
+        QCOMPARE(m_bench->timer("tDraw").interval(), 100);
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->surface().width(), 0);
+        QVERIFY(m_bench->bar().isHidden());
+    }
+
+    void aListThatFitsShowsNoBar()
+    {
+        m_bench->addMany(3, red);
+        QVERIFY(m_bench->draws());
+        QVERIFY(m_bench->bar().isHidden());
+        QCOMPARE(m_bench->surface().height(), 120);
+        QCOMPARE(m_bench->surface().width(), 480);
+        QVERIFY(isNear(m_bench->middle(2), red));
+    }
+
+    void aLongerOneDoes()
+    {
+        m_bench->addMany(5, red);
+        QVERIFY(m_bench->draws());
+        QVERIFY(!m_bench->bar().isHidden());
+        const int height = 120 - m_bench->bar().height();
+        QCOMPARE(m_bench->surface().height(), height);
+        QCOMPARE(m_bench->bar().geometry(), QRect(0, height, 600, m_bench->bar().height()));
+    }
+
+    void twoHundredAreWholeOneMoreIsAWindow()
+    {
+        m_bench->addMany(200);
+        m_bench->laysOut();
+        const double cell = m_bench->surface().height() * 1.333;
+        QVERIFY(m_bench->surface().width() > 190 * cell);
+        strip().add(QStringLiteral("/one/more.png"));
+        m_bench->laysOut();
+        QVERIFY(m_bench->surface().width() < 9 * cell);
+        QCOMPARE(m_bench->bar().Max(), int(std::nearbyint(201 - 600 / cell + 1)));
+    }
+
+    void theColorsBehindNeighboursDiffer()
+    {
+        m_bench->addMany(4, red);
+        strip().resize(1000, 120);
+        QVERIFY(m_bench->draws());
+        QCOMPARE(m_bench->corner(0), darkGray);
+        QCOMPARE(m_bench->corner(1), white);
+        QCOMPARE(m_bench->corner(2), lightGray);
+        QCOMPARE(m_bench->corner(3), darkGray);
+    }
+
+    void rowsFillAColumnFirst()
+    {
+        strip().add(m_bench->picture(QStringLiteral("a.png"), Qt::red));
+        strip().add(m_bench->picture(QStringLiteral("b.png"), Qt::green));
+        strip().add(m_bench->picture(QStringLiteral("c.png"), Qt::blue));
+        strip().SetNumberOfRows(2);
+        QVERIFY(m_bench->settles());
+        QVERIFY(isNear(m_bench->middle(0, 0, 2), Qt::red));
+        QVERIFY(isNear(m_bench->middle(0, 1, 2), Qt::green));
+        QVERIFY(isNear(m_bench->middle(1, 0, 2), Qt::blue));
+        strip().SetNumberOfRows(0);
+        QCOMPARE(strip().NumberOfRows(), 1);
+    }
+
+    void theSameRowsLeaveThePaintedCellsAlone()
+    {
+        m_bench->addMany(3, red);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(QStringLiteral("1"));
+        QVERIFY(m_bench->settles());
+        const QColor first = m_bench->corner(0);
+        const QColor third = m_bench->corner(2);
+        strip().SetNumberOfRows(1);
+        QVERIFY(!m_bench->timer("tDraw").isActive());
+        QVERIFY(m_bench->timer("tSelectionChange").isActive());
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->corner(0), first);
+        QCOMPARE(m_bench->corner(1), QColor(Qt::blue));
+        QCOMPARE(m_bench->corner(2), third);
+    }
+
+    void oneFileMayStandSeveralTimes()
+    {
+        const QString file = m_bench->picture(QStringLiteral("a.png"), red);
+        for (int i = 0; i < 3; ++i)
+            strip().add(file);
+        QVERIFY(m_bench->draws());
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(isNear(m_bench->middle(i), red));
+        QCOMPARE(m_bench->thumbnails().size(), 1);
+    }
+
+    void clearLetsThePumpRunOut()
+    {
+        m_bench->addMany(100, red);
+        m_bench->laysOut();
+        strip().Clear();
+        QVERIFY(m_bench->timer("tDraw").isActive());
+        QVERIFY(m_bench->settles());
+        QVERIFY(strip().Images().isEmpty());
+    }
+
+    void drawingAgainBeginsAnew()
+    {
+        m_bench->addMany(50, red);
+        m_bench->laysOut();
+        strip().Clear();
+        strip().add(m_bench->picture(QStringLiteral("a.png"), Qt::green));
+        QVERIFY(m_bench->draws());
+        QVERIFY(isNear(m_bench->middle(0), Qt::green));
+        QCOMPARE(m_bench->middle(1), QColor());
+    }
+
+    void selectingPaintsBlue()
+    {
+        m_bench->addMany(3, red);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(QStringLiteral("0;2"));
+        QCOMPARE(strip().SelectedImages(), QString()); // not before it is painted
+        QVERIFY(m_bench->settles());
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("0;2;"));
+        QCOMPARE(m_bench->corner(0), QColor(Qt::blue));
+        QVERIFY(m_bench->corner(1) != QColor(Qt::blue));
+        QCOMPARE(m_bench->corner(2), QColor(Qt::blue));
+        QVERIFY(isNear(m_bench->middle(2), red));
+    }
+
+    void theLastOfSeveralSelectionsCounts()
+    {
+        m_bench->addMany(3, red);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(QStringLiteral("0"));
+        strip().SetSelectedImages(QStringLiteral("1"));
+        bool firstWasSeen = false;
+        connect(&m_bench->timer("tDrawSelected"), &QTimer::timeout, this,
+                [&] { firstWasSeen = firstWasSeen || m_bench->corner(0) == QColor(Qt::blue); });
+        QVERIFY(m_bench->settles());
+        QVERIFY(!firstWasSeen);
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("1;"));
+        QCOMPARE(m_bench->corner(1), QColor(Qt::blue));
+    }
+
+    void selectingNothingClears()
+    {
+        m_bench->addMany(2, red);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(QStringLiteral("1"));
+        QVERIFY(m_bench->settles());
+        strip().SetSelectedImages(QString());
+        QVERIFY(m_bench->settles());
+        QCOMPARE(strip().SelectedImages(), QStringLiteral(";"));
+        QVERIFY(m_bench->corner(1) != QColor(Qt::blue));
+        QVERIFY(isNear(m_bench->middle(1), red));
+    }
+
+    void aPositionBeyondTheListIsPassedOver()
+    {
+        m_bench->addMany(2, red);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(QStringLiteral("7;-3;x;1"));
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->corner(1), QColor(Qt::blue));
+        QVERIFY(m_bench->corner(0) != QColor(Qt::blue));
+    }
+
+    void theSelectionOutlivesAPass()
+    {
+        m_bench->addMany(3, red);
+        strip().SetSelectedImages(QStringLiteral("1"));
+        QVERIFY(m_bench->draws());
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->corner(1), QColor(Qt::blue));
+    }
+
+    void scrollingAWholeStripMovesIt()
+    {
+        m_bench->addMany(20, red);
+        m_bench->laysOut();
+        m_bench->bar().SetValue(30);
+        QCOMPARE(m_bench->surface().x(), -100);
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->surface().x(), -100);
+        QVERIFY(isNear(m_bench->middle(19), red));
+        m_bench->bar().SetValue(m_bench->bar().Max());
+        QVERIFY(std::abs(m_bench->surface().geometry().right() + 1 - 600) <= 2);
+    }
+
+    void scrollingAWindowPaintsItAnew()
+    {
+        m_bench->addMany(300);
+        const QString file = m_bench->picture(QStringLiteral("p00120.png"), Qt::green);
+        QVERIFY(strip().Images().contains(file));
+        QVERIFY(m_bench->draws());
+        QCOMPARE(m_bench->middle(0), m_bench->corner(0)); // no image
+        m_bench->bar().SetValue(120);
+        QCOMPARE(m_bench->timer("tDraw").interval(), 1);
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->surface().x(), 0);
+        QVERIFY(isNear(m_bench->middle(0), Qt::green));
+        m_bench->bar().SetValue(119);
+        m_bench->bar().SetValue(118); // while the pass runs
+        QVERIFY(m_bench->settles());
+        QVERIFY(isNear(m_bench->middle(2), Qt::green));
+        QCOMPARE(m_bench->timer("tDraw").interval(), 1);
+        strip().DrawStrip();
+        QCOMPARE(m_bench->timer("tDraw").interval(), 100);
+    }
+
+    void aNewWidthIsLaidOutWithTheNextScroll()
+    {
+        m_bench->addMany(300);
+        QVERIFY(m_bench->draws());
+        const int before = m_bench->surface().width();
+        strip().resize(1200, 120);
+        QCOMPARE(m_bench->surface().width(), before);
+        m_bench->bar().SetValue(3);
+        QVERIFY(m_bench->surface().width() > 1200);
+        QVERIFY(m_bench->settles());
+        QVERIFY(m_bench->corner(7).isValid() && m_bench->corner(7) != m_bench->corner(6));
+    }
+
+    void aWholeStripThatFitsNowGoesBackToTheLeft()
+    {
+        m_bench->addMany(6, red);
+        QVERIFY(m_bench->draws());
+        m_bench->bar().SetValue(m_bench->bar().Max());
+        QVERIFY(m_bench->surface().x() < 0);
+        strip().resize(1500, 120);
+        m_bench->bar().SetValue(1);
+        QVERIFY(m_bench->bar().isHidden());
+        QCOMPARE(m_bench->surface().x(), 0);
+    }
+
+    void theBarFollowsTheHeight()
+    {
+        m_bench->addMany(6, red);
+        QVERIFY(m_bench->draws());
+        strip().resize(600, 200);
+        QCOMPARE(m_bench->surface().height(), 200 - m_bench->bar().height());
+        QCOMPARE(m_bench->bar().y(), m_bench->surface().height());
+    }
+
+    void aNamedImageComesIntoView()
+    {
+        m_bench->addMany(40);
+        QVERIFY(m_bench->draws());
+        const int cell = m_bench->surface().width() / 40;
+        const auto show = [this](int index) {
+            strip().SetVisibleImage(strip().Images().at(index).toUpper());
+        };
+        show(1);
+        QCOMPARE(m_bench->bar().Value(), 0);
+        show(20);
+        QVERIFY(std::abs(m_bench->surface().x() + 20 * cell) < cell / 2);
+        const int there = m_bench->bar().Value();
+        strip().SetVisibleImage(QStringLiteral("/no/such.png"));
+        QCOMPARE(m_bench->bar().Value(), there);
+    }
+
+    void aNamedImageIsNotForgottenBeforeTheLayout()
+    {
+        m_bench->addMany(40);
+        strip().DrawStrip();
+        strip().SetVisibleImage(strip().Images().at(30));
+        QCOMPARE(m_bench->bar().Value(), 0);
+        QVERIFY(m_bench->settles());
+        QVERIFY(m_bench->surface().x() < -3000);
+    }
+
+    void redrawDoesNothing()
+    {
+        m_bench->addMany(2, red);
+        strip().ReDraw();
+        QVERIFY(!m_bench->timer("tDraw").isActive());
+    }
+
+    void aControlWithoutHeightHarmsNothing()
+    {
+        strip().resize(600, 0);
+        m_bench->addMany(3, red);
+        QVERIFY(m_bench->draws());
+        strip().SetVisibleImage(strip().Images().at(2));
+        strip().resize(0, 0);
+        QVERIFY(m_bench->draws());
+    }
+
+    void tenThousandEntriesPaintWhatIsInSight()
+    {
+        m_bench->addMany(10'000);
+        QVERIFY(m_bench->draws());
+        const auto pixels = [this] {
+            return qint64(m_bench->surface().width()) * m_bench->surface().height();
+        };
+        QVERIFY(pixels() < 9 * 160 * 120);
+        m_bench->bar().SetValue(m_bench->bar().Max());
+        QVERIFY(m_bench->settles());
+        QVERIFY(pixels() < 9 * 160 * 120);
+        QVERIFY(m_bench->corner(0).isValid());
+    }
+
+  private:
+    collections::Filmstrip& strip() const { return *m_bench->strip; }
+    std::unique_ptr<FilmBench> m_bench;
+};
+
+QTEST_MAIN(TestFilmstrip)
+#include "tst_filmstrip.moc"
