@@ -107,9 +107,9 @@ class Filmstrip : public QWidget
     void drawSelected();
     void restartSelected(bool selected);
 
-    void press(const QMouseEvent& event);
-    void release(const QMouseEvent& event);
-    void move(const QMouseEvent& event);
+    void pressed(const QMouseEvent& event);
+    void released(const QMouseEvent& event);
+    void pointerMoved(const QMouseEvent& event);
     void letGo();
     void dragStep();
     std::optional<int> hit(QPointF twips) const;

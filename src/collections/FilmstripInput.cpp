@@ -48,20 +48,20 @@ bool Filmstrip::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        press(*static_cast<QMouseEvent*>(event));
+        pressed(*static_cast<QMouseEvent*>(event));
         return true;
     case QEvent::MouseButtonRelease:
-        release(*static_cast<QMouseEvent*>(event));
+        released(*static_cast<QMouseEvent*>(event));
         return true;
     case QEvent::MouseMove:
-        move(*static_cast<QMouseEvent*>(event));
+        pointerMoved(*static_cast<QMouseEvent*>(event));
         return true;
     default:
         return false;
     }
 }
 
-void Filmstrip::press(const QMouseEvent& event)
+void Filmstrip::pressed(const QMouseEvent& event)
 {
     const QPointF at = twipsOf(event);
     Q_EMIT MouseDown(buttonNumber(event.button()), app::modifierMask(event.modifiers()), at.x(), at.y());
@@ -71,7 +71,7 @@ void Filmstrip::press(const QMouseEvent& event)
     m_drag.anchorLeft = m_drag.left;
 }
 
-void Filmstrip::release(const QMouseEvent& event)
+void Filmstrip::released(const QMouseEvent& event)
 {
     const QPointF at = twipsOf(event);
     const int button = buttonNumber(event.button());
@@ -86,7 +86,7 @@ void Filmstrip::release(const QMouseEvent& event)
     Q_EMIT ImageClicked(*index, button, shift);
 }
 
-void Filmstrip::move(const QMouseEvent& event)
+void Filmstrip::pointerMoved(const QMouseEvent& event)
 {
     if (event.buttons() == Qt::NoButton)
         letGo(); // the release went elsewhere

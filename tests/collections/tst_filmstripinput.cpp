@@ -225,7 +225,7 @@ class TestFilmstripInput : public QObject
         QTest::keyClick(&strip(), Qt::Key_Right);
         QTest::keyClick(&strip(), Qt::Key_Return);
         QCOMPARE(m_order, QStringList({"selected 2", "clicked 2 1 0"}));
-        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(5, 5));
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(5, 5), strip().mapToGlobal(QPoint(5, 5)));
         QCoreApplication::sendEvent(&strip(), &menu);
         QCOMPARE(m_order.constLast(), QStringLiteral("clicked 2 %1 0").arg(right));
     }
