@@ -1,0 +1,228 @@
+#include "viewer/InformationPanel.h"
+
+#include "app/Colors.h"
+#include "app/mFile.h"
+#include "platform/FileStatus.h"
+#include "viewer/DescriptionField.h"
+#include "viewer/DescriptionFile.h"
+#include "viewer/InformationText.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+
+#include <utility>
+
+namespace quorvia::viewer {
+
+namespace {
+
+constexpr int saveDelay = 500;     // milliseconds
+constexpr char ownWord[] = "auto"; // stands for a write of the program's own, and is never saved
+constexpr char noDescription[] = "(none)";
+
+/// A text that can be read, selected and copied, on the ground of the panel. A click leaves the keys to the
+/// window; Tab leads here.
+QPlainTextEdit* makeFacts(const char* name, QWidget* parent)
+{
+    auto* const field = new QPlainTextEdit(parent);
+    field->setObjectName(QLatin1String(name));
+    field->setReadOnly(true);
+    field->setTabChangesFocus(true);
+    field->setFocusPolicy(Qt::TabFocus);
+    field->setFrameStyle(QFrame::NoFrame);
+    field->document()->setDocumentMargin(0);
+    return field;
+}
+
+QLabel* makeHeading(int number, const QString& text, QWidget* buddy)
+{
+    auto* const heading = new QLabel(text, buddy->parentWidget());
+    heading->setObjectName(QStringLiteral("Label%1").arg(number));
+    heading->setBuddy(buddy);
+    buddy->setAccessibleName(text);
+    QFont font; // all but the weight stays the panel's
+    font.setBold(true);
+    heading->setFont(font);
+    return heading;
+}
+
+bool isPlainEnter(const QKeyEvent& key)
+{
+    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
+           (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
+} // namespace
+
+InformationPanel::InformationPanel(Parts parts)
+    : QWidget(parts.pShowInfo), m_parts(std::move(parts)), m_tPath(new QLineEdit(this)),
+      m_tFileInfo(makeFacts("tFileInfo", this)), m_tImageInfo(makeFacts("tImageInfo", this)),
+      m_tDes(new DescriptionField(this)), m_tSaveDes(new QTimer(this))
+{
+    setObjectName(QStringLiteral("InformationPanel"));
+    makeFields();
+    layOut();
+    takeColors();
+    m_tSaveDes->setObjectName(QStringLiteral("tSaveDes"));
+    m_tSaveDes->setInterval(saveDelay);
+    m_rest.setObjectName(QStringLiteral("tColors"));
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(app::restBeforeCounting);
+    connect(m_tSaveDes, &QTimer::timeout, this, &InformationPanel::saveDescriptionNow);
+    connect(&m_rest, &QTimer::timeout, this, &InformationPanel::countColors);
+    connect(m_tDes, &DescriptionField::edited, this, &InformationPanel::noteEdit);
+}
+
+InformationPanel::~InformationPanel()
+{
+    saveDescriptionNow();
+}
+
+void InformationPanel::makeFields()
+{
+    m_tPath->setObjectName(QStringLiteral("tPath"));
+    m_tPath->setReadOnly(true);
+    m_tPath->setFrame(false);
+    m_tPath->setFocusPolicy(Qt::TabFocus);
+    m_tPath->setAccessibleName(tr("Path"));
+    m_tPath->setToolTip(QStringLiteral("Double-Click to open containing folder in 'Windows Explorer'"));
+    m_tPath->installEventFilter(this);
+    m_tDes->setObjectName(QStringLiteral("tDes"));
+}
+
+void InformationPanel::layOut()
+{
+    constexpr int factsWidth = 3;
+    constexpr int imageWidth = 2;
+    constexpr int descriptionWidth = 4;
+    auto* const around = new QGridLayout(m_parts.pShowInfo);
+    around->setContentsMargins(0, 0, 0, 0);
+    around->addWidget(this);
+    auto* const grid = new QGridLayout(this);
+    grid->setContentsMargins(4, 2, 4, 4);
+    grid->setHorizontalSpacing(12);
+    grid->setVerticalSpacing(2);
+    grid->addWidget(m_tPath, 0, 0, 1, 3);
+    grid->addWidget(makeHeading(1, QStringLiteral("File Information"), m_tFileInfo), 1, 0);
+    grid->addWidget(makeHeading(2, QStringLiteral("Image"), m_tImageInfo), 1, 1);
+    grid->addWidget(makeHeading(3, QStringLiteral("Description"), m_tDes), 1, 2);
+    int column = 0;
+    for (const auto& [field, width] : {std::pair<QWidget*, int>{m_tFileInfo, factsWidth},
+                                       {m_tImageInfo, imageWidth},
+                                       {m_tDes, descriptionWidth}}) {
+        field->setMinimumSize(1, 1); // the pane is as high as it is, whatever the fonts
+        grid->addWidget(field, 2, column);
+        grid->setColumnStretch(column++, width);
+    }
+    grid->setRowStretch(2, 1);
+}
+
+void InformationPanel::takeColors()
+{
+    const QColor ink = palette().color(QPalette::WindowText);
+    QPalette colors; // of which only these roles are the fields' own
+    colors.setColor(QPalette::Base, Qt::transparent);
+    colors.setColor(QPalette::Text, ink);
+    for (QWidget* field : {static_cast<QWidget*>(m_tPath), static_cast<QWidget*>(m_tFileInfo),
+                           static_cast<QWidget*>(m_tImageInfo)})
+        field->setPalette(colors);
+    for (QWidget* control :
+         {static_cast<QWidget*>(m_tFileInfo->verticalScrollBar()),
+          static_cast<QWidget*>(m_tImageInfo->verticalScrollBar()), static_cast<QWidget*>(m_tDes)})
+        app::setDesktopColors(control);
+}
+
+void InformationPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        takeColors();
+}
+
+void InformationPanel::showCurrent()
+{
+    saveDescriptionNow();
+    if (m_parts.pInformation->isHidden())
+        return;
+    m_path = m_parts.fileName();
+    m_tPath->setText(m_path);
+    m_tPath->setCursorPosition(0);
+    m_tFileInfo->setPlainText(fileInfoText(fileFacts(m_path)));
+    showImageFacts(std::nullopt);
+    m_rest.start();
+    showDescription();
+}
+
+void InformationPanel::showImageFacts(std::optional<int> colors)
+{
+    m_tImageInfo->setPlainText(imageInfoText(m_parts.image.facts(), colors));
+}
+
+void InformationPanel::countColors()
+{
+    if (m_parts.pInformation->isHidden())
+        return;
+    const int colors = m_parts.image.uniqueColors();
+    if (m_parts.fileName() == m_path)
+        showImageFacts(colors);
+    else // it had no readable pixels, and the image before it is back
+        showCurrent();
+}
+
+void InformationPanel::showDescription()
+{
+    const Description description = readDescription(m_path);
+    m_stored =
+        description.state == Description::State::Read ? description.text : QString::fromLatin1(noDescription);
+    m_tDes->setReadOnly(description.state == Description::State::Unreadable);
+    m_tDes->showText(m_stored);
+    if (m_tDes->hasFocus())
+        m_tDes->selectAll();
+}
+
+void InformationPanel::noteEdit()
+{
+    if (m_tDes->text() == QLatin1String(ownWord))
+        return;
+    m_saveTarget = m_path;
+    m_tSaveDes->start();
+}
+
+void InformationPanel::saveDescriptionNow()
+{
+    if (!m_tSaveDes->isActive())
+        return;
+    m_tSaveDes->stop();
+    const QString image = std::exchange(m_saveTarget, QString());
+    if (!platform::isRegularFile(image))
+        return;
+    const QString text = m_tDes->text();
+    if (text != QLatin1String(ownWord) && text != m_stored && saveDescription(image, text))
+        m_stored = text;
+}
+
+bool InformationPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != m_tPath)
+        return false;
+    const bool clicked = event->type() == QEvent::MouseButtonDblClick &&
+                         static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
+    const bool entered = event->type() == QEvent::KeyPress && isPlainEnter(*static_cast<QKeyEvent*>(event));
+    if (clicked || (entered && !static_cast<QKeyEvent*>(event)->isAutoRepeat()))
+        openFolder();
+    return clicked || entered;
+}
+
+void InformationPanel::openFolder() const
+{
+    if (!m_path.isEmpty())
+        m_parts.openFolder(app::SplitPathName(m_path, 1));
+}
+
+} // namespace quorvia::viewer

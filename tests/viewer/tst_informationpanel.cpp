@@ -1,0 +1,477 @@
+// The information panel on its own: what it shows, when it asks, and which image a description lands on.
+#include "app/Colors.h"
+#include "app/mFile.h"
+#include "app/Paths.h"
+#include "platform/Contrast.h"
+#include "support/ScratchHome.h"
+#include "viewer/DescriptionFile.h"
+#include "viewer/InformationPanel.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include <memory>
+
+using namespace quorvia;
+using viewer::InformationPanel;
+
+namespace {
+
+/// The panes of a window with the panel in them, three images, and what was asked.
+class PanelBench
+{
+  public:
+    PanelBench()
+    {
+        for (const char* name : {"a.png", "b.png", "c.png"})
+            home.write(QStringLiteral("pics/") + QLatin1String(name), name);
+        window.resize(900, 180);
+        pInformation.setGeometry(window.rect());
+        pShowInfo.setGeometry(3, 3, 894, 174);
+        for (QWidget* pane : {&pInformation, &pShowInfo})
+            pane->setAutoFillBackground(true);
+        app::setPaneColor(&pInformation, QColor(0, 121, 191));
+        panel = std::make_unique<InformationPanel>(
+            InformationPanel::Parts{.pInformation = &pInformation,
+                                    .pShowInfo = &pShowInfo,
+                                    .fileName = [this] { return current; },
+                                    .image = {.facts = [this] { return facts; },
+                                              .uniqueColors =
+                                                  [this] {
+                                                      ++counts;
+                                                      if (!fallBack.isNull())
+                                                          current = std::exchange(fallBack, QString());
+                                                      return colors;
+                                                  }},
+                                    .openFolder = [this](const QString& folder) { folders.append(folder); }});
+        window.show();
+        window.activateWindow();
+        if (!QTest::qWaitForWindowActive(&window))
+            qFatal("no window");
+    }
+
+    QString image(const char* name) const { return home.path(QStringLiteral("pics/") + QLatin1String(name)); }
+    void open(const char* name)
+    {
+        current = image(name);
+        panel->showCurrent();
+    }
+    template <class T>
+    T* part(const char* name)
+    {
+        T* const found = window.findChild<T*>(QLatin1String(name));
+        if (!found)
+            qFatal("no %s", name);
+        return found;
+    }
+    QPlainTextEdit* tDes() { return part<QPlainTextEdit>("tDes"); }
+    QTimer* tSaveDes() { return part<QTimer>("tSaveDes"); }
+    QString stored(const char* name) const { return viewer::readDescription(image(name)).text; }
+    QStringList sidecars() const
+    {
+        return QDir(app::InstallPath() + QStringLiteral("Description")).entryList(QDir::Files);
+    }
+    /// Types over what tDes holds.
+    void typeAnew(const QString& text)
+    {
+        tDes()->setFocus();
+        tDes()->selectAll();
+        QTest::keyClicks(tDes(), text);
+    }
+
+    test::ScratchHome home;
+    QWidget window;
+    QWidget pInformation{&window};
+    QWidget pShowInfo{&pInformation};
+    QString current;
+    QString fallBack; ///< the image that comes back when the pixels turn out to be unreadable
+    app::ImageFacts facts{QSize(640, 480), 24};
+    int colors = 77;
+    int counts = 0;
+    QStringList folders;
+    std::unique_ptr<InformationPanel> panel;
+};
+
+} // namespace
+
+class TestInformationPanel : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<PanelBench> m_bench;
+    PanelBench& bench() { return *m_bench; }
+    QString textOf(const char* field) { return bench().part<QPlainTextEdit>(field)->toPlainText(); }
+
+  private Q_SLOTS:
+    void init() { m_bench = std::make_unique<PanelBench>(); }
+    void cleanup() { m_bench.reset(); }
+
+    void showsTheCurrentImage()
+    {
+        bench().open("a.png");
+        QCOMPARE(bench().part<QLineEdit>("tPath")->text(), bench().image("a.png"));
+        QVERIFY(textOf("tFileInfo")
+                    .startsWith(QLatin1String("File Size: 5 Bytes  0 KB  0.00 MB\n\nCreated On: ")));
+        QCOMPARE(textOf("tFileInfo").count(u'\n'), 5);
+        QVERIFY(
+            textOf("tImageInfo").startsWith(QLatin1String("Dimensions: 640x480\nBits Per Pixel: \t24\n")));
+        QTRY_VERIFY(textOf("tImageInfo").endsWith(QLatin1String("\nUnique Colors:\t77")));
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        QCOMPARE(bench().part<QLabel>("Label1")->text(), QStringLiteral("File Information"));
+        QCOMPARE(bench().part<QLabel>("Label2")->text(), QStringLiteral("Image"));
+        QCOMPARE(bench().part<QLabel>("Label3")->text(), QStringLiteral("Description"));
+        QCOMPARE(bench().part<QLineEdit>("tPath")->toolTip(),
+                 QStringLiteral("Double-Click to open containing folder in 'Windows Explorer'"));
+    }
+
+    void asksNothingWhileItIsHidden()
+    {
+        bench().pInformation.hide();
+        bench().open("a.png");
+        QVERIFY(!bench().part<QTimer>("tColors")->isActive());
+        QCOMPARE(bench().counts, 0);
+        QCOMPARE(bench().part<QLineEdit>("tPath")->text(), QString());
+        QCOMPARE(textOf("tFileInfo"), QString());
+        bench().pInformation.show();
+        bench().panel->showCurrent();
+        QCOMPARE(bench().part<QLineEdit>("tPath")->text(), bench().image("a.png"));
+        QTRY_COMPARE(bench().counts, 1);
+    }
+
+    void hiddenBeforeItCountsItDoesNot()
+    {
+        bench().open("a.png");
+        bench().pInformation.hide();
+        QTRY_VERIFY(!bench().part<QTimer>("tColors")->isActive());
+        QCOMPARE(bench().counts, 0);
+    }
+
+    void aWalkCountsTheColoursOfTheLastImageOnly()
+    {
+        for (const char* name : {"a.png", "b.png", "c.png"})
+            bench().open(name);
+        QTRY_COMPARE(bench().counts, 1);
+        QCOMPARE(bench().part<QLineEdit>("tPath")->text(), bench().image("c.png"));
+    }
+
+    void anImageWithoutReadablePixelsGivesWay()
+    {
+        bench().open("a.png");
+        QTRY_COMPARE(bench().counts, 1);
+        bench().fallBack = bench().image("a.png");
+        bench().open("b.png");
+        QCOMPARE(bench().part<QLineEdit>("tPath")->text(), bench().image("b.png"));
+        QTRY_COMPARE(bench().part<QLineEdit>("tPath")->text(), bench().image("a.png"));
+        QTRY_VERIFY(textOf("tImageInfo").endsWith(QLatin1String("77")));
+    }
+
+    void aPictureWithoutAFileHasNoDescriptionToSave()
+    {
+        bench().current = QString();
+        bench().panel->showCurrent();
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        QCOMPARE(textOf("tFileInfo"), QStringLiteral("File Size: 0 Bytes  0 KB  0.00 MB\nAttributes: "));
+        bench().typeAnew(QStringLiteral("a paste"));
+        QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+        QVERIFY(bench().sidecars().isEmpty());
+        QTest::mouseDClick(bench().part<QLineEdit>("tPath"), Qt::LeftButton);
+        QVERIFY(bench().folders.isEmpty());
+    }
+
+    void showingSavesNothing()
+    {
+        bench().open("a.png");
+        QVERIFY(!bench().panel->isDescriptionUnsaved());
+        bench().panel->saveDescriptionNow();
+        bench().open("b.png");
+        QVERIFY(bench().sidecars().isEmpty());
+    }
+
+    void savesHalfASecondAfterTheLastKey()
+    {
+        bench().open("a.png");
+        QCOMPARE(bench().tSaveDes()->interval(), 500);
+        bench().typeAnew(QStringLiteral("a day at sea"));
+        QVERIFY(bench().panel->isDescriptionUnsaved());
+        QVERIFY(bench().sidecars().isEmpty());
+        QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("a day at sea"));
+        bench().open("b.png");
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        bench().open("a.png");
+        QCOMPARE(textOf("tDes"), QStringLiteral("a day at sea"));
+    }
+
+    void everyKeyStartsTheDelayAnew()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("x"));
+        QTRY_VERIFY(bench().tSaveDes()->remainingTime() < 400);
+        QTest::keyClicks(bench().tDes(), QStringLiteral("y"));
+        QVERIFY(bench().tSaveDes()->remainingTime() > 400);
+    }
+
+    void linesBlanksAndScriptsComeBackAsTyped()
+    {
+        bench().open("a.png");
+        const QString text = QString::fromUtf8(" one\n\ntwo\xc2\xa0\xe6\xbc\xa2\xf0\x9f\x98\x80\t\n");
+        bench().tDes()->setFocus();
+        bench().tDes()->selectAll();
+        QGuiApplication::clipboard()->setText(text);
+        bench().tDes()->paste();
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().stored("a.png"), text);
+        bench().open("b.png");
+        bench().open("a.png");
+        QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClicks(bench().tDes(), QStringLiteral("!"));
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().stored("a.png"), text + u'!');
+    }
+
+    void anotherImageWithinTheDelaySavesUnderTheOldOne()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        bench().open("b.png");
+        QVERIFY(!bench().panel->isDescriptionUnsaved());
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        bench().typeAnew(QStringLiteral("of b"));
+        bench().open("c.png");
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
+        QCOMPARE(bench().stored("b.png"), QStringLiteral("of b"));
+        QCOMPARE(bench().sidecars().size(), 2);
+        bench().open("a.png");
+        QCOMPARE(textOf("tDes"), QStringLiteral("of a"));
+    }
+
+    /// The image control already has the next image, and the panel has not been told yet.
+    void aKeyBetweenLoadAndStatusCountsForTheImageOnThePanel()
+    {
+        bench().open("a.png");
+        bench().current = bench().image("b.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
+        QCOMPARE(bench().sidecars().size(), 1);
+    }
+
+    void aHiddenPanelStillSaves()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        bench().pInformation.hide();
+        bench().open("b.png");
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
+        QCOMPARE(bench().sidecars().size(), 1);
+    }
+
+    void theEndSavesWhatWaits()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        bench().panel.reset();
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
+    }
+
+    void anImageThatHasGoneGetsNoDescription()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        QVERIFY(QFile::remove(bench().image("a.png")));
+        QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+        QVERIFY(bench().sidecars().isEmpty());
+    }
+
+    void theProgramsOwnWordIsNotSaved()
+    {
+        bench().open("a.png");
+        bench().tDes()->setPlainText(QStringLiteral("auto"));
+        QVERIFY(!bench().panel->isDescriptionUnsaved());
+        bench().typeAnew(QStringLiteral("auto")); // its first letters begin to wait
+        QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+        QVERIFY(bench().sidecars().isEmpty());
+        QTest::keyClicks(bench().tDes(), QStringLiteral("mobile"));
+        QTRY_COMPARE(bench().stored("a.png"), QStringLiteral("automobile"));
+    }
+
+    void anEmptiedDescriptionStaysEmpty()
+    {
+        QVERIFY(viewer::saveDescription(bench().image("a.png"), QStringLiteral("old")));
+        bench().open("a.png");
+        bench().tDes()->setFocus();
+        QTest::keyClick(bench().tDes(), Qt::Key_Delete);
+        bench().open("a.png");
+        QCOMPARE(bench().stored("a.png"), QString());
+        QCOMPARE(textOf("tDes"), QString());
+    }
+
+    void aDescriptionThatCannotBeReadIsNotReplaced()
+    {
+        const QString sidecar = viewer::descriptionPath(bench().image("b.png"));
+        QVERIFY(QDir().mkpath(sidecar)); // a directory in its place
+        QVERIFY(viewer::saveDescription(bench().image("a.png"), QStringLiteral("of a")));
+        bench().open("a.png");
+        bench().open("b.png");
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        bench().typeAnew(QStringLiteral("of b"));
+        QVERIFY(!bench().panel->isDescriptionUnsaved());
+        bench().open("a.png");
+        QVERIFY(!bench().tDes()->isReadOnly());
+        QCOMPARE(textOf("tDes"), QStringLiteral("of a"));
+    }
+
+    void nothingOfOneImageIsUndoneIntoAnother()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        bench().open("b.png");
+        bench().tDes()->undo();
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        QVERIFY(!bench().panel->isDescriptionUnsaved());
+    }
+
+    void aMebibyteComesBack()
+    {
+        QString text(1 << 20, u'x');
+        for (qsizetype at = 79; at < text.size(); at += 80)
+            text[at] = u'\n';
+        QVERIFY(viewer::saveDescription(bench().image("a.png"), text));
+        bench().open("a.png");
+        QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClicks(bench().tDes(), QStringLiteral("!"));
+        bench().open("b.png");
+        QVERIFY(bench().stored("a.png") == text + u'!');
+    }
+
+    void enteringSelectsAll_data()
+    {
+        QTest::addColumn<bool>("mouse");
+        QTest::newRow("by Tab") << false;
+        QTest::newRow("by a click") << true;
+    }
+
+    void enteringSelectsAll()
+    {
+        QFETCH(bool, mouse);
+        bench().open("a.png");
+        QPlainTextEdit* const tDes = bench().tDes();
+        if (mouse)
+            QTest::mouseClick(tDes->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
+        else
+            tDes->setFocus(Qt::TabFocusReason);
+        QVERIFY(tDes->hasFocus());
+        QCOMPARE(tDes->textCursor().selectedText(), QStringLiteral("(none)"));
+        QTest::mouseClick(tDes->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
+        QVERIFY(!tDes->textCursor().hasSelection()); // the second click places the caret
+        QTest::keyClicks(tDes, QStringLiteral("x"));
+        QVERIFY(textOf("tDes") != QLatin1String("x"));
+    }
+
+    void comingBackFromAMenuKeepsTheCaret()
+    {
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("text"));
+        QPlainTextEdit* const tDes = bench().tDes();
+        tDes->clearFocus();
+        tDes->setFocus(Qt::PopupFocusReason);
+        QVERIFY(!tDes->textCursor().hasSelection());
+    }
+
+    void theNextImageIsSelectedWhileTheBoxHasTheFocus()
+    {
+        bench().open("a.png");
+        bench().tDes()->setFocus();
+        bench().open("b.png");
+        QCOMPARE(bench().tDes()->textCursor().selectedText(), QStringLiteral("(none)"));
+        bench().tDes()->clearFocus();
+        bench().open("a.png");
+        QVERIFY(!bench().tDes()->textCursor().hasSelection());
+    }
+
+    void theFolderOpens()
+    {
+        bench().open("a.png");
+        auto* const tPath = bench().part<QLineEdit>("tPath");
+        QTest::mouseClick(tPath, Qt::LeftButton);
+        QTest::mouseDClick(tPath, Qt::RightButton);
+        QVERIFY(bench().folders.isEmpty());
+        QTest::mouseDClick(tPath, Qt::LeftButton);
+        QCOMPARE(bench().folders, QStringList{bench().home.path(QStringLiteral("pics/"))});
+        QTest::keyClick(tPath, Qt::Key_Return);
+        QCOMPARE(bench().folders.size(), 2);
+        QTest::keyClick(tPath, Qt::Key_Return, Qt::AltModifier);
+        QCOMPARE(bench().folders.size(), 2);
+    }
+
+    void tabLeadsThroughTheParts()
+    {
+        bench().open("a.png");
+        bench().part<QLineEdit>("tPath")->setFocus();
+        for (const char* name : {"tFileInfo", "tImageInfo", "tDes"}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(name));
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QVERIFY(QApplication::focusWidget()->objectName() != QLatin1String("tDes"));
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+    }
+
+    void allPartsHaveNames_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("tPath") << "Path";
+        QTest::newRow("tFileInfo") << "File Information";
+        QTest::newRow("tImageInfo") << "Image";
+        QTest::newRow("tDes") << "Description";
+    }
+
+    void allPartsHaveNames()
+    {
+        QTEST(bench().part<QWidget>(QTest::currentDataTag())->accessibleName(), "name");
+    }
+
+    void theTextsStandOutFromTheChrome_data()
+    {
+        QTest::addColumn<QColor>("chrome");
+        QTest::newRow("the blue of the start") << QColor(0, 121, 191);
+        QTest::newRow("white") << QColor(Qt::white);
+        QTest::newRow("black") << QColor(Qt::black);
+        QTest::newRow("yellow") << QColor(Qt::yellow);
+    }
+
+    void theTextsStandOutFromTheChrome()
+    {
+        QFETCH(QColor, chrome);
+        app::setPaneColor(&bench().pInformation, chrome);
+        for (const char* name : {"tPath", "tFileInfo", "tImageInfo"}) {
+            const QColor ink = bench().part<QWidget>(name)->palette().color(QPalette::Text);
+            QVERIFY2(platform::contrast(chrome, ink) > 4.5, name);
+        }
+        for (const char* name : {"Label1", "Label2", "Label3"}) {
+            const QColor ink = bench().part<QWidget>(name)->palette().color(QPalette::WindowText);
+            QVERIFY2(platform::contrast(chrome, ink) > 4.5, name);
+        }
+        const QPalette box = bench().tDes()->palette();
+        QVERIFY(platform::contrast(box.color(QPalette::Base), box.color(QPalette::Text)) > 4.5);
+    }
+
+    void fillsItsPane()
+    {
+        QCOMPARE(bench().panel->geometry(), bench().pShowInfo.rect());
+        bench().pShowInfo.resize(400, 120);
+        QTRY_COMPARE(bench().panel->geometry(), QRect(0, 0, 400, 120));
+        QVERIFY(bench().panel->rect().contains(bench().tDes()->geometry()));
+    }
+};
+
+QTEST_MAIN(TestInformationPanel)
+#include "tst_informationpanel.moc"
