@@ -1,5 +1,7 @@
 #include "platform/BandTitleBar.h"
 
+#include "platform/Contrast.h"
+
 #include <QAbstractButton>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -7,7 +9,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
 
 namespace quorvia::platform {
 
@@ -16,18 +17,6 @@ namespace {
 constexpr int margin = 8;
 constexpr int buttonSide = 18;
 constexpr int lowest = 24;
-
-QColor mixed(const QColor& one, const QColor& other, double share)
-{
-    const auto mix = [share](int a, int b) { return int(std::lround(a + (b - a) * share)); };
-    return {mix(one.red(), other.red()), mix(one.green(), other.green()), mix(one.blue(), other.blue())};
-}
-
-/// `share` of the text's colour laid over the window's: a tint that goes with light and dark palettes.
-QColor tint(const QPalette& palette, double share)
-{
-    return mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), share);
-}
 
 void drawCross(QPainter& painter, const QRectF& box)
 {

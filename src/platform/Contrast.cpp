@@ -1,5 +1,7 @@
 #include "platform/Contrast.h"
 
+#include <QPalette>
+
 #include <algorithm>
 #include <cmath>
 
@@ -32,6 +34,14 @@ QColor inkOn(const QColor& ground, const QColor& own)
         return own;
     const QColor nearBlack(24, 28, 32);
     return contrast(ground, Qt::white) >= contrast(ground, nearBlack) ? QColor(Qt::white) : nearBlack;
+}
+
+QColor tint(const QPalette& palette, double share)
+{
+    const QColor ground = palette.color(QPalette::Window);
+    const QColor ink = palette.color(QPalette::WindowText);
+    const auto mix = [share](int a, int b) { return int(std::lround(a + (b - a) * share)); };
+    return {mix(ground.red(), ink.red()), mix(ground.green(), ink.green()), mix(ground.blue(), ink.blue())};
 }
 
 } // namespace quorvia::platform

@@ -1,11 +1,29 @@
 #include "viewer/DescriptionField.h"
 
 #include <QFocusEvent>
+#include <QMimeData>
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvia::viewer {
+
+namespace {
+
+/// Whether so many characters of `text` follow each other without a blank or line end that the search for a
+/// place to break the line, begun anew for each line of the box, would take minutes.
+bool hasEndlessWord(const QString& text)
+{
+    constexpr qsizetype longest = 1000;
+    qsizetype length = 0;
+    return std::any_of(text.begin(), text.end(), [&length](QChar character) {
+        length = character.isSpace() ? 0 : length + 1;
+        return length > longest;
+    });
+}
+
+} // namespace
 
 DescriptionField::DescriptionField(QWidget* parent) : QPlainTextEdit(parent)
 {
@@ -19,7 +37,22 @@ DescriptionField::DescriptionField(QWidget* parent) : QPlainTextEdit(parent)
 void DescriptionField::showText(const QString& text)
 {
     const QScopedValueRollback showing(m_showing, true);
+    clear(); // else what stands here would be laid out once more, the new way
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    wrapFor(text);
     setPlainText(text);
+}
+
+void DescriptionField::wrapFor(const QString& text)
+{
+    if (hasEndlessWord(text))
+        setWordWrapMode(QTextOption::WrapAnywhere);
+}
+
+void DescriptionField::insertFromMimeData(const QMimeData* source)
+{
+    wrapFor(source->text());
+    QPlainTextEdit::insertFromMimeData(source);
 }
 
 QString DescriptionField::text() const

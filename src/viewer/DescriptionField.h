@@ -22,10 +22,13 @@ class DescriptionField : public QPlainTextEdit
     void edited();
 
   protected:
+    void insertFromMimeData(const QMimeData* source) override;
     void focusInEvent(QFocusEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
+    void wrapFor(const QString& text);
+
     bool m_showing = false;
     bool m_enteredByMouse = false; ///< the click that brought the focus is not over
 };

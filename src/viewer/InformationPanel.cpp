@@ -69,6 +69,7 @@ InformationPanel::InformationPanel(Parts parts)
     makeFields();
     layOut();
     takeColors();
+    takeFont();
     m_tSaveDes->setObjectName(QStringLiteral("tSaveDes"));
     m_tSaveDes->setInterval(saveDelay);
     m_rest.setObjectName(QStringLiteral("tColors"));
@@ -98,7 +99,7 @@ void InformationPanel::makeFields()
 
 void InformationPanel::layOut()
 {
-    constexpr int factsWidth = 3;
+    constexpr int factsWidth = 4;
     constexpr int imageWidth = 2;
     constexpr int descriptionWidth = 4;
     auto* const around = new QGridLayout(m_parts.pShowInfo);
@@ -138,11 +139,19 @@ void InformationPanel::takeColors()
         app::setDesktopColors(control);
 }
 
+void InformationPanel::takeFont()
+{
+    // The values stand below each other, right behind the longer of the words before a tab.
+    m_tImageInfo->setTabStopDistance(fontMetrics().horizontalAdvance(QStringLiteral("Bits Per Pixel:  ")));
+}
+
 void InformationPanel::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         takeColors();
+    else if (event->type() == QEvent::FontChange)
+        takeFont();
 }
 
 void InformationPanel::showCurrent()

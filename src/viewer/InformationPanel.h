@@ -55,6 +55,7 @@ class InformationPanel : public QWidget
     void makeFields();
     void layOut();
     void takeColors();
+    void takeFont();
     void showImageFacts(std::optional<int> colors);
     void countColors();
     void showDescription();
@@ -67,7 +68,7 @@ class InformationPanel : public QWidget
     QPlainTextEdit* m_tImageInfo;
     DescriptionField* m_tDes;
     QTimer* m_tSaveDes;
-    QTimer m_rest;        ///< runs while the colours of the image shown are not counted
+    QTimer m_rest{this};  ///< runs while the colours of the image shown are not counted
     QString m_path;       ///< of the image that is shown
     QString m_saveTarget; ///< the image whose description waits to be saved
     QString m_stored;     ///< what tDes held when it was last like its file

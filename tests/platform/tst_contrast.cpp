@@ -1,6 +1,7 @@
 // Contrasts, and what can be read on a ground.
 #include "platform/Contrast.h"
 
+#include <QPalette>
 #include <QTest>
 
 using namespace quorvia::platform;
@@ -29,6 +30,16 @@ class TestContrast : public QObject
         QCOMPARE(inkOn(Qt::black, Qt::yellow), QColor(Qt::yellow));
         QCOMPARE(inkOn(chrome, Qt::black), QColor(Qt::white));
         QCOMPARE(inkOn(Qt::white, Qt::white), QColor(24, 28, 32));
+    }
+
+    void tints()
+    {
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(0, 100, 200));
+        palette.setColor(QPalette::WindowText, QColor(200, 0, 201));
+        QCOMPARE(tint(palette, 0), QColor(0, 100, 200));
+        QCOMPARE(tint(palette, 0.5), QColor(100, 50, 201));
+        QCOMPARE(tint(palette, 1), QColor(200, 0, 201));
     }
 };
 

@@ -15,6 +15,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextLayout>
 
 #include <memory>
 
@@ -339,12 +341,28 @@ class TestInformationPanel : public QObject
         QVERIFY(!bench().panel->isDescriptionUnsaved());
     }
 
+    void aMebibyteComesBack_data()
+    {
+        QTest::addColumn<int>("column"); // of the line ends
+        QTest::newRow("lines") << 80;
+        QTest::newRow("a single word") << (2 << 20);
+    }
+
     void aMebibyteComesBack()
     {
+        QFETCH(int, column);
         QString text(1 << 20, u'x');
-        for (qsizetype at = 79; at < text.size(); at += 80)
+        for (qsizetype at = column - 1; at < text.size(); at += column)
             text[at] = u'\n';
-        QVERIFY(viewer::saveDescription(bench().image("a.png"), text));
+        bench().open("a.png");
+        bench().tDes()->setFocus();
+        bench().tDes()->selectAll();
+        QGuiApplication::clipboard()->setText(text);
+        bench().tDes()->paste();
+        bench().open("b.png");
+        QVERIFY(bench().stored("a.png") == text);
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        QCOMPARE(bench().tDes()->wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
         bench().open("a.png");
         QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
         QTest::keyClicks(bench().tDes(), QStringLiteral("!"));
@@ -462,6 +480,15 @@ class TestInformationPanel : public QObject
         }
         const QPalette box = bench().tDes()->palette();
         QVERIFY(platform::contrast(box.color(QPalette::Base), box.color(QPalette::Text)) > 4.5);
+    }
+
+    void theImagesFactsTakeALineEach()
+    {
+        bench().open("a.png");
+        auto* const field = bench().part<QPlainTextEdit>("tImageInfo");
+        QTRY_COMPARE(bench().counts, 1);
+        for (int line = 0; line < 3; ++line)
+            QCOMPARE(field->document()->findBlockByNumber(line).layout()->lineCount(), 1);
     }
 
     void fillsItsPane()

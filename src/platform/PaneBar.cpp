@@ -1,0 +1,164 @@
+#include "platform/PaneBar.h"
+
+#include "platform/PaneParts.h"
+
+#include <QKeyEvent>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace quorvia::platform {
+
+namespace {
+
+constexpr int margin = 6; // pixels, as all below
+constexpr int paneGap = 8;
+constexpr int rowGap = 2;
+
+QString headName(const QString& key)
+{
+    return key + QStringLiteral("Head");
+}
+
+bool sameRows(const Pane& one, const Pane& other)
+{
+    return one.key == other.key && one.title == other.title &&
+           std::equal(one.items.begin(), one.items.end(), other.items.begin(), other.items.end(),
+                      [](const PaneItem& a, const PaneItem& b) {
+                          return a.key == b.key && a.tag == b.tag && a.kind == b.kind;
+                      });
+}
+
+} // namespace
+
+PaneBar::PaneBar(QWidget* parent)
+    : QScrollArea(parent), m_column(new QWidget), m_layout(new QVBoxLayout(m_column))
+{
+    setFrameStyle(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    setWidget(m_column);
+    m_layout->setContentsMargins(margin, margin, margin, margin);
+    m_layout->setSpacing(paneGap);
+    m_layout->addStretch();
+    // The ground is that of whatever the bar stands on.
+    m_column->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+}
+
+void PaneBar::setPanes(const QList<Pane>& panes)
+{
+    if (panes == m_panes)
+        return;
+    const bool textsOnly = differsInTextsOnly(panes);
+    m_panes = panes;
+    if (textsOnly)
+        showTexts();
+    else
+        makeAnew();
+}
+
+bool PaneBar::differsInTextsOnly(const QList<Pane>& panes) const
+{
+    return std::equal(panes.begin(), panes.end(), m_panes.begin(), m_panes.end(), sameRows);
+}
+
+void PaneBar::showTexts()
+{
+    for (const Pane& pane : std::as_const(m_panes)) {
+        for (const PaneItem& item : pane.items) {
+            auto* const row = m_column->findChild<PaneRow*>(item.key);
+            if (row->text() != item.text)
+                row->showItem(item);
+        }
+    }
+}
+
+void PaneBar::makeAnew()
+{
+    const QString focused = focusedName();
+    const QList<QWidget*> before = m_column->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* const pane : before) {
+        pane->hide();
+        pane->setParent(nullptr); // out of every search at once; one of its rows may be amid a click
+        pane->deleteLater();
+    }
+    int place = 0;
+    for (const Pane& pane : std::as_const(m_panes))
+        m_layout->insertWidget(place++, makePane(pane));
+    if (!focused.isEmpty())
+        focusOn(focused);
+}
+
+QWidget* PaneBar::makePane(const Pane& pane)
+{
+    auto* const box = new QWidget(m_column);
+    box->setObjectName(pane.key);
+    auto* const column = new QVBoxLayout(box);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(rowGap);
+    auto* const head = new PaneHead(pane.title, box);
+    head->setObjectName(headName(pane.key));
+    column->addWidget(head);
+    auto* const rows = new QWidget(box);
+    auto* const rowColumn = new QVBoxLayout(rows);
+    rowColumn->setContentsMargins(0, 0, 0, 0);
+    rowColumn->setSpacing(rowGap);
+    for (const PaneItem& item : pane.items)
+        rowColumn->addWidget(makeRow(item));
+    column->addWidget(rows);
+    head->setChecked(!isFolded(pane.key));
+    rows->setVisible(head->isChecked());
+    connect(head, &PaneHead::toggled, this, [this, key = pane.key, rows](bool open) {
+        rows->setVisible(open);
+        if (open)
+            m_folded.remove(key);
+        else
+            m_folded.insert(key);
+    });
+    return box;
+}
+
+PaneRow* PaneBar::makeRow(const PaneItem& item)
+{
+    auto* const row = new PaneRow(item, nullptr);
+    row->setObjectName(item.key);
+    connect(row, &PaneRow::clicked, this,
+            [this, key = item.key, tag = item.tag] { Q_EMIT itemClicked(key, tag); });
+    return row;
+}
+
+void PaneBar::setFolded(const QString& key, bool folded)
+{
+    if (auto* const head = m_column->findChild<PaneHead*>(headName(key)))
+        head->setChecked(!folded);
+    else if (folded)
+        m_folded.insert(key);
+    else
+        m_folded.remove(key);
+}
+
+/// The name of the head or row with the focus; empty when none has it.
+QString PaneBar::focusedName() const
+{
+    const QWidget* const focused = m_column->focusWidget();
+    return focused && focused->hasFocus() ? focused->objectName() : QString();
+}
+
+/// Gives the focus to the head or row of that name, or to the first head when it has gone.
+void PaneBar::focusOn(const QString& name)
+{
+    auto* target = m_column->findChild<QWidget*>(name);
+    if (!target)
+        target = m_column->findChild<PaneHead*>();
+    if (target)
+        target->setFocus(Qt::OtherFocusReason);
+}
+
+void PaneBar::keyPressEvent(QKeyEvent* event)
+{
+    event->ignore(); // no scrolling: the arrows are the viewer's
+}
+
+} // namespace quorvia::platform

@@ -1,0 +1,77 @@
+// A column of panes, each a head that folds it and rows of text below. A change of texts alone is cheap; a
+// change of panes or rows makes all anew, and keeps what was folded and what had the focus.
+#pragma once
+
+#include <QList>
+#include <QScrollArea>
+#include <QSet>
+#include <QString>
+
+class QVBoxLayout;
+
+namespace quorvia::platform {
+
+enum class PaneItemKind {
+    Link,   ///< can be reached and chosen by keys
+    Header, ///< in bold letters
+    Text
+};
+
+/// A row. Keys are one of a kind within the bar; a text may have several lines.
+struct PaneItem
+{
+    QString key;
+    QString text;
+    QString tag = {}; ///< what the host makes of it
+    PaneItemKind kind = PaneItemKind::Link;
+    bool operator==(const PaneItem&) const = default;
+};
+
+struct Pane
+{
+    QString key;
+    QString title;
+    QList<PaneItem> items;
+    bool operator==(const Pane&) const = default;
+};
+
+class PaneRow;
+
+class PaneBar : public QScrollArea
+{
+    Q_OBJECT
+
+  public:
+    explicit PaneBar(QWidget* parent = nullptr);
+
+    const QList<Pane>& panes() const { return m_panes; }
+    void setPanes(const QList<Pane>& panes);
+
+    /// Whether the rows of the pane `key` are put away. Kept over changes of the panes, also while there is
+    /// no pane of that key.
+    bool isFolded(const QString& key) const { return m_folded.contains(key); }
+    void setFolded(const QString& key, bool folded);
+
+  Q_SIGNALS:
+    /// A row was clicked, or chosen by Enter or the space bar.
+    void itemClicked(const QString& key, const QString& tag);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    bool differsInTextsOnly(const QList<Pane>& panes) const;
+    void showTexts();
+    void makeAnew();
+    QWidget* makePane(const Pane& pane);
+    PaneRow* makeRow(const PaneItem& item);
+    QString focusedName() const;
+    void focusOn(const QString& name);
+
+    QWidget* m_column;
+    QVBoxLayout* m_layout;
+    QList<Pane> m_panes;
+    QSet<QString> m_folded;
+};
+
+} // namespace quorvia::platform

@@ -1,0 +1,55 @@
+// The parts of a pane bar: the head of a pane and a row below it. Painted from the palette alone, so that
+// they can be read on whatever ground the bar stands.
+#pragma once
+
+#include "platform/PaneBar.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+
+namespace quorvia::platform {
+
+/// Folds its pane; checked while the pane is open. By keys: Enter and the space bar.
+class PaneHead : public QAbstractButton
+{
+    Q_OBJECT
+
+  public:
+    PaneHead(const QString& title, QWidget* parent);
+
+    QSize sizeHint() const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
+class PaneRow : public QLabel
+{
+    Q_OBJECT
+
+  public:
+    PaneRow(const PaneItem& item, QWidget* parent);
+
+    void showItem(const PaneItem& item);
+
+  Q_SIGNALS:
+    void clicked();
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+  private:
+    void underline();
+
+    PaneItemKind m_kind;
+    bool m_pressed = false; ///< a click has begun here
+};
+
+} // namespace quorvia::platform

@@ -1,0 +1,217 @@
+// The column of panes: folding, rows, keys, and what stays over a change of its panes.
+#include "platform/Contrast.h"
+#include "platform/PaneBar.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QPointer>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace quorvia::platform;
+
+namespace {
+
+QList<Pane> twoPanes(const QString& text = QStringLiteral("some facts"))
+{
+    return {{.key = QStringLiteral("one"),
+             .title = QStringLiteral(" First"),
+             .items = {{.key = QStringLiteral("a"),
+                        .text = QStringLiteral("A link"),
+                        .tag = QStringLiteral("go")},
+                       {.key = QStringLiteral("b"), .text = QStringLiteral("Another")}}},
+            {.key = QStringLiteral("two"),
+             .title = QStringLiteral("Second:"),
+             .items = {{.key = QStringLiteral("c"), .text = text, .kind = PaneItemKind::Text}}}};
+}
+
+} // namespace
+
+class TestPaneBar : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<QWidget> m_window;
+    PaneBar* m_bar = nullptr;
+
+    QAbstractButton* head(const char* key) const
+    {
+        return m_bar->findChild<QAbstractButton*>(QLatin1String(key) + QStringLiteral("Head"));
+    }
+    QLabel* row(const char* key) const { return m_bar->findChild<QLabel*>(QLatin1String(key)); }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_window = std::make_unique<QWidget>();
+        QCursor::setPos(0, 0); // far away
+        m_window->setGeometry(150, 150, 200, 400);
+        m_bar = new PaneBar(m_window.get());
+        m_bar->resize(200, 400);
+        m_bar->setPanes(twoPanes());
+        m_window->show();
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void panesStandBelowEachOther()
+    {
+        const auto top = [this](const QWidget* part) { return part->mapTo(m_bar, QPoint()).y(); };
+        QVERIFY(top(head("one")) < top(row("a")));
+        QVERIFY(top(row("a")) < top(row("b")));
+        QVERIFY(top(row("b")) < top(head("two")));
+        QVERIFY(top(head("two")) < top(row("c")));
+        QCOMPARE(row("c")->text(), QStringLiteral("some facts"));
+        QCOMPARE(head("one")->accessibleName(), QStringLiteral("First"));
+        QCOMPARE(row("a")->accessibleName(), QStringLiteral("A link"));
+    }
+
+    void aClickOnAHeadFoldsItsPane()
+    {
+        QTest::mouseClick(head("one"), Qt::LeftButton);
+        QVERIFY(m_bar->isFolded(QStringLiteral("one")));
+        QVERIFY(!row("a")->isVisible());
+        QVERIFY(row("c")->isVisible());
+        QTest::mouseClick(head("one"), Qt::LeftButton);
+        QVERIFY(!m_bar->isFolded(QStringLiteral("one")));
+        QVERIFY(row("a")->isVisible());
+    }
+
+    void keysFoldAPaneAndChooseARow_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Space") << int(Qt::Key_Space);
+        QTest::newRow("Return") << int(Qt::Key_Return);
+        QTest::newRow("Enter") << int(Qt::Key_Enter);
+    }
+
+    void keysFoldAPaneAndChooseARow()
+    {
+        QFETCH(int, key);
+        QSignalSpy clicked(m_bar, &PaneBar::itemClicked);
+        QTest::keyClick(head("one"), Qt::Key(key));
+        QVERIFY(m_bar->isFolded(QStringLiteral("one")));
+        QTest::keyClick(head("one"), Qt::Key(key), Qt::AltModifier);
+        QVERIFY(m_bar->isFolded(QStringLiteral("one")));
+        QTest::keyClick(row("a"), Qt::Key(key));
+        QCOMPARE(clicked.count(), 1);
+        QCOMPARE(clicked.at(0), QVariantList({QStringLiteral("a"), QStringLiteral("go")}));
+        QTest::keyClick(row("c"), Qt::Key(key)); // a text cannot be chosen by keys
+        QCOMPARE(clicked.count(), 1);
+    }
+
+    void rowsAreClickedOnRelease()
+    {
+        QSignalSpy clicked(m_bar, &PaneBar::itemClicked);
+        QTest::mousePress(row("c"), Qt::LeftButton);
+        QCOMPARE(clicked.count(), 0);
+        QTest::mouseRelease(row("c"), Qt::LeftButton);
+        QCOMPARE(clicked.count(), 1);
+        QTest::mousePress(row("a"), Qt::LeftButton);
+        QTest::mouseRelease(row("a"), Qt::LeftButton, {}, QPoint(-5, -5));
+        QTest::mouseClick(row("a"), Qt::RightButton);
+        QCOMPARE(clicked.count(), 1);
+    }
+
+    void tabLeadsToHeadsAndLinks()
+    {
+        head("one")->setFocus();
+        for (QWidget* next : {static_cast<QWidget*>(row("a")), static_cast<QWidget*>(row("b")),
+                              static_cast<QWidget*>(head("two"))}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget(), next);
+        }
+        QTest::mouseClick(row("a"), Qt::LeftButton);
+        QCOMPARE(QApplication::focusWidget(), head("two")); // a click leaves the keys where they are
+    }
+
+    void otherTextsKeepTheRows()
+    {
+        const QPointer<QLabel> before = row("c");
+        m_bar->setPanes(twoPanes(QStringLiteral("other facts")));
+        QCOMPARE(row("c"), before.data());
+        QCOMPARE(row("c")->text(), QStringLiteral("other facts"));
+        QCOMPARE(row("c")->accessibleName(), QStringLiteral("other facts"));
+    }
+
+    void otherPanesKeepFoldsAndFocus()
+    {
+        m_bar->setFolded(QStringLiteral("two"), true);
+        head("one")->setFocus();
+        QList<Pane> panes = twoPanes();
+        panes.prepend({.key = QStringLiteral("zero"), .title = QStringLiteral("Zeroth"), .items = {}});
+        m_bar->setPanes(panes);
+        QCOMPARE(m_bar->findChildren<QAbstractButton*>().size(), 3);
+        QVERIFY(!row("c")->isVisible());
+        QVERIFY(head("one")->hasFocus());
+        m_bar->setPanes({panes.at(0), panes.at(2)});
+        QVERIFY(head("zero")->hasFocus()); // what had it has gone
+        QVERIFY(!row("a"));
+        m_bar->setPanes(twoPanes());
+        QVERIFY(m_bar->isFolded(QStringLiteral("two")));
+        QVERIFY(!m_bar->isFolded(QStringLiteral("one")));
+    }
+
+    void aPaneCanBeFoldedBeforeItIsThere()
+    {
+        m_bar->setFolded(QStringLiteral("later"), true);
+        m_bar->setPanes({{.key = QStringLiteral("later"),
+                          .title = QStringLiteral("Later"),
+                          .items = {{.key = QStringLiteral("x"), .text = QStringLiteral("X")}}}});
+        QVERIFY(!row("x")->isVisible());
+        m_bar->setPanes({});
+        QVERIFY(!head("later"));
+        m_bar->setFolded(QStringLiteral("later"), false);
+        QVERIFY(!m_bar->isFolded(QStringLiteral("later")));
+    }
+
+    void aRowMayChangeThePanesInItsClick()
+    {
+        connect(m_bar, &PaneBar::itemClicked, m_bar, [this] { m_bar->setPanes({}); });
+        QTest::mouseClick(row("a"), Qt::LeftButton);
+        QVERIFY(m_bar->panes().isEmpty());
+        QVERIFY(!row("a"));
+    }
+
+    void aLongTextWrapsAndALongColumnScrolls()
+    {
+        const int one = row("c")->height();
+        m_bar->setPanes(twoPanes(QString(QStringLiteral("many words ")).repeated(20)));
+        QTRY_VERIFY(row("c")->height() > 2 * one);
+        QVERIFY(row("c")->width() <= m_bar->width());
+        m_bar->setPanes(twoPanes(QString(QStringLiteral("many words ")).repeated(500)));
+        QTRY_VERIFY(m_bar->verticalScrollBar()->isVisible());
+        QTest::keyClick(m_bar, Qt::Key_PageDown);
+        QCOMPARE(m_bar->verticalScrollBar()->value(), 0);
+    }
+
+    void readsLettersForLetters()
+    {
+        m_bar->setPanes(twoPanes(QStringLiteral("<b>bold</b> & more")));
+        QCOMPARE(row("c")->textFormat(), Qt::PlainText);
+    }
+
+    void theHeadsStandOutFromTheGround()
+    {
+        QPalette colors;
+        colors.setColor(QPalette::Window, QColor(0, 121, 191));
+        colors.setColor(QPalette::WindowText, Qt::white);
+        m_window->setPalette(colors);
+        const QImage picture = m_window->grab().toImage();
+        const double ratio = m_window->devicePixelRatioF();
+        const QPoint inHead = head("one")->mapTo(m_window.get(), QPoint(2, 2)) * ratio;
+        QCOMPARE(picture.pixelColor(inHead), tint(colors, 0.14));
+        QCOMPARE(picture.pixelColor(QPoint(1, 1)), QColor(0, 121, 191));
+        QCOMPARE(row("c")->palette().color(QPalette::WindowText), QColor(Qt::white));
+    }
+};
+
+QTEST_MAIN(TestPaneBar)
+#include "tst_panebar.moc"
