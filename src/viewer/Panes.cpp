@@ -10,6 +10,7 @@
 #include "platform/MenuControl.h"
 #include "platform/ToolControl.h"
 #include "viewer/DragHandle.h"
+#include "viewer/FileListHandle.h"
 
 #include <QEvent>
 #include <QFrame>
@@ -78,7 +79,11 @@ Panes::Panes(QWidget* window, Sinks sinks)
       m_pShowInfo(makePane(m_pInformation, "pShowInfo")), m_pFilmStrip(makePane(m_pTop, "pFilmStrip")),
       m_pSize(new DragHandle(Qt::Vertical, QStringLiteral("pSize"), m_pTop)),
       m_pCapture(makePane(m_pTop, "pCapture")),
-      m_pMove(new DragHandle(Qt::Horizontal, QStringLiteral("pMove"), m_pMain))
+      m_bPlay(m_aP->addBand(QStringLiteral("bPlay"), QStringLiteral("fPlaylist"),
+                            QStringLiteral("Picture List"))),
+      m_bInfo(m_aP->addBand(QStringLiteral("bInfo"), QStringLiteral("fBar"), QStringLiteral("Resource Panel"),
+                            platform::dockingArea::right)),
+      m_pMove(new FileListHandle({.pMain = m_pMain, .pTop = m_pTop, .bPlay = m_bPlay}))
 {
     static_cast<QFrame*>(m_Line1)->setFrameStyle(QFrame::HLine | QFrame::Sunken);
     m_Line1->setObjectName(QStringLiteral("Line1"));
@@ -94,10 +99,6 @@ Panes::Panes(QWidget* window, Sinks sinks)
     m_uLink->setObjectName(QStringLiteral("uLink"));
     m_aP->setObjectName(QStringLiteral("aP"));
     m_aP->setClientArea(m_pTop);
-    m_bPlay =
-        m_aP->addBand(QStringLiteral("bPlay"), QStringLiteral("fPlaylist"), QStringLiteral("Picture List"));
-    m_bInfo = m_aP->addBand(QStringLiteral("bInfo"), QStringLiteral("fBar"), QStringLiteral("Resource Panel"),
-                            platform::dockingArea::right);
     m_gTab->setObjectName(QStringLiteral("gTab"));
     makePane(m_pInformation, "pInfoShow2")->hide();
     makePane(m_pFilmStrip, "pFilm");
@@ -109,16 +110,14 @@ Panes::Panes(QWidget* window, Sinks sinks)
     connect(label, &QPushButton::clicked, this,
             [this] { m_sinks.runTool(QStringLiteral("miFilelistMenu")); });
 
-    for (QWidget* pane :
-         {static_cast<QWidget*>(m_iButton), static_cast<QWidget*>(m_uLink), m_pWelcome, m_pInformation,
-          m_pFilmStrip, m_pCapture, static_cast<QWidget*>(m_pSize), static_cast<QWidget*>(m_pMove)})
+    for (QWidget* pane : {static_cast<QWidget*>(m_iButton), static_cast<QWidget*>(m_uLink), m_pWelcome,
+                          m_pInformation, m_pFilmStrip, m_pCapture, static_cast<QWidget*>(m_pSize)})
         pane->hide();
 
     connect(m_gTab, &controls::gnTab::TabSelected, this, &Panes::showTab);
     connect(m_pSize, &DragHandle::dragged, this, &Panes::dragFilmstrip);
     connect(m_pSize, &DragHandle::released, this, &Panes::dropFilmstrip);
-    connect(m_pMove, &DragHandle::dragged, this, &Panes::dragFileList);
-    connect(m_pMove, &DragHandle::released, this, &Panes::dropFileList);
+    connect(m_pMove, &FileListHandle::moved, this, &Panes::place);
     for (const platform::Band* band : {m_bPlay, m_bInfo}) {
         connect(band, &platform::Band::visibilityChanged, this, &Panes::placeTop);
         connect(band, &platform::Band::areaChanged, this, &Panes::placeTop);
@@ -260,7 +259,7 @@ void Panes::placeTop()
     }
     placeAt(m_pFilmStrip, panes.filmstrip);
     placeAt(m_pCapture, panes.capture);
-    placeFileListHandle();
+    m_pMove->place(app::toPixels(splitterHeight));
     m_sinks.laidOut();
 }
 
@@ -317,39 +316,6 @@ void Panes::dropFilmstrip()
     m_draggedTop.reset();
     app::save(app::setting::FilmStripHeight, m_filmStripHeight);
     placeTop();
-}
-
-void Panes::dragFileList(int offset)
-{
-    if (!m_fileListFrom)
-        m_fileListFrom = m_pMove->x();
-    m_pMove->move(std::clamp(m_pMove->x() + offset, 0, m_pMain->width() - m_pMove->width()), m_pMove->y());
-    m_pMove->raise();
-}
-
-void Panes::dropFileList()
-{
-    if (!m_fileListFrom)
-        return;
-    const int moved = m_pMove->x() - *std::exchange(m_fileListFrom, std::nullopt);
-    const bool onTheRight = m_bPlay->dockingArea() == platform::dockingArea::right;
-    m_bPlay->setWidth(m_bPlay->width() + (onTheRight ? -moved : moved));
-    place();
-}
-
-void Panes::placeFileListHandle()
-{
-    const int area = m_bPlay->dockingArea();
-    const bool beside = m_bPlay->visible() && platform::isUpright(area);
-    m_pMove->setVisible(beside && !m_pTop->isHidden());
-    if (!beside || m_pMove->isDragged())
-        return;
-    m_fileListFrom.reset(); // of a drag whose release went elsewhere
-    const QRect view(m_pTop->mapTo(m_pMain, QPoint()), m_pTop->size());
-    const int width = app::toPixels(splitterHeight);
-    const int left = area == platform::dockingArea::left ? view.left() - width : view.right() + 1;
-    m_pMove->setGeometry(left, view.top(), width, view.height());
-    m_pMove->raise();
 }
 
 void Panes::showWelcome(bool show)

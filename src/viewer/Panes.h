@@ -27,6 +27,7 @@ class ToolControl;
 namespace quorvia::viewer {
 
 class DragHandle;
+class FileListHandle;
 
 class Panes : public QObject
 {
@@ -96,9 +97,6 @@ class Panes : public QObject
     void showTab(const QString& key);
     void dragFilmstrip(int offset);
     void dropFilmstrip();
-    void dragFileList(int offset);
-    void dropFileList();
-    void placeFileListHandle();
     TopState topState() const;
 
     QWidget* m_window;
@@ -119,14 +117,13 @@ class Panes : public QObject
     QWidget* m_pFilmStrip;
     DragHandle* m_pSize;
     QWidget* m_pCapture;
-    DragHandle* m_pMove;
     platform::Band* m_bPlay;
     platform::Band* m_bInfo;
+    FileListHandle* m_pMove;
     bool m_interfaceFlag = true;
     bool m_tabsReady = false;
     int m_filmStripHeight = 2500;
-    std::optional<int> m_draggedTop;   ///< of pSize while it is dragged, twips
-    std::optional<int> m_fileListFrom; ///< where pMove stood before its drag, pixels
+    std::optional<int> m_draggedTop; ///< of pSize while it is dragged, twips
 };
 
 } // namespace quorvia::viewer
