@@ -68,6 +68,8 @@ class FolderList : public QObject
     QString text(int index) const;
     /// The full path of entry `index` (0-based); empty beyond the list.
     QString ListFile(int index) const { return m_files.value(index); }
+    /// The full paths of all entries.
+    const QStringList& files() const { return m_files; }
 
     /// The selected entries, in ascending order.
     const std::vector<RowRange>& selection() const { return m_selection; }

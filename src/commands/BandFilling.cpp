@@ -1,5 +1,7 @@
 #include "commands/BandFilling.h"
 
+#include "app/mFile.h"
+
 namespace quorvia::commands {
 
 namespace {
@@ -89,6 +91,16 @@ void fillFiles(ToolModel& model, const QList<ListedFile>& files)
         setName(*tool, file.displayName);
         tool->set(&ToolValues::tag, file.path);
     }
+}
+
+void fillImageMenu(ToolModel& model, const QString& file)
+{
+    ToolBand* const band = model.band(QLatin1String(imageMenuBand));
+    if (!band)
+        return;
+    band->setTag(file);
+    if (Tool* const tool = band->tool(QStringLiteral("miThumbDelete")))
+        setName(*tool, QStringLiteral("Delete '%1'").arg(app::SplitPathName(file, 2)));
 }
 
 void fillDelay(ToolModel& model, const QString& delay)

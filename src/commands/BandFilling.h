@@ -38,6 +38,11 @@ void fillRecent(platform::ToolModel& model, const QStringList& directories,
 /// Fills `bFiles`: the files as tools `FileX1` and on, the path of each in its tag. "(none)" when there is
 /// none.
 void fillFiles(platform::ToolModel& model, const QList<ListedFile>& files);
+/// The band that is the menu of one image of the filmstrip.
+inline constexpr char imageMenuBand[] = "bFilmStrip";
+/// Makes that menu the one of `file`, a native path: it goes into the band's tag, its name into the caption
+/// of `miThumbDelete`.
+void fillImageMenu(platform::ToolModel& model, const QString& file);
 /// Sets the text of `tTime` to `delay`.
 void fillDelay(platform::ToolModel& model, const QString& delay);
 

@@ -133,7 +133,8 @@ struct BandCopies
 };
 
 constexpr BandCopies bandCopies[] = {{"bWallpaper", {"miWallpaperS", "miWallpaperC", "miWallpaperT"}},
-                                     {"bSlide", {"tSldAdvance", "tSldRandom", "tSldReverse"}}};
+                                     {"bSlide", {"tSldAdvance", "tSldRandom", "tSldReverse"}},
+                                     {"bFilmStrip", {"miFilm1", "miFilm2", "miInformation"}}};
 
 const Row* rowOf(const QString& name)
 {

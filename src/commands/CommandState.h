@@ -39,7 +39,8 @@ struct ToolState
 ToolState toolState(const QString& name, const CommandFacts& facts, const ToolState& before);
 
 /// Brings the tools of `model` in line with `facts`, all but the marks of the views; the copies on the bands
-/// `bWallpaper` and `bSlide` too, which do not follow their tools. A tool that is not there costs nothing.
+/// `bWallpaper`, `bSlide` and `bFilmStrip` too, which do not follow their tools. A tool that is not there
+/// costs nothing.
 void applyState(platform::ToolModel& model, const CommandFacts& facts);
 /// Brings the check marks of the view tools in line: `miViewNormal`, `miViewInformation`, `miViewFilmstrip`
 /// and `miInterfaceTabs`.

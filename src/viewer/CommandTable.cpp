@@ -1,17 +1,18 @@
 #include "viewer/CommandTable.h"
 
 #include "app/ImageTypes.h"
-#include "app/Log.h"
 #include "app/mFile.h"
 #include "app/Product.h"
 #include "app/Resources.h"
 #include "app/Settings.h"
+#include "collections/Filmstrip.h"
 #include "collections/Navigation.h"
 #include "controls/gnTab.h"
 #include "platform/Dialogs.h"
 #include "platform/MenuControl.h"
 #include "viewer/frmImageView.h"
 #include "viewer/RecentList.h"
+#include "viewer/ShellVerb.h"
 
 #include <QTime>
 
@@ -109,25 +110,17 @@ void miOpen(frmImageView& window)
     window.list()->setPath(app::SplitPathName(path, 1));
 }
 
-void shellRun(const QString& path, const char* verb)
-{
-    constexpr int showDefault = 10;
-    QString failure;
-    if (!app::ShellRun(path, showDefault, QString(), QString(), QLatin1String(verb), failure))
-        app::WriteLog(QStringLiteral("Not run: %1: %2").arg(path, failure));
-}
-
 void miEdit(frmImageView& window)
 {
     if (const QString current = window.currentFile(); app::FileExists(current))
-        shellRun(current, "edit");
+        runShellVerb(current, "edit");
 }
 
 void openHelp(frmImageView& window, const char* page)
 {
     const QString path = app::resourcePath(QLatin1String(page));
     if (app::FileExists(path))
-        shellRun(path, "open");
+        runShellVerb(path, "open");
     else
         platform::showMessage(&window,
                               {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(),
@@ -158,6 +151,7 @@ void miHideInterface(frmImageView& window)
 {
     window.panes()->setInterfaceFlag(!window.panes()->interfaceFlag());
     window.updateViewMarks();
+    window.showPaneContents();
 }
 
 void showTab(frmImageView& window, const char* key)
@@ -165,6 +159,31 @@ void showTab(frmImageView& window, const char* key)
     window.panes()->gTab()->SetSelectedTab(QString::fromLatin1(key));
     if (window.panes()->interfaceFlag())
         window.RunTool(QStringLiteral("miHideInterface"));
+}
+
+void FileListUpdated(frmImageView& window)
+{
+    window.filmstrip()->showList();
+    window.UpdateToolbar();
+}
+
+void setFilmstripRows(frmImageView& window, int rows)
+{
+    window.filmstrip()->setRows(rows);
+    app::save(app::setting::FilmStripRows, rows);
+    window.UpdateToolbar();
+}
+
+void miThumbFull(frmImageView& window)
+{
+    window.OpenX(window.interfaceTools()->imageOfMenu());
+    window.RunTool(QStringLiteral("miFullScreen"));
+}
+
+void ShowEXIFBar(frmImageView& window)
+{
+    window.panes()->toggleSideBar();
+    window.UpdateToolbar();
 }
 
 } // namespace
@@ -182,7 +201,7 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miActualSize", [w] { flipFit(*w); }},
         {"miFileList", [w] { miFileList(*w); }},
         {"miFilelistMenu", [w] { w->RunTool(QStringLiteral("miFileList")); }},
-        {"FileListUpdated", [w] { w->UpdateToolbar(); }},
+        {"FileListUpdated", [w] { FileListUpdated(*w); }},
         {"miQuickHide", [w] { miQuickHide(*w); }},
         {"miHideInterface", [w] { miHideInterface(*w); }},
         {"miInterfaceTabs", [w] { w->RunTool(QStringLiteral("miHideInterface")); }},
@@ -202,6 +221,11 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"tSldAdvance", [w] { w->slideshow()->choose(app::SlideMode::Advance); }},
         {"tSldReverse", [w] { w->slideshow()->choose(app::SlideMode::Reverse); }},
         {"tSldRandom", [w] { w->slideshow()->choose(app::SlideMode::Random); }},
+        {"miThumbFull", [w] { miThumbFull(*w); }},
+        {"miFilm1", [w] { setFilmstripRows(*w, 1); }},
+        {"miFilm2", [w] { setFilmstripRows(*w, 2); }},
+        {"miFilm3", [w] { setFilmstripRows(*w, 3); }},
+        {"miEXIFView", [w] { ShowEXIFBar(*w); }},
         {"miCustomizeToolbar", [w] { miCustomizeToolbar(*w); }},
         {"miHelp", [w] { openHelp(*w, "help/qo_faq_help.htm"); }},
         {"miHelpShortcuts", [w] { openHelp(*w, "help/qo_shortcut.htm"); }},

@@ -69,6 +69,18 @@ QString InterfaceTools::listedFile(const QString& name) const
     return tool ? tool->values().tag : QString();
 }
 
+void InterfaceTools::openImageMenu(const QString& file)
+{
+    commands::fillImageMenu(*m_parts.ab1->model(), file);
+    m_parts.ab1->popUp(QLatin1String(commands::imageMenuBand));
+}
+
+QString InterfaceTools::imageOfMenu() const
+{
+    const platform::ToolBand* const band = m_parts.ab1->model()->band(QLatin1String(commands::imageMenuBand));
+    return band ? band->tag() : QString();
+}
+
 platform::Tool* InterfaceTools::toolOn(const char* band, const QString& name) const
 {
     const platform::ToolBand* const found = m_parts.ab1->model()->band(QLatin1String(band));

@@ -52,6 +52,10 @@ class InterfaceTools : public QObject, private commands::MenuHost
     QString recentDirectory(const QString& name) const;
     /// The file of the tool `name` on the band `bFiles`; empty when there is none.
     QString listedFile(const QString& name) const;
+    /// Opens the menu of one image of the filmstrip, `file`, at the mouse.
+    void openImageMenu(const QString& file);
+    /// The file that menu was opened for last; empty before.
+    QString imageOfMenu() const;
 
   private:
     // --- commands::MenuHost

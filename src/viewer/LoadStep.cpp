@@ -80,6 +80,7 @@ void restoreBand(frmImageView& window)
 void restoreTabs(frmImageView& window)
 {
     Panes* const panes = window.panes();
+    window.filmstrip()->setRows(app::read(app::setting::FilmStripRows));
     panes->setFilmStripHeight(app::read(app::setting::FilmStripHeight, panes->filmStripHeight()));
     panes->gTab()->SetSelectedTab(app::read(app::setting::ActiveTabWindow));
     if (panes->gTab()->SelectedTab() == 0) // a damaged setting
@@ -199,6 +200,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     window.playlist()->startUp();
     window.playlist()->SetPattern(QLatin1String(app::ImageExtensionList));
     log("End: frmImageViewPlaylist_Load");
+    window.status()->attachBar();
     restoreTabs(window);
 
     if (!openFirst(window))

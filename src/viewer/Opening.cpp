@@ -65,6 +65,7 @@ void Opening::OpenX(const QString& path)
     Q_EMIT ImageFileChanged();
     app::letPendingEventsRunButInput(); // a held key must not open the next image before this one is seen
     ix1->SetPaintEnabled(true);
+    m_parts.showInFilmstrip();
     m_parts.updateToolbar();
 }
 

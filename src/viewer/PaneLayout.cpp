@@ -67,7 +67,7 @@ TopPanes layoutTop(const TopState& state)
     return panes;
 }
 
-QRect layoutInformation(QSize pane)
+QRect layoutInside(QSize pane)
 {
     constexpr int margin = 40;
     return {margin, margin, std::max(pane.width() - 2 * margin, 0), std::max(pane.height() - 2 * margin, 0)};

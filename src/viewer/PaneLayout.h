@@ -62,8 +62,8 @@ struct TopPanes
 
 TopPanes layoutTop(const TopState& state);
 
-/// pShowInfo inside a pInformation of `pane`.
-QRect layoutInformation(QSize pane);
+/// What stands inside a pane with a margin: pShowInfo in pInformation, pFilm in pFilmStrip.
+QRect layoutInside(QSize pane);
 
 /// The top edge of pSize for a drag to `top`, between a viewport that begins at `viewportTop` and the end of
 /// a pTop of `topHeight`. Where the two limits cross, the upper one holds.

@@ -2,7 +2,6 @@
 
 #include "app/Colors.h"
 #include "app/Log.h"
-#include "app/mFile.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "controls/gnTab.h"
@@ -11,6 +10,7 @@
 #include "platform/ToolControl.h"
 #include "viewer/DragHandle.h"
 #include "viewer/FileListHandle.h"
+#include "viewer/ShellVerb.h"
 
 #include <QEvent>
 #include <QFrame>
@@ -48,13 +48,6 @@ QWidget* makePane(QWidget* parent, const char* name)
     return pane;
 }
 
-void openLink(const QString& link)
-{
-    constexpr int showDefault = 10;
-    QString failure; // of which nobody is told
-    app::ShellRun(link, showDefault, QString(), QString(), QStringLiteral("open"), failure);
-}
-
 void setColor(QWidget* widget, QPalette::ColorRole role, const QColor& color)
 {
     QPalette colors; // of which only this role is the widget's own
@@ -73,10 +66,12 @@ Panes::Panes(QWidget* window, Sinks sinks)
     : QObject(window), m_window(window), m_sinks(std::move(sinks)), m_pMain(makePane(window, "pMain")),
       m_ab1(new platform::ToolControl(m_pMain)), m_iButton(new QToolButton(m_pMain)),
       m_Line1(new QFrame(m_pMain)), m_aP(new platform::MenuControl(m_pMain)), m_pTop(makePane(m_aP, "pTop")),
-      m_pFilebar(makePane(m_pTop, "pFilebar")), m_uLink(new controls::uLink(openLink, m_pTop)),
+      m_pFilebar(makePane(m_pTop, "pFilebar")),
+      m_uLink(new controls::uLink([](const QString& link) { runShellVerb(link, "open"); }, m_pTop)),
       m_gTab(new controls::gnTab(m_pTop)), m_pContain(makePane(m_pTop, "pContain")),
       m_pWelcome(makePane(m_pContain, "pWelcome")), m_pInformation(makePane(m_pTop, "pInformation")),
       m_pShowInfo(makePane(m_pInformation, "pShowInfo")), m_pFilmStrip(makePane(m_pTop, "pFilmStrip")),
+      m_pFilm(makePane(m_pFilmStrip, "pFilm")),
       m_pSize(new DragHandle(Qt::Vertical, QStringLiteral("pSize"), m_pTop)),
       m_pCapture(makePane(m_pTop, "pCapture")),
       m_bPlay(m_aP->addBand(QStringLiteral("bPlay"), QStringLiteral("fPlaylist"),
@@ -101,7 +96,6 @@ Panes::Panes(QWidget* window, Sinks sinks)
     m_aP->setClientArea(m_pTop);
     m_gTab->setObjectName(QStringLiteral("gTab"));
     makePane(m_pInformation, "pInfoShow2")->hide();
-    makePane(m_pFilmStrip, "pFilm");
 
     auto* label = new QPushButton(QStringLiteral("Picture List"), m_pFilebar);
     label->setObjectName(QStringLiteral("lFilebar"));
@@ -251,13 +245,18 @@ void Panes::placeTop()
     placeAt(m_pContain, panes.viewport);
     if (!m_pWelcome->isHidden())
         m_pWelcome->setGeometry(m_pContain->rect());
-    placeAt(m_pInformation, panes.information);
-    placeAt(m_pShowInfo, layoutInformation(panes.information.size()));
+    if (!panes.information.isNull()) {
+        placeAt(m_pInformation, panes.information);
+        placeAt(m_pShowInfo, layoutInside(panes.information.size()));
+    }
     if (!m_pSize->isDragged()) {
         m_draggedTop.reset();
         placeAt(m_pSize, panes.splitter);
     }
-    placeAt(m_pFilmStrip, panes.filmstrip);
+    if (!panes.filmstrip.isNull()) {
+        placeAt(m_pFilmStrip, panes.filmstrip);
+        placeAt(m_pFilm, layoutInside(panes.filmstrip.size()));
+    }
     placeAt(m_pCapture, panes.capture);
     m_pMove->place(app::toPixels(splitterHeight));
     m_sinks.laidOut();
@@ -272,6 +271,16 @@ void Panes::setInterfaceFlag(bool flag)
         m_pContain->lower();
     placeMain();
     placeTop();
+}
+
+bool Panes::isInformationShown() const
+{
+    return !m_interfaceFlag && !m_pInformation->isHidden();
+}
+
+bool Panes::isFilmstripShown() const
+{
+    return !m_interfaceFlag && !m_pFilmStrip->isHidden();
 }
 
 void Panes::setFilmStripHeight(int twips)
@@ -316,6 +325,7 @@ void Panes::dropFilmstrip()
     m_draggedTop.reset();
     app::save(app::setting::FilmStripHeight, m_filmStripHeight);
     placeTop();
+    m_sinks.filmstripResized();
 }
 
 void Panes::showWelcome(bool show)
@@ -340,6 +350,12 @@ void Panes::showView(bool show)
 void Panes::toggleFileList()
 {
     m_bPlay->setVisible(!m_bPlay->visible());
+    place();
+}
+
+void Panes::toggleSideBar()
+{
+    m_bInfo->setVisible(!m_bInfo->visible());
     place();
 }
 

@@ -38,6 +38,7 @@ class Panes : public QObject
     struct Sinks
     {
         std::function<void(bool visible, int delay)> setUpdate; ///< the repaint guard
+        std::function<void()> filmstripResized;                 ///< the strip was given another height
         std::function<void(const QString& key)> tabShown;       ///< after the panes of a tab are shown
         std::function<void(const QString& name)> runTool;
         std::function<void()> openMenu;    ///< the context menu, at the mouse
@@ -54,7 +55,9 @@ class Panes : public QObject
     QWidget* pContain() const { return m_pContain; }
     QWidget* pWelcome() const { return m_pWelcome; }
     QWidget* pInformation() const { return m_pInformation; }
+    QWidget* pShowInfo() const { return m_pShowInfo; }
     QWidget* pFilmStrip() const { return m_pFilmStrip; }
+    QWidget* pFilm() const { return m_pFilm; }
     controls::uLink* uLink() const { return m_uLink; }
     controls::gnTab* gTab() const { return m_gTab; }
     platform::MenuControl* aP() const { return m_aP; }
@@ -74,6 +77,9 @@ class Panes : public QObject
     /// True while the viewport lies in front and takes all of pTop below the strip.
     bool interfaceFlag() const { return m_interfaceFlag; }
     void setInterfaceFlag(bool flag);
+    /// Whether the pane of the tab can be seen: not while the viewport lies over it.
+    bool isInformationShown() const;
+    bool isFilmstripShown() const;
 
     /// The filmstrip's height in twips.
     int filmStripHeight() const { return m_filmStripHeight; }
@@ -87,6 +93,8 @@ class Panes : public QObject
     void showView(bool show);
     /// Shows or hides the band of the file list, and the handle beside it.
     void toggleFileList();
+    /// Shows or hides the band of the side bar.
+    void toggleSideBar();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -115,6 +123,7 @@ class Panes : public QObject
     QWidget* m_pInformation;
     QWidget* m_pShowInfo;
     QWidget* m_pFilmStrip;
+    QWidget* m_pFilm;
     DragHandle* m_pSize;
     QWidget* m_pCapture;
     platform::Band* m_bPlay;

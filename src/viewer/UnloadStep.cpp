@@ -67,6 +67,7 @@ void saveViewport(const QWidget& window)
 
 void runUnloadStep(frmImageView& window)
 {
+    window.status()->saveDescriptionNow();
     const platform::BandState band = window.panes()->bPlay()->state(); // before its window is closed
     window.playlist()->CloseDown();
     closeOtherWindows(window);

@@ -39,6 +39,7 @@ constexpr QColor viewportColor(48, 48, 48);
 frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
     : m_commandLine(std::move(commandLine)),
       m_panes(new Panes(this, {.setUpdate = [this](bool visible, int delay) { SetUpdate(visible, delay); },
+                               .filmstripResized = [this] { m_filmstrip->redraw(); },
                                .tabShown = [this](const QString&) { showTab(); },
                                .runTool = [this](const QString& name) { RunTool(name); },
                                .openMenu = [this] { OpenMenuX(false); },
@@ -49,8 +50,10 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                                       {.runTool = [this](const QString& name) { RunTool(name); },
                                        .openMenu = [this] { OpenMenuX(false); }},
                                       this)),
-      m_imageTab(new ImageTab(m_panes->gTab(), m_ix1)),
+      m_status(new ImageStatus(
+          {.main = this, .panes = m_panes, .ix1 = m_ix1, .focusImage = [this] { setFocus(); }})),
       m_playlist(new collections::frmImageViewPlaylist(*this)),
+      m_filmstrip(new FilmstripHost(filmstripParts())),
       m_slideshow(new output::Slideshow(slideshowSinks(), this)),
       m_interface(new InterfaceTools(interfaceParts())),
       m_opening(new Opening({.owner = this,
@@ -61,11 +64,11 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                              .gTab = m_panes->gTab(),
                              .runTool = [this](const QString& name) { RunTool(name); },
                              .updateStatus = [this] { UpdateStatus(); },
+                             .showInFilmstrip = [this] { m_filmstrip->showCurrent(); },
                              .updateToolbar = [this] { UpdateToolbar(); },
                              .commandLine = m_commandLine.line},
                             this)),
-      m_keyboard(new commands::Keyboard(&m_interface->shortcuts(), keyboardSinks(), this)),
-      m_filmStripRows(app::read(app::setting::FilmStripRows))
+      m_keyboard(new commands::Keyboard(&m_interface->shortcuts(), keyboardSinks(), this))
 {
     setObjectName(QStringLiteral("frmImageView"));
     setAccessibleName(app::productTitle());
@@ -122,8 +125,16 @@ void frmImageView::showTab()
 {
     if (!m_interface) // the panes are built first
         return;
+    showPaneContents();
     UpdateToolbar();
     updateViewMarks();
+}
+
+void frmImageView::showPaneContents()
+{
+    if (m_panes->isInformationShown())
+        UpdateStatus();
+    m_filmstrip->showList();
 }
 
 void frmImageView::noteList()

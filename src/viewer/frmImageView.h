@@ -9,7 +9,8 @@
 #include "commands/ToolDispatcher.h"
 #include "engine/ImageEngine.h"
 #include "output/Slideshow.h"
-#include "viewer/ImageTab.h"
+#include "viewer/FilmstripHost.h"
+#include "viewer/ImageStatus.h"
 #include "viewer/InterfaceTools.h"
 #include "viewer/Opening.h"
 #include "viewer/Panes.h"
@@ -56,6 +57,8 @@ class frmImageView : public QWidget, public app::MainWindow
     collections::frmImageViewPlaylist* playlist() const { return m_playlist; }
     output::Slideshow* slideshow() const { return m_slideshow; }
     InterfaceTools* interfaceTools() const { return m_interface; }
+    FilmstripHost* filmstrip() const { return m_filmstrip; }
+    ImageStatus* status() const { return m_status; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
     /// maximised.
     QPoint frameOffset() const { return m_frameOffset; }
@@ -70,7 +73,9 @@ class frmImageView : public QWidget, public app::MainWindow
     void unload();
 
     /// Brings what describes the current image up to date.
-    void UpdateStatus() { m_imageTab->update(); }
+    void UpdateStatus() { m_status->UpdateStatus(); }
+    /// Fills the pane of the selected tab, when it has come to be seen.
+    void showPaneContents();
     /// Brings tools and panels in line with what there is now. One look at the disk, no image work.
     void UpdateToolbar();
     /// Brings the marks of the views in line.
@@ -101,6 +106,7 @@ class frmImageView : public QWidget, public app::MainWindow
     commands::CommandFacts viewFacts() const;
     commands::CommandFacts facts() const;
     commands::PrefixTools prefixTools();
+    FilmstripHost::Parts filmstripParts();
     InterfaceTools::Parts interfaceParts();
     output::SlideshowSinks slideshowSinks();
     void showTab();
@@ -114,8 +120,9 @@ class frmImageView : public QWidget, public app::MainWindow
     PageNavigator* m_pTiff = nullptr;
     Viewport* m_viewport = nullptr;
     ViewportGestures* m_gestures;
-    ImageTab* m_imageTab;
+    ImageStatus* m_status;
     collections::frmImageViewPlaylist* m_playlist;
+    FilmstripHost* m_filmstrip;
     output::Slideshow* m_slideshow;
     InterfaceTools* m_interface = nullptr;
     Opening* m_opening;
@@ -124,7 +131,6 @@ class frmImageView : public QWidget, public app::MainWindow
     QTimer m_tUpdate;
     QPoint m_frameOffset;
     QString m_lastTool;
-    int m_filmStripRows;
     bool m_loading = true;
     bool m_unloaded = false;
 };

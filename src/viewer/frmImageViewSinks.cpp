@@ -4,6 +4,7 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "collections/EntryText.h"
+#include "collections/Filmstrip.h"
 #include "controls/gnTab.h"
 #include "platform/Dialogs.h"
 #include "platform/MenuControl.h"
@@ -43,7 +44,7 @@ commands::CommandFacts frmImageView::facts() const
     facts.slideRunning = m_slideshow->isRunning();
     facts.listNonEmpty = list()->ListCount() > 0;
     facts.listShown = m_panes->bPlay()->visible();
-    facts.rows = m_filmStripRows;
+    facts.rows = m_filmstrip->Filmstrip1()->NumberOfRows();
     facts.slidemode = m_slideshow->slidemode();
     return facts;
 }
@@ -52,7 +53,7 @@ commands::KeyboardSinks frmImageView::keyboardSinks()
 {
     return {.owner = this,
             .runTool = [this](const QString& name) { RunTool(name); },
-            .isDescriptionUnsaved = [] { return false; },
+            .isDescriptionUnsaved = [this] { return m_status->isDescriptionUnsaved(); },
             .minimise =
                 [this] {
                     hide();
@@ -77,6 +78,15 @@ commands::PrefixTools frmImageView::prefixTools()
                     platform::showMessage(this, {platform::BoxKind::Plain, platform::BoxButtons::Ok,
                                                  app::productTitle(), text});
                 }};
+}
+
+FilmstripHost::Parts frmImageView::filmstripParts()
+{
+    return {.pFilm = m_panes->pFilm(),
+            .list = list(),
+            .currentFile = [this] { return currentFile(); },
+            .isShown = [this] { return m_panes->isFilmstripShown(); },
+            .openMenu = [this](const QString& file) { m_interface->openImageMenu(file); }};
 }
 
 InterfaceTools::Parts frmImageView::interfaceParts()

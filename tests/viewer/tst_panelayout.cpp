@@ -188,8 +188,8 @@ void TestPaneLayout::filebars()
 
 void TestPaneLayout::information()
 {
-    QCOMPARE(layoutInformation(QSize(12000, 2000)), QRect(40, 40, 11920, 1920));
-    QCOMPARE(layoutInformation(QSize(50, 50)), QRect(40, 40, 0, 0));
+    QCOMPARE(layoutInside(QSize(12000, 2000)), QRect(40, 40, 11920, 1920));
+    QCOMPARE(layoutInside(QSize(50, 50)), QRect(40, 40, 0, 0));
 }
 
 void TestPaneLayout::splitters_data()

@@ -31,9 +31,7 @@ const QStringList toCome = {
     "miThumb320x240", "miThumb240x180", "miThumb120x90", "miThumb80x60", "miCustomResize", "miRename",
     "miEmailImage",
     // full screen and printing
-    "miFullScreen", "xSlideShow", "miThumbFull", "miPrint",
-    // filmstrip, information and the bar beside the image
-    "miFilm1", "miFilm2", "miFilm3", "miEXIFView",
+    "miFullScreen", "xSlideShow", "miPrint",
     // preferences, web pages, sibling tools, updates, playlists, scanners
     "miPref", "miAutoUpdate", "miAutoUpdateInstall", "miWebsite", "miLindoraCenter", "miHVXAImageGallery",
     "miURLcomments", "miURLbugreport", "miURLfeature", "miHVXAWebsite", "miWebMorphane", "miWebTessary",

@@ -1,0 +1,92 @@
+#include "viewer/FilmstripHost.h"
+
+#include "collections/Filmstrip.h"
+#include "collections/FolderList.h"
+#include "collections/StripLayout.h"
+
+#include <QEvent>
+#include <QWidget>
+
+namespace quorvia::viewer {
+
+namespace {
+
+constexpr int rightButton = 2;
+
+} // namespace
+
+FilmstripHost::FilmstripHost(Parts parts)
+    : QObject(parts.pFilm), m_parts(std::move(parts)), m_Filmstrip1(new collections::Filmstrip(m_parts.pFilm))
+{
+    m_Filmstrip1->setObjectName(QStringLiteral("Filmstrip1"));
+    m_Filmstrip1->setGeometry(m_parts.pFilm->rect());
+    m_parts.pFilm->installEventFilter(this);
+    connect(m_Filmstrip1, &collections::Filmstrip::ImageClicked, this, &FilmstripHost::clicked);
+}
+
+void FilmstripHost::showList()
+{
+    if (!m_parts.isShown())
+        return;
+    const QStringList& files = m_parts.list->files();
+    if (collections::listKey(files) != m_Filmstrip1->GetUniKey()) {
+        m_Filmstrip1->Clear();
+        for (const QString& file : files)
+            m_Filmstrip1->add(file);
+        m_Filmstrip1->DrawStrip();
+    }
+    showCurrent();
+}
+
+void FilmstripHost::showCurrent()
+{
+    if (!m_parts.isShown())
+        return;
+    const int position = currentPosition();
+    m_Filmstrip1->SetSelectedImages(position < 0 ? QString() : QString::number(position));
+    m_Filmstrip1->SetVisibleImage(m_parts.currentFile());
+}
+
+void FilmstripHost::setRows(int rows)
+{
+    m_Filmstrip1->SetNumberOfRows(rows);
+    showCurrent();
+}
+
+void FilmstripHost::redraw()
+{
+    m_Filmstrip1->ReDraw();
+    if (!m_parts.isShown())
+        return;
+    m_Filmstrip1->DrawStrip();
+    showCurrent();
+}
+
+/// Where the current image stands in the strip; -1 when it is not there. The list's own entry goes before
+/// another one of the same file.
+int FilmstripHost::currentPosition() const
+{
+    const QString file = m_parts.currentFile();
+    if (file.isEmpty())
+        return -1;
+    const int index = m_parts.list->ListIndex();
+    const QStringList& images = m_Filmstrip1->Images();
+    return images.value(index) == file ? index : int(images.indexOf(file));
+}
+
+void FilmstripHost::clicked(int index, int button)
+{
+    if (button == rightButton)
+        m_parts.openMenu(m_Filmstrip1->Images().value(index));
+    else
+        m_parts.list->SetListIndex(index);
+}
+
+bool FilmstripHost::eventFilter(QObject*, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        m_Filmstrip1->setGeometry(m_parts.pFilm->rect());
+    return false;
+}
+
+} // namespace quorvia::viewer

@@ -1,0 +1,59 @@
+// The filmstrip below the picture: fills it from the file list, keeps its selection at the current image, and
+// turns clicks on it into steps in the list or its menu. While it is hidden nothing is read or painted.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace quorvia::collections {
+class Filmstrip;
+class FolderList;
+} // namespace quorvia::collections
+
+namespace quorvia::viewer {
+
+class FilmstripHost : public QObject
+{
+    Q_OBJECT
+
+  public:
+    struct Parts
+    {
+        QWidget* pFilm; ///< the pane that the strip fills
+        collections::FolderList* list;
+        std::function<QString()> currentFile;              ///< native path; empty when no image is open
+        std::function<bool()> isShown;                     ///< whether the pane can be seen
+        std::function<void(const QString& file)> openMenu; ///< the menu of one image, at the mouse
+    };
+
+    /// Lives in `parts.pFilm`.
+    explicit FilmstripHost(Parts parts);
+
+    collections::Filmstrip* Filmstrip1() const { return m_Filmstrip1; }
+
+    /// Fills the strip anew when the list has another fingerprint than what stands in it; else nothing is
+    /// painted again. Marks the current image in either case.
+    void showList();
+    /// Selects the current image and brings it into view; no selection when it is not in the strip.
+    void showCurrent();
+    /// Shows `rows` rows of images.
+    void setRows(int rows);
+    /// Paints the strip for its new height.
+    void redraw();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void clicked(int index, int button);
+    int currentPosition() const;
+
+    Parts m_parts;
+    collections::Filmstrip* m_Filmstrip1;
+};
+
+} // namespace quorvia::viewer
