@@ -101,6 +101,20 @@ class TestBandFilling : public QObject
         QVERIFY(!m_model->tool(QStringLiteral("tSldAdvance"))->values().literalCaption);
     }
 
+    void theMenuOfAnImageOfTheFilmstrip()
+    {
+        const ToolBand* const band = m_model->band(QLatin1String(imageMenuBand));
+        const Tool* const tool = band->tool(QStringLiteral("miThumbDelete"));
+        for (const char* name : {"a & b.jpg", "c.png"}) {
+            fillImageMenu(*m_model, QStringLiteral("/x/") + QLatin1String(name));
+            QCOMPARE(band->tag(), QStringLiteral("/x/") + QLatin1String(name));
+            QCOMPARE(tool->values().caption, QStringLiteral("Delete '%1'").arg(QLatin1String(name)));
+            QVERIFY(tool->values().literalCaption);
+        }
+        QCOMPARE(m_model->tool(QStringLiteral("miThumbDelete"))->values().caption,
+                 QStringLiteral("Delete Image")); // the tool itself keeps its own
+    }
+
     void files()
     {
         ToolBand* const band = m_model->band(QStringLiteral("bFiles"));

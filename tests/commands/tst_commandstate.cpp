@@ -158,11 +158,13 @@ class Model
         platform::ToolBand* const wallpaper =
             model.addBand(QStringLiteral("bWallpaper"), BandKind::PopUp, false);
         platform::ToolBand* const slide = model.addBand(QStringLiteral("bSlide"), BandKind::PopUp, false);
+        platform::ToolBand* const strip = model.addBand(QStringLiteral("bFilmStrip"), BandKind::PopUp, false);
         for (const Expected& row : expectedRows) {
             Tool* const tool = model.addTool(1, QLatin1String(row.name));
             menu->append(tool);
             wallpaper->append(tool);
             slide->append(tool);
+            strip->append(tool);
         }
     }
     Tool* tool(const char* name) const { return model.tool(QLatin1String(name)); }
@@ -189,7 +191,7 @@ class TestCommandState : public QObject
     void theTableGivesEveryState();
     void theToolsOfAModelGetTheSame();
     void theWallpaperCopiesGetTheirOwn();
-    void theCopiesOfTheOrdersGetTheirOwn();
+    void theCopiesOnMenusOfTheirOwnFollow();
     void nothingElseOfABandThatDoesNotFollowIsTouched();
     void eachRoutineLeavesTheOtherAlone();
     void toolsThatAreMissingCostNothing();
@@ -248,13 +250,15 @@ void TestCommandState::theWallpaperCopiesGetTheirOwn()
     }
 }
 
-void TestCommandState::theCopiesOfTheOrdersGetTheirOwn()
+void TestCommandState::theCopiesOnMenusOfTheirOwnFollow()
 {
     Model model;
     for (const CommandFacts& each : allFacts()) {
         applyState(model.model, each);
         for (const char* name : {"tSldAdvance", "tSldRandom", "tSldReverse"})
             QCOMPARE(stateOf(model.copy("bSlide", name)), stateOf(model.tool(name)));
+        for (const char* name : {"miFilm1", "miFilm2", "miInformation"})
+            QCOMPARE(stateOf(model.copy("bFilmStrip", name)), stateOf(model.tool(name)));
     }
 }
 
@@ -271,6 +275,10 @@ void TestCommandState::nothingElseOfABandThatDoesNotFollowIsTouched()
             QCOMPARE(stateOf(model.copy("bWallpaper", row.name)), ToolState());
         if (!name.startsWith(QLatin1String("tSld")))
             QCOMPARE(stateOf(model.copy("bSlide", row.name)), ToolState());
+        const QStringList ofStrip{QStringLiteral("miFilm1"), QStringLiteral("miFilm2"),
+                                  QStringLiteral("miInformation")};
+        if (!ofStrip.contains(name))
+            QCOMPARE(stateOf(model.copy("bFilmStrip", row.name)), ToolState());
     }
 }
 

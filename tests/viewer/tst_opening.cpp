@@ -323,6 +323,7 @@ class TestOpening : public QObject
                                  .gTab = window.panes()->gTab(),
                                  .runTool = [&](const QString& tool) { ran.append(tool); },
                                  .updateStatus = [] {},
+                                 .showInFilmstrip = [] {},
                                  .updateToolbar = [] {},
                                  .commandLine = line.join(QLatin1Char(' '))});
         opening.setPlaylists(&source);

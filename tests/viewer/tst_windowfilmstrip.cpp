@@ -1,0 +1,294 @@
+// The filmstrip in the main window: when it is filled, what it selects, and what clicks on it do.
+#include "app/Settings.h"
+#include "collections/Filmstrip.h"
+#include "controls/gnTab.h"
+#include "controls/ScrollBar.h"
+#include "platform/ToolControl.h"
+#include "platform/ToolMenu.h"
+#include "viewer/DragHandle.h"
+#include "viewer/ViewerBench.h"
+
+#include <QFile>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+
+using namespace quorvia;
+using collections::Filmstrip;
+using test::ViewerBench;
+using viewer::frmImageView;
+namespace setting = app::setting;
+
+namespace {
+
+constexpr int leftButton = 1;
+constexpr int rightButton = 2;
+constexpr int middleButton = 4;
+
+} // namespace
+
+class TestWindowFilmstrip : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<ViewerBench> m_bench;
+    frmImageView* m_window = nullptr;
+
+    QString in(const char* name) const { return m_bench->in(name); }
+    QStringList pictures() const { return {in("pics/a.png"), in("pics/b.png"), in("pics/two words.png")}; }
+
+    Filmstrip& strip() const { return *m_window->filmstrip()->Filmstrip1(); }
+    QTimer& tDraw() const { return *strip().findChild<QTimer*>(QStringLiteral("tDraw")); }
+    QTimer& tSelection() const { return *strip().findChild<QTimer*>(QStringLiteral("tSelectionChange")); }
+    void run(const char* command) const { m_window->RunTool(QLatin1String(command)); }
+    void click(int index, int button) const { Q_EMIT strip().ImageClicked(index, button, 0); }
+    /// Waits until everything is painted and the selection taken over.
+    bool settles() const
+    {
+        return QTest::qWaitFor([this] { return !tDraw().isActive() && !tSelection().isActive(); }, 10000);
+    }
+
+    /// A window with menus, on the folder of three pictures.
+    frmImageView& open()
+    {
+        m_window = &m_bench->load({in("pics")});
+        m_window->resize(900, 700);
+        m_window->OpenMenuX(true);
+        return *m_window;
+    }
+    /// The same with the strip shown and painted.
+    frmImageView& openWithStrip()
+    {
+        open();
+        run("miViewFilmstrip");
+        settles();
+        return *m_window;
+    }
+    platform::ToolValues copy(const char* tool) const
+    {
+        return m_window->panes()
+            ->ab1()
+            ->model()
+            ->band(QStringLiteral("bFilmStrip"))
+            ->tool(QLatin1String(tool))
+            ->values();
+    }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<ViewerBench>();
+        m_bench->threePictures();
+    }
+    void cleanup() { m_bench.reset(); }
+
+    void nothingIsReadWhileItIsHidden()
+    {
+        open();
+        run("FileListUpdated");
+        QVERIFY(strip().Images().isEmpty());
+        QVERIFY(!tDraw().isActive());
+    }
+
+    void itIsFilledWhenItsTabComes()
+    {
+        openWithStrip();
+        QCOMPARE(strip().Images(), pictures());
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("0;"));
+        const QRect pane = m_window->panes()->pFilm()->rect();
+        QCOMPARE(strip().geometry(), pane);
+        QVERIFY(pane.height() > 100);
+    }
+
+    void notBehindTheViewport()
+    {
+        openWithStrip();
+        run("miHideInterface"); // the viewport takes all
+        m_bench->picture(QStringLiteral("pics/c.png"), Qt::yellow);
+        m_window->list()->RefreshPlaylist();
+        m_window->list()->finishRebuild();
+        QCOMPARE(strip().Images(), pictures());
+        run("miHideInterface");
+        QCOMPARE(strip().Images().size(), 4);
+        QVERIFY(strip().height() > 100);
+    }
+
+    void atTheStartWhenItsTabIsStored()
+    {
+        app::save(setting::ToggleInterface, 0);
+        app::save(setting::ActiveTabWindow, QStringLiteral("Filmstrip"));
+        app::save(setting::FilmStripRows, 2);
+        open();
+        m_window->list()->finishRebuild();
+        QCOMPARE(strip().Images(), pictures());
+        QCOMPARE(strip().NumberOfRows(), 2);
+    }
+
+    void itFollowsTheList()
+    {
+        openWithStrip();
+        m_bench->picture(QStringLiteral("pics/c.png"), Qt::yellow);
+        m_window->list()->RefreshPlaylist();
+        m_window->list()->finishRebuild();
+        QCOMPARE(strip().Images().size(), 4);
+        QVERIFY(tDraw().isActive());
+        QVERIFY(settles());
+        QVERIFY(QFile::remove(in("pics/b.png")));
+        m_window->list()->RefreshPlaylist();
+        m_window->list()->finishRebuild();
+        QCOMPARE(strip().Images(),
+                 (QStringList{in("pics/a.png"), in("pics/c.png"), in("pics/two words.png")}));
+    }
+
+    void anUnchangedListPaintsNothingAgain()
+    {
+        openWithStrip();
+        m_window->list()->RefreshPlaylist();
+        m_window->list()->finishRebuild();
+        QVERIFY(!tDraw().isActive());
+        strip().add(in("pics/more.png"));
+        run("FileListUpdated"); // another fingerprint
+        QVERIFY(tDraw().isActive());
+        QCOMPARE(strip().Images(), pictures());
+    }
+
+    void theSelectionFollowsTheImage()
+    {
+        openWithStrip();
+        for (const char* selection : {"1;", "2;", "0;"}) {
+            run("miNext");
+            QVERIFY(settles());
+            QCOMPARE(strip().SelectedImages(), QLatin1String(selection));
+        }
+        m_window->OpenX(m_bench->picture(QStringLiteral("other/x.png"), Qt::cyan)); // not in the strip
+        m_window->list()->finishRebuild(); // of the folder that it lies in
+        QCOMPARE(strip().Images().size(), 1);
+        QVERIFY(settles());
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("0;"));
+        run("miViewNormal");
+        m_window->list()->finishRebuild();
+        m_window->OpenX(in("pics/b.png"));
+        m_window->list()->finishRebuild();
+        run("miViewFilmstrip"); // what came while it was hidden
+        QVERIFY(settles());
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("1;"));
+    }
+
+    void aClosedImageIsNotSelected()
+    {
+        openWithStrip();
+        run("miCloseImage");
+        run("FileListUpdated");
+        QVERIFY(settles());
+        QCOMPARE(strip().SelectedImages(), QStringLiteral(";"));
+    }
+
+    void theImageIsBroughtIntoView()
+    {
+        for (int i = 0; i < 40; ++i)
+            m_bench->picture(QStringLiteral("pics/n%1.png").arg(i, 2, 10, QLatin1Char('0')), Qt::gray);
+        openWithStrip();
+        auto* const sBar = strip().findChild<controls::ScrollBar*>(QStringLiteral("sBar"));
+        QCOMPARE(sBar->Value(), 0);
+        m_window->OpenX(in("pics/n30.png"));
+        QVERIFY(settles());
+        QVERIFY(sBar->Value() > 0);
+    }
+
+    void aClickOpens_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::newRow("left") << leftButton;
+        QTest::newRow("middle") << middleButton;
+    }
+
+    void aClickOpens()
+    {
+        QFETCH(int, button);
+        openWithStrip();
+        click(1, button);
+        QCOMPARE(m_window->currentFile(), in("pics/b.png"));
+        QCOMPARE(m_window->list()->ListIndex(), 1);
+        QCOMPARE(m_window->panes()->gTab()->SelectedTabKey(), QStringLiteral("Filmstrip"));
+    }
+
+    void aRightClickOpensTheMenuOfTheImage()
+    {
+        const QString file = m_bench->picture(QStringLiteral("pics/b & c.png"), Qt::cyan);
+        openWithStrip();
+        click(1, rightButton);
+        platform::ToolMenu* const menus = m_window->panes()->ab1()->menus();
+        QVERIFY(menus->menu());
+        QCOMPARE(menus->menu()->objectName(), QStringLiteral("bFilmStrip"));
+        QCOMPARE(copy("miThumbDelete").caption, QStringLiteral("Delete 'b & c.png'"));
+        QStringList rows;
+        for (const QAction* row : menus->menu()->actions())
+            rows.append(row->text());
+        QCOMPARE(rows, (QStringList{"Show Full-Screen", "Delete 'b && c.png'", "", "Display '1' Row",
+                                    "Display '2' Rows", "", "File Information"}));
+        menus->close();
+        QCOMPARE(m_window->currentFile(), in("pics/a.png"));
+        run("miThumbFull");
+        QCOMPARE(m_window->currentFile(), file);
+    }
+
+    void itsMenuPausesTheSlideshow()
+    {
+        openWithStrip();
+        run("miSlideShow");
+        click(1, rightButton);
+        QVERIFY(!m_window->slideshow()->isRunning());
+        m_window->panes()->ab1()->menus()->close();
+        QVERIFY(m_window->slideshow()->isRunning());
+    }
+
+    void rows_data()
+    {
+        QTest::addColumn<int>("rows");
+        for (const int rows : {1, 2, 3})
+            QTest::addRow("%d", rows) << rows;
+    }
+
+    void rows()
+    {
+        QFETCH(int, rows);
+        app::save(setting::FilmStripRows, rows == 1 ? 2 : 1);
+        openWithStrip();
+        m_window->RunTool(QStringLiteral("miFilm%1").arg(rows));
+        QCOMPARE(strip().NumberOfRows(), rows);
+        QCOMPARE(app::read(setting::FilmStripRows), rows);
+        const auto* const model = m_window->panes()->ab1()->model();
+        for (int each = 1; each <= 3; ++each)
+            QCOMPARE(model->tool(QStringLiteral("miFilm%1").arg(each))->values().checked, each == rows);
+        QCOMPARE(copy("miFilm1").checked, rows == 1);
+        QCOMPARE(copy("miFilm2").checked, rows == 2);
+    }
+
+    void otherRowsOfASettingMarkNone()
+    {
+        app::save(setting::FilmStripRows, 5);
+        openWithStrip();
+        QCOMPARE(strip().NumberOfRows(), 5);
+        for (const char* tool : {"miFilm1", "miFilm2", "miFilm3"})
+            QVERIFY(!m_window->panes()->ab1()->model()->tool(QLatin1String(tool))->values().checked);
+    }
+
+    void anotherHeightPaintsItAnew()
+    {
+        openWithStrip();
+        const auto* const pImages = strip().findChild<QWidget*>(QStringLiteral("pImages"));
+        const int before = pImages->width();
+        auto* const pSize = m_window->findChild<viewer::DragHandle*>(QStringLiteral("pSize"));
+        const QPoint middle = pSize->rect().center();
+        QTest::mousePress(pSize, Qt::LeftButton, {}, middle);
+        QTest::mouseMove(pSize, middle - QPoint(0, 60));
+        QTest::mouseRelease(pSize, Qt::LeftButton, {}, middle);
+        QVERIFY(settles());
+        QVERIFY(pImages->width() > before + 100);
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("0;"));
+    }
+};
+
+QTEST_MAIN(TestWindowFilmstrip)
+#include "tst_windowfilmstrip.moc"
