@@ -179,6 +179,23 @@ class Journey(unittest.TestCase):
     def click(self, x, y):
         self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
 
+    def menu(self, window, *keys):
+        """Opens the context menu in the middle of the window and walks it by keys."""
+        x, y = self.centre(window)
+        before = self.top_windows()
+        self.output("xdotool", "mousemove", str(x), str(y), "click", "3")
+        wait_until(lambda: self.top_windows() > before, "the menu")
+        for key in keys:
+            self.key(key)
+
+    def top_windows(self):
+        return len(self.output("xdotool", "search", "--onlyvisible", "--class", "quorvia").split())
+
+    def built(self, window):
+        """Waits for the toolbar, which comes a moment after the window."""
+        left, top, width, height = self.geometry(window)
+        wait_until(lambda: self.pixel(left + width // 2, top + height - 4) == (0, 121, 191), "the toolbar")
+
     def close_by_frame(self, window):
         """A click on the close button of the window's frame."""
         left, top, width, _ = self.geometry(window)

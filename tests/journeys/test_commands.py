@@ -27,23 +27,6 @@ class CommandsTest(Journey):
             self.key(key)
             time.sleep(STEP)
 
-    def menu(self, window, *keys):
-        """Opens the context menu in the middle of the window and walks it by keys."""
-        x, y = self.centre(window)
-        before = self.top_windows()
-        self.output("xdotool", "mousemove", str(x), str(y), "click", "3")
-        wait_until(lambda: self.top_windows() > before, "the menu")
-        for key in keys:
-            self.key(key)
-
-    def top_windows(self):
-        return len(self.output("xdotool", "search", "--onlyvisible", "--class", "quorvia").split())
-
-    def built(self, window):
-        """Waits for the toolbar, which comes a moment after the window."""
-        left, top, width, height = self.geometry(window)
-        wait_until(lambda: self.pixel(left + width // 2, top + height - 4) == (0, 121, 191), "the toolbar")
-
     def test_the_list_is_sorted_without_regard_to_case(self):
         folder = self.home / "sorted"
         folder.mkdir()
