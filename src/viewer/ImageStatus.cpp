@@ -13,11 +13,16 @@ namespace quorvia::viewer {
 ImageStatus::ImageStatus(Parts parts)
     : QObject(parts.panes), m_parts(std::move(parts)), m_tab(m_parts.panes->gTab(), m_parts.ix1)
 {
+    connect(m_parts.panes->bInfo(), &platform::Band::visibilityChanged, this, &ImageStatus::attachBar);
 }
 
+/// Hangs the window of the side bar into its band, unless it hangs there.
 void ImageStatus::attachBar()
 {
+    if (m_bar)
+        return;
     m_bar = new output::frmImageEXIF(*m_parts.main, {questions(), m_parts.focusImage});
+    m_bar->InitBar(m_parts.main->currentFile());
     m_parts.panes->bInfo()->setClient(m_bar);
 }
 

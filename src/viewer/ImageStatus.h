@@ -38,8 +38,6 @@ class ImageStatus : public QObject
 
     explicit ImageStatus(Parts parts);
 
-    /// Makes the window of the side bar and hangs it into its band.
-    void attachBar();
     /// Shows the image that is current now. The panel, which asks the disk, only when it can be seen.
     void UpdateStatus();
     /// True while a changed description waits to be saved.
@@ -48,13 +46,14 @@ class ImageStatus : public QObject
     void saveDescriptionNow();
 
   private:
+    void attachBar();
     InformationPanel* makePanel();
     app::ImageQuestions questions() const;
 
     Parts m_parts;
     ImageTab m_tab;
-    InformationPanel* m_panel = nullptr; ///< made when it is first seen
-    output::frmImageEXIF* m_bar = nullptr;
+    InformationPanel* m_panel = nullptr;   ///< made when it is first seen
+    output::frmImageEXIF* m_bar = nullptr; ///< likewise
 };
 
 } // namespace quorvia::viewer

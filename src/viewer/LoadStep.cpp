@@ -200,7 +200,6 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     window.playlist()->startUp();
     window.playlist()->SetPattern(QLatin1String(app::ImageExtensionList));
     log("End: frmImageViewPlaylist_Load");
-    window.status()->attachBar();
     restoreTabs(window);
 
     if (!openFirst(window))

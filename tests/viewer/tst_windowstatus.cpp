@@ -154,11 +154,17 @@ class TestWindowStatus : public QObject
     void theSideBarFollowsTheImage()
     {
         m_window = &m_bench->load();
+        QVERIFY(!bInfo()->client()); // made when it is first seen
+        run("miEXIFView");
         QCOMPARE(panesOfBar(), 1);
         m_window->OpenX(in("pics/a.png"));
         QCOMPARE(panesOfBar(), 4);
         run("miCloseImage");
         QCOMPARE(panesOfBar(), 1);
+        run("miEXIFView");
+        m_window->OpenX(in("pics/b.png"));
+        run("miEXIFView");
+        QCOMPARE(panesOfBar(), 4);
     }
 
     void aRowOfTheSideBarGivesTheKeysBack()
