@@ -21,6 +21,7 @@ constexpr int scrolledInterval = 1;   // milliseconds
 constexpr int selectionInterval = 10; // milliseconds
 constexpr int dragInterval = 5;       // milliseconds
 constexpr int initialInterval = 1000; // milliseconds
+constexpr int resizeInterval = 100;   // milliseconds
 constexpr int initialColor = 0xE0;
 
 void setUp(QTimer& timer, QObject* parent, const char* name, int interval)
@@ -44,6 +45,9 @@ Filmstrip::Filmstrip(QWidget* parent)
     setUp(m_tSelectionChange, this, "tSelectionChange", selectionInterval);
     setUp(m_tDrawSelected, this, "tDrawSelected", selectionInterval);
     setUp(m_tMove, this, "tMove", dragInterval);
+    setUp(m_tResize, this, "tResize", resizeInterval);
+    m_tResize.setSingleShot(true);
+    connect(&m_tResize, &QTimer::timeout, this, &Filmstrip::takeSize);
     connect(&m_tDraw, &QTimer::timeout, this, &Filmstrip::paintNext);
     connect(&m_tSelectionChange, &QTimer::timeout, this, &Filmstrip::applySelection);
     connect(&m_tDrawSelected, &QTimer::timeout, this, &Filmstrip::drawSelected);
@@ -78,6 +82,7 @@ void Filmstrip::DrawStrip()
     m_now = {};
     m_next = {};
     m_visibleWanted.clear();
+    m_columnWanted = 0;
     {
         const QSignalBlocker quiet(m_sBar);
         m_sBar->SetValue(0);
@@ -135,6 +140,8 @@ void Filmstrip::SetSelectedImages(const QString& text)
 void Filmstrip::resizeEvent(QResizeEvent*)
 {
     applyHeight();
+    if (!m_images.isEmpty())
+        m_tResize.start();
 }
 
 /// True between DrawStrip() and the tick that lays the strip out.
@@ -203,6 +210,36 @@ void Filmstrip::scrolled(int value)
     m_tDraw.start(scrolledInterval);
 }
 
+/// Takes the size that the strip has come to: what is painted stays in place as long as cells keep their
+/// size.
+void Filmstrip::takeSize()
+{
+    if (awaitsLayout())
+        return;
+    if (m_dragging || m_tMove.isActive())
+        return m_tResize.start();
+    const QSize before = m_cell;
+    const int column = firstColumn();
+    SizeStrip();
+    if (m_cell == before)
+        return scrolled(m_sBar->Value());
+    DrawStrip();
+    m_columnWanted = column;
+}
+
+/// The column at the left edge, 0-based.
+int Filmstrip::firstColumn() const
+{
+    if (!isWhole())
+        return std::max(m_pump.FirstIndex - 1, 0) / m_rows;
+    return m_cell.width() > 0 ? -m_drag.left / m_cell.width() : 0;
+}
+
+void Filmstrip::showFirstColumn(int column)
+{
+    m_sBar->SetValue(isWhole() ? column * m_cell.width() / scrollUnit : column);
+}
+
 // --- the paint pump
 
 void Filmstrip::beginPass()
@@ -210,6 +247,8 @@ void Filmstrip::beginPass()
     m_tDraw.setInterval(paintInterval);
     m_pump = fromBeginning(m_pump);
     SizeStrip();
+    if (m_columnWanted > 0)
+        showFirstColumn(std::exchange(m_columnWanted, 0));
     if (!m_visibleWanted.isEmpty())
         SetVisibleImage(std::exchange(m_visibleWanted, QString()));
     askAhead();

@@ -96,6 +96,9 @@ class Filmstrip : public QWidget
     void applyHeight();
     void placeStrip();
     void scrolled(int value);
+    void takeSize();
+    int firstColumn() const;
+    void showFirstColumn(int column);
     void beginPass();
     void paintNext();
     Wanted& wanted(int index);
@@ -125,6 +128,7 @@ class Filmstrip : public QWidget
     QSize m_cell; // twips
     QColor m_canvasColor;
     QString m_visibleWanted; // to be brought into view once the strip is laid out
+    int m_columnWanted = 0;  // to stand at the left edge then
     int m_laidOutWidth = 0;  // twips
 
     QStringList m_selected{QString()};
@@ -145,6 +149,7 @@ class Filmstrip : public QWidget
     QTimer m_tSelectionChange;
     QTimer m_tDrawSelected;
     QTimer m_tMove;
+    QTimer m_tResize; ///< runs while the strip gets another size
     engine::SmallPictureReader m_ix1;
     Wanted m_now;  // the cell that is to be painted next
     Wanted m_next; // and the one behind it

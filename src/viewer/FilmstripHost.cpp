@@ -53,15 +53,6 @@ void FilmstripHost::setRows(int rows)
     showCurrent();
 }
 
-void FilmstripHost::redraw()
-{
-    m_Filmstrip1->ReDraw();
-    if (!m_parts.isShown())
-        return;
-    m_Filmstrip1->DrawStrip();
-    showCurrent();
-}
-
 /// Where the current image stands in the strip; -1 when it is not there. The list's own entry goes before
 /// another one of the same file.
 int FilmstripHost::currentPosition() const

@@ -42,8 +42,6 @@ class FilmstripHost : public QObject
     void showCurrent();
     /// Shows `rows` rows of images.
     void setRows(int rows);
-    /// Paints the strip for its new height.
-    void redraw();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

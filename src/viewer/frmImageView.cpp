@@ -7,6 +7,7 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "collections/Filmstrip.h"
 #include "platform/MenuControl.h"
 #include "platform/ToolControl.h"
 #include "viewer/CommandTable.h"
@@ -39,7 +40,7 @@ constexpr QColor viewportColor(48, 48, 48);
 frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::CommandLine commandLine)
     : m_commandLine(std::move(commandLine)),
       m_panes(new Panes(this, {.setUpdate = [this](bool visible, int delay) { SetUpdate(visible, delay); },
-                               .filmstripResized = [this] { m_filmstrip->redraw(); },
+                               .filmstripResized = [this] { m_filmstrip->Filmstrip1()->ReDraw(); },
                                .tabShown = [this](const QString&) { showTab(); },
                                .runTool = [this](const QString& name) { RunTool(name); },
                                .openMenu = [this] { OpenMenuX(false); },

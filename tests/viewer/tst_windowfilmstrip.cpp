@@ -46,7 +46,9 @@ class TestWindowFilmstrip : public QObject
     /// Waits until everything is painted and the selection taken over.
     bool settles() const
     {
-        return QTest::qWaitFor([this] { return !tDraw().isActive() && !tSelection().isActive(); }, 10000);
+        const auto* const tResize = strip().findChild<QTimer*>(QStringLiteral("tResize"));
+        return QTest::qWaitFor(
+            [&] { return !tResize->isActive() && !tDraw().isActive() && !tSelection().isActive(); }, 10000);
     }
 
     /// A window with menus, on the folder of three pictures.
