@@ -321,7 +321,8 @@ class TestFilmstripInput : public QObject
         const QPointF at(100, 30);
         QWheelEvent event(at, surface().mapToGlobal(at), {}, QPoint(0, delta), Qt::NoButton, modifiers,
                           Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&surface(), &event);
+        QSpontaneKeyEvent::setSpontaneous(&event); // others do not go on to the parent
+        qApp->notify(&surface(), &event);
     }
 
     std::unique_ptr<FilmBench> m_bench;
