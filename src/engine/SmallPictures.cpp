@@ -14,6 +14,7 @@
 #include <mutex>
 #include <new>
 #include <optional>
+#include <system_error>
 #include <thread>
 
 namespace quorvia::engine {
@@ -149,14 +150,10 @@ class SmallPictureReader::Private
     {
         auto dropped = std::make_shared<CancelFlag>(false);
         auto reading = std::make_shared<Reading>(picture, dropped);
-        {
-            const std::lock_guard lock(m_mutex);
-            std::erase_if(m_queue, [](const Queued& queued) { return queued.dropped->load(); });
-            m_queue.insert(first ? m_queue.begin() : m_queue.end(), {reading, dropped});
-        }
-        if (!m_thread.joinable())
-            m_thread = std::jthread([this](const std::stop_token& stop) { run(stop); });
-        m_work.notify_one();
+        if (hasThread())
+            enqueue({reading, dropped}, first);
+        else
+            reading->run();
         return std::make_shared<ReadHold>(std::move(reading), std::move(dropped));
     }
 
@@ -164,12 +161,35 @@ class SmallPictureReader::Private
     {
         const std::lock_guard lock(m_mutex);
         m_thread.request_stop();
-        m_queue.clear();
         if (m_running)
             *m_running = true;
+        m_queue.clear();
     }
 
   private:
+    /// False when the machine has no thread left.
+    bool hasThread()
+    {
+        if (m_thread.joinable())
+            return true;
+        try {
+            m_thread = std::jthread([this](const std::stop_token& stop) { run(stop); });
+        } catch (const std::system_error&) {
+            return false;
+        }
+        return true;
+    }
+
+    void enqueue(Queued queued, bool first)
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            std::erase_if(m_queue, [](const Queued& other) { return other.dropped->load(); });
+            m_queue.insert(first ? m_queue.begin() : m_queue.end(), std::move(queued));
+        }
+        m_work.notify_one();
+    }
+
     void run(const std::stop_token& stop)
     {
         stepBack();

@@ -51,7 +51,8 @@ class SmallPictureReader
     SmallPictureReader(const SmallPictureReader&) = delete;
     SmallPictureReader& operator=(const SmallPictureReader&) = delete;
 
-    /// Reads `picture` after all that was asked for before; with `first` ahead of what has not begun.
+    /// Reads `picture` after all that was asked for before; with `first` ahead of what has not begun. Where
+    /// the machine has no thread left it is read before this returns.
     std::shared_ptr<SmallRead> ask(const SmallPicture& picture, bool first = false);
 
   private:

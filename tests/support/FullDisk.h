@@ -1,0 +1,36 @@
+// Makes writes fail as a full disk does, for root too.
+#pragma once
+
+#include <sys/resource.h>
+
+#include <csignal>
+
+namespace quorvia::test {
+
+/// While it lives no file of this process grows beyond `bytes`; what is longer already may be read as before.
+class FullDisk
+{
+  public:
+    explicit FullDisk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) // the write fails instead
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        m_isFull = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+    }
+    ~FullDisk()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+    bool isFull() const { return m_isFull; }
+
+  private:
+    void (*m_handler)(int);
+    rlimit m_before = {};
+    bool m_isFull = false;
+};
+
+} // namespace quorvia::test
