@@ -132,6 +132,18 @@ class TestSmallPictures : public QObject
         QCOMPARE(held, 1);
     }
 
+    void memoryThatRunsOutOnTheWayIsAnError()
+    {
+        const auto sizeFor = [](QSize page) -> QSize {
+            if (!page.isEmpty())
+                throw std::bad_alloc();
+            return page;
+        };
+        const auto read = readSmall({stored(colorPicture({60, 40})), {}, sizeFor, {}}, never);
+        QVERIFY(!read);
+        QCOMPARE(read.error().kind, ErrorKind::TooLarge);
+    }
+
     void whatCannotBeRead_data()
     {
         QTest::addColumn<QByteArray>("bytes");
