@@ -20,7 +20,8 @@ Status writeWholeFile(const QString& path, const QByteArray& bytes)
                                .arg(file.errorString())
                          : file.errorString()};
     }
-    if (file.write(bytes) != bytes.size() || !file.commit())
+    // commit() writes what is buffered too, but puts the file in place all the same when that fails.
+    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
         return Error{ErrorKind::WriteFailed, file.errorString()};
     return ok();
 }

@@ -1,4 +1,5 @@
 #include "engine/WholeFile.h"
+#include "support/FullDisk.h"
 
 #include <QtTest>
 
@@ -104,6 +105,36 @@ class tst_WholeFile : public QObject
         QVERIFY(!status);
         QVERIFY2(status.error().text.contains(QStringLiteral("directory")), qPrintable(status.error().text));
         QCOMPARE(contentOf(target), before);
+    }
+
+    void fullDisk_data()
+    {
+        QTest::addColumn<int>("room");   // bytes that a file may have
+        QTest::addColumn<int>("length"); // of the new content
+        QTest::newRow("few bytes, no room") << 0 << 100;
+        QTest::newRow("few bytes, room for some") << 60 << 100;
+        QTest::newRow("many bytes, no room") << 0 << 1'000'000;
+        QTest::newRow("many bytes, room for nearly all") << 999'999 << 1'000'000;
+    }
+
+    void fullDisk()
+    {
+        QFETCH(int, room);
+        QFETCH(int, length);
+        put(path("a"), "old");
+        const QByteArray content(length, 'x');
+        {
+            const quorvia::test::FullDisk disk{rlim_t(room)};
+            QVERIFY(disk.isFull());
+            const Status replaced = writeWholeFile(path("a"), content);
+            const Status made = writeWholeFile(path("b"), content);
+            QVERIFY(!replaced && !made);
+            QCOMPARE(replaced.error().kind, ErrorKind::WriteFailed);
+        }
+        QCOMPARE(contentOf(path("a")), QByteArray("old"));
+        QCOMPARE(names(), QStringList{"a"});
+        QVERIFY(writeWholeFile(path("a"), content));
+        QCOMPARE(contentOf(path("a")), content);
     }
 
     void deviceInPlace() { QVERIFY(!writeWholeFile(QStringLiteral("/dev/full"), "new")); }
