@@ -3,6 +3,8 @@
 
 #include <QSignalSpy>
 
+#include <malloc.h>
+
 using namespace quorvia;
 using namespace quorvia::test;
 
@@ -12,6 +14,13 @@ const QColor red(200, 30, 30);
 const QColor lightGray(0xE0, 0xE0, 0xE0);
 const QColor darkGray(0xC0, 0xC0, 0xC0);
 const QColor white(255, 255, 255);
+
+/// What the program holds of the heap.
+qint64 heapBytes()
+{
+    const struct mallinfo2 facts = mallinfo2();
+    return qint64(facts.uordblks + facts.hblkhd);
+}
 
 } // namespace
 
@@ -46,6 +55,15 @@ class TestFilmstrip : public QObject
         QVERIFY(m_bench->settles());
         QCOMPARE(m_bench->surface().width(), 0);
         QVERIFY(m_bench->bar().isHidden());
+        m_bench->addMany(20);
+        m_bench->laysOut();
+        QVERIFY(!m_bench->bar().isHidden());
+        strip().Clear();
+        m_bench->laysOut();
+        QCOMPARE(m_bench->surface().width(), 0);
+        QVERIFY(m_bench->bar().isHidden());
+        QVERIFY(m_bench->timer("tDraw").isActive());
+        QVERIFY(m_bench->settles());
     }
 
     void aListThatFitsShowsNoBar()
@@ -329,15 +347,22 @@ class TestFilmstrip : public QObject
 
     void tenThousandEntriesPaintWhatIsInSight()
     {
-        m_bench->addMany(10'000);
+        constexpr qint64 entryBytes = 400; // a name of up to 100 characters, and what it is kept in
+        constexpr qint64 otherBytes = 4 << 20;
+        constexpr int entries = 10'000;
+        const qint64 before = heapBytes();
+        m_bench->addMany(entries);
         QVERIFY(m_bench->draws());
         const auto pixels = [this] {
             return qint64(m_bench->surface().width()) * m_bench->surface().height();
         };
         QVERIFY(pixels() < 9 * 160 * 120);
-        m_bench->bar().SetValue(m_bench->bar().Max());
-        QVERIFY(m_bench->settles());
-        QVERIFY(pixels() < 9 * 160 * 120);
+        for (int part = 1; part <= 4; ++part) {
+            m_bench->bar().SetValue(m_bench->bar().Max() / 4 * part);
+            QVERIFY(m_bench->settles());
+            QVERIFY(pixels() < 9 * 160 * 120);
+            QVERIFY(heapBytes() - before < entries * entryBytes + otherBytes);
+        }
         QVERIFY(m_bench->corner(0).isValid());
     }
 

@@ -2,10 +2,13 @@
 #include "collections/CellComposer.h"
 #include "collections/ThumbnailCache.h"
 #include "FilmBench.h"
+#include "support/FullDisk.h"
 
 #include <QBuffer>
 #include <QColorSpace>
 #include <QFile>
+
+#include <sys/stat.h>
 
 using namespace quorvia;
 using namespace quorvia::test;
@@ -20,6 +23,30 @@ void touch(const QString& path, const QDateTime& time)
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A green picture as the bytes of a JPEG.
+QByteArray greenJpeg()
+{
+    QImage image(193, 126, QImage::Format_RGB32);
+    image.fill(green);
+    QBuffer buffer;
+    image.save(&buffer, "JPEG", 95);
+    return buffer.data();
+}
+
+/// The same with another size, in pixels, in its frame header.
+QByteArray endlessJpeg()
+{
+    QByteArray bytes = greenJpeg();
+    const qsizetype frame = bytes.indexOf("\xFF\xC0"); // marker, length, precision, height, width
+    return frame < 0 ? QByteArray() : bytes.replace(frame + 5, 4, "\xFF\xDC\xFF\xDC");
 }
 
 } // namespace
@@ -39,9 +66,7 @@ class TestFilmstripCells : public QObject
         QVERIFY(m_bench->draws());
         const QString thumbnail = collections::thumbnailFor(file);
         QCOMPARE(m_bench->thumbnails(), QStringList(QFileInfo(thumbnail).fileName()));
-        QFile stored(thumbnail);
-        QVERIFY(stored.open(QIODevice::ReadOnly));
-        const QByteArray bytes = stored.readAll();
+        const QByteArray bytes = contentOf(thumbnail);
         QVERIFY(bytes.startsWith("\xFF\xD8"));
         QVERIFY(bytes.endsWith("\xFF\xD9"));
         const QImage image = QImage::fromData(bytes, "JPEG");
@@ -53,9 +78,7 @@ class TestFilmstripCells : public QObject
     void aHitReadsTheThumbnail()
     {
         const QString file = m_bench->picture(QStringLiteral("beach.png"), red);
-        QImage other(193, 126, QImage::Format_RGB32);
-        other.fill(green);
-        QVERIFY(other.save(collections::thumbnailFor(file), "JPEG", 95));
+        putThumbnail(file, greenJpeg());
         strip().add(file);
         QVERIFY(m_bench->draws());
         QVERIFY(isNear(m_bench->middle(0), green));
@@ -65,9 +88,7 @@ class TestFilmstripCells : public QObject
     void aSelectedCellReadsTheImage()
     {
         const QString file = m_bench->picture(QStringLiteral("beach.png"), red);
-        QImage other(193, 126, QImage::Format_RGB32);
-        other.fill(green);
-        QVERIFY(other.save(collections::thumbnailFor(file), "JPEG", 95));
+        putThumbnail(file, greenJpeg());
         strip().add(file);
         QVERIFY(m_bench->draws());
         strip().SetSelectedImages(QStringLiteral("0"));
@@ -99,6 +120,67 @@ class TestFilmstripCells : public QObject
         QVERIFY(isNear(m_bench->middle(0), green));
     }
 
+    void aRenamedFileGetsAThumbnailOnceForEachName()
+    {
+        const QString beach = m_bench->picture(QStringLiteral("beach.png"), red);
+        const QString shore = m_bench->home.path(QStringLiteral("pics/shore.png"));
+        strip().add(beach);
+        QVERIFY(m_bench->draws());
+        QVERIFY(QFile::rename(beach, shore));
+        strip().Clear();
+        strip().add(shore);
+        QVERIFY(m_bench->draws());
+        QCOMPARE(m_bench->thumbnails().size(), 2);
+        QVERIFY(QFile::rename(shore, beach));
+        putThumbnail(beach, greenJpeg()); // to be told from the image
+        strip().Clear();
+        strip().add(beach);
+        QVERIFY(m_bench->draws());
+        QCOMPARE(m_bench->thumbnails().size(), 2);
+        QVERIFY(isNear(m_bench->middle(0), green));
+    }
+
+    void anotherPathIsAnotherCache()
+    {
+        strip().add(m_bench->picture(QStringLiteral("beach.png"), red));
+        QVERIFY(m_bench->draws());
+        const QString moved = m_bench->home.path(QStringLiteral("moved/"));
+        QVERIFY(QDir().mkdir(moved));
+        QVERIFY(app::save(app::common::ThumbnailPath, moved));
+        QCOMPARE(collections::countThumbnails(collections::thumbnailDirectory()).files.size(), 0);
+        QVERIFY(m_bench->draws());
+        QCOMPARE(QDir(moved).entryList(QDir::Files), m_bench->thumbnails());
+        QCOMPARE(m_bench->thumbnails().size(), 1);
+    }
+
+    void twoStripsShareTheirThumbnails()
+    {
+        const QString file = m_bench->picture(QStringLiteral("beach.png"), red);
+        collections::Filmstrip other;
+        other.add(file);
+        other.DrawStrip();
+        strip().add(file);
+        QVERIFY(m_bench->draws());
+        const auto* const tDraw = other.findChild<QTimer*>(QStringLiteral("tDraw"));
+        QTRY_VERIFY(!tDraw->isActive());
+        QCOMPARE(m_bench->thumbnails(), QStringList(QFileInfo(collections::thumbnailFor(file)).fileName()));
+        QVERIFY(m_bench->draws());
+        QVERIFY(isNear(m_bench->middle(0), red));
+    }
+
+    void aStripMayEndWhileItFills()
+    {
+        for (int i = 0; i < 8; ++i)
+            strip().add(m_bench->picture(QStringLiteral("p%1.png").arg(i), red, QSize(3000, 2000)));
+        m_bench->laysOut();
+        strip().SetSelectedImages(QStringLiteral("7"));
+        QTRY_VERIFY(!m_bench->thumbnails().isEmpty());
+        m_bench->strip.reset();
+        for (const QString& name : m_bench->thumbnails()) // all of them whole
+            QVERIFY(contentOf(m_bench->cache() + name).endsWith("\xFF\xD9"));
+        QVERIFY(m_bench->thumbnails().size() < 8);
+    }
+
     void aShortNameIsShownAndNotStored()
     {
         const QString file = m_bench->picture(QStringLiteral("abc"), red);
@@ -127,12 +209,16 @@ class TestFilmstripCells : public QObject
         strip().add(m_bench->home.path(QStringLiteral("pics/gone.jpg")));
         strip().add(m_bench->home.path(QStringLiteral("pics")));
         strip().add(QString());
+        const QString pipe = m_bench->home.path(QStringLiteral("pics/pipe.jpg")); // nobody writes to it
+        QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        strip().add(pipe);
+        strip().add(m_bench->home.write(QStringLiteral("pics/endless.jpg"), endlessJpeg()));
         strip().add(m_bench->picture(QStringLiteral("beach.png"), red));
         strip().resize(1200, 120);
         QVERIFY(m_bench->draws());
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 6; ++i)
             QCOMPARE(m_bench->middle(i), m_bench->corner(i)); // nothing but the back colour
-        QVERIFY(isNear(m_bench->middle(4), red));
+        QVERIFY(isNear(m_bench->middle(6), red));
         QCOMPARE(m_bench->thumbnails().size(), 1);
     }
 
@@ -152,17 +238,34 @@ class TestFilmstripCells : public QObject
         QCOMPARE(m_bench->thumbnails(), QStringList());
     }
 
+    void aDamagedThumbnailStays_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("isEmpty"); // the cell
+        QTest::newRow("no image") << QByteArray("damaged") << true;
+        QTest::newRow("empty") << QByteArray() << true;
+        QTest::newRow("cut") << greenJpeg().chopped(40) << false;
+        QTest::newRow("larger than may be") << endlessJpeg() << true;
+    }
+
     void aDamagedThumbnailStays()
     {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, isEmpty);
         const QString file = m_bench->picture(QStringLiteral("beach.png"), red);
-        const QString thumbnail = collections::thumbnailFor(file);
-        m_bench->home.write(QStringLiteral("cache/") + QFileInfo(thumbnail).fileName(), "damaged");
+        const QByteArray image = contentOf(file);
+        putThumbnail(file, bytes);
         strip().add(file);
+        strip().add(m_bench->picture(QStringLiteral("shore.png"), red));
         QVERIFY(m_bench->draws());
-        QCOMPARE(m_bench->middle(0), m_bench->corner(0));
-        QFile stored(thumbnail);
-        QVERIFY(stored.open(QIODevice::ReadOnly));
-        QCOMPARE(stored.readAll(), QByteArray("damaged"));
+        QCOMPARE(m_bench->middle(0) == m_bench->corner(0), isEmpty);
+        QVERIFY(isNear(m_bench->middle(1), red));
+        QCOMPARE(contentOf(collections::thumbnailFor(file)), bytes);
+        QCOMPARE(contentOf(file), image);
+        strip().SetSelectedImages(QStringLiteral("0")); // which looks past it
+        QVERIFY(m_bench->settles());
+        QVERIFY(isNear(m_bench->middle(0), red));
+        QCOMPARE(contentOf(collections::thumbnailFor(file)), bytes);
     }
 
     void withoutACacheTheStripFillsAllTheSame_data()
@@ -184,6 +287,38 @@ class TestFilmstripCells : public QObject
         QVERIFY(!QFileInfo::exists(m_bench->home.path(QStringLiteral("nowhere"))));
     }
 
+    void aCacheThatTakesNoFilesCostsNothingElse()
+    {
+        QVERIFY(app::save(app::common::ThumbnailPath, QStringLiteral("/proc/"))); // not root's either
+        strip().add(m_bench->picture(QStringLiteral("beach.png"), red));
+        QVERIFY(m_bench->draws());
+        QVERIFY(isNear(m_bench->middle(0), red));
+    }
+
+    void aFullDiskCostsOnlyTheThumbnail_data()
+    {
+        QTest::addColumn<int>("bytes"); // that a file may have
+        QTest::newRow("nothing") << 0;
+        QTest::newRow("a part") << 300;
+    }
+
+    void aFullDiskCostsOnlyTheThumbnail()
+    {
+        QFETCH(int, bytes);
+        strip().add(m_bench->picture(QStringLiteral("beach.png"), red));
+        strip().add(m_bench->picture(QStringLiteral("shore.png"), green));
+        {
+            const FullDisk disk{rlim_t(bytes)};
+            QVERIFY(disk.isFull());
+            QVERIFY(m_bench->draws());
+        }
+        QVERIFY(isNear(m_bench->middle(0), red));
+        QVERIFY(isNear(m_bench->middle(1), green));
+        QCOMPARE(m_bench->thumbnails(), QStringList());
+        QVERIFY(m_bench->draws()); // there is room again
+        QCOMPARE(m_bench->thumbnails().size(), 2);
+    }
+
     void aDirectoryInTheThumbnailsPlaceStays()
     {
         const QString file = m_bench->picture(QStringLiteral("beach.png"), red);
@@ -202,9 +337,7 @@ class TestFilmstripCells : public QObject
         m_bench->addMany(5, red);
         QVERIFY(m_bench->draws());
         QCOMPARE(m_bench->thumbnails().size(), 7);
-        QFile letter(m_bench->cache() + QStringLiteral("letter.txt"));
-        QVERIFY(letter.open(QIODevice::ReadOnly));
-        QCOMPARE(letter.readAll(), QByteArray("dear"));
+        QCOMPARE(contentOf(m_bench->cache() + QStringLiteral("letter.txt")), QByteArray("dear"));
     }
 
     void transparencyIsWhiteOnAMissAndOnAHit()
@@ -276,6 +409,12 @@ class TestFilmstripCells : public QObject
 
   private:
     collections::Filmstrip& strip() const { return *m_bench->strip; }
+    /// Puts `bytes` where the thumbnail of `file` is looked for.
+    void putThumbnail(const QString& file, const QByteArray& bytes) const
+    {
+        const QString name = QFileInfo(collections::thumbnailFor(file)).fileName();
+        m_bench->home.write(QStringLiteral("cache/") + name, bytes);
+    }
     std::unique_ptr<FilmBench> m_bench;
 };
 

@@ -3,13 +3,18 @@
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "collections/ThumbnailCache.h"
+#include "engine/SmallPictures.h"
+#include "support/FullDisk.h"
+#include "support/ScarceMemory.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
 #include <QTest>
 
+#include <csignal>
 #include <memory>
 
 using namespace quorvia;
@@ -128,6 +133,37 @@ class TestThumbnailCache : public QObject
         QVERIFY(!hasThumbnail(m_cache + QStringLiteral("1_a?.thb"))); // no wildcard
         QVERIFY(!hasThumbnail(m_cache));
         QVERIFY(!hasThumbnail(QString()));
+    }
+
+    void aCrashInMidSaveLeavesNoThumbnail()
+    {
+        const QString image = m_home->write(QStringLiteral("pics/beach.png"), QByteArray());
+        QImage black(200, 150, QImage::Format_RGB32);
+        black.fill(Qt::black);
+        QVERIFY(black.save(image));
+        QVERIFY(QDir().mkpath(m_cache));
+        const QString thumbnail = thumbnailFor(image);
+        const auto store = [&] {
+            const auto same = [](QSize page) { return page; };
+            return bool(engine::readSmall({image, {}, same, thumbnail}, engine::CancelFlag(false)));
+        };
+        const auto storeWithRoom = [&store](rlim_t room) {
+            return test::heldWithMemory(qint64(256) << 20, [&store, room] {
+                const test::FullDisk disk(room);
+                std::signal(SIGXFSZ, SIG_DFL); // the write that does not fit ends the child
+                return store();
+            });
+        };
+        const int held = storeWithRoom(100);
+        if (held == -2)
+            QSKIP("memory cannot be limited under a sanitizer, which needs the address space for itself");
+        QCOMPARE(held, -1);
+        for (const QString& left : QDir(m_cache).entryList(QDir::Files | QDir::Hidden))
+            QVERIFY2(!left.endsWith(QStringLiteral(".thb")), qPrintable(left));
+        QVERIFY(countThumbnails(m_cache).files.isEmpty());
+        QVERIFY(!hasThumbnail(thumbnail));
+        QCOMPARE(storeWithRoom(10'000), 1); // it was the write that ended it
+        QVERIFY(hasThumbnail(thumbnail));
     }
 
     void counts()
