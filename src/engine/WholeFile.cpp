@@ -3,7 +3,58 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+
 namespace quorvia::engine {
+
+namespace {
+
+/// While it lives, a write beyond the user's limit on file sizes is an error like any other, and no longer
+/// the end of the program.
+class SizeSignalHeld
+{
+  public:
+    SizeSignalHeld()
+    {
+        sigemptyset(&m_signal);
+        sigaddset(&m_signal, SIGXFSZ);
+        pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
+    }
+    ~SizeSignalHeld()
+    {
+        constexpr timespec noTime = {};
+        while (sigtimedwait(&m_signal, nullptr, &noTime) == SIGXFSZ) {
+        }
+        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+    }
+    SizeSignalHeld(const SizeSignalHeld&) = delete;
+    SizeSignalHeld& operator=(const SizeSignalHeld&) = delete;
+
+  private:
+    sigset_t m_signal = {};
+    sigset_t m_before = {};
+};
+
+/// 0 when the disk has what was written, else the system's error number. Committing a QSaveFile asks the same
+/// and goes on whatever the answer.
+int syncError(int file)
+{
+    if (::fsync(file) == 0)
+        return 0;
+    return errno == EINVAL || errno == ENOTSUP ? 0 : errno; // not every file system offers it
+}
+
+Status failure(const QSaveFile& file)
+{
+    return Error{ErrorKind::WriteFailed, file.errorString()};
+}
+
+} // namespace
 
 Status writeWholeFile(const QString& path, const QByteArray& bytes)
 {
@@ -20,10 +71,22 @@ Status writeWholeFile(const QString& path, const QByteArray& bytes)
                                .arg(file.errorString())
                          : file.errorString()};
     }
-    // commit() writes what is buffered too, but puts the file in place all the same when that fails.
-    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
-        return Error{ErrorKind::WriteFailed, file.errorString()};
-    return ok();
+    const SizeSignalHeld held;
+    if (file.write(bytes) != bytes.size() || !file.flush())
+        return failure(file);
+    if (const int error = syncError(file.handle()); error != 0)
+        return Error{ErrorKind::WriteFailed, qt_error_string(error)};
+    return file.commit() ? ok() : failure(file);
+}
+
+void syncDirectoryOf(const QString& path)
+{
+    const QByteArray directory = QFile::encodeName(QFileInfo(path).path());
+    const int opened = ::open(directory.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (opened < 0)
+        return;
+    ::fsync(opened);
+    ::close(opened);
 }
 
 } // namespace quorvia::engine

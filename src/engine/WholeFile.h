@@ -8,10 +8,15 @@
 
 namespace quorvia::engine {
 
-/// Puts `bytes` at `path` (native path) through a file beside it that is renamed at the end. Permissions of
-/// an existing file are kept; a symbolic link stays and what it leads to is written. WriteFailed, with the
-/// old content untouched, when the file, its directory or the disk does not take it: a file in a directory
-/// without write permission is not written in place, since a failure half way would lose the old content.
+/// Puts `bytes` at `path` (native path) through a file beside it that takes the name when the disk has all of
+/// them. Permissions of an existing file are kept; a symbolic link stays and what it leads to is written.
+/// WriteFailed, with the old content untouched, when the file, its directory or the disk does not take it: a
+/// file in a directory without write permission is not written in place, since a failure half way would lose
+/// the old content.
 Status writeWholeFile(const QString& path, const QByteArray& bytes);
+
+/// Waits until the disk also has the names in the directory of `path`, so that a loss of power does not bring
+/// an old content back. Dear: milliseconds. What the file system does not offer is passed over.
+void syncDirectoryOf(const QString& path);
 
 } // namespace quorvia::engine

@@ -75,12 +75,13 @@ Description readDescription(const QString& image)
     return {.state = Description::State::Read, .text = descriptionText(bytes)};
 }
 
-bool saveDescription(const QString& image, const QString& text)
+bool writeDescription(const QString& sidecar, const QString& text)
 {
-    const QString sidecar = descriptionPath(image);
     makeDirectoryAgain(sidecar);
     const engine::Status written = engine::writeWholeFile(sidecar, descriptionBytes(text));
-    if (!written)
+    if (written)
+        engine::syncDirectoryOf(sidecar);
+    else
         app::WriteLog(QStringLiteral("Description not saved: %1: %2").arg(sidecar, written.error().text));
     return bool(written);
 }

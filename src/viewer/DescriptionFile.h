@@ -31,9 +31,9 @@ QByteArray descriptionBytes(const QString& text);
 /// The description of the image at `image`. A sidecar that cannot be read, is no regular file or is larger
 /// than 64 MiB is Unreadable, with a line in the log.
 Description readDescription(const QString& image);
-/// Writes `text` to the sidecar of the image at `image`, through a file of another name beside it: at no time
-/// is there half a sidecar. Makes the directory when it has gone. False, with the old sidecar untouched and a
-/// line in the log, when it cannot be written.
-bool saveDescription(const QString& image, const QString& text);
+/// Writes `text` to `sidecar`, through a file of another name beside it: at no time is there half a sidecar.
+/// Makes the directory when it has gone. False, with the old sidecar untouched and a line in the log, when it
+/// cannot be written.
+bool writeDescription(const QString& sidecar, const QString& text);
 
 } // namespace quorvia::viewer

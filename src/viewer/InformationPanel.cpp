@@ -212,7 +212,7 @@ void InformationPanel::saveDescriptionNow()
     if (!platform::isRegularFile(image))
         return;
     const QString text = m_tDes->text();
-    if (text != QLatin1String(ownWord) && text != m_stored && saveDescription(image, text))
+    if (text != QLatin1String(ownWord) && text != m_stored && writeDescription(descriptionPath(image), text))
         m_stored = text;
 }
 

@@ -1,5 +1,6 @@
 #include "engine/WholeFile.h"
 #include "support/FullDisk.h"
+#include "support/FileSizeLimit.h"
 
 #include <QtTest>
 
@@ -138,6 +139,19 @@ class tst_WholeFile : public QObject
     }
 
     void deviceInPlace() { QVERIFY(!writeWholeFile(QStringLiteral("/dev/full"), "new")); }
+
+    void aLimitOnFileSizesIsAnError()
+    {
+        put(path("a"), "old");
+        {
+            const quorvia::test::FileSizeLimit limit(1000);
+            const Status status = writeWholeFile(path("a"), QByteArray(100000, 'x'));
+            QVERIFY(!status);
+            QVERIFY(!status.error().text.isEmpty());
+        }
+        QCOMPARE(contentOf(path("a")), QByteArray("old"));
+        QCOMPARE(names(), QStringList{"a"});
+    }
 
     void noName() { QVERIFY(!writeWholeFile(QString(), "new")); }
 

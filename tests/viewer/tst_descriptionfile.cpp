@@ -45,6 +45,10 @@ class TestDescriptionFile : public QObject
 
     QString directory() const { return app::InstallPath() + QStringLiteral("Description"); }
     QString log() const { return QString::fromUtf8(contents(app::logPath())); }
+    bool save(const QString& text) const
+    {
+        return viewer::writeDescription(viewer::descriptionPath(m_image), text);
+    }
     QString putSidecar(const QByteArray& bytes) const
     {
         return m_home->write(QStringLiteral("root/Description/") +
@@ -126,7 +130,7 @@ class TestDescriptionFile : public QObject
     {
         QFETCH(QString, text);
         QCOMPARE(viewer::readDescription(m_image).state, Description::State::None);
-        QVERIFY(viewer::saveDescription(m_image, text));
+        QVERIFY(save(text));
         const Description read = viewer::readDescription(m_image);
         QCOMPARE(read.state, Description::State::Read);
         QVERIFY(read.text == text);
@@ -137,10 +141,10 @@ class TestDescriptionFile : public QObject
     /// Whoever has the old file open still has all of it: the new one took its name, not its bytes.
     void aSaveReplacesTheFileWhole()
     {
-        QVERIFY(viewer::saveDescription(m_image, QStringLiteral("the old text")));
+        QVERIFY(save(QStringLiteral("the old text")));
         QFile old(viewer::descriptionPath(m_image));
         QVERIFY(old.open(QIODevice::ReadOnly));
-        QVERIFY(viewer::saveDescription(m_image, QStringLiteral("new")));
+        QVERIFY(save(QStringLiteral("new")));
         QCOMPARE(old.readAll(), QByteArray("the old text\n"));
         QCOMPARE(contents(viewer::descriptionPath(m_image)), QByteArray("new\n"));
         QCOMPARE(namesIn(directory()).size(), 1);
@@ -149,7 +153,7 @@ class TestDescriptionFile : public QObject
     void aMissingDirectoryIsMadeAgain()
     {
         QVERIFY(!app::FolderExists(directory()));
-        QVERIFY(viewer::saveDescription(m_image, QStringLiteral("kept")));
+        QVERIFY(save(QStringLiteral("kept")));
         QCOMPARE(viewer::readDescription(m_image).text, QStringLiteral("kept"));
         QVERIFY2(log().contains(QLatin1String("Description directory was missing")), qPrintable(log()));
     }
@@ -157,7 +161,7 @@ class TestDescriptionFile : public QObject
     void aDirectoryThatCannotBeMadeIsALogLine()
     {
         m_home->write(QStringLiteral("root/Description"), "a file in its place");
-        QVERIFY(!viewer::saveDescription(m_image, QStringLiteral("lost")));
+        QVERIFY(!save(QStringLiteral("lost")));
         QVERIFY2(log().contains(QLatin1String("Description directory cannot be made: ")), qPrintable(log()));
         QVERIFY2(log().contains(QLatin1String("Description not saved: ")), qPrintable(log()));
         QCOMPARE(contents(directory()), QByteArray("a file in its place"));
@@ -165,14 +169,12 @@ class TestDescriptionFile : public QObject
 
     void aReadOnlyDirectoryKeepsTheOldText()
     {
-        QVERIFY(viewer::saveDescription(m_image, QStringLiteral("the old text")));
+        QVERIFY(save(QStringLiteral("the old text")));
         m_home->write(QStringLiteral(".local/state/quorvia/qolog.log"), QByteArray());
         QVERIFY(QFile::setPermissions(app::logPath(), QFile::Permissions(0x6666)));
         QVERIFY(test::openToEveryone(qPrintable(m_home->path(QStringLiteral(".")))));
         QCOMPARE(::chmod(qPrintable(directory()), 0555), 0);
-        const QString image = m_image;
-        QVERIFY(test::holdsUnprivileged(
-            [image] { return !viewer::saveDescription(image, QStringLiteral("lost")); }));
+        QVERIFY(test::holdsUnprivileged([this] { return !save(QStringLiteral("lost")); }));
         QCOMPARE(::chmod(qPrintable(directory()), 0755), 0);
         QCOMPARE(viewer::readDescription(m_image).text, QStringLiteral("the old text"));
         QCOMPARE(namesIn(directory()).size(), 1);
@@ -204,7 +206,7 @@ class TestDescriptionFile : public QObject
         QCOMPARE(pipe ? ::mkfifo(qPrintable(sidecar), 0600) : ::mkdir(qPrintable(sidecar), 0700), 0);
         QCOMPARE(viewer::readDescription(m_image).state, Description::State::Unreadable);
         QVERIFY2(log().contains(QLatin1String("Description not read: ")), qPrintable(log()));
-        QVERIFY(!viewer::saveDescription(m_image, QStringLiteral("lost")));
+        QVERIFY(!save(QStringLiteral("lost")));
     }
 
     void whatIsTooLargeIsNotRead()

@@ -5,7 +5,7 @@
 #include "platform/Contrast.h"
 #include "support/ScratchHome.h"
 #include "viewer/DescriptionFile.h"
-#include "viewer/InformationPanel.h"
+#include "viewer/PanelBench.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -21,99 +21,32 @@
 #include <memory>
 
 using namespace quorvia;
-using viewer::InformationPanel;
-
-namespace {
-
-/// The panes of a window with the panel in them, three images, and what was asked.
-class PanelBench
-{
-  public:
-    PanelBench()
-    {
-        for (const char* name : {"a.png", "b.png", "c.png"})
-            home.write(QStringLiteral("pics/") + QLatin1String(name), name);
-        window.resize(900, 180);
-        pInformation.setGeometry(window.rect());
-        pShowInfo.setGeometry(3, 3, 894, 174);
-        for (QWidget* pane : {&pInformation, &pShowInfo})
-            pane->setAutoFillBackground(true);
-        app::setPaneColor(&pInformation, QColor(0, 121, 191));
-        panel = std::make_unique<InformationPanel>(
-            InformationPanel::Parts{.pInformation = &pInformation,
-                                    .pShowInfo = &pShowInfo,
-                                    .fileName = [this] { return current; },
-                                    .image = {.facts = [this] { return facts; },
-                                              .uniqueColors =
-                                                  [this] {
-                                                      ++counts;
-                                                      if (!fallBack.isNull())
-                                                          current = std::exchange(fallBack, QString());
-                                                      return colors;
-                                                  }},
-                                    .openFolder = [this](const QString& folder) { folders.append(folder); }});
-        window.show();
-        window.activateWindow();
-        if (!QTest::qWaitForWindowActive(&window))
-            qFatal("no window");
-    }
-
-    QString image(const char* name) const { return home.path(QStringLiteral("pics/") + QLatin1String(name)); }
-    void open(const char* name)
-    {
-        current = image(name);
-        panel->showCurrent();
-    }
-    template <class T>
-    T* part(const char* name)
-    {
-        T* const found = window.findChild<T*>(QLatin1String(name));
-        if (!found)
-            qFatal("no %s", name);
-        return found;
-    }
-    QPlainTextEdit* tDes() { return part<QPlainTextEdit>("tDes"); }
-    QTimer* tSaveDes() { return part<QTimer>("tSaveDes"); }
-    QString stored(const char* name) const { return viewer::readDescription(image(name)).text; }
-    QStringList sidecars() const
-    {
-        return QDir(app::InstallPath() + QStringLiteral("Description")).entryList(QDir::Files);
-    }
-    /// Types over what tDes holds.
-    void typeAnew(const QString& text)
-    {
-        tDes()->setFocus();
-        tDes()->selectAll();
-        QTest::keyClicks(tDes(), text);
-    }
-
-    test::ScratchHome home;
-    QWidget window;
-    QWidget pInformation{&window};
-    QWidget pShowInfo{&pInformation};
-    QString current;
-    QString fallBack; ///< the image that comes back when the pixels turn out to be unreadable
-    app::ImageFacts facts{QSize(640, 480), 24};
-    int colors = 77;
-    int counts = 0;
-    QStringList folders;
-    std::unique_ptr<InformationPanel> panel;
-};
-
-} // namespace
+using test::PanelBench;
 
 class TestInformationPanel : public QObject
 {
     Q_OBJECT
 
   private:
+    std::unique_ptr<test::ScratchHome> m_home;
     std::unique_ptr<PanelBench> m_bench;
     PanelBench& bench() { return *m_bench; }
     QString textOf(const char* field) { return bench().part<QPlainTextEdit>(field)->toPlainText(); }
 
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<PanelBench>(); }
-    void cleanup() { m_bench.reset(); }
+    void init()
+    {
+        m_home = std::make_unique<test::ScratchHome>();
+        for (const char* name : {"a.png", "b.png", "c.png"})
+            m_home->write(QStringLiteral("pics/") + QLatin1String(name), name);
+        m_bench = std::make_unique<PanelBench>(m_home->path(QStringLiteral("pics/")));
+    }
+
+    void cleanup()
+    {
+        m_bench.reset();
+        m_home.reset();
+    }
 
     void showsTheCurrentImage()
     {
@@ -307,7 +240,7 @@ class TestInformationPanel : public QObject
 
     void anEmptiedDescriptionStaysEmpty()
     {
-        QVERIFY(viewer::saveDescription(bench().image("a.png"), QStringLiteral("old")));
+        QVERIFY(bench().store("a.png", QStringLiteral("old")));
         bench().open("a.png");
         bench().tDes()->setFocus();
         QTest::keyClick(bench().tDes(), Qt::Key_Delete);
@@ -320,7 +253,7 @@ class TestInformationPanel : public QObject
     {
         const QString sidecar = viewer::descriptionPath(bench().image("b.png"));
         QVERIFY(QDir().mkpath(sidecar)); // a directory in its place
-        QVERIFY(viewer::saveDescription(bench().image("a.png"), QStringLiteral("of a")));
+        QVERIFY(bench().store("a.png", QStringLiteral("of a")));
         bench().open("a.png");
         bench().open("b.png");
         QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
@@ -423,7 +356,7 @@ class TestInformationPanel : public QObject
         QTest::mouseDClick(tPath, Qt::RightButton);
         QVERIFY(bench().folders.isEmpty());
         QTest::mouseDClick(tPath, Qt::LeftButton);
-        QCOMPARE(bench().folders, QStringList{bench().home.path(QStringLiteral("pics/"))});
+        QCOMPARE(bench().folders, QStringList{bench().pictures});
         QTest::keyClick(tPath, Qt::Key_Return);
         QCOMPARE(bench().folders.size(), 2);
         QTest::keyClick(tPath, Qt::Key_Return, Qt::AltModifier);

@@ -1,0 +1,97 @@
+// The information panel in a window of its own, for tests that type into it.
+#pragma once
+
+#include "app/Colors.h"
+#include "app/Paths.h"
+#include "viewer/DescriptionFile.h"
+#include "viewer/InformationPanel.h"
+
+#include <QDir>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include <memory>
+#include <utility>
+
+namespace quorvia::test {
+
+/// The panes of a window with the panel in them, the current image, and what was asked.
+class PanelBench
+{
+  public:
+    /// `folder` (with a separator at its end) holds the images.
+    explicit PanelBench(const QString& folder) : pictures(folder)
+    {
+        window.resize(900, 180);
+        pInformation.setGeometry(window.rect());
+        pShowInfo.setGeometry(3, 3, 894, 174);
+        for (QWidget* pane : {&pInformation, &pShowInfo})
+            pane->setAutoFillBackground(true);
+        app::setPaneColor(&pInformation, QColor(0, 121, 191));
+        panel = std::make_unique<viewer::InformationPanel>(viewer::InformationPanel::Parts{
+            .pInformation = &pInformation,
+            .pShowInfo = &pShowInfo,
+            .fileName = [this] { return current; },
+            .image = {.facts = [this] { return facts; },
+                      .uniqueColors =
+                          [this] {
+                              ++counts;
+                              if (!fallBack.isNull())
+                                  current = std::exchange(fallBack, QString());
+                              return colors;
+                          }},
+            .openFolder = [this](const QString& opened) { folders.append(opened); }});
+        window.show();
+        window.activateWindow();
+        if (!QTest::qWaitForWindowActive(&window))
+            qFatal("no window");
+    }
+
+    QString image(const char* name) const { return pictures + QLatin1String(name); }
+    void open(const char* name)
+    {
+        current = image(name);
+        panel->showCurrent();
+    }
+    template <class T>
+    T* part(const char* name)
+    {
+        T* const found = window.findChild<T*>(QLatin1String(name));
+        if (!found)
+            qFatal("no %s", name);
+        return found;
+    }
+    QPlainTextEdit* tDes() { return part<QPlainTextEdit>("tDes"); }
+    QTimer* tSaveDes() { return part<QTimer>("tSaveDes"); }
+    /// Makes `text` the description of the image in its present state.
+    bool store(const char* name, const QString& text) const
+    {
+        return viewer::writeDescription(viewer::descriptionPath(image(name)), text);
+    }
+    QString stored(const char* name) const { return viewer::readDescription(image(name)).text; }
+    QStringList sidecars() const
+    {
+        return QDir(app::InstallPath() + QStringLiteral("Description")).entryList(QDir::Files);
+    }
+    /// Types over what tDes holds.
+    void typeAnew(const QString& text)
+    {
+        tDes()->setFocus();
+        tDes()->selectAll();
+        QTest::keyClicks(tDes(), text);
+    }
+
+    QString pictures;
+    QWidget window;
+    QWidget pInformation{&window};
+    QWidget pShowInfo{&pInformation};
+    QString current;
+    QString fallBack; ///< the image that comes back when the pixels turn out to be unreadable
+    app::ImageFacts facts{QSize(640, 480), 24};
+    int colors = 77;
+    int counts = 0;
+    QStringList folders;
+    std::unique_ptr<viewer::InformationPanel> panel;
+};
+
+} // namespace quorvia::test
