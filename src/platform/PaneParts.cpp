@@ -17,11 +17,10 @@ constexpr int inset = 6;      // pixels, as all below
 constexpr int arrowSide = 12; // of the sign that tells whether a pane is open
 constexpr int headSpace = 8;  // above and below a title, together
 
-bool choosesRow(const QKeyEvent& key)
+bool isChoosingKey(const QKeyEvent& key)
 {
     const bool plain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    return plain && !key.isAutoRepeat() &&
-           (key.key() == Qt::Key_Space || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
+    return plain && (key.key() == Qt::Key_Space || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
 }
 
 QFont boldFont()
@@ -76,10 +75,10 @@ void PaneHead::paintEvent(QPaintEvent*)
 
 void PaneHead::keyPressEvent(QKeyEvent* event)
 {
-    if (choosesRow(*event))
-        click();
-    else
+    if (!isChoosingKey(*event))
         event->ignore(); // the viewer's own keys work here too
+    else if (!event->isAutoRepeat())
+        click();
 }
 
 PaneRow::PaneRow(const PaneItem& item, QWidget* parent) : QLabel(parent), m_kind(item.kind)
@@ -117,10 +116,10 @@ void PaneRow::mouseReleaseEvent(QMouseEvent* event)
 
 void PaneRow::keyPressEvent(QKeyEvent* event)
 {
-    if (m_kind == PaneItemKind::Link && choosesRow(*event))
-        Q_EMIT clicked();
-    else
+    if (m_kind != PaneItemKind::Link || !isChoosingKey(*event))
         event->ignore();
+    else if (!event->isAutoRepeat())
+        Q_EMIT clicked();
 }
 
 void PaneRow::focusInEvent(QFocusEvent* event)

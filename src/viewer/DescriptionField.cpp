@@ -1,6 +1,7 @@
 #include "viewer/DescriptionField.h"
 
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QScopedValueRollback>
 
@@ -21,6 +22,15 @@ bool hasEndlessWord(const QString& text)
         length = character.isSpace() ? 0 : length + 1;
         return length > longest;
     });
+}
+
+bool wouldType(const QKeyEvent& key)
+{
+    const bool plain =
+        (key.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier)) ==
+        Qt::NoModifier;
+    const QString text = key.text();
+    return plain && key.key() != Qt::Key_Escape && !text.isEmpty() && !text.at(0).isNull();
 }
 
 } // namespace
@@ -61,6 +71,18 @@ QString DescriptionField::text() const
     QString text = document()->toRawText();
     text.replace(QChar::ParagraphSeparator, u'\n');
     return text;
+}
+
+void DescriptionField::keyPressEvent(QKeyEvent* event)
+{
+    if (!isReadOnly() && event->matches(QKeySequence::InsertLineSeparator)) {
+        textCursor().insertBlock(); // a line end like any other, so that other programs know it
+        ensureCursorVisible();
+        return;
+    }
+    QPlainTextEdit::keyPressEvent(event);
+    if (isReadOnly() && wouldType(*event))
+        event->accept(); // whoever writes here does not mean the window's commands
 }
 
 void DescriptionField::focusInEvent(QFocusEvent* event)

@@ -23,6 +23,7 @@ class DescriptionField : public QPlainTextEdit
 
   protected:
     void insertFromMimeData(const QMimeData* source) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 

@@ -165,7 +165,8 @@ void InformationPanel::showCurrent()
     m_tFileInfo->setPlainText(fileInfoText(fileFacts(m_path)));
     showImageFacts(std::nullopt);
     m_rest.start();
-    showDescription();
+    if (m_target.image != m_path || m_path.isEmpty()) // else what could not be saved would go
+        showDescription();
 }
 
 void InformationPanel::showImageFacts(std::optional<int> colors)
@@ -186,6 +187,7 @@ void InformationPanel::countColors()
 
 void InformationPanel::showDescription()
 {
+    m_target = {};
     const Description description = readDescription(m_path);
     m_stored =
         description.state == Description::State::Read ? description.text : QString::fromLatin1(noDescription);
@@ -199,21 +201,23 @@ void InformationPanel::noteEdit()
 {
     if (m_tDes->text() == QLatin1String(ownWord))
         return;
-    m_saveTarget = m_path;
+    if (m_target.image.isEmpty())
+        m_target = {.image = m_path, .sidecar = descriptionPath(m_path)};
     m_tSaveDes->start();
 }
 
 void InformationPanel::saveDescriptionNow()
 {
-    if (!m_tSaveDes->isActive())
-        return;
     m_tSaveDes->stop();
-    const QString image = std::exchange(m_saveTarget, QString());
-    if (!platform::isRegularFile(image))
-        return;
-    const QString text = m_tDes->text();
-    if (text != QLatin1String(ownWord) && text != m_stored && writeDescription(descriptionPath(image), text))
-        m_stored = text;
+    if (platform::isRegularFile(m_target.image)) {
+        const QString text = m_tDes->text();
+        const bool changed = text != QLatin1String(ownWord) && text != m_stored;
+        if (changed && !writeDescription(m_target.sidecar, text))
+            return;
+        if (changed)
+            m_stored = text;
+    }
+    m_target = {};
 }
 
 bool InformationPanel::eventFilter(QObject* watched, QEvent* event)

@@ -2,7 +2,8 @@
 // is asked of disk or image. Counting colours is dear and so waits until an image stays for a moment.
 //
 // What is typed as a description is saved half a second after the last key, or as soon as another image
-// comes: always under the image that was shown when it was typed.
+// comes: always under the image that was shown when it was typed. What cannot be saved stays in the box, and
+// the next key and the next image try again.
 #pragma once
 
 #include "app/ImageFacts.h"
@@ -42,9 +43,9 @@ class InformationPanel : public QWidget
     /// Shows the image that is current now, unless the pane is hidden. Saves first what was typed for the one
     /// before.
     void showCurrent();
-    /// True while a changed description waits to be saved.
+    /// True while a changed description waits for its delay to go by.
     bool isDescriptionUnsaved() const { return m_tSaveDes->isActive(); }
-    /// Saves the description that waits, if one does.
+    /// Saves the description that waits, if one does; also one that could not be saved before.
     void saveDescriptionNow();
 
   protected:
@@ -52,6 +53,12 @@ class InformationPanel : public QWidget
     void changeEvent(QEvent* event) override;
 
   private:
+    struct Target
+    {
+        QString image;
+        QString sidecar; ///< of the state that the image had at the first key
+    };
+
     void makeFields();
     void layOut();
     void takeColors();
@@ -68,10 +75,10 @@ class InformationPanel : public QWidget
     QPlainTextEdit* m_tImageInfo;
     DescriptionField* m_tDes;
     QTimer* m_tSaveDes;
-    QTimer m_rest{this};  ///< runs while the colours of the image shown are not counted
-    QString m_path;       ///< of the image that is shown
-    QString m_saveTarget; ///< the image whose description waits to be saved
-    QString m_stored;     ///< what tDes held when it was last like its file
+    QTimer m_rest{this}; ///< runs while the colours of the image shown are not counted
+    QString m_path;      ///< of the image that is shown
+    Target m_target;     ///< where the description that waits is saved to; empty while none does
+    QString m_stored;    ///< what tDes held when it was last like its file
 };
 
 } // namespace quorvia::viewer

@@ -107,6 +107,21 @@ class TestPaneBar : public QObject
         QCOMPARE(clicked.count(), 1);
     }
 
+    /// The repeats would run what the key means to the window.
+    void aHeldKeyChoosesOnceAndStaysHere()
+    {
+        QSignalSpy clicked(m_bar, &PaneBar::itemClicked);
+        for (QWidget* part : {static_cast<QWidget*>(head("one")), static_cast<QWidget*>(row("a"))}) {
+            for (const bool repeated : {false, true, true}) {
+                QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), repeated);
+                QCoreApplication::sendEvent(part, &event);
+                QVERIFY(event.isAccepted());
+            }
+        }
+        QVERIFY(m_bar->isFolded(QStringLiteral("one")));
+        QCOMPARE(clicked.count(), 1);
+    }
+
     void rowsAreClickedOnRelease()
     {
         QSignalSpy clicked(m_bar, &PaneBar::itemClicked);

@@ -1,8 +1,10 @@
 // The information panel on its own: what it shows, when it asks, and which image a description lands on.
 #include "app/Colors.h"
+#include "app/Log.h"
 #include "app/mFile.h"
 #include "app/Paths.h"
 #include "platform/Contrast.h"
+#include "support/FileSizeLimit.h"
 #include "support/ScratchHome.h"
 #include "viewer/DescriptionFile.h"
 #include "viewer/PanelBench.h"
@@ -31,6 +33,11 @@ class TestInformationPanel : public QObject
     std::unique_ptr<test::ScratchHome> m_home;
     std::unique_ptr<PanelBench> m_bench;
     PanelBench& bench() { return *m_bench; }
+    QByteArray log() const
+    {
+        QFile file(app::logPath());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     QString textOf(const char* field) { return bench().part<QPlainTextEdit>(field)->toPlainText(); }
 
   private Q_SLOTS:
@@ -226,6 +233,79 @@ class TestInformationPanel : public QObject
         QVERIFY(bench().sidecars().isEmpty());
     }
 
+    void anImageThatTakesItsPlaceGetsNoDescription_data()
+    {
+        QTest::addColumn<bool>("switched");
+        QTest::newRow("the delay goes by") << false;
+        QTest::newRow("it is shown within the delay") << true;
+    }
+
+    void anImageThatTakesItsPlaceGetsNoDescription()
+    {
+        QFETCH(bool, switched);
+        bench().open("a.png");
+        const QString sidecar = viewer::descriptionPath(bench().image("a.png"));
+        bench().typeAnew(QStringLiteral("of the old one"));
+        m_home->write(QStringLiteral("pics/a.png"), "another picture");
+        if (switched)
+            bench().open("a.png");
+        QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+        QVERIFY(QFile::exists(sidecar));
+        QCOMPARE(bench().sidecars().size(), 1);
+        bench().open("a.png");
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        bench().typeAnew(QStringLiteral("of the new one"));
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of the new one"));
+        QCOMPARE(bench().sidecars().size(), 2);
+    }
+
+    void aFailedSaveKeepsTheText_data()
+    {
+        QTest::addColumn<bool>("limit");
+        QTest::newRow("a file in place of the directory") << false;
+        QTest::newRow("a limit on file sizes") << true;
+    }
+
+    void aFailedSaveKeepsTheText()
+    {
+        QFETCH(bool, limit);
+        constexpr int tooMuch = 100000;
+        const QString text = QString(limit ? tooMuch : 10, u'x');
+        if (!limit)
+            m_home->write(QStringLiteral("root/Description"), "a file");
+        bench().open("a.png");
+        bench().tDes()->setFocus();
+        bench().tDes()->insertPlainText(text); // over the selection
+        {
+            const test::FileSizeLimit none(limit ? tooMuch / 2 : RLIM_INFINITY);
+            QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
+            QCOMPARE(textOf("tDes"), text);
+            QVERIFY(log().contains("Description not saved: "));
+            bench().open("a.png"); // as on a change of tabs
+            QCOMPARE(textOf("tDes"), text);
+        }
+        QVERIFY(bench().sidecars().isEmpty());
+        if (!limit)
+            QVERIFY(QFile::remove(m_home->path(QStringLiteral("root/Description"))));
+        QTest::keyClicks(bench().tDes(), QStringLiteral("!"));
+        QTRY_COMPARE(bench().stored("a.png"), text + u'!');
+    }
+
+    void aFailedSaveIsTriedAgainBeforeTheNextImage()
+    {
+        m_home->write(QStringLiteral("root/Description"), "a file");
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("of a"));
+        bench().panel->saveDescriptionNow();
+        QVERIFY(QFile::remove(m_home->path(QStringLiteral("root/Description"))));
+        bench().open("b.png");
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().sidecars().size(), 1);
+    }
+
     void theProgramsOwnWordIsNotSaved()
     {
         bench().open("a.png");
@@ -259,9 +339,63 @@ class TestInformationPanel : public QObject
         QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
         bench().typeAnew(QStringLiteral("of b"));
         QVERIFY(!bench().panel->isDescriptionUnsaved());
+        QVERIFY(log().contains("Description not read: "));
         bench().open("a.png");
         QVERIFY(!bench().tDes()->isReadOnly());
         QCOMPARE(textOf("tDes"), QStringLiteral("of a"));
+    }
+
+    /// What is typed there must not run the window's commands.
+    void aBoxThatTakesNoTextKeepsItsKeys_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("modifiers");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("taken");
+        const auto row = [](const char* name, int key, int modifiers, const char* text, bool taken) {
+            QTest::newRow(name) << key << modifiers << QString::fromLatin1(text) << taken;
+        };
+        row("a letter", Qt::Key_D, Qt::NoModifier, "d", true);
+        row("a capital", Qt::Key_D, Qt::ShiftModifier, "D", true);
+        row("Delete", Qt::Key_Delete, Qt::NoModifier, "\x7f", true);
+        row("Backspace", Qt::Key_Backspace, Qt::NoModifier, "\b", true);
+        row("Enter", Qt::Key_Return, Qt::NoModifier, "\r", true);
+        row("a command of the window", Qt::Key_O, Qt::ControlModifier, "\x0f", false);
+        row("a function key", Qt::Key_F11, Qt::NoModifier, "", false);
+        row("Escape", Qt::Key_Escape, Qt::NoModifier, "\x1b", false);
+    }
+
+    void aBoxThatTakesNoTextKeepsItsKeys()
+    {
+        QFETCH(int, key);
+        QFETCH(int, modifiers);
+        QFETCH(QString, text);
+        QVERIFY(QDir().mkpath(viewer::descriptionPath(bench().image("a.png"))));
+        bench().open("a.png");
+        QVERIFY(bench().tDes()->isReadOnly());
+        bench().tDes()->setFocus();
+        QKeyEvent event(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiers), text);
+        QCoreApplication::sendEvent(bench().tDes(), &event);
+        QTEST(event.isAccepted(), "taken");
+        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
+    }
+
+    void everyLineEndOfTheKeysIsOne_data()
+    {
+        QTest::addColumn<int>("modifiers");
+        QTest::newRow("Enter") << 0;
+        QTest::newRow("Shift+Enter") << int(Qt::ShiftModifier);
+    }
+
+    void everyLineEndOfTheKeysIsOne()
+    {
+        QFETCH(int, modifiers);
+        bench().open("a.png");
+        bench().typeAnew(QStringLiteral("one"));
+        QTest::keyClick(bench().tDes(), Qt::Key_Return, Qt::KeyboardModifiers(modifiers));
+        QTest::keyClicks(bench().tDes(), QStringLiteral("two"));
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("one\ntwo"));
     }
 
     void nothingOfOneImageIsUndoneIntoAnother()
