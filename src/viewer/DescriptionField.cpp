@@ -1,28 +1,18 @@
 #include "viewer/DescriptionField.h"
 
+#include "viewer/LongLines.h"
+
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScopedValueRollback>
+#include <QTextBlock>
 
-#include <algorithm>
 #include <utility>
 
 namespace quorvia::viewer {
 
 namespace {
-
-/// Whether so many characters of `text` follow each other without a blank or line end that the search for a
-/// place to break the line, begun anew for each line of the box, would take minutes.
-bool hasEndlessWord(const QString& text)
-{
-    constexpr qsizetype longest = 1000;
-    qsizetype length = 0;
-    return std::any_of(text.begin(), text.end(), [&length](QChar character) {
-        length = character.isSpace() ? 0 : length + 1;
-        return length > longest;
-    });
-}
 
 bool wouldType(const QKeyEvent& key)
 {
@@ -47,39 +37,71 @@ DescriptionField::DescriptionField(QWidget* parent) : QPlainTextEdit(parent)
 void DescriptionField::showText(const QString& text)
 {
     const QScopedValueRollback showing(m_showing, true);
-    clear(); // else what stands here would be laid out once more, the new way
-    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    wrapFor(text);
-    setPlainText(text);
+    clear();
+    setUndoRedoEnabled(false);
+    insertLines(textCursor(), text);
+    setUndoRedoEnabled(true);
+    moveCursor(QTextCursor::Start);
 }
 
-void DescriptionField::wrapFor(const QString& text)
+QMimeData* DescriptionField::createMimeDataFromSelection() const
 {
-    if (hasEndlessWord(text))
-        setWordWrapMode(QTextOption::WrapAnywhere);
+    auto* const selection = new QMimeData;
+    selection->setText(selectedLines(textCursor()));
+    return selection;
 }
 
 void DescriptionField::insertFromMimeData(const QMimeData* source)
 {
-    wrapFor(source->text());
-    QPlainTextEdit::insertFromMimeData(source);
+    if (isReadOnly() || !source->hasText())
+        return;
+    QString text = source->text();
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text.replace(u'\r', u'\n');
+    text.replace(QChar::ParagraphSeparator, u'\n');
+    insertLines(textCursor(), text);
+    ensureCursorVisible();
 }
 
 QString DescriptionField::text() const
 {
     // The plain text of the box would have common blanks in place of those that do not break.
-    QString text = document()->toRawText();
-    text.replace(QChar::ParagraphSeparator, u'\n');
-    return text;
+    QTextCursor all(document());
+    all.select(QTextCursor::Document);
+    return selectedLines(all);
+}
+
+bool DescriptionField::holds(QLatin1String word) const
+{
+    return document()->characterCount() == word.size() + 1 && text() == word;
+}
+
+/// Takes the caret to the other side of a place where a long line goes on in the next block, so that `key`
+/// deletes a letter of the text.
+void DescriptionField::stepOverJoint(const QKeyEvent& key)
+{
+    QTextCursor cursor = textCursor();
+    const bool back =
+        key.key() == Qt::Key_Backspace && cursor.atBlockStart() && continuesLine(cursor.block());
+    const bool forward =
+        key.key() == Qt::Key_Delete && cursor.atBlockEnd() && continuesLine(cursor.block().next());
+    if (cursor.hasSelection() || back == forward)
+        return;
+    cursor.movePosition(back ? QTextCursor::PreviousCharacter : QTextCursor::NextCharacter);
+    setTextCursor(cursor);
 }
 
 void DescriptionField::keyPressEvent(QKeyEvent* event)
 {
-    if (!isReadOnly() && event->matches(QKeySequence::InsertLineSeparator)) {
-        textCursor().insertBlock(); // a line end like any other, so that other programs know it
+    const bool endsLine = event->matches(QKeySequence::InsertParagraphSeparator) ||
+                          event->matches(QKeySequence::InsertLineSeparator);
+    if (!isReadOnly() && endsLine) { // all alike, so that other programs know them
+        insertLines(textCursor(), QStringLiteral("\n"));
         ensureCursorVisible();
         return;
     }
+    if (!isReadOnly())
+        stepOverJoint(*event);
     QPlainTextEdit::keyPressEvent(event);
     if (isReadOnly() && wouldType(*event))
         event->accept(); // whoever writes here does not mean the window's commands

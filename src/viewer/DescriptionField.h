@@ -1,5 +1,6 @@
 // The text box of an image's description: typing after entering it replaces what stands there. It tells of
-// what the user changes, never of what it is given. Long texts cost when they are shown, not when typed into.
+// what the user changes, never of what it is given. A text of a
+// mebibyte costs when it is shown, not when it is typed into.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -17,18 +18,21 @@ class DescriptionField : public QPlainTextEdit
     void showText(const QString& text);
     /// The text character by character as it was typed or given, lines ending in "\n".
     QString text() const;
+    /// Whether `word` is all of the text. Cheap, however long the text is.
+    bool holds(QLatin1String word) const;
 
   Q_SIGNALS:
     void edited();
 
   protected:
+    QMimeData* createMimeDataFromSelection() const override;
     void insertFromMimeData(const QMimeData* source) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
-    void wrapFor(const QString& text);
+    void stepOverJoint(const QKeyEvent& key);
 
     bool m_showing = false;
     bool m_enteredByMouse = false; ///< the click that brought the focus is not over

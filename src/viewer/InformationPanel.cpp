@@ -199,7 +199,7 @@ void InformationPanel::showDescription()
 
 void InformationPanel::noteEdit()
 {
-    if (m_tDes->text() == QLatin1String(ownWord))
+    if (m_tDes->holds(QLatin1String(ownWord)))
         return;
     if (m_target.image.isEmpty())
         m_target = {.image = m_path, .sidecar = descriptionPath(m_path)};

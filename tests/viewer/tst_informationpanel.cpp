@@ -429,12 +429,68 @@ class TestInformationPanel : public QObject
         bench().open("b.png");
         QVERIFY(bench().stored("a.png") == text);
         QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
-        QCOMPARE(bench().tDes()->wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
         bench().open("a.png");
         QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
         QTest::keyClicks(bench().tDes(), QStringLiteral("!"));
         bench().open("b.png");
         QVERIFY(bench().stored("a.png") == text + u'!');
+    }
+
+    /// A line so long that the box shows it in pieces; the first has 8192 letters.
+    void aLongLineIsEditedAsOne_data()
+    {
+        QTest::addColumn<int>("caret"); // in the document, where the place between the pieces counts as one
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("kept"); // letters before the caret
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("lost");
+        const auto row = [](const char* name, int caret, int key, int kept, const char* typed, int lost) {
+            QTest::newRow(name) << caret << key << kept << QString::fromLatin1(typed) << lost;
+        };
+        row("Backspace behind the place", 8193, Qt::Key_Backspace, 8191, "", 1);
+        row("Backspace before it", 8192, Qt::Key_Backspace, 8191, "", 1);
+        row("Delete before the place", 8192, Qt::Key_Delete, 8192, "", 1);
+        row("Delete behind it", 8193, Qt::Key_Delete, 8192, "", 1);
+        row("Enter behind it", 8193, Qt::Key_Return, 8192, "\n", 0);
+        row("Enter before it", 8192, Qt::Key_Return, 8192, "\n", 0);
+        row("a letter behind it", 8193, Qt::Key_X, 8192, "x", 0);
+    }
+
+    void aLongLineIsEditedAsOne()
+    {
+        QFETCH(int, caret);
+        QFETCH(int, key);
+        QFETCH(int, kept);
+        QFETCH(QString, typed);
+        QFETCH(int, lost);
+        QString line;
+        while (line.size() < 10000)
+            line += QString::number(line.size());
+        QVERIFY(bench().store("a.png", line));
+        bench().open("a.png");
+        QPlainTextEdit* const tDes = bench().tDes();
+        tDes->setFocus();
+        QCOMPARE(tDes->document()->blockCount(), 2);
+        QTextCursor cursor = tDes->textCursor();
+        cursor.setPosition(caret);
+        tDes->setTextCursor(cursor);
+        QTest::keyClick(tDes, Qt::Key(key));
+        bench().panel->saveDescriptionNow();
+        QVERIFY(bench().stored("a.png") == line.left(kept) + typed + line.mid(kept + lost));
+        tDes->undo();
+        tDes->selectAll();
+        tDes->copy();
+        QVERIFY(QGuiApplication::clipboard()->text() == line);
+    }
+
+    void linesOfOtherSystemsArePasted()
+    {
+        bench().open("a.png");
+        bench().tDes()->setFocus();
+        QGuiApplication::clipboard()->setText(QStringLiteral("one\r\ntwo\rthree"));
+        bench().tDes()->paste();
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().stored("a.png"), QStringLiteral("one\ntwo\nthree"));
     }
 
     void enteringSelectsAll_data()
