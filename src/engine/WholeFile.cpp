@@ -62,6 +62,7 @@ Status writeWholeFile(const QString& path, const QByteArray& bytes)
     const QString resolved = there.canonicalFilePath(); // empty for what does not exist
     if (there.exists() && !there.isFile())
         return Error{ErrorKind::WriteFailed, QStringLiteral("the target is not a regular file")};
+    const SizeSignalHeld held; // longer than the file lives, which writes at its end too
     QSaveFile file(resolved.isEmpty() ? path : resolved);
     if (!file.open(QIODevice::WriteOnly)) {
         const bool fileTakesIt = there.exists() && there.isWritable();
@@ -71,7 +72,6 @@ Status writeWholeFile(const QString& path, const QByteArray& bytes)
                                .arg(file.errorString())
                          : file.errorString()};
     }
-    const SizeSignalHeld held;
     if (file.write(bytes) != bytes.size() || !file.flush())
         return failure(file);
     if (const int error = syncError(file.handle()); error != 0)

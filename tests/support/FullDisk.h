@@ -1,9 +1,8 @@
-// Makes writes fail as a full disk does, for root too.
+// Makes writes fail as a full disk does, for root too. A program that does not look out gets the signal of it,
+// and ends.
 #pragma once
 
 #include <sys/resource.h>
-
-#include <csignal>
 
 namespace quorvia::test {
 
@@ -11,24 +10,19 @@ namespace quorvia::test {
 class FullDisk
 {
   public:
-    explicit FullDisk(rlim_t bytes) : m_handler(std::signal(SIGXFSZ, SIG_IGN)) // the write fails instead
+    explicit FullDisk(rlim_t bytes)
     {
         ::getrlimit(RLIMIT_FSIZE, &m_before);
         const rlimit limit{bytes, m_before.rlim_max};
         m_isFull = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
     }
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
+    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
 
     bool isFull() const { return m_isFull; }
 
   private:
-    void (*m_handler)(int);
     rlimit m_before = {};
     bool m_isFull = false;
 };

@@ -4,7 +4,7 @@
 #include "app/mFile.h"
 #include "app/Paths.h"
 #include "platform/Contrast.h"
-#include "support/FileSizeLimit.h"
+#include "support/FullDisk.h"
 #include "support/ScratchHome.h"
 #include "viewer/DescriptionFile.h"
 #include "viewer/PanelBench.h"
@@ -278,7 +278,7 @@ class TestInformationPanel : public QObject
         bench().tDes()->setFocus();
         bench().tDes()->insertPlainText(text); // over the selection
         {
-            const test::FileSizeLimit none(limit ? tooMuch / 2 : RLIM_INFINITY);
+            const test::FullDisk disk(limit ? tooMuch / 2 : RLIM_INFINITY);
             QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
             QCOMPARE(textOf("tDes"), text);
             QVERIFY(log().contains("Description not saved: "));
