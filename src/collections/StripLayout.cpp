@@ -48,6 +48,24 @@ int wholeCells(double cells)
     return cells >= 1 ? int(std::min(cells, double(1 << 30))) : 0;
 }
 
+StripLayout laidOut(const StripSpace& space)
+{
+    StripLayout layout;
+    if (space.count > wholeStrip)
+        layout.maxDraw = windowCells(space);
+    const int cells = std::min(space.count, layout.maxDraw);
+    layout.columns = (cells + space.rows - 1) / space.rows;
+    layout.barVisible =
+        cellWidth(space.control.height(), space.rows) * layout.columns > space.control.width();
+    const int height = stripHeight(space.control.height(), space.barHeight, layout.barVisible);
+    layout.cell = cellSize(height, space.rows);
+    layout.strip = {layout.cell.width() * layout.columns, height};
+    if (layout.strip.width() < space.control.width())
+        layout.barVisible = false;
+    layout.barMaximum = scrollRange(layout, space);
+    return layout;
+}
+
 } // namespace
 
 int stripHeight(int controlHeight, int barHeight, bool barVisible)
@@ -64,19 +82,14 @@ QSize cellSize(int height, int rows)
 
 StripLayout sizeStrip(const StripSpace& space)
 {
-    StripLayout layout;
-    if (space.count > wholeStrip)
-        layout.maxDraw = windowCells(space);
-    const int cells = std::min(space.count, layout.maxDraw);
-    layout.columns = (cells + space.rows - 1) / space.rows;
-    layout.barVisible =
-        cellWidth(space.control.height(), space.rows) * layout.columns > space.control.width();
-    const int height = stripHeight(space.control.height(), space.barHeight, layout.barVisible);
-    layout.cell = cellSize(height, space.rows);
-    layout.strip = {layout.cell.width() * layout.columns, height};
-    if (layout.strip.width() < space.control.width())
-        layout.barVisible = false;
-    layout.barMaximum = scrollRange(layout, space);
+    StripLayout layout = laidOut(space);
+    // A window that was measured without a bar has too few of the smaller cells above one.
+    const bool hasMore = layout.columns * space.rows < space.count;
+    if (!layout.barVisible && hasMore && layout.strip.height() < space.stripHeight) {
+        StripSpace aboveBar = space;
+        aboveBar.stripHeight = layout.strip.height();
+        layout = laidOut(aboveBar);
+    }
     return layout;
 }
 

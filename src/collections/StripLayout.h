@@ -43,6 +43,7 @@ int stripHeight(int controlHeight, int barHeight, bool barVisible);
 /// height.
 QSize cellSize(int height, int rows);
 
+/// The layout of a strip. One that cannot show all of its images at a time always has its bar.
 StripLayout sizeStrip(const StripSpace& space);
 
 /// The 0-based position of the image at `point` of the painted strip whose first column begins with the image

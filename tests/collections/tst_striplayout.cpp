@@ -73,9 +73,12 @@ class TestStripLayout : public QObject
         // 9000 / 1999.5 + 2 = 6.5: 7 columns of 1680; 201 - 9000 / 1679.58 + 1 = 196.6
         QTest::newRow("201: a window")
             << QSize(9000, 1500) << 201 << 1 << 7 << 7 << QSize(11760, 1260) << true << 197;
-        // (9000 / 666.5 + 2) * 3 = 46.5; 201 / 3 - 9000 / 559.86 + 1 = 51.9
+        // (9000 / 666.5 + 2) * 3 = 46.5 cells would not fill the control once the bar has its room:
+        // (9000 / 559.86 + 2) * 3 = 54.2; 201 / 3 - 9000 / 559.86 + 1 = 51.9
         QTest::newRow("201 in three rows")
-            << QSize(9000, 1500) << 201 << 3 << 47 << 16 << QSize(8960, 1260) << false << 52;
+            << QSize(9000, 1500) << 201 << 3 << 54 << 18 << QSize(10080, 1260) << true << 52;
+        QTest::newRow("201 that fit")
+            << QSize(500000, 1500) << 201 << 1 << 252 << 201 << QSize(402000, 1500) << false << -48;
         QTest::newRow("no height") << QSize(9000, 0) << 250 << 1 << 9002 << 250 << QSize(0, 0) << false
                                    << -8749;
     }
@@ -101,6 +104,25 @@ class TestStripLayout : public QObject
         QVERIFY(!layout.isWhole());
         for (int width = 100; width < 400; ++width)
             QVERIFY(!layoutOf(QSize(width, 1), 10'000, 1).isWhole());
+    }
+
+    void aWindowIsNeverWithoutBar_data()
+    {
+        QTest::addColumn<int>("rows");
+        for (int rows = 1; rows <= 3; ++rows)
+            QTest::addRow("%d", rows) << rows;
+    }
+
+    void aWindowIsNeverWithoutBar()
+    {
+        QFETCH(int, rows);
+        for (int height = 600; height < 4000; height += 75) {
+            for (int width = 1500; width < 60'000; width += 1500) {
+                const StripLayout layout = layoutOf(QSize(width, height), 10'000, rows);
+                QVERIFY2(layout.barVisible, qPrintable(QStringLiteral("%1 x %2").arg(width).arg(height)));
+                QVERIFY(layout.strip.width() >= width);
+            }
+        }
     }
 
     void theWindowIsMeasuredWithTheHeightBefore()
