@@ -30,6 +30,14 @@ QFont boldFont()
     return font;
 }
 
+void frameFocus(const QWidget& part, QPainter& painter)
+{
+    if (!part.hasFocus())
+        return;
+    painter.setPen(QPen(part.palette().color(QPalette::WindowText), 1, Qt::DotLine));
+    painter.drawRect(part.rect().adjusted(1, 1, -2, -2));
+}
+
 } // namespace
 
 PaneHead::PaneHead(const QString& title, QWidget* parent) : QAbstractButton(parent)
@@ -66,11 +74,8 @@ void PaneHead::paintEvent(QPaintEvent*)
     const QPointF sign[] = {{left, middle - rise}, {left + 4, middle + rise}, {left + 8, middle - rise}};
     painter.setPen(QPen(palette().color(QPalette::WindowText), 1.5, Qt::SolidLine, Qt::RoundCap));
     painter.drawPolyline(sign, int(std::size(sign)));
-    if (!hasFocus())
-        return;
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setPen(QPen(palette().color(QPalette::WindowText), 1, Qt::DotLine));
-    painter.drawRect(rect().adjusted(1, 1, -2, -2));
+    frameFocus(*this, painter);
 }
 
 void PaneHead::keyPressEvent(QKeyEvent* event)
@@ -100,6 +105,13 @@ void PaneRow::showItem(const PaneItem& item)
 {
     setText(item.text);
     setAccessibleName(item.text);
+}
+
+void PaneRow::paintEvent(QPaintEvent* event)
+{
+    QLabel::paintEvent(event);
+    QPainter painter(this);
+    frameFocus(*this, painter);
 }
 
 void PaneRow::mousePressEvent(QMouseEvent* event)

@@ -16,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvia::viewer {
@@ -32,7 +33,8 @@ QPlainTextEdit* makeFacts(const char* name, QWidget* parent)
 {
     auto* const field = new QPlainTextEdit(parent);
     field->setObjectName(QLatin1String(name));
-    field->setReadOnly(true);
+    field->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    field->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     field->setTabChangesFocus(true);
     field->setFocusPolicy(Qt::TabFocus);
     field->setFrameStyle(QFrame::NoFrame);
@@ -99,9 +101,6 @@ void InformationPanel::makeFields()
 
 void InformationPanel::layOut()
 {
-    constexpr int factsWidth = 4;
-    constexpr int imageWidth = 2;
-    constexpr int descriptionWidth = 4;
     auto* const around = new QGridLayout(m_parts.pShowInfo);
     around->setContentsMargins(0, 0, 0, 0);
     around->addWidget(this);
@@ -114,13 +113,14 @@ void InformationPanel::layOut()
     grid->addWidget(makeHeading(2, QStringLiteral("Image"), m_tImageInfo), 1, 1);
     grid->addWidget(makeHeading(3, QStringLiteral("Description"), m_tDes), 1, 2);
     int column = 0;
-    for (const auto& [field, width] : {std::pair<QWidget*, int>{m_tFileInfo, factsWidth},
-                                       {m_tImageInfo, imageWidth},
-                                       {m_tDes, descriptionWidth}}) {
+    for (QWidget* field : {static_cast<QWidget*>(m_tFileInfo), static_cast<QWidget*>(m_tImageInfo),
+                           static_cast<QWidget*>(m_tDes)}) {
         field->setMinimumSize(1, 1); // the pane is as high as it is, whatever the fonts
-        grid->addWidget(field, 2, column);
-        grid->setColumnStretch(column++, width);
+        field->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        grid->addWidget(field, 2, column++);
     }
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(2, 1);
     grid->setRowStretch(2, 1);
 }
 
@@ -141,8 +141,29 @@ void InformationPanel::takeColors()
 
 void InformationPanel::takeFont()
 {
-    // The values stand below each other, right behind the longer of the words before a tab.
-    m_tImageInfo->setTabStopDistance(fontMetrics().horizontalAdvance(QStringLiteral("Bits Per Pixel:  ")));
+    const QFontMetrics letters = fontMetrics();
+    const int blanks = letters.horizontalAdvance(QStringLiteral("  "));
+    const int labels = std::max(letters.horizontalAdvance(QStringLiteral("Bits Per Pixel: ")),
+                                letters.horizontalAdvance(QStringLiteral("Unique Colors:")));
+    const int mostColors = letters.horizontalAdvance(QStringLiteral("16777216"));
+    const int largestSize = letters.horizontalAdvance(QStringLiteral("Dimensions: 65535x65535"));
+    m_tImageInfo->setTabStopDistance(labels + blanks); // the values stand below each other
+    m_imageFactsWidth = std::max(labels + blanks + mostColors, largestSize) + blanks;
+    placeColumns();
+}
+
+/// The image's facts take what they need, but no more than their share of a narrow panel.
+void InformationPanel::placeColumns()
+{
+    constexpr double share = 0.3;
+    static_cast<QGridLayout*>(layout())->setColumnMinimumWidth(
+        1, std::min(m_imageFactsWidth, int(share * width())));
+}
+
+void InformationPanel::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    placeColumns();
 }
 
 void InformationPanel::changeEvent(QEvent* event)

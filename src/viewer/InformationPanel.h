@@ -51,6 +51,7 @@ class InformationPanel : public QWidget
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     struct Target
@@ -63,6 +64,7 @@ class InformationPanel : public QWidget
     void layOut();
     void takeColors();
     void takeFont();
+    void placeColumns();
     void showImageFacts(std::optional<int> colors);
     void countColors();
     void showDescription();
@@ -75,6 +77,7 @@ class InformationPanel : public QWidget
     QPlainTextEdit* m_tImageInfo;
     DescriptionField* m_tDes;
     QTimer* m_tSaveDes;
+    int m_imageFactsWidth = 0;
     QTimer m_rest{this}; ///< runs while the colours of the image shown are not counted
     QString m_path;      ///< of the image that is shown
     Target m_target;     ///< where the description that waits is saved to; empty while none does

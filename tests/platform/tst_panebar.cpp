@@ -147,6 +147,27 @@ class TestPaneBar : public QObject
         QCOMPARE(QApplication::focusWidget(), head("two")); // a click leaves the keys where they are
     }
 
+    void theFocusIsSeen_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("on a head") << "oneHead";
+        QTest::newRow("on a link") << "a";
+    }
+
+    void theFocusIsSeen()
+    {
+        QFETCH(QString, name);
+        auto* const part = m_bar->findChild<QWidget*>(name);
+        head("two")->setFocus();
+        const auto edge = [part] {
+            const QImage picture = part->grab().toImage();
+            return picture.copy(0, 0, picture.width(), 3);
+        };
+        const QImage without = edge();
+        part->setFocus();
+        QVERIFY(edge() != without);
+    }
+
     void otherTextsKeepTheRows()
     {
         const QPointer<QLabel> before = row("c");

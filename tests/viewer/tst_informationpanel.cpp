@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -605,13 +606,76 @@ class TestInformationPanel : public QObject
         QVERIFY(platform::contrast(box.color(QPalette::Base), box.color(QPalette::Text)) > 4.5);
     }
 
+    void theImagesFactsTakeALineEach_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::newRow("wide") << 1200;
+        QTest::newRow("usual") << 900;
+        QTest::newRow("rather narrow") << 600;
+    }
+
     void theImagesFactsTakeALineEach()
     {
+        QFETCH(int, width);
+        bench().pShowInfo.resize(width, 174);
+        bench().facts.pixels = QSize(12000, 9000);
+        bench().colors = 1 << 24;
         bench().open("a.png");
         auto* const field = bench().part<QPlainTextEdit>("tImageInfo");
         QTRY_COMPARE(bench().counts, 1);
+        QTRY_COMPARE(bench().panel->width(), width);
         for (int line = 0; line < 3; ++line)
             QCOMPARE(field->document()->findBlockByNumber(line).layout()->lineCount(), 1);
+    }
+
+    void theImagesNumbersStandBelowEachOther()
+    {
+        bench().open("a.png");
+        QTRY_COMPARE(bench().counts, 1);
+        auto* const field = bench().part<QPlainTextEdit>("tImageInfo");
+        const auto placeOf = [field](int line, int letter) {
+            return field->document()->findBlockByNumber(line).layout()->lineAt(0).cursorToX(letter);
+        };
+        const int depth = 17; // letters before the number, the tab among them
+        const int colors = 15;
+        QCOMPARE(placeOf(1, depth), placeOf(2, colors));
+        const int blank = field->fontMetrics().horizontalAdvance(u' ');
+        QVERIFY(placeOf(1, depth) - placeOf(1, depth - 2) > blank);
+        QVERIFY(placeOf(2, colors) - placeOf(2, colors - 1) > blank);
+    }
+
+    void aNarrowPanelBreaksNoWord()
+    {
+        bench().pShowInfo.resize(300, 174);
+        bench().open("a.png");
+        QTRY_COMPARE(bench().panel->width(), 300);
+        for (const char* name : {"tFileInfo", "tImageInfo"}) {
+            auto* const field = bench().part<QPlainTextEdit>(name);
+            QVERIFY(!field->horizontalScrollBar()->isVisible());
+            const QTextBlock first = field->document()->begin();
+            const int end = first.layout()->lineAt(0).textLength();
+            QVERIFY2(first.text().at(end - 1).isSpace(), qPrintable(first.text().left(end)));
+        }
+    }
+
+    void theFactsCanBeSelectedByKeys_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("tFileInfo") << "File Size:";
+        QTest::newRow("tImageInfo") << "Dimensions:";
+    }
+
+    void theFactsCanBeSelectedByKeys()
+    {
+        QFETCH(QString, name);
+        bench().open("a.png");
+        auto* const field = bench().part<QPlainTextEdit>(QTest::currentDataTag());
+        field->setFocus(Qt::TabFocusReason);
+        QVERIFY(field->isReadOnly());
+        for (int letter = 0; letter < name.size(); ++letter)
+            QTest::keyClick(field, Qt::Key_Right, Qt::ShiftModifier);
+        QTest::keyClick(field, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), name);
     }
 
     void fillsItsPane()
