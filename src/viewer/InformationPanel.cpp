@@ -119,8 +119,7 @@ void InformationPanel::layOut()
         field->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
         grid->addWidget(field, 2, column++);
     }
-    grid->setColumnStretch(0, 1);
-    grid->setColumnStretch(2, 1);
+    grid->setColumnStretch(2, 1); // the description takes what the facts leave
     grid->setRowStretch(2, 1);
 }
 
@@ -130,6 +129,9 @@ void InformationPanel::takeColors()
     QPalette colors; // of which only these roles are the fields' own
     colors.setColor(QPalette::Base, Qt::transparent);
     colors.setColor(QPalette::Text, ink);
+    // The desktop's colour of a selection may be near that of the panel.
+    colors.setColor(QPalette::Highlight, ink);
+    colors.setColor(QPalette::HighlightedText, palette().color(QPalette::Window));
     for (QWidget* field : {static_cast<QWidget*>(m_tPath), static_cast<QWidget*>(m_tFileInfo),
                            static_cast<QWidget*>(m_tImageInfo)})
         field->setPalette(colors);
@@ -149,15 +151,19 @@ void InformationPanel::takeFont()
     const int largestSize = letters.horizontalAdvance(QStringLiteral("Dimensions: 65535x65535"));
     m_tImageInfo->setTabStopDistance(labels + blanks); // the values stand below each other
     m_imageFactsWidth = std::max(labels + blanks + mostColors, largestSize) + blanks;
+    m_fileFactsWidth =
+        letters.horizontalAdvance(QStringLiteral("File Size: 99,999,999 Bytes  99,999 KB  99.99 MB   "));
     placeColumns();
 }
 
-/// The image's facts take what they need, but no more than their share of a narrow panel.
+/// The facts take what they need, but no more than their share of a narrow panel.
 void InformationPanel::placeColumns()
 {
-    constexpr double share = 0.3;
-    static_cast<QGridLayout*>(layout())->setColumnMinimumWidth(
-        1, std::min(m_imageFactsWidth, int(share * width())));
+    constexpr double fileShare = 0.37;
+    constexpr double imageShare = 0.3;
+    auto* const grid = static_cast<QGridLayout*>(layout());
+    grid->setColumnMinimumWidth(0, std::min(m_fileFactsWidth, int(fileShare * width())));
+    grid->setColumnMinimumWidth(1, std::min(m_imageFactsWidth, int(imageShare * width())));
 }
 
 void InformationPanel::resizeEvent(QResizeEvent* event)
@@ -183,6 +189,8 @@ void InformationPanel::showCurrent()
     m_path = m_parts.fileName();
     m_tPath->setText(m_path);
     m_tPath->setCursorPosition(0);
+    if (m_tPath->hasFocus())
+        m_tPath->selectAll(); // it has no caret
     m_tFileInfo->setPlainText(fileInfoText(fileFacts(m_path)));
     showImageFacts(std::nullopt);
     m_rest.start();

@@ -77,6 +77,7 @@ class InformationPanel : public QWidget
     QPlainTextEdit* m_tImageInfo;
     DescriptionField* m_tDes;
     QTimer* m_tSaveDes;
+    int m_fileFactsWidth = 0; ///< pixels, as below
     int m_imageFactsWidth = 0;
     QTimer m_rest{this}; ///< runs while the colours of the image shown are not counted
     QString m_path;      ///< of the image that is shown

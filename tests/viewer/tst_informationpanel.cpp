@@ -595,8 +595,11 @@ class TestInformationPanel : public QObject
         QFETCH(QColor, chrome);
         app::setPaneColor(&bench().pInformation, chrome);
         for (const char* name : {"tPath", "tFileInfo", "tImageInfo"}) {
-            const QColor ink = bench().part<QWidget>(name)->palette().color(QPalette::Text);
-            QVERIFY2(platform::contrast(chrome, ink) > 4.5, name);
+            const QPalette colors = bench().part<QWidget>(name)->palette();
+            QVERIFY2(platform::contrast(chrome, colors.color(QPalette::Text)) > 4.5, name);
+            const QColor selected = colors.color(QPalette::Highlight);
+            QVERIFY2(platform::contrast(chrome, selected) > 4.5, name);
+            QVERIFY2(platform::contrast(selected, colors.color(QPalette::HighlightedText)) > 4.5, name);
         }
         for (const char* name : {"Label1", "Label2", "Label3"}) {
             const QColor ink = bench().part<QWidget>(name)->palette().color(QPalette::WindowText);
@@ -656,6 +659,39 @@ class TestInformationPanel : public QObject
             const int end = first.layout()->lineAt(0).textLength();
             QVERIFY2(first.text().at(end - 1).isSpace(), qPrintable(first.text().left(end)));
         }
+    }
+
+    void theFocusIsSeen_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::newRow("tPath") << "tDes";
+        QTest::newRow("tFileInfo") << "tDes";
+        QTest::newRow("tImageInfo") << "tDes";
+        QTest::newRow("tDes") << "tPath";
+    }
+
+    void theFocusIsSeen()
+    {
+        QFETCH(QString, before);
+        bench().open("a.png");
+        QTRY_COMPARE(bench().counts, 1);
+        auto* const part = bench().part<QWidget>(QTest::currentDataTag());
+        bench().part<QWidget>(qPrintable(before))->setFocus(Qt::TabFocusReason);
+        const QImage without = part->grab().toImage();
+        part->setFocus(Qt::TabFocusReason);
+        QTRY_VERIFY(part->grab().toImage() != without); // a caret may be in the dark half of its blinking
+    }
+
+    void theFocusOfThePathIsSeenOverAChangeOfImage()
+    {
+        bench().open("a.png");
+        auto* const tPath = bench().part<QLineEdit>("tPath");
+        tPath->setFocus(Qt::TabFocusReason);
+        bench().open("b.png");
+        QCOMPARE(tPath->selectedText(), bench().image("b.png"));
+        bench().tDes()->setFocus();
+        bench().open("a.png");
+        QVERIFY(!tPath->hasSelectedText());
     }
 
     void theFactsCanBeSelectedByKeys_data()
