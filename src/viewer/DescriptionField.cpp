@@ -51,6 +51,12 @@ QMimeData* DescriptionField::createMimeDataFromSelection() const
     return selection;
 }
 
+bool DescriptionField::canInsertFromMimeData(const QMimeData* source) const
+{
+    return source->hasText() &&
+           !source->hasUrls(); // a file that is dropped here opens, as all over the window
+}
+
 void DescriptionField::insertFromMimeData(const QMimeData* source)
 {
     if (isReadOnly() || !source->hasText())

@@ -11,15 +11,18 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QDragEnterEvent>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QUrl>
 
 #include <memory>
 
@@ -482,6 +485,28 @@ class TestInformationPanel : public QObject
         tDes->selectAll();
         tDes->copy();
         QVERIFY(QGuiApplication::clipboard()->text() == line);
+    }
+
+    /// A file dropped anywhere opens; a text dropped on the box goes into it.
+    void whatIsDropped_data()
+    {
+        QTest::addColumn<bool>("file");
+        QTest::newRow("a file is left to the window") << true;
+        QTest::newRow("a text is taken") << false;
+    }
+
+    void whatIsDropped()
+    {
+        QFETCH(bool, file);
+        bench().open("a.png");
+        QMimeData dragged;
+        if (file)
+            dragged.setUrls({QUrl::fromLocalFile(bench().image("b.png"))});
+        else
+            dragged.setText(QStringLiteral("a text"));
+        QDragEnterEvent event(QPoint(20, 10), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(bench().tDes()->viewport(), &event);
+        QCOMPARE(event.isAccepted(), !file);
     }
 
     void linesOfOtherSystemsArePasted()
