@@ -10,7 +10,7 @@ namespace quorvia::platform {
 
 namespace {
 
-constexpr std::array watchedSignals = {SIGTERM, SIGINT};
+constexpr std::array watchedSignals = {SIGTERM, SIGINT, SIGHUP};
 
 std::array<int, 2> pipeEnds = {-1, -1};
 std::array<struct sigaction, watchedSignals.size()> earlierActions;

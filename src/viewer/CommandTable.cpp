@@ -86,6 +86,8 @@ void miQuickHide(frmImageView& window)
     if (!panes->isViewShown()) {
         if (panes->bPlay()->visible())
             window.RunTool(QStringLiteral("miFileList"));
+        if (panes->bInfo()->visible())
+            window.RunTool(QStringLiteral("miEXIFView"));
         window.setWindowTitle(QStringLiteral("Unknown"));
         return;
     }

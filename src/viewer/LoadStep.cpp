@@ -197,7 +197,10 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
 
     log("Start: frmImageViewPlaylist_Load");
     window.panes()->bPlay()->setClient(window.playlist());
+    controls::gnTab* const gTab = window.panes()->gTab();
+    gTab->SetTabCaption(QStringLiteral("Image"), QStringLiteral("Loading..."));
     window.playlist()->startUp();
+    gTab->SetTabCaption(QStringLiteral("Image"), QStringLiteral("Active Image"));
     window.playlist()->SetPattern(QLatin1String(app::ImageExtensionList));
     log("End: frmImageViewPlaylist_Load");
     restoreTabs(window);

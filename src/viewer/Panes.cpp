@@ -269,8 +269,19 @@ void Panes::setInterfaceFlag(bool flag)
         m_pContain->raise();
     else
         m_pContain->lower();
+    disableCovered();
     placeMain();
     placeTop();
+}
+
+/// Panes that the viewport lies over take no keys.
+void Panes::disableCovered()
+{
+    for (QWidget* pane : {m_pInformation, m_pFilmStrip, m_pCapture}) {
+        if (m_interfaceFlag && pane->isAncestorOf(m_window->focusWidget()))
+            m_window->setFocus();
+        pane->setEnabled(!m_interfaceFlag);
+    }
 }
 
 bool Panes::isInformationShown() const

@@ -101,6 +101,7 @@ class Panes : public QObject
 
   private:
     void placeMain();
+    void disableCovered();
     void placeButton();
     void showTab(const QString& key);
     void dragFilmstrip(int offset);

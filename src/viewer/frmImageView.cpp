@@ -51,8 +51,14 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                                       {.runTool = [this](const QString& name) { RunTool(name); },
                                        .openMenu = [this] { OpenMenuX(false); }},
                                       this)),
-      m_status(new ImageStatus(
-          {.main = this, .panes = m_panes, .ix1 = m_ix1, .focusImage = [this] { setFocus(); }})),
+      m_status(new ImageStatus({.main = this,
+                                .panes = m_panes,
+                                .ix1 = m_ix1,
+                                .focusImage =
+                                    [this] {
+                                        activateWindow(); // the bar may float
+                                        setFocus();
+                                    }})),
       m_playlist(new collections::frmImageViewPlaylist(*this)),
       m_filmstrip(new FilmstripHost(filmstripParts())),
       m_slideshow(new output::Slideshow(slideshowSinks(), this)),

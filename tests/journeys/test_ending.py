@@ -38,7 +38,7 @@ class Ending(Journey):
         self.assert_saved()
 
     def test_signals(self):
-        for number in (signal.SIGTERM, signal.SIGINT):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(number):
                 program, _ = self.start_sized()
                 self.send(program, number)

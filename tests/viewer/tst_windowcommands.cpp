@@ -104,8 +104,17 @@ class TestWindowCommands : public QObject
         QVERIFY(!window.panes()->ab1()->isHidden());
         QVERIFY(!window.panes()->bPlay()->visible()); // the list stays away
         QCOMPARE(window.windowTitle(), caption);
+        run(window, "miEXIFView");
+        window.resize(700, 500);
+        QVERIFY(QFile::remove(in("pics/a.png")));
         run(window, "miQuickHide"); // a list that does not show is left alone
         QVERIFY(!window.panes()->bPlay()->visible());
+        QVERIFY(!window.panes()->bInfo()->visible());
+        window.resize(800, 600);
+        run(window, "miQuickHide");
+        QVERIFY(!values(window, "miZoomIn").enabled); // what has changed meanwhile is seen
+        QCOMPARE(window.pTop()->width(), 800);
+        QVERIFY(!window.panes()->bInfo()->visible());
     }
 
     void openAsksForAFile()

@@ -3,6 +3,7 @@
 #include "viewer/ViewerBench.h"
 
 #include <QFile>
+#include <QLineEdit>
 #include <QTest>
 
 using namespace quorvia;
@@ -25,6 +26,8 @@ class TestWindowShell : public QObject
         m_bench.threePictures();
         m_desktop.addType("image/png", "*.png");
         m_desktop.addType("text/html", "*.htm");
+        m_desktop.addApplication("files", {"inode/directory"}, "System;FileManager;");
+        m_desktop.setDefault("inode/directory", "files");
         m_desktop.addApplication("quorvia", {"image/png"}, "Graphics;Viewer;");
         m_desktop.addApplication("painter", {"image/png"}, "Graphics;RasterGraphics;");
         m_desktop.addApplication("reader", {"text/html"}, "Network;");
@@ -46,6 +49,17 @@ class TestWindowShell : public QObject
         window.RunTool(QStringLiteral("miEdit"));
         QVERIFY(m_bench.logTexts().filter(QStringLiteral("Not run")).isEmpty()); // nor was it tried
         QVERIFY(m_bench.boxes.empty());
+    }
+
+    void theFolderOfThePathOpens()
+    {
+        m_bench.threePictures();
+        frmImageView& window = m_bench.load({m_bench.in("pics")});
+        window.RunTool(QStringLiteral("miViewInformation"));
+        auto* const tPath = window.findChild<QLineEdit*>(QStringLiteral("tPath"));
+        QVERIFY(tPath);
+        QTest::mouseDClick(tPath, Qt::LeftButton, {}, QPoint(5, 5));
+        QTRY_COMPARE(startedWith("files"), m_bench.in("pics"));
     }
 
     void helpPages_data()

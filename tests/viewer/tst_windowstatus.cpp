@@ -7,6 +7,7 @@
 #include "platform/PaneBar.h"
 #include "viewer/ViewerBench.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -114,10 +115,13 @@ class TestWindowStatus : public QObject
         describe("red");
         auto* const tSaveDes = m_window->findChild<QTimer*>(QStringLiteral("tSaveDes"));
         QVERIFY(tSaveDes->isActive());
-        for (const int key : {Qt::Key_Right, Qt::Key_Escape}) {
-            for (const char* debounce : {"tWait", "tKey"})
-                m_window->findChild<QTimer*>(QLatin1String(debounce))->stop();
-            QTest::keyClick(m_window, Qt::Key(key));
+        run("miEXIFView");
+        for (QWidget* const target : {static_cast<QWidget*>(m_window), bInfo()->client()}) {
+            for (const int key : {Qt::Key_Right, Qt::Key_Escape}) {
+                for (const char* debounce : {"tWait", "tKey"})
+                    m_window->findChild<QTimer*>(QLatin1String(debounce))->stop();
+                QTest::keyClick(target, Qt::Key(key));
+            }
         }
         QVERIFY(!m_window->isUnloaded());
         QCOMPARE(m_window->currentFile(), in("pics/a.png"));
@@ -131,11 +135,49 @@ class TestWindowStatus : public QObject
     {
         openWithPanel();
         describe("red");
+        m_window->unload();
+        QCOMPARE(descriptions(), 1); // before anything is taken down
         m_bench->close();
         m_bench->forget();
-        QCOMPARE(descriptions(), 1);
         openWithPanel();
         QCOMPARE(text("tDes"), QStringLiteral("red"));
+    }
+
+    void aClosedImageLeavesThePanelEmpty()
+    {
+        openWithPanel();
+        describe("red");
+        run("miCloseImage");
+        QCOMPARE(descriptions(), 1);
+        QCOMPARE(path(), QString());
+        QVERIFY(text("tImageInfo").contains(QLatin1String("Dimensions: 0x0")));
+        QCOMPARE(text("tDes"), QStringLiteral("(none)"));
+    }
+
+    void atTheStartWhenItsTabIsStored()
+    {
+        app::save(setting::ToggleInterface, 0);
+        app::save(setting::ActiveTabWindow, QStringLiteral("Information"));
+        open();
+        QCOMPARE(path(), in("pics/a.png"));
+    }
+
+    void aCoveredPanelReadsNothingAndTakesNoKeys()
+    {
+        openWithPanel();
+        m_window->show();
+        auto* const tDes = m_window->findChild<QPlainTextEdit*>(QStringLiteral("tDes"));
+        tDes->setFocus();
+        QCOMPARE(m_window->focusWidget(), tDes);
+        run("miHideInterface"); // the viewport lies over it
+        QVERIFY(m_window->focusWidget() != tDes);
+        QVERIFY(!tDes->isEnabled());
+        run("miNext");
+        QCOMPARE(path(), in("pics/a.png"));
+        run("miHideInterface");
+        QVERIFY(tDes->isEnabled());
+        QCOMPARE(path(), in("pics/b.png"));
+        QCOMPARE(descriptions(), 0);
     }
 
     void theSideBarComesAndGoes()
@@ -167,15 +209,27 @@ class TestWindowStatus : public QObject
         QCOMPARE(panesOfBar(), 4);
     }
 
+    void aRowOfTheSideBarGivesTheKeysBack_data()
+    {
+        QTest::addColumn<bool>("floating");
+        QTest::newRow("docked") << false;
+        QTest::newRow("floating") << true;
+    }
+
     void aRowOfTheSideBarGivesTheKeysBack()
     {
+        QFETCH(bool, floating);
         open();
         m_window->show();
         run("miEXIFView");
+        if (floating)
+            bInfo()->toggleFloating();
         auto* const bar = qobject_cast<output::frmImageEXIF*>(bInfo()->client())->barEXIF();
+        bar->activateWindow();
         bar->setFocus();
+        QTRY_COMPARE(QApplication::focusWidget(), bar);
         Q_EMIT bar->itemClicked(QStringLiteral("Welcome"), QStringLiteral("miCloseImage"));
-        QVERIFY(m_window->hasFocus() || m_window->focusWidget() == m_window);
+        QTRY_VERIFY(m_window->hasFocus());
         QCOMPARE(m_window->currentFile(), in("pics/a.png")); // no row runs a command
     }
 
