@@ -190,7 +190,7 @@ void InformationPanel::showCurrent()
     m_tPath->setText(m_path);
     m_tPath->setCursorPosition(0);
     if (m_tPath->hasFocus())
-        m_tPath->selectAll(); // it has no caret
+        m_tPath->setSelection(int(m_path.size()), -int(m_path.size())); // it has no caret
     m_tFileInfo->setPlainText(fileInfoText(fileFacts(m_path)));
     showImageFacts(std::nullopt);
     m_rest.start();

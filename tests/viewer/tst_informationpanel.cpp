@@ -714,6 +714,7 @@ class TestInformationPanel : public QObject
         tPath->setFocus(Qt::TabFocusReason);
         bench().open("b.png");
         QCOMPARE(tPath->selectedText(), bench().image("b.png"));
+        QCOMPARE(tPath->cursorPosition(), 0); // a long one is seen from its start
         bench().tDes()->setFocus();
         bench().open("a.png");
         QVERIFY(!tPath->hasSelectedText());
