@@ -5,6 +5,7 @@
 #include "collections/Playlist.h"
 #include "ListBench.h"
 #include "platform/FolderTree.h"
+#include "support/KeyRows.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -127,14 +128,8 @@ class TestHost : public QObject
 
     void keysGoToTheMainWindow_data()
     {
-        QTest::addColumn<QString>("widget");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<QStringList>("keys");
-        const auto row = [](const char* name, const char* widget, int key, Qt::KeyboardModifiers held,
-                            const QStringList& keys) {
-            QTest::newRow(name) << QString::fromLatin1(widget) << key << int(held) << keys;
-        };
+        test::addKeyColumns();
+        const auto row = &test::addKeyRow;
         row("Right in the window", "", Qt::Key_Right, {}, {"39:0"});
         row("R in the window", "", Qt::Key_R, {}, {"82:0"});
         row("Ctrl+N in the window", "", Qt::Key_N, Qt::ControlModifier, {"78:2"});
@@ -155,7 +150,6 @@ class TestHost : public QObject
     {
         QFETCH(QString, widget);
         QFETCH(int, key);
-        QFETCH(int, modifiers);
         QWidget parent; // what the window leaves alone would come here
         m_host->setParent(&parent);
         const auto takeBack = qScopeGuard([this] { m_host->setParent(nullptr); });
@@ -166,7 +160,7 @@ class TestHost : public QObject
         QWidget* const target =
             widget.isEmpty() ? static_cast<QWidget*>(m_host.get()) : part(qPrintable(widget));
         QVERIFY(target);
-        QTest::keyClick(target, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        test::pressKeyOfRow(target);
         QTEST(window().keys, "keys");
         QCOMPARE(m_host->ListIndex(), key == Qt::Key_End ? 4 : 2);
     }

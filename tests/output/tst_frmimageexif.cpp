@@ -1,5 +1,6 @@
 // The side bar's window: when it has which panes, where clicks and keys go, and when colours are counted.
 #include "output/frmImageEXIF.h"
+#include "support/KeyRows.h"
 #include "support/RecordingWindow.h"
 #include "support/ScratchHome.h"
 
@@ -169,14 +170,8 @@ class TestExif : public QObject
 
     void keysGoToTheMainWindow_data()
     {
-        QTest::addColumn<QString>("widget");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<QStringList>("keys");
-        const auto row = [](const char* name, const char* widget, int key, Qt::KeyboardModifiers held,
-                            const QStringList& keys) {
-            QTest::newRow(name) << QString::fromLatin1(widget) << key << int(held) << keys;
-        };
+        test::addKeyColumns();
+        const auto row = &test::addKeyRow;
         row("Right in the window", "", Qt::Key_Right, {}, {"39:0"});
         row("Ctrl+N in the window", "", Qt::Key_N, Qt::ControlModifier, {"78:2"});
         row("Down in the bar", "barEXIF", Qt::Key_Down, {}, {"40:0"});
@@ -193,14 +188,12 @@ class TestExif : public QObject
     void keysGoToTheMainWindow()
     {
         QFETCH(QString, widget);
-        QFETCH(int, key);
-        QFETCH(int, modifiers);
         bench().open("a.png");
         bench().bar->show();
         QWidget* const target =
             widget.isEmpty() ? bench().bar.get() : bench().bar->findChild<QWidget*>(widget);
         QVERIFY(target);
-        QTest::keyClick(target, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        test::pressKeyOfRow(target);
         QTEST(bench().window.keys, "keys");
     }
 
