@@ -190,6 +190,16 @@ class TestFilmstripCells : public QObject
         QCOMPARE(m_bench->thumbnails(), QStringList());
     }
 
+    void aNameTooLongForAThumbnailIsShownAndNotStored()
+    {
+        const QString file = m_bench->picture(QString(250, u'a') + QStringLiteral(".png"), red);
+        QVERIFY(QFile::exists(file));
+        strip().add(file);
+        QVERIFY(m_bench->draws());
+        QVERIFY(isNear(m_bench->middle(0), red));
+        QCOMPARE(m_bench->thumbnails(), QStringList());
+    }
+
     void aNameWithWildcardsFindsNoOther()
     {
         const QString file = m_bench->picture(QStringLiteral("b*h.png"), red);
