@@ -23,6 +23,14 @@ bool wouldType(const QKeyEvent& key)
     return plain && key.key() != Qt::Key_Escape && !text.isEmpty() && !text.at(0).isNull();
 }
 
+/// Also true of some that change nothing.
+bool mayEdit(const QKeyEvent& key)
+{
+    const bool deletes = key.key() == Qt::Key_Delete || key.key() == Qt::Key_Backspace;
+    return (deletes || !key.text().isEmpty() || key.matches(QKeySequence::Paste)) &&
+           !key.matches(QKeySequence::Copy);
+}
+
 } // namespace
 
 DescriptionField::DescriptionField(QWidget* parent) : QPlainTextEdit(parent)
@@ -99,6 +107,8 @@ void DescriptionField::stepOverJoint(const QKeyEvent& key)
 
 void DescriptionField::keyPressEvent(QKeyEvent* event)
 {
+    if (mayEdit(*event))
+        Q_EMIT aboutToEdit();
     const bool endsLine = event->matches(QKeySequence::InsertParagraphSeparator) ||
                           event->matches(QKeySequence::InsertLineSeparator);
     if (!isReadOnly() && endsLine) { // all alike, so that other programs know them
@@ -111,6 +121,18 @@ void DescriptionField::keyPressEvent(QKeyEvent* event)
     QPlainTextEdit::keyPressEvent(event);
     if (isReadOnly() && wouldType(*event))
         event->accept(); // whoever writes here does not mean the window's commands
+}
+
+void DescriptionField::contextMenuEvent(QContextMenuEvent* event)
+{
+    Q_EMIT aboutToEdit();
+    QPlainTextEdit::contextMenuEvent(event);
+}
+
+void DescriptionField::dropEvent(QDropEvent* event)
+{
+    Q_EMIT aboutToEdit();
+    QPlainTextEdit::dropEvent(event);
 }
 
 void DescriptionField::focusInEvent(QFocusEvent* event)

@@ -22,6 +22,8 @@ class DescriptionField : public QPlainTextEdit
     bool holds(QLatin1String word) const;
 
   Q_SIGNALS:
+    /// The user is about to do what may change the text. Whoever listens may show another one before.
+    void aboutToEdit();
     void edited();
 
   protected:
@@ -29,6 +31,8 @@ class DescriptionField : public QPlainTextEdit
     bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 

@@ -57,9 +57,8 @@ QByteArray descriptionBytes(const QString& text)
     return text.toUtf8() + '\n';
 }
 
-Description readDescription(const QString& image)
+Description readDescription(const QString& sidecar)
 {
-    const QString sidecar = descriptionPath(image);
     if (!platform::pathExists(sidecar))
         return {};
     if (!platform::isRegularFile(sidecar)) // to open a pipe would wait for its other end

@@ -28,9 +28,9 @@ QString descriptionText(const QByteArray& bytes);
 /// The content of a sidecar for `text`: UTF-8, one line end added.
 QByteArray descriptionBytes(const QString& text);
 
-/// The description of the image at `image`. A sidecar that cannot be read, is no regular file or is larger
-/// than 64 MiB is Unreadable, with a line in the log.
-Description readDescription(const QString& image);
+/// The description in `sidecar`. One that cannot be read, is no regular file or is larger than 64 MiB is
+/// Unreadable, with a line in the log.
+Description readDescription(const QString& sidecar);
 /// Writes `text` to `sidecar`, through a file of another name beside it: at no time is there half a sidecar.
 /// Makes the directory when it has gone. False, with the old sidecar untouched and a line in the log, when it
 /// cannot be written.

@@ -51,8 +51,8 @@ void ImageStatus::saveDescriptionNow()
 InformationPanel* ImageStatus::makePanel()
 {
     auto* const panel = new InformationPanel(
-        {.pInformation = m_parts.panes->pInformation(),
-         .pShowInfo = m_parts.panes->pShowInfo(),
+        {.pShowInfo = m_parts.panes->pShowInfo(),
+         .isShown = [this] { return m_parts.panes->isInformationShown(); },
          .fileName = [this] { return m_parts.main->currentFile(); },
          .image = questions(),
          .openFolder = [](const QString& directory) { runShellVerb(directory, "open"); }});

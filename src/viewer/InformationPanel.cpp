@@ -2,9 +2,7 @@
 
 #include "app/Colors.h"
 #include "app/mFile.h"
-#include "platform/FileStatus.h"
 #include "viewer/DescriptionField.h"
-#include "viewer/DescriptionFile.h"
 #include "viewer/InformationText.h"
 
 #include <QEvent>
@@ -22,10 +20,6 @@
 namespace quorvia::viewer {
 
 namespace {
-
-constexpr int saveDelay = 500;     // milliseconds
-constexpr char ownWord[] = "auto"; // stands for a write of the program's own, and is never saved
-constexpr char noDescription[] = "(none)";
 
 /// A text that can be read, selected and copied, on the ground of the panel. A click leaves the keys to the
 /// window; Tab leads here.
@@ -65,21 +59,19 @@ bool isPlainEnter(const QKeyEvent& key)
 InformationPanel::InformationPanel(Parts parts)
     : QWidget(parts.pShowInfo), m_parts(std::move(parts)), m_tPath(new QLineEdit(this)),
       m_tFileInfo(makeFacts("tFileInfo", this)), m_tImageInfo(makeFacts("tImageInfo", this)),
-      m_tDes(new DescriptionField(this)), m_tSaveDes(new QTimer(this))
+      m_tDes(new DescriptionField(this)), m_keeper(m_tDes)
 {
     setObjectName(QStringLiteral("InformationPanel"));
     makeFields();
     layOut();
     takeColors();
     takeFont();
-    m_tSaveDes->setObjectName(QStringLiteral("tSaveDes"));
-    m_tSaveDes->setInterval(saveDelay);
+    m_keeper.setParent(this); // so that its timer is found from here
     m_rest.setObjectName(QStringLiteral("tColors"));
     m_rest.setSingleShot(true);
     m_rest.setInterval(app::restBeforeCounting);
-    connect(m_tSaveDes, &QTimer::timeout, this, &InformationPanel::saveDescriptionNow);
     connect(&m_rest, &QTimer::timeout, this, &InformationPanel::countColors);
-    connect(m_tDes, &DescriptionField::edited, this, &InformationPanel::noteEdit);
+    connect(&m_keeper, &DescriptionKeeper::outdated, this, &InformationPanel::showCurrent);
 }
 
 InformationPanel::~InformationPanel()
@@ -183,9 +175,10 @@ void InformationPanel::changeEvent(QEvent* event)
 
 void InformationPanel::showCurrent()
 {
-    saveDescriptionNow();
-    if (m_parts.pInformation->isHidden())
+    if (!m_parts.isShown()) {
+        saveDescriptionNow();
         return;
+    }
     m_path = m_parts.fileName();
     m_tPath->setText(m_path);
     m_tPath->setCursorPosition(0);
@@ -194,8 +187,7 @@ void InformationPanel::showCurrent()
     m_tFileInfo->setPlainText(fileInfoText(fileFacts(m_path)));
     showImageFacts(std::nullopt);
     m_rest.start();
-    if (m_target.image != m_path || m_path.isEmpty()) // else what could not be saved would go
-        showDescription();
+    m_keeper.show(m_path);
 }
 
 void InformationPanel::showImageFacts(std::optional<int> colors)
@@ -205,48 +197,13 @@ void InformationPanel::showImageFacts(std::optional<int> colors)
 
 void InformationPanel::countColors()
 {
-    if (m_parts.pInformation->isHidden())
+    if (!m_parts.isShown())
         return;
     const int colors = m_parts.image.uniqueColors();
     if (m_parts.fileName() == m_path)
         showImageFacts(colors);
     else // it had no readable pixels, and the image before it is back
         showCurrent();
-}
-
-void InformationPanel::showDescription()
-{
-    m_target = {};
-    const Description description = readDescription(m_path);
-    m_stored =
-        description.state == Description::State::Read ? description.text : QString::fromLatin1(noDescription);
-    m_tDes->setReadOnly(description.state == Description::State::Unreadable);
-    m_tDes->showText(m_stored);
-    if (m_tDes->hasFocus())
-        m_tDes->selectAll();
-}
-
-void InformationPanel::noteEdit()
-{
-    if (m_tDes->holds(QLatin1String(ownWord)))
-        return;
-    if (m_target.image.isEmpty())
-        m_target = {.image = m_path, .sidecar = descriptionPath(m_path)};
-    m_tSaveDes->start();
-}
-
-void InformationPanel::saveDescriptionNow()
-{
-    m_tSaveDes->stop();
-    if (platform::isRegularFile(m_target.image)) {
-        const QString text = m_tDes->text();
-        const bool changed = text != QLatin1String(ownWord) && text != m_stored;
-        if (changed && !writeDescription(m_target.sidecar, text))
-            return;
-        if (changed)
-            m_stored = text;
-    }
-    m_target = {};
 }
 
 bool InformationPanel::eventFilter(QObject* watched, QEvent* event)

@@ -29,8 +29,8 @@ class PanelBench
             pane->setAutoFillBackground(true);
         app::setPaneColor(&pInformation, QColor(0, 121, 191));
         panel = std::make_unique<viewer::InformationPanel>(viewer::InformationPanel::Parts{
-            .pInformation = &pInformation,
             .pShowInfo = &pShowInfo,
+            .isShown = [this] { return !pInformation.isHidden(); },
             .fileName = [this] { return current; },
             .image = {.facts = [this] { return facts; },
                       .uniqueColors =
@@ -68,7 +68,10 @@ class PanelBench
     {
         return viewer::writeDescription(viewer::descriptionPath(image(name)), text);
     }
-    QString stored(const char* name) const { return viewer::readDescription(image(name)).text; }
+    QString stored(const char* name) const
+    {
+        return viewer::readDescription(viewer::descriptionPath(image(name))).text;
+    }
     QStringList sidecars() const
     {
         return QDir(app::InstallPath() + QStringLiteral("Description")).entryList(QDir::Files);

@@ -166,7 +166,7 @@ class TestDescriptionCrash : public QObject
     {
         return viewer::writeDescription(viewer::descriptionPath(m_image), text);
     }
-    QString stored() const { return viewer::readDescription(m_image).text; }
+    QString stored() const { return viewer::readDescription(viewer::descriptionPath(m_image)).text; }
     QStringList callsOfASave() const
     {
         watch() = {.on = true};

@@ -129,9 +129,9 @@ class TestDescriptionFile : public QObject
     void whatWasTypedComesBack()
     {
         QFETCH(QString, text);
-        QCOMPARE(viewer::readDescription(m_image).state, Description::State::None);
+        QCOMPARE(viewer::readDescription(viewer::descriptionPath(m_image)).state, Description::State::None);
         QVERIFY(save(text));
-        const Description read = viewer::readDescription(m_image);
+        const Description read = viewer::readDescription(viewer::descriptionPath(m_image));
         QCOMPARE(read.state, Description::State::Read);
         QVERIFY(read.text == text);
         QCOMPARE(contents(viewer::descriptionPath(m_image)), text.toUtf8() + '\n');
@@ -154,7 +154,7 @@ class TestDescriptionFile : public QObject
     {
         QVERIFY(!app::FolderExists(directory()));
         QVERIFY(save(QStringLiteral("kept")));
-        QCOMPARE(viewer::readDescription(m_image).text, QStringLiteral("kept"));
+        QCOMPARE(viewer::readDescription(viewer::descriptionPath(m_image)).text, QStringLiteral("kept"));
         QVERIFY2(log().contains(QLatin1String("Description directory was missing")), qPrintable(log()));
     }
 
@@ -176,7 +176,8 @@ class TestDescriptionFile : public QObject
         QCOMPARE(::chmod(qPrintable(directory()), 0555), 0);
         QVERIFY(test::holdsUnprivileged([this] { return !save(QStringLiteral("lost")); }));
         QCOMPARE(::chmod(qPrintable(directory()), 0755), 0);
-        QCOMPARE(viewer::readDescription(m_image).text, QStringLiteral("the old text"));
+        QCOMPARE(viewer::readDescription(viewer::descriptionPath(m_image)).text,
+                 QStringLiteral("the old text"));
         QCOMPARE(namesIn(directory()).size(), 1);
         QVERIFY2(log().contains(QLatin1String("Description not saved: ")), qPrintable(log()));
     }
@@ -187,8 +188,10 @@ class TestDescriptionFile : public QObject
         QCOMPARE(::chmod(qPrintable(sidecar), 0), 0);
         QVERIFY(test::openToEveryone(qPrintable(m_home->path(QStringLiteral(".")))));
         const QString image = m_image;
-        QVERIFY(test::holdsUnprivileged(
-            [image] { return viewer::readDescription(image).state == Description::State::Unreadable; }));
+        QVERIFY(test::holdsUnprivileged([image] {
+            return viewer::readDescription(viewer::descriptionPath(image)).state ==
+                   Description::State::Unreadable;
+        }));
     }
 
     void whatIsNoFileIsNotRead_data()
@@ -204,7 +207,8 @@ class TestDescriptionFile : public QObject
         const QString sidecar = viewer::descriptionPath(m_image);
         QVERIFY(QDir().mkpath(directory()));
         QCOMPARE(pipe ? ::mkfifo(qPrintable(sidecar), 0600) : ::mkdir(qPrintable(sidecar), 0700), 0);
-        QCOMPARE(viewer::readDescription(m_image).state, Description::State::Unreadable);
+        QCOMPARE(viewer::readDescription(viewer::descriptionPath(m_image)).state,
+                 Description::State::Unreadable);
         QVERIFY2(log().contains(QLatin1String("Description not read: ")), qPrintable(log()));
         QVERIFY(!save(QStringLiteral("lost")));
     }
@@ -213,7 +217,8 @@ class TestDescriptionFile : public QObject
     {
         const QString sidecar = putSidecar("begin");
         QVERIFY(QFile::resize(sidecar, (qint64(64) << 20) + 1)); // takes no room on the disk
-        QCOMPARE(viewer::readDescription(m_image).state, Description::State::Unreadable);
+        QCOMPARE(viewer::readDescription(viewer::descriptionPath(m_image)).state,
+                 Description::State::Unreadable);
     }
 };
 

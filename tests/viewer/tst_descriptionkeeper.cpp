@@ -1,0 +1,142 @@
+// Which image a description lands on, whatever happens to the image's file, the disk and the box meanwhile.
+#include "support/ScratchHome.h"
+#include "viewer/DescriptionFile.h"
+#include "viewer/PanelBench.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QHash>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+
+using namespace quorvia;
+using test::PanelBench;
+
+class TestDescriptionKeeper : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<test::ScratchHome> m_home;
+    std::unique_ptr<PanelBench> m_bench;
+    PanelBench& bench() { return *m_bench; }
+
+    void touch() const
+    {
+        QFile file(imageA());
+        if (!file.open(QIODevice::Append) ||
+            !file.setFileTime(QDateTime(QDate(2003, 1, 14), QTime(9, 5)), QFileDevice::FileModificationTime))
+            qFatal("not touched");
+    }
+    QString imageA() const { return m_bench->image("a.png"); }
+    void append(const QString& text)
+    {
+        bench().tDes()->setFocus();
+        QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
+        QTest::keyClicks(bench().tDes(), text);
+    }
+    /// Each step is a word, and what it is done with.
+    void run(const QString& step)
+    {
+        const QString image = imageA();
+        const QString aside = image + QStringLiteral(".aside");
+        const QString directory = QStringLiteral("root/Description");
+        const QString with = step.section(u' ', 1);
+        const QHash<QString, std::function<void()>> steps{
+            {QStringLiteral("open"), [&] { bench().open(qPrintable(with + QStringLiteral(".png"))); }},
+            {QStringLiteral("enter"), [&] { bench().tDes()->setFocus(Qt::TabFocusReason); }},
+            {QStringLiteral("leave"), [&] { bench().tDes()->clearFocus(); }},
+            {QStringLiteral("type"), [&] { bench().typeAnew(with); }},
+            {QStringLiteral("append"), [&] { append(with); }},
+            {QStringLiteral("save"), [&] { bench().panel->saveDescriptionNow(); }},
+            {QStringLiteral("end"), [&] { bench().panel.reset(); }},
+            {QStringLiteral("store"), [&] { bench().store("a.png", with); }},
+            {QStringLiteral("replace"), [&] { m_home->write(QStringLiteral("pics/a.png"), "another one"); }},
+            {QStringLiteral("touch"), [&] { touch(); }},
+            {QStringLiteral("gone"), [&] { QFile::rename(image, aside); }},
+            {QStringLiteral("back"), [&] { QFile::rename(aside, image); }},
+            {QStringLiteral("full"), [&] { m_home->write(directory, "a file"); }},
+            {QStringLiteral("room"), [&] { QFile::remove(m_home->path(directory)); }}};
+        const auto found = steps.find(step.section(u' ', 0, 0));
+        if (found == steps.end())
+            qFatal("no step %s", qPrintable(step));
+        (*found)();
+    }
+    /// What all sidecars say, in alphabetical order.
+    QStringList texts()
+    {
+        QStringList texts;
+        const QStringList sidecars = bench().sidecars();
+        for (const QString& name : sidecars) {
+            QFile file(app::InstallPath() + QStringLiteral("Description/") + name);
+            if (file.open(QIODevice::ReadOnly))
+                texts.append(viewer::descriptionText(file.readAll()));
+        }
+        texts.sort();
+        return texts;
+    }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_home = std::make_unique<test::ScratchHome>();
+        for (const char* name : {"a.png", "b.png", "c.png"})
+            m_home->write(QStringLiteral("pics/") + QLatin1String(name), name);
+        m_bench = std::make_unique<PanelBench>(m_home->path(QStringLiteral("pics/")));
+    }
+
+    void cleanup()
+    {
+        m_bench.reset();
+        m_home.reset();
+    }
+
+    void keeps_data()
+    {
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<QStringList>("saved");
+        const auto row = [](const char* name, const char* steps, const char* box, const QStringList& saved) {
+            QTest::newRow(name) << QString::fromLatin1(steps) << QString::fromLatin1(box) << saved;
+        };
+        row("replaced before the first key", "store old,open a,enter,replace,append new,save", "new",
+            {"new", "old"});
+        row("typed on after a save", "open a,type old,save,replace,append new,save", "new", {"new", "old"});
+        row("touched, and the same words again", "store old,open a,enter,touch,type old,save,open a", "old",
+            {"old", "old"});
+        row("replaced by what has a description", "store old,open a,enter,replace,store new,append !,save",
+            "new!", {"new!", "old"});
+        row("replaced while a key waits", "open a,type old,replace,append er,save", "older", {"older"});
+        row("gone at the first key, back before the delay", "open a,enter,gone,type x,back,save,open a", "x",
+            {"x"});
+        row("gone at the save, back later", "open a,type x,gone,save,back,append y,save,open a", "xy",
+            {"xy"});
+        row("no room over two images", "open a,full,type x,open b,open c,room,open b", "(none)", {"x"});
+        row("back while there is no room", "open a,full,type x,open b,open a", "x", {});
+        row("typed on while there is no room", "open a,full,type x,open b,open a,append y,open b,room,open c",
+            "(none)", {"xy"});
+        row("room for the next description", "open a,full,type x,open b,room,type y,save", "y", {"x", "y"});
+        row("no room, and replaced", "open a,full,type x,save,replace,open a,room,save", "(none)", {"x"});
+        row("room at the end only", "open a,full,type x,open b,room,end", "", {"x"});
+        row("saved late, and typed anew", "open a,full,type x,open b,room,open a,type y,open b,open a", "y",
+            {"y"});
+    }
+
+    void keeps()
+    {
+        QFETCH(QString, steps);
+        const QStringList all = steps.split(u',');
+        for (const QString& step : all)
+            run(step);
+        if (bench().panel)
+            QTEST(bench().tDes()->toPlainText(), "box");
+        QTEST(texts(), "saved");
+    }
+};
+
+QTEST_MAIN(TestDescriptionKeeper)
+#include "tst_descriptionkeeper.moc"
