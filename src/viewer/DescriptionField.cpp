@@ -109,6 +109,10 @@ void DescriptionField::keyPressEvent(QKeyEvent* event)
 {
     if (mayEdit(*event))
         Q_EMIT aboutToEdit();
+    if (m_waiting.isPassing()) { // nor must it run the window's commands; Esc is never lost there
+        event->setAccepted(event->key() != Qt::Key_Escape);
+        return;
+    }
     const bool endsLine = event->matches(QKeySequence::InsertParagraphSeparator) ||
                           event->matches(QKeySequence::InsertLineSeparator);
     if (!isReadOnly() && endsLine) { // all alike, so that other programs know them
@@ -121,6 +125,13 @@ void DescriptionField::keyPressEvent(QKeyEvent* event)
     QPlainTextEdit::keyPressEvent(event);
     if (isReadOnly() && wouldType(*event))
         event->accept(); // whoever writes here does not mean the window's commands
+}
+
+void DescriptionField::inputMethodEvent(QInputMethodEvent* event)
+{
+    Q_EMIT aboutToEdit();
+    if (!m_waiting.isPassing())
+        QPlainTextEdit::inputMethodEvent(event);
 }
 
 void DescriptionField::contextMenuEvent(QContextMenuEvent* event)

@@ -3,6 +3,8 @@
 // not when it is typed into.
 #pragma once
 
+#include "app/WaitingInput.h"
+
 #include <QPlainTextEdit>
 
 namespace quorvia::viewer {
@@ -21,6 +23,9 @@ class DescriptionField : public QPlainTextEdit
     /// Whether `word` is all of the text. Cheap, however long the text is.
     bool holds(QLatin1String word) const;
 
+    /// Drops the keys that wait now: they were meant for the text shown before.
+    void dropWaitingInput() { m_waiting.letPass(); }
+
   Q_SIGNALS:
     /// The user is about to do what may change the text. Whoever listens may show another one before.
     void aboutToEdit();
@@ -31,6 +36,7 @@ class DescriptionField : public QPlainTextEdit
     bool canInsertFromMimeData(const QMimeData* source) const override;
     void insertFromMimeData(const QMimeData* source) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -39,6 +45,7 @@ class DescriptionField : public QPlainTextEdit
   private:
     void stepOverJoint(const QKeyEvent& key);
 
+    app::WaitingInput m_waiting{this}; ///< passes while keys are dropped
     bool m_showing = false;
     bool m_enteredByMouse = false; ///< the click that brought the focus is not over
 };

@@ -34,6 +34,7 @@ bool DescriptionKeeper::isUnsaved() const
 void DescriptionKeeper::show(const QString& image)
 {
     saveNow();
+    const bool another = image != m_image;
     m_image = image;
     m_sidecar = platform::isRegularFile(image) ? descriptionPath(image) : QString();
     const auto unsaved = m_unsaved.constFind(m_sidecar);
@@ -44,8 +45,11 @@ void DescriptionKeeper::show(const QString& image)
         description.state == Description::State::Read ? description.text : QString::fromLatin1(noDescription);
     m_tDes->setReadOnly(description.state == Description::State::Unreadable);
     m_tDes->showText(m_stored);
-    if (m_tDes->hasFocus())
-        m_tDes->selectAll();
+    if (!m_tDes->hasFocus())
+        return;
+    m_tDes->selectAll();
+    if (another)
+        m_tDes->dropWaitingInput();
 }
 
 void DescriptionKeeper::noteEdit()

@@ -3,6 +3,8 @@
 
 #include "app/Colors.h"
 #include "app/Paths.h"
+#include "app/PendingEvents.h"
+#include "app/WaitingInput.h"
 #include "viewer/DescriptionFile.h"
 #include "viewer/InformationPanel.h"
 
@@ -52,6 +54,14 @@ class PanelBench
     {
         current = image(name);
         panel->showCurrent();
+        letInputPass();
+    }
+    /// Until keys are taken again that a change of image keeps from its description.
+    void letInputPass()
+    {
+        const auto* const waiting = part<app::WaitingInput>("");
+        if (!app::letEventsRunUntil([waiting] { return !waiting->isPassing(); }, 5000))
+            qFatal("input still waits");
     }
     template <class T>
     T* part(const char* name)

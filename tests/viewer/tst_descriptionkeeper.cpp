@@ -136,6 +136,62 @@ class TestDescriptionKeeper : public QObject
             QTEST(bench().tDes()->toPlainText(), "box");
         QTEST(texts(), "saved");
     }
+
+    void whatWaitedGoesIntoNoOtherDescription_data()
+    {
+        QTest::addColumn<QString>("next");
+        QTest::addColumn<bool>("composed");
+        QTest::addColumn<QString>("box");
+        QTest::newRow("keys") << "b.png" << false << "of the next";
+        QTest::newRow("a composed word") << "b.png" << true << "of the next";
+        QTest::newRow("keys, and the same image") << "a.png" << false << "x";
+    }
+
+    void whatWaitedGoesIntoNoOtherDescription()
+    {
+        QFETCH(QString, next);
+        QFETCH(bool, composed);
+        QVERIFY(bench().store(qPrintable(next), QStringLiteral("of the next")));
+        bench().open("a.png");
+        QPlainTextEdit* const tDes = bench().tDes();
+        tDes->setFocus();
+        bench().current = bench().image(qPrintable(next));
+        bench().panel->showCurrent();
+        auto word = std::make_unique<QInputMethodEvent>();
+        word->setCommitString(QStringLiteral("x"));
+        auto key =
+            std::make_unique<QKeyEvent>(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, QStringLiteral("x"));
+        QCoreApplication::postEvent(tDes, composed ? static_cast<QEvent*>(word.release()) : key.release());
+        QCoreApplication::processEvents();
+        QTEST(tDes->toPlainText(), "box");
+        bench().letInputPass();
+        append(QStringLiteral("!"));
+        bench().panel->saveDescriptionNow();
+        QCOMPARE(bench().stored(qPrintable(next)), tDes->toPlainText());
+        QVERIFY(tDes->toPlainText().endsWith(u'!'));
+    }
+
+    void ofWhatWaitedOnlyEscIsTheWindows_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("a letter") << int(Qt::Key_X) << true;
+        QTest::newRow("Right") << int(Qt::Key_Right) << true;
+        QTest::newRow("Esc") << int(Qt::Key_Escape) << false;
+    }
+
+    void ofWhatWaitedOnlyEscIsTheWindows()
+    {
+        QFETCH(int, key);
+        bench().open("a.png");
+        bench().tDes()->setFocus();
+        bench().current = bench().image("b.png");
+        bench().panel->showCurrent();
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString());
+        QCoreApplication::sendEvent(bench().tDes(), &event);
+        QTEST(event.isAccepted(), "taken");
+        QCOMPARE(bench().tDes()->textCursor().selectedText(), QStringLiteral("(none)"));
+    }
 };
 
 QTEST_MAIN(TestDescriptionKeeper)
