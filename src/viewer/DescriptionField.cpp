@@ -3,10 +3,14 @@
 #include "viewer/LongLines.h"
 
 #include <QFocusEvent>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScopedValueRollback>
 #include <QTextBlock>
+#include <QTextLayout>
 
 #include <utility>
 
@@ -132,6 +136,27 @@ void DescriptionField::inputMethodEvent(QInputMethodEvent* event)
     Q_EMIT aboutToEdit();
     if (!m_waiting.isPassing())
         QPlainTextEdit::inputMethodEvent(event);
+}
+
+QString DescriptionField::composed() const
+{
+    return textCursor().block().layout()->preeditAreaText();
+}
+
+void DescriptionField::endComposition()
+{
+    if (!isComposing())
+        return;
+    QInputMethod* const method = QGuiApplication::inputMethod();
+    if (hasFocus())
+        method->commit();
+    if (const QString left = composed(); !left.isEmpty()) { // it leaves that to the program
+        QInputMethodEvent done;
+        done.setCommitString(left);
+        QPlainTextEdit::inputMethodEvent(&done);
+    }
+    if (hasFocus())
+        method->reset();
 }
 
 void DescriptionField::contextMenuEvent(QContextMenuEvent* event)

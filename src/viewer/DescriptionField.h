@@ -23,6 +23,10 @@ class DescriptionField : public QPlainTextEdit
     /// Whether `word` is all of the text. Cheap, however long the text is.
     bool holds(QLatin1String word) const;
 
+    /// Whether an input method has letters here that still change; text() is without them.
+    bool isComposing() const { return !composed().isEmpty(); }
+    /// Takes such letters into the text as they are, and has the input method begin anew.
+    void endComposition();
     /// Drops the keys that wait now: they were meant for the text shown before.
     void dropWaitingInput() { m_waiting.letPass(); }
 
@@ -43,6 +47,7 @@ class DescriptionField : public QPlainTextEdit
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
+    QString composed() const;
     void stepOverJoint(const QKeyEvent& key);
 
     app::WaitingInput m_waiting{this}; ///< passes while keys are dropped

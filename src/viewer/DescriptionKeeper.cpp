@@ -21,7 +21,10 @@ DescriptionKeeper::DescriptionKeeper(DescriptionField* tDes, QObject* parent)
 {
     m_tSaveDes->setObjectName(QStringLiteral("tSaveDes"));
     m_tSaveDes->setInterval(saveDelay);
-    connect(m_tSaveDes, &QTimer::timeout, this, &DescriptionKeeper::saveNow);
+    connect(m_tSaveDes, &QTimer::timeout, this, [this] {
+        if (!m_tDes->isComposing()) // else the text is half of what is meant
+            saveNow();
+    });
     connect(m_tDes, &DescriptionField::edited, this, &DescriptionKeeper::noteEdit);
     connect(m_tDes, &DescriptionField::aboutToEdit, this, &DescriptionKeeper::lookAgain);
 }
@@ -62,7 +65,8 @@ void DescriptionKeeper::noteEdit()
 /// another program puts a new one in its place, is waited for.
 void DescriptionKeeper::lookAgain()
 {
-    if (isUnsaved() || !platform::isRegularFile(m_image) || descriptionPath(m_image) == m_sidecar)
+    if (isUnsaved() || m_tDes->isComposing() || !platform::isRegularFile(m_image) ||
+        descriptionPath(m_image) == m_sidecar)
         return;
     Q_EMIT outdated();
     if (m_stored != QLatin1String(noDescription))
@@ -71,6 +75,7 @@ void DescriptionKeeper::lookAgain()
 
 void DescriptionKeeper::saveNow()
 {
+    m_tDes->endComposition();
     if (isUnsaved())
         takeText();
     m_unsaved.removeIf([](const auto& one) { return writeDescription(one.key(), one.value()); });

@@ -7,7 +7,9 @@
 #include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QInputMethodEvent>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
@@ -39,6 +41,26 @@ class TestDescriptionKeeper : public QObject
         QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
         QTest::keyClicks(bench().tDes(), text);
     }
+    /// What an input method tells: `composed` letters that still change, `ready` ones that are done.
+    void compose(const QString& composed, const QString& ready = {})
+    {
+        QInputMethodEvent event(composed, {});
+        event.setCommitString(ready);
+        QCoreApplication::sendEvent(bench().tDes(), &event);
+    }
+    void letDelaysGoBy()
+    {
+        const QSignalSpy gone(bench().tSaveDes(), &QTimer::timeout);
+        bench().tSaveDes()->start(0);
+        if (!app::letEventsRunUntil(
+                [&] { return gone.count() > 1 || !bench().panel->isDescriptionUnsaved(); }, 5000))
+            qFatal("no delay");
+    }
+    void showNext()
+    {
+        bench().current = bench().image("b.png");
+        bench().panel->showCurrent();
+    }
     /// Each step is a word, and what it is done with.
     void run(const QString& step)
     {
@@ -51,6 +73,10 @@ class TestDescriptionKeeper : public QObject
             {QStringLiteral("enter"), [&] { bench().tDes()->setFocus(Qt::TabFocusReason); }},
             {QStringLiteral("leave"), [&] { bench().tDes()->clearFocus(); }},
             {QStringLiteral("type"), [&] { bench().typeAnew(with); }},
+            {QStringLiteral("compose"), [&] { compose(with); }},
+            {QStringLiteral("ready"), [&] { compose({}, with); }},
+            {QStringLiteral("delays"), [&] { letDelaysGoBy(); }},
+            {QStringLiteral("next"), [&] { showNext(); }},
             {QStringLiteral("append"), [&] { append(with); }},
             {QStringLiteral("save"), [&] { bench().panel->saveDescriptionNow(); }},
             {QStringLiteral("end"), [&] { bench().panel.reset(); }},
@@ -115,6 +141,13 @@ class TestDescriptionKeeper : public QObject
             {"x"});
         row("gone at the save, back later", "open a,type x,gone,save,back,append y,save,open a", "xy",
             {"xy"});
+        row("a word is composed", "open a,enter,compose wo,ready word,save", "word", {"word"});
+        row("the delay goes by meanwhile", "store old,open a,enter,compose wo,delays", "", {"old"});
+        row("the delay goes by after it", "store old,open a,enter,compose wo,ready word,delays", "word",
+            {"word"});
+        row("the next image comes meanwhile", "open a,enter,compose wo,next,ready word,save", "(none)",
+            {"wo"});
+        row("the end comes meanwhile", "open a,enter,compose wo,end", "", {"wo"});
         row("no room over two images", "open a,full,type x,open b,open c,room,open b", "(none)", {"x"});
         row("back while there is no room", "open a,full,type x,open b,open a", "x", {});
         row("typed on while there is no room", "open a,full,type x,open b,open a,append y,open b,room,open c",
@@ -185,8 +218,7 @@ class TestDescriptionKeeper : public QObject
         QFETCH(int, key);
         bench().open("a.png");
         bench().tDes()->setFocus();
-        bench().current = bench().image("b.png");
-        bench().panel->showCurrent();
+        showNext();
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, QString());
         QCoreApplication::sendEvent(bench().tDes(), &event);
         QTEST(event.isAccepted(), "taken");
