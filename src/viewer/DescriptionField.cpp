@@ -2,6 +2,8 @@
 
 #include "viewer/LongLines.h"
 
+#include <QClipboard>
+#include <QDrag>
 #include <QFocusEvent>
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -48,6 +50,8 @@ DescriptionField::DescriptionField(QWidget* parent) : QPlainTextEdit(parent)
 
 void DescriptionField::showText(const QString& text)
 {
+    if (m_moving)
+        QDrag::cancel(); // what is dragged is gone
     const QScopedValueRollback showing(m_showing, true);
     clear();
     setUndoRedoEnabled(false);
@@ -177,16 +181,63 @@ void DescriptionField::focusInEvent(QFocusEvent* event)
     // Back from a menu or another window the user goes on where he was.
     if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason)
         return;
-    m_enteredByMouse = event->reason() == Qt::MouseFocusReason;
-    selectAll();
+    if (event->reason() != Qt::MouseFocusReason) {
+        selectAll();
+        return;
+    }
+    // A press on a selection would begin to drag it.
+    QTextCursor cursor = textCursor();
+    cursor.clearSelection();
+    setTextCursor(cursor);
+    m_enteredByMouse = true;
+    QMetaObject::invokeMethod(this, &DescriptionField::selectAfterEntering, Qt::QueuedConnection);
+}
+
+/// For a press beside the text, as on the scroll bar.
+void DescriptionField::selectAfterEntering()
+{
+    if (std::exchange(m_enteredByMouse, false))
+        selectAll();
+}
+
+void DescriptionField::mousePressEvent(QMouseEvent* event)
+{
+    m_entering = std::exchange(m_enteredByMouse, false) ? event->button() : Qt::NoButton;
+    if (m_entering == Qt::RightButton)
+        selectAll(); // for the menu
+    QPlainTextEdit::mousePressEvent(event);
+}
+
+void DescriptionField::mouseMoveEvent(QMouseEvent* event)
+{
+    const QScopedValueRollback moving(m_moving, true);
+    QPlainTextEdit::mouseMoveEvent(event);
 }
 
 void DescriptionField::mouseReleaseEvent(QMouseEvent* event)
 {
+    const bool entering = std::exchange(m_entering, Qt::NoButton) == event->button();
+    if (event->button() == Qt::MiddleButton)
+        Q_EMIT aboutToEdit();
+    if (entering && event->button() == Qt::MiddleButton) {
+        pasteOverAll();
+        return;
+    }
     QPlainTextEdit::mouseReleaseEvent(event);
     // The press has put the caret somewhere. Whoever drew a selection wants that one.
-    if (std::exchange(m_enteredByMouse, false) && !textCursor().hasSelection())
+    if (entering && !textCursor().hasSelection())
         selectAll();
+}
+
+/// Like what is typed after entering, what is selected elsewhere replaces the text.
+void DescriptionField::pasteOverAll()
+{
+    selectAll();
+    const QClipboard* const clipboard = QGuiApplication::clipboard();
+    if (!clipboard->supportsSelection())
+        return;
+    if (const QMimeData* const selected = clipboard->mimeData(QClipboard::Selection))
+        insertFromMimeData(selected);
 }
 
 } // namespace quorvia::viewer

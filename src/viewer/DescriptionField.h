@@ -44,15 +44,21 @@ class DescriptionField : public QPlainTextEdit
     void contextMenuEvent(QContextMenuEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
     QString composed() const;
+    void selectAfterEntering();
+    void pasteOverAll();
     void stepOverJoint(const QKeyEvent& key);
 
     app::WaitingInput m_waiting{this}; ///< passes while keys are dropped
     bool m_showing = false;
-    bool m_enteredByMouse = false; ///< the click that brought the focus is not over
+    bool m_enteredByMouse = false;             ///< the press that brought the focus has not come yet
+    Qt::MouseButton m_entering = Qt::NoButton; ///< of that press, until it is let go
+    bool m_moving = false;                     ///< the mouse, which may drag text out
 };
 
 } // namespace quorvia::viewer

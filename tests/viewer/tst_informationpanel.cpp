@@ -522,26 +522,70 @@ class TestInformationPanel : public QObject
 
     void enteringSelectsAll_data()
     {
-        QTest::addColumn<bool>("mouse");
-        QTest::newRow("by Tab") << false;
-        QTest::newRow("by a click") << true;
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::newRow("by Tab") << Qt::NoButton;
+        QTest::newRow("by a click") << Qt::LeftButton;
+        QTest::newRow("by the middle button") << Qt::MiddleButton;
+        QTest::newRow("by the right button") << Qt::RightButton;
     }
 
     void enteringSelectsAll()
     {
-        QFETCH(bool, mouse);
+        QFETCH(Qt::MouseButton, button);
+        if (QGuiApplication::clipboard()->supportsSelection())
+            QGuiApplication::clipboard()->clear(QClipboard::Selection); // nothing to paste
         bench().open("a.png");
         QPlainTextEdit* const tDes = bench().tDes();
-        if (mouse)
-            QTest::mouseClick(tDes->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
-        else
+        if (button == Qt::NoButton)
             tDes->setFocus(Qt::TabFocusReason);
+        else
+            QTest::mousePress(tDes->viewport(), button, {}, QPoint(20, 10));
+        if (button == Qt::LeftButton || button == Qt::MiddleButton) // a menu keeps the other's release
+            QTest::mouseRelease(tDes->viewport(), button, {}, QPoint(20, 10));
         QVERIFY(tDes->hasFocus());
         QCOMPARE(tDes->textCursor().selectedText(), QStringLiteral("(none)"));
         QTest::mouseClick(tDes->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
         QVERIFY(!tDes->textCursor().hasSelection()); // the second click places the caret
         QTest::keyClicks(tDes, QStringLiteral("x"));
         QVERIFY(textOf("tDes") != QLatin1String("x"));
+    }
+
+    /// As by a click on its scroll bar.
+    void enteringBesideTheTextSelectsAll()
+    {
+        bench().open("a.png");
+        bench().tDes()->setFocus(Qt::MouseFocusReason);
+        QTRY_COMPARE(bench().tDes()->textCursor().selectedText(), QStringLiteral("(none)"));
+    }
+
+    void enteringByTheMiddleButtonPastesOverAll()
+    {
+        QClipboard* const clipboard = QGuiApplication::clipboard();
+        if (!clipboard->supportsSelection())
+            QSKIP("no clipboard of what is selected here");
+        bench().open("a.png");
+        clipboard->setText(QStringLiteral("my words"), QClipboard::Selection);
+        QTest::mouseClick(bench().tDes()->viewport(), Qt::MiddleButton, {}, QPoint(20, 10));
+        QCOMPARE(textOf("tDes"), QStringLiteral("my words"));
+        QVERIFY(!bench().tDes()->textCursor().hasSelection());
+    }
+
+    /// Over text that was selected when the box was left, too.
+    void aSelectionCanBeDrawnWhileEntering()
+    {
+        QVERIFY(bench().store("a.png", QStringLiteral("some words of a description")));
+        bench().open("a.png");
+        QPlainTextEdit* const tDes = bench().tDes();
+        tDes->selectAll();
+        QTest::mousePress(tDes->viewport(), Qt::LeftButton, {}, QPoint(6, 10));
+        for (const int x : {30, 50, 70}) {
+            QMouseEvent move(QEvent::MouseMove, QPointF(x, 10), tDes->viewport()->mapToGlobal(QPointF(x, 10)),
+                             Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(tDes->viewport(), &move);
+        }
+        QTest::mouseRelease(tDes->viewport(), Qt::LeftButton, {}, QPoint(70, 10));
+        const QString drawn = tDes->textCursor().selectedText();
+        QVERIFY2(drawn.size() > 2 && drawn.size() < 20, qPrintable(drawn));
     }
 
     void comingBackFromAMenuKeepsTheCaret()
