@@ -22,6 +22,7 @@ constexpr int selectionInterval = 10; // milliseconds
 constexpr int dragInterval = 5;       // milliseconds
 constexpr int initialInterval = 1000; // milliseconds
 constexpr int resizeInterval = 100;   // milliseconds
+constexpr int mostRows = wholeStrip;  // a damaged setting may hold any number
 constexpr int initialColor = 0xE0;
 
 void setUp(QTimer& timer, QObject* parent, const char* name, int interval)
@@ -117,7 +118,7 @@ QString Filmstrip::GetUniKey() const
 
 void Filmstrip::SetNumberOfRows(int rows)
 {
-    const int usable = std::max(rows, 1);
+    const int usable = std::clamp(rows, 1, mostRows);
     if (usable != m_rows) {
         m_rows = usable;
         DrawStrip();

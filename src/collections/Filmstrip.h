@@ -47,8 +47,8 @@ class Filmstrip : public QWidget
     /// A short fingerprint of the list: its length and at most three of its names.
     QString GetUniKey() const;
     int NumberOfRows() const { return m_rows; }
-    /// Numbers below 1 count as 1. Another number draws the strip anew; the selection is painted again in any
-    /// case.
+    /// Numbers below 1 count as 1, those above 200 as 200. Another number draws the strip anew; the selection
+    /// is painted again in any case.
     void SetNumberOfRows(int rows);
     /// The selected positions, each with a ";" behind it.
     QString SelectedImages() const;
@@ -118,7 +118,7 @@ class Filmstrip : public QWidget
     std::optional<int> hit(QPointF twips) const;
 
     bool takeKey(const QKeyEvent& event);
-    void moveCurrentTo(int index);
+    void moveCurrentTo(qint64 index);
     void showCurrent();
     void frameCurrent();
 

@@ -158,7 +158,7 @@ void Filmstrip::keyPressEvent(QKeyEvent* event)
 /// False for a key that moves nothing here.
 bool Filmstrip::takeKey(const QKeyEvent& event)
 {
-    const int columns = std::max(innerTwips().width() / std::max(m_cell.width(), 1), 1);
+    const qint64 columns = std::max(innerTwips().width() / std::max(m_cell.width(), 1), 1);
     switch (event.key()) {
     case Qt::Key_Left:
         moveCurrentTo(m_current - m_rows);
@@ -217,9 +217,9 @@ void Filmstrip::focusOutEvent(QFocusEvent*)
     frameCurrent();
 }
 
-void Filmstrip::moveCurrentTo(int index)
+void Filmstrip::moveCurrentTo(qint64 index)
 {
-    m_current = std::clamp(index, 0, count() - 1);
+    m_current = int(std::clamp(index, qint64(0), qint64(count()) - 1));
     setAccessibleDescription(app::SplitPathName(m_images.at(m_current), 2));
     QAccessibleEvent told(this, QAccessible::DescriptionChanged);
     QAccessible::updateAccessibility(&told);

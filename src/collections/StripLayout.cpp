@@ -54,7 +54,7 @@ StripLayout laidOut(const StripSpace& space)
     if (space.count > wholeStrip)
         layout.maxDraw = windowCells(space);
     const int cells = std::min(space.count, layout.maxDraw);
-    layout.columns = (cells + space.rows - 1) / space.rows;
+    layout.columns = int((qint64(cells) + space.rows - 1) / space.rows);
     layout.barVisible =
         cellWidth(space.control.height(), space.rows) * layout.columns > space.control.width();
     const int height = stripHeight(space.control.height(), space.barHeight, layout.barVisible);
@@ -84,7 +84,7 @@ StripLayout sizeStrip(const StripSpace& space)
 {
     StripLayout layout = laidOut(space);
     // A window that was measured without a bar has too few of the smaller cells above one.
-    const bool hasMore = layout.columns * space.rows < space.count;
+    const bool hasMore = qint64(layout.columns) * space.rows < space.count;
     if (!layout.barVisible && hasMore && layout.strip.height() < space.stripHeight) {
         StripSpace aboveBar = space;
         aboveBar.stripHeight = layout.strip.height();

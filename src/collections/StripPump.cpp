@@ -1,5 +1,8 @@
 #include "collections/StripPump.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace quorvia::collections {
 
 StripPump fromBeginning(StripPump pump)
@@ -9,13 +12,14 @@ StripPump fromBeginning(StripPump pump)
 
 StripPump fromColumn(StripPump pump, int column, int rows)
 {
-    const int first = rows * column + 1;
+    const qint64 position = qint64(rows) * column + 1;
+    const int first = int(std::min(position, qint64(std::numeric_limits<int>::max())));
     return {.DrawIndex = first, .FirstIndex = first, .MaxDraw = pump.MaxDraw};
 }
 
 bool isDone(const StripPump& pump, int count)
 {
-    return pump.DrawIndex > count || pump.DrawIndex > pump.FirstIndex + pump.MaxDraw;
+    return pump.DrawIndex > count || pump.DrawIndex > qint64(pump.FirstIndex) + pump.MaxDraw;
 }
 
 StripPump stepped(StripPump pump, int rows, int cellWidth)

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <limits>
+
 using namespace quorvia::collections;
 
 namespace {
@@ -79,6 +81,8 @@ class TestStripLayout : public QObject
             << QSize(9000, 1500) << 201 << 3 << 54 << 18 << QSize(10080, 1260) << true << 52;
         QTest::newRow("201 that fit")
             << QSize(500000, 1500) << 201 << 1 << 252 << 201 << QSize(402000, 1500) << false << -48;
+        QTest::newRow("more rows than cells") << QSize(9000, 1500) << 6 << std::numeric_limits<int>::max()
+                                              << 200 << 1 << QSize(1, 1500) << false << -180;
         QTest::newRow("no height") << QSize(9000, 0) << 250 << 1 << 9002 << 250 << QSize(0, 0) << false
                                    << -8749;
     }

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <limits>
+
 using namespace quorvia::collections;
 
 namespace {
@@ -64,6 +66,13 @@ class TestStripPump : public QObject
     {
         QCOMPARE(pass(fromColumn({.MaxDraw = 8}, 298, 1), 300, 1),
                  QStringList({QStringLiteral("299:0/1"), QStringLiteral("300:1000/1")}));
+    }
+
+    void aWindowBehindAllNumbersIsDone()
+    {
+        constexpr int most = std::numeric_limits<int>::max();
+        QVERIFY(isDone(fromColumn({.MaxDraw = most}, most, 200), most - 1));
+        QVERIFY(!isDone({.DrawIndex = most - 1, .FirstIndex = most - 1, .MaxDraw = 8}, most));
     }
 
     void selections_data()

@@ -13,6 +13,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <limits>
+
 using namespace quorvia;
 using collections::Filmstrip;
 using test::ViewerBench;
@@ -267,13 +269,30 @@ class TestWindowFilmstrip : public QObject
         QCOMPARE(copy("miFilm2").checked, rows == 2);
     }
 
-    void otherRowsOfASettingMarkNone()
+    void otherRowsOfASetting_data()
     {
-        app::save(setting::FilmStripRows, 5);
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("0") << 0 << 1;
+        QTest::newRow("-7") << -7 << 1;
+        QTest::newRow("5") << 5 << 5;
+        QTest::newRow("a million") << 1'000'000 << 200;
+        QTest::newRow("the largest number") << std::numeric_limits<int>::max() << 200;
+    }
+
+    void otherRowsOfASetting()
+    {
+        QFETCH(int, stored);
+        QFETCH(int, rows);
+        app::save(setting::FilmStripRows, stored);
         openWithStrip();
-        QCOMPARE(strip().NumberOfRows(), 5);
-        for (const char* tool : {"miFilm1", "miFilm2", "miFilm3"})
-            QVERIFY(!m_window->panes()->ab1()->model()->tool(QLatin1String(tool))->values().checked);
+        QCOMPARE(strip().Images(), pictures());
+        QCOMPARE(strip().NumberOfRows(), rows);
+        for (const int each : {1, 2, 3}) {
+            const auto* const tool =
+                m_window->panes()->ab1()->model()->tool(QStringLiteral("miFilm%1").arg(each));
+            QCOMPARE(tool->values().checked, each == rows);
+        }
     }
 
     void anotherHeightPaintsItAnew()
