@@ -79,9 +79,9 @@ void Filmstrip::add(const QString& sFile)
 void Filmstrip::DrawStrip()
 {
     m_pImages->wipe();
-    m_tDraw.stop();
-    m_now = {};
-    m_next = {};
+    m_tDraw.end();
+    m_tMove.stop(); // a drag of the list before; its release is still no click
+    dropReads();
     m_visibleWanted.clear();
     m_columnWanted = 0;
     {
@@ -90,7 +90,7 @@ void Filmstrip::DrawStrip()
     }
     m_drag.left = 0;
     placeStrip();
-    m_tDraw.start(firstInterval);
+    m_tDraw.begin(firstInterval);
 }
 
 void Filmstrip::ReDraw() {}
@@ -126,18 +126,6 @@ void Filmstrip::SetNumberOfRows(int rows)
     SetSelectedImages(SelectedImages());
 }
 
-QString Filmstrip::SelectedImages() const
-{
-    return selectionText(m_selected);
-}
-
-void Filmstrip::SetSelectedImages(const QString& text)
-{
-    m_requested = text;
-    m_clearing = false;
-    m_tSelectionChange.start();
-}
-
 void Filmstrip::resizeEvent(QResizeEvent*)
 {
     applyHeight();
@@ -148,7 +136,7 @@ void Filmstrip::resizeEvent(QResizeEvent*)
 /// True between DrawStrip() and the tick that lays the strip out.
 bool Filmstrip::awaitsLayout() const
 {
-    return m_tDraw.isActive() && m_tDraw.interval() == firstInterval;
+    return m_tDraw.isDue() && m_tDraw.interval() == firstInterval;
 }
 
 QSize Filmstrip::innerTwips() const
@@ -194,10 +182,15 @@ void Filmstrip::placeStrip()
 
 void Filmstrip::scrolled(int value)
 {
-    if (m_dragging || m_tMove.isActive())
+    if (m_tMove.isActive())
         return;
-    if (m_laidOutWidth != innerTwips().width() || awaitsLayout())
+    if (m_laidOutWidth != innerTwips().width() || awaitsLayout()) {
+        const QSize before = m_cell;
+        const int column = isWhole() ? value * scrollUnit / std::max(m_cell.width(), 1) : value;
         SizeStrip();
+        if (m_cell != before && !awaitsLayout())
+            return drawFrom(column);
+    }
     const int usable = m_sBar->isHidden() ? 0 : std::min(value, m_sBar->Max());
     m_drag.left = isWhole() ? -usable * scrollUnit : 0;
     placeStrip();
@@ -205,27 +198,32 @@ void Filmstrip::scrolled(int value)
         return;
     m_pImages->wipe();
     m_pump = fromColumn(m_pump, usable, m_rows);
-    m_now = {};
-    m_next = {};
+    dropReads();
     frameCurrent();
-    m_tDraw.start(scrolledInterval);
+    m_tDraw.begin(scrolledInterval);
 }
 
-/// Takes the size that the strip has come to: what is painted stays in place as long as cells keep their
-/// size.
+/// Draws the strip anew with column `column` (0-based) at the left edge.
+void Filmstrip::drawFrom(int column)
+{
+    DrawStrip();
+    m_columnWanted = column;
+}
+
+/// Takes the size and the pixels that the strip has come to: what is painted stays in place as long as cells
+/// keep theirs.
 void Filmstrip::takeSize()
 {
     if (awaitsLayout())
         return;
-    if (m_dragging || m_tMove.isActive())
+    if (m_tMove.isActive())
         return m_tResize.start();
     const QSize before = m_cell;
     const int column = firstColumn();
     SizeStrip();
     if (m_cell == before)
         return scrolled(m_sBar->Value());
-    DrawStrip();
-    m_columnWanted = column;
+    drawFrom(column);
 }
 
 /// The column at the left edge, 0-based.
@@ -261,31 +259,26 @@ void Filmstrip::paintNext()
         return beginPass();
     if (isDone(m_pump, count()))
         return endPass();
-    if (!wanted(m_pump.DrawIndex - 1).read->isDone())
-        return askAhead();
-    const int column = m_pump.DrawX / std::max(m_cell.width(), 1);
-    paintCell(m_now.read->result(), false, {column, m_pump.DrawRow - 1});
-    m_pump = stepped(m_pump, m_rows, m_cell.width());
+    askAhead();
+    if (!m_now.read->isDone())
+        return;
+    paintCell(m_now.read->result(), false, placeOf(m_pump, m_rows));
+    m_pump = stepped(m_pump);
     m_now = std::exchange(m_next, {});
     askAhead();
 }
 
-/// The picture for the cell that is to be painted now, asked for unless it has been.
-Filmstrip::Wanted& Filmstrip::wanted(int index)
+/// Asks for the picture of the cell at `index`, unless it has been asked for.
+void Filmstrip::ask(Wanted& want, int index)
 {
-    const auto ask = [this](Wanted& want, int position) {
-        const QString& file = m_images.at(position);
-        if (want.read && want.index == position && want.file == file)
-            return;
-        const QString thumbnail = thumbnailFor(file);
-        const bool there = hasThumbnail(thumbnail);
-        want = {position, file,
-                m_ix1.ask(cellPicture(there ? thumbnail : file, there ? QString() : thumbnail,
-                                      devicePixelRatioF()))};
-    };
-    Wanted& want = index == m_pump.DrawIndex - 1 ? m_now : m_next;
-    ask(want, index);
-    return want;
+    const QString& file = m_images.at(index);
+    if (want.read && want.index == index && want.file == file)
+        return;
+    const QString thumbnail = thumbnailFor(file);
+    const bool there = hasThumbnail(thumbnail);
+    want = {
+        index, file,
+        m_ix1.ask(cellPicture(there ? thumbnail : file, there ? QString() : thumbnail, devicePixelRatioF()))};
 }
 
 /// Lets the reader go on with the cell behind the present one.
@@ -293,18 +286,23 @@ void Filmstrip::askAhead()
 {
     if (isDone(m_pump, count()))
         return;
-    wanted(m_pump.DrawIndex - 1);
-    if (!isDone(stepped(m_pump, m_rows, m_cell.width()), count()))
-        wanted(m_pump.DrawIndex);
+    ask(m_now, m_pump.DrawIndex - 1);
+    if (!isDone(stepped(m_pump), count()))
+        ask(m_next, m_pump.DrawIndex);
+}
+
+void Filmstrip::dropReads()
+{
+    m_now = {};
+    m_next = {};
 }
 
 void Filmstrip::endPass()
 {
-    m_tDraw.stop();
-    m_now = {};
-    m_next = {};
+    m_tDraw.end();
+    dropReads();
     // The pass has painted over the selected cells.
-    if (m_pump.FirstIndex <= 1 && !m_tSelectionChange.isActive())
+    if (m_pump.FirstIndex <= 1 && !m_tSelectionChange.isDue())
         restartSelected(true);
 }
 
@@ -313,49 +311,6 @@ void Filmstrip::paintCell(const engine::SmallImage& picture, bool selected, Cell
     m_canvasColor = selected ? selectedCellColor() : nextCellColor(m_canvasColor);
     const double ratio = devicePixelRatioF();
     m_pImages->put(place, composeCell(picture, m_canvasColor, m_pImages->pixelsAt(place, ratio), ratio));
-}
-
-// --- selection
-
-void Filmstrip::restartSelected(bool selected)
-{
-    m_selState = selected;
-    m_selIndex = 0;
-    m_selectedRead = {};
-    m_tDrawSelected.start();
-}
-
-void Filmstrip::applySelection()
-{
-    if (!m_clearing) {
-        m_clearing = true;
-        restartSelected(false);
-    }
-    if (m_tDrawSelected.isActive())
-        return;
-    m_selected = selectionOf(m_requested);
-    m_tSelectionChange.stop();
-    restartSelected(true);
-}
-
-void Filmstrip::drawSelected()
-{
-    if (selectionEnds(m_selected, m_selIndex))
-        return m_tDrawSelected.stop();
-    if (const auto position = selectedImage(m_selected.at(m_selIndex), count())) {
-        const QString& file = m_images.at(*position);
-        if (!m_selectedRead.read || m_selectedRead.file != file)
-            m_selectedRead = {*position, file,
-                              m_ix1.ask(cellPicture(file, QString(), devicePixelRatioF()), true)};
-        if (!m_selectedRead.read->isDone())
-            return;
-        paintCell(m_selectedRead.read->result(), m_selState, placeOf(*position, m_rows));
-    }
-    m_selectedRead = {};
-    if (m_selIndex < m_selected.size() - 2)
-        ++m_selIndex;
-    else
-        m_tDrawSelected.stop();
 }
 
 } // namespace quorvia::collections

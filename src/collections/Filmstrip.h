@@ -4,10 +4,10 @@
 #pragma once
 
 #include "collections/StripPump.h"
+#include "collections/StripTimer.h"
 #include "engine/SmallPictures.h"
 
 #include <QColor>
-#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -97,12 +97,14 @@ class Filmstrip : public QWidget
     void placeStrip();
     void scrolled(int value);
     void takeSize();
+    void drawFrom(int column);
     int firstColumn() const;
     void showFirstColumn(int column);
     void beginPass();
     void paintNext();
-    Wanted& wanted(int index);
+    void ask(Wanted& want, int index);
     void askAhead();
+    void dropReads();
     void endPass();
     void paintCell(const engine::SmallImage& picture, bool selected, CellPlace place);
 
@@ -137,7 +139,7 @@ class Filmstrip : public QWidget
     bool m_selState = false;
     bool m_clearing = false;
 
-    bool m_dragging = false;
+    bool m_dragging = false; // the next release ends a drag
     bool m_mouseIsDown = false;
     StripDrag m_drag;   // its left edge is the strip's at all times
     int m_pointerX = 0; // screen pixels
@@ -145,9 +147,9 @@ class Filmstrip : public QWidget
 
     StripSurface* m_pImages;
     controls::ScrollBar* m_sBar;
-    QTimer m_tDraw;
-    QTimer m_tSelectionChange;
-    QTimer m_tDrawSelected;
+    StripTimer m_tDraw;
+    StripTimer m_tSelectionChange;
+    StripTimer m_tDrawSelected;
     QTimer m_tMove;
     QTimer m_tResize; ///< runs while the strip gets another size
     engine::SmallPictureReader m_ix1;

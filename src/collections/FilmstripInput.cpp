@@ -142,7 +142,7 @@ void Filmstrip::wheelEvent(QWheelEvent* event)
 {
     if ((event->modifiers() & Qt::ControlModifier) != 0)
         return event->ignore(); // none of the bar's: sent there it would come back
-    if (!m_sBar->isHidden() && !m_dragging)
+    if (!m_sBar->isHidden() && !m_tMove.isActive())
         QCoreApplication::sendEvent(m_sBar, event);
 }
 

@@ -22,13 +22,13 @@ bool isDone(const StripPump& pump, int count)
     return pump.DrawIndex > count || pump.DrawIndex > qint64(pump.FirstIndex) + pump.MaxDraw;
 }
 
-StripPump stepped(StripPump pump, int rows, int cellWidth)
+CellPlace placeOf(const StripPump& pump, int rows)
 {
-    ++pump.DrawRow;
-    if (pump.DrawRow > rows) {
-        pump.DrawRow = 1;
-        pump.DrawX += cellWidth;
-    }
+    return placeOf(pump.DrawIndex - std::max(pump.FirstIndex, 1), rows);
+}
+
+StripPump stepped(StripPump pump)
+{
     ++pump.DrawIndex;
     return pump;
 }

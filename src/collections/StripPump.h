@@ -10,13 +10,12 @@
 
 namespace quorvia::collections {
 
-/// The progress of a painting pass. One step a cell, down a column first.
+/// The progress of a painting pass. One step a cell, down a column first; the
+/// places are counted, so that they hold whatever size cells get.
 struct StripPump
 {
     int DrawIndex = 1;  ///< 1-based position of the next image
     int FirstIndex = 0; ///< 1-based position of the first image of the window; 0: from the beginning
-    int DrawX = 0;      ///< left edge of the column, twips
-    int DrawRow = 1;    ///< from 1
     int MaxDraw = wholeStrip;
 
     bool operator==(const StripPump&) const = default;
@@ -28,8 +27,10 @@ StripPump fromBeginning(StripPump pump);
 StripPump fromColumn(StripPump pump, int column, int rows);
 /// True when the pass has nothing left to paint of `count` images.
 bool isDone(const StripPump& pump, int count);
+/// Where the cell lies that `pump` stands at.
+CellPlace placeOf(const StripPump& pump, int rows);
 /// `pump` behind the cell that it stood at.
-StripPump stepped(StripPump pump, int rows, int cellWidth);
+StripPump stepped(StripPump pump);
 
 /// The positions of a requested text, one entry for each piece between ";" and one more, which is empty.
 QStringList selectionOf(const QString& text);

@@ -123,10 +123,10 @@ class TestFilmstripInput : public QObject
         QCOMPARE(surface().x(), -1000);
         const QPoint begin = surface().mapToGlobal(QPoint(1200, 20));
         QTest::mousePress(&surface(), Qt::LeftButton, {}, QPoint(1200, 20));
-        moveHeld(begin - QPoint(60, 0));
+        moveHeld(begin - QPoint(61, 0));
         QVERIFY(m_bench->timer("tMove").isActive());
-        QTRY_COMPARE(surface().x(), -1060);
-        QCOMPARE(m_bench->bar().Value(), 318);
+        QTRY_COMPARE(m_bench->bar().Value(), 318); // which would put it at -1060
+        QCOMPARE(surface().x(), -1061);
         moveHeld(begin + QPoint(40, 0));
         QTRY_COMPARE(surface().x(), -960);
         QTest::mouseRelease(&surface(), Qt::LeftButton, {}, QPoint(1200, 20));
@@ -134,6 +134,33 @@ class TestFilmstripInput : public QObject
         QCOMPARE(m_order, QStringList({"down", "up"}));
         QTest::mouseClick(&surface(), Qt::LeftButton, {}, QPoint(1200, 20)); // the drag is over
         QVERIFY(m_order.constLast().startsWith(QStringLiteral("clicked")));
+    }
+
+    void anotherListEndsTheDrag_data()
+    {
+        QTest::addColumn<int>("more"); // images added to the 60
+        QTest::newRow("still whole") << 1;
+        QTest::newRow("a window now") << 240;
+    }
+
+    void anotherListEndsTheDrag()
+    {
+        QFETCH(int, more);
+        fillWide();
+        m_bench->bar().SetValue(300);
+        const QPoint begin = surface().mapToGlobal(QPoint(1200, 20));
+        QTest::mousePress(&surface(), Qt::LeftButton, {}, QPoint(1200, 20));
+        moveHeld(begin - QPoint(60, 0));
+        QTRY_COMPARE(surface().x(), -1060);
+        m_bench->addMany(more);
+        m_bench->laysOut();
+        QVERIFY(!m_bench->timer("tMove").isActive());
+        moveHeld(begin - QPoint(90, 0));
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->bar().Value(), 0);
+        QCOMPARE(surface().x(), 0);
+        QTest::mouseRelease(&surface(), Qt::LeftButton, {}, QPoint(100, 20));
+        QCOMPARE(m_order.constLast(), QStringLiteral("up")); // no click
     }
 
     void nearTheScreensEdgeTheStripRunsByItself()
@@ -233,13 +260,20 @@ class TestFilmstripInput : public QObject
     void keysScrollToTheirCell_data()
     {
         QTest::addColumn<int>("count");
-        QTest::newRow("whole") << 60;
-        QTest::newRow("window") << 260;
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("whole") << 60 << 1 << QSize(600, 120);
+        QTest::newRow("window") << 260 << 1 << QSize(600, 120);
+        QTest::newRow("a wide window in rows") << 250 << 3 << QSize(1914, 162);
     }
 
     void keysScrollToTheirCell()
     {
         QFETCH(int, count);
+        QFETCH(int, rows);
+        QFETCH(QSize, size);
+        strip().resize(size);
+        strip().SetNumberOfRows(rows);
         m_bench->addMany(count);
         m_bench->laysOut();
         focus();
@@ -249,7 +283,8 @@ class TestFilmstripInput : public QObject
         QCOMPARE(m_bench->bar().Value(), 0);
         QTest::keyClick(&strip(), Qt::Key_PageDown);
         QTest::keyClick(&strip(), Qt::Key_PageDown);
-        QVERIFY(m_bench->bar().Value() > 0);
+        if (count / rows > 100) // more than two pages
+            QVERIFY(m_bench->bar().Value() > 0);
     }
 
     void otherKeysAreTheWindows()

@@ -98,6 +98,45 @@ class TestFilmstripResize : public QObject
         QVERIFY(isNear(m_bench->middle(count > 200 ? 1 : before + 1, 0, rows), red));
     }
 
+    void anotherSizeInMidPassPaintsEachCellOnce_data()
+    {
+        QTest::addColumn<bool>("isPainted");  // before the size changes
+        QTest::addColumn<bool>("isScrolled"); // before the size is taken
+        for (const bool isPainted : {false, true}) {
+            for (const bool isScrolled : {false, true})
+                QTest::addRow("%s, %s", isPainted ? "painted" : "in mid-pass",
+                              isScrolled ? "scrolled" : "left alone")
+                    << isPainted << isScrolled;
+        }
+    }
+
+    void anotherSizeInMidPassPaintsEachCellOnce()
+    {
+        QFETCH(bool, isPainted);
+        QFETCH(bool, isScrolled);
+        addColours(12);
+        strip().resize(2000, 120); // all of them, without a bar
+        strip().DrawStrip();
+        if (isPainted)
+            QVERIFY(m_bench->settles());
+        else
+            QTRY_VERIFY_WITH_TIMEOUT(isNear(m_bench->middle(7), colour(7)), 5000);
+        strip().resize(400, 120); // smaller cells above a bar
+        if (isScrolled)
+            m_bench->bar().SetValue(1);
+        QTRY_VERIFY(!m_bench->timer("tResize").isActive());
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->surface().height(), 120 - m_bench->bar().height());
+        const QImage shot = m_bench->surface().grab().toImage();
+        for (int i = 0; i < 12; ++i) {
+            QVERIFY2(isNear(m_bench->middle(i), colour(i)), qPrintable(m_bench->middle(i).name()));
+            for (int x = shot.width() * i / 12 + 2; x < shot.width() * (i + 1) / 12 - 2; ++x) {
+                const QColor seen(shot.pixel(x, shot.height() / 2)); // frame or picture, nothing between
+                QVERIFY2(seen.saturation() == 0 || isNear(seen, colour(i)), qPrintable(seen.name()));
+            }
+        }
+    }
+
     void anEmptyStripHasNothingToDo()
     {
         strip().resize(300, 100);
@@ -105,6 +144,13 @@ class TestFilmstripResize : public QObject
     }
 
   private:
+    static QColor colour(int index) { return QColor::fromHsv(index * 30, 200, 200); }
+    void addColours(int count) const
+    {
+        for (int i = 0; i < count; ++i)
+            strip().add(m_bench->picture(QStringLiteral("c%1.png").arg(i), colour(i)));
+    }
+
     /// The column at the left edge.
     int leftColumn(int rows) const
     {

@@ -8,12 +8,14 @@ using namespace quorvia::collections;
 
 namespace {
 
-/// The images of a pass, each with the place that it is painted at: "index:x/row".
+/// The images of a pass, each with the place that it is painted at: "index:column/row".
 QStringList pass(StripPump pump, int count, int rows)
 {
     QStringList cells;
-    for (; !isDone(pump, count); pump = stepped(pump, rows, 1000))
-        cells.append(QStringLiteral("%1:%2/%3").arg(pump.DrawIndex).arg(pump.DrawX).arg(pump.DrawRow));
+    for (; !isDone(pump, count); pump = stepped(pump)) {
+        const CellPlace place = placeOf(pump, rows);
+        cells.append(QStringLiteral("%1:%2/%3").arg(pump.DrawIndex).arg(place.column).arg(place.row));
+    }
     return cells;
 }
 
@@ -30,9 +32,9 @@ class TestStripPump : public QObject
         QTest::addColumn<int>("rows");
         QTest::addColumn<QString>("cells");
         QTest::newRow("empty") << 0 << 1 << "";
-        QTest::newRow("one row") << 3 << 1 << "1:0/1 2:1000/1 3:2000/1";
-        QTest::newRow("two rows") << 5 << 2 << "1:0/1 2:0/2 3:1000/1 4:1000/2 5:2000/1";
-        QTest::newRow("three rows") << 4 << 3 << "1:0/1 2:0/2 3:0/3 4:1000/1";
+        QTest::newRow("one row") << 3 << 1 << "1:0/0 2:1/0 3:2/0";
+        QTest::newRow("two rows") << 5 << 2 << "1:0/0 2:0/1 3:1/0 4:1/1 5:2/0";
+        QTest::newRow("three rows") << 4 << 3 << "1:0/0 2:0/1 3:0/2 4:1/0";
     }
 
     void passes()
@@ -46,8 +48,7 @@ class TestStripPump : public QObject
 
     void theFirstPassOfAWindowPaintsWhatIsAllowed()
     {
-        const StripPump pump =
-            fromBeginning({.DrawIndex = 9, .FirstIndex = 7, .DrawX = 3, .DrawRow = 2, .MaxDraw = 8});
+        const StripPump pump = fromBeginning({.DrawIndex = 9, .FirstIndex = 7, .MaxDraw = 8});
         QCOMPARE(pump, (StripPump{.MaxDraw = 8}));
         QCOMPARE(pass(pump, 300, 1).size(), 8);
     }
@@ -58,14 +59,14 @@ class TestStripPump : public QObject
         QCOMPARE(pump, (StripPump{.DrawIndex = 11, .FirstIndex = 11, .MaxDraw = 8}));
         const QStringList cells = pass(pump, 300, 2);
         QCOMPARE(cells.size(), 9);
-        QCOMPARE(cells.first(), QStringLiteral("11:0/1"));
-        QCOMPARE(cells.last(), QStringLiteral("19:4000/1"));
+        QCOMPARE(cells.first(), QStringLiteral("11:0/0"));
+        QCOMPARE(cells.last(), QStringLiteral("19:4/0"));
     }
 
     void aWindowEndsWithTheList()
     {
         QCOMPARE(pass(fromColumn({.MaxDraw = 8}, 298, 1), 300, 1),
-                 QStringList({QStringLiteral("299:0/1"), QStringLiteral("300:1000/1")}));
+                 QStringList({QStringLiteral("299:0/0"), QStringLiteral("300:1/0")}));
     }
 
     void aWindowBehindAllNumbersIsDone()
