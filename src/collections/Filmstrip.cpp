@@ -95,6 +95,17 @@ void Filmstrip::DrawStrip()
 
 void Filmstrip::ReDraw() {}
 
+void Filmstrip::SetPaused(bool paused)
+{
+    if (paused) {
+        letGo();
+        dropReads();
+        m_selectedRead = {};
+    }
+    for (StripTimer* const timer : {&m_tDraw, &m_tSelectionChange, &m_tDrawSelected})
+        timer->SetPaused(paused);
+}
+
 void Filmstrip::SetVisibleImage(const QString& sFile)
 {
     if (awaitsLayout()) {
@@ -268,16 +279,18 @@ void Filmstrip::paintNext()
     askAhead();
 }
 
-/// Asks for the picture of the cell at `index`, unless it has been asked for.
-void Filmstrip::ask(Wanted& want, int index)
+/// Asks for the picture of the cell at `index`, unless it has been asked for or its thumbnail is `underWay`.
+void Filmstrip::ask(Wanted& want, int index, const QString& underWay)
 {
     const QString& file = m_images.at(index);
     if (want.read && want.index == index && want.file == file)
         return;
     const QString thumbnail = thumbnailFor(file);
     const bool there = hasThumbnail(thumbnail);
+    if (!there && !thumbnail.isEmpty() && thumbnail == underWay)
+        return;
     want = {
-        index, file,
+        index, file, thumbnail,
         m_ix1.ask(cellPicture(there ? thumbnail : file, there ? QString() : thumbnail, devicePixelRatioF()))};
 }
 
@@ -288,7 +301,7 @@ void Filmstrip::askAhead()
         return;
     ask(m_now, m_pump.DrawIndex - 1);
     if (!isDone(stepped(m_pump), count()))
-        ask(m_next, m_pump.DrawIndex);
+        ask(m_next, m_pump.DrawIndex, m_now.thumbnail);
 }
 
 void Filmstrip::dropReads()

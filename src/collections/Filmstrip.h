@@ -41,6 +41,9 @@ class Filmstrip : public QWidget
     void DrawStrip();
     /// Does nothing.
     void ReDraw();
+    /// While the strip cannot be seen: nothing is read or painted. What was begun, or is asked for meanwhile,
+    /// goes on afterwards from where it stood.
+    void SetPaused(bool paused);
     /// Brings the first entry that is `sFile`, ignoring case, into view; nothing happens for any other name.
     /// While a layout is about to come, once it has come.
     void SetVisibleImage(const QString& sFile);
@@ -84,6 +87,7 @@ class Filmstrip : public QWidget
     {
         int index = -1; // 0-based position in the list
         QString file;
+        QString thumbnail;
         std::shared_ptr<engine::SmallRead> read;
     };
 
@@ -102,7 +106,7 @@ class Filmstrip : public QWidget
     void showFirstColumn(int column);
     void beginPass();
     void paintNext();
-    void ask(Wanted& want, int index);
+    void ask(Wanted& want, int index, const QString& underWay = QString());
     void askAhead();
     void dropReads();
     void endPass();

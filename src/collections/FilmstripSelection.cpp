@@ -44,7 +44,7 @@ void Filmstrip::drawSelected()
     if (const auto position = selectedImage(m_selected.at(m_selIndex), count())) {
         const QString& file = m_images.at(*position);
         if (!m_selectedRead.read || m_selectedRead.file != file)
-            m_selectedRead = {*position, file,
+            m_selectedRead = {*position, file, QString(),
                               m_ix1.ask(cellPicture(file, QString(), devicePixelRatioF()), true)};
         if (!m_selectedRead.read->isDone())
             return;

@@ -24,23 +24,29 @@ FilmstripHost::FilmstripHost(Parts parts)
     connect(m_Filmstrip1, &collections::Filmstrip::ImageClicked, this, &FilmstripHost::clicked);
 }
 
+/// True when the strip can be seen. Else it stands still from now on.
+bool FilmstripHost::noteSight()
+{
+    const bool isShown = m_parts.isShown();
+    m_Filmstrip1->SetPaused(!isShown);
+    return isShown;
+}
+
 void FilmstripHost::showList()
 {
-    if (!m_parts.isShown())
-        return;
     const QStringList& files = m_parts.list->files();
-    if (collections::listKey(files) != m_Filmstrip1->GetUniKey()) {
-        m_Filmstrip1->Clear();
-        for (const QString& file : files)
-            m_Filmstrip1->add(file);
-        m_Filmstrip1->DrawStrip();
-    }
+    if (!noteSight() || collections::listKey(files) == m_Filmstrip1->GetUniKey())
+        return;
+    m_Filmstrip1->Clear();
+    for (const QString& file : files)
+        m_Filmstrip1->add(file);
+    m_Filmstrip1->DrawStrip();
     showCurrent();
 }
 
 void FilmstripHost::showCurrent()
 {
-    if (!m_parts.isShown())
+    if (!noteSight())
         return;
     const int position = currentPosition();
     m_Filmstrip1->SetSelectedImages(position < 0 ? QString() : QString::number(position));
@@ -49,6 +55,7 @@ void FilmstripHost::showCurrent()
 
 void FilmstripHost::setRows(int rows)
 {
+    noteSight();
     m_Filmstrip1->SetNumberOfRows(rows);
     showCurrent();
 }
@@ -69,6 +76,8 @@ void FilmstripHost::clicked(int index, int button)
 {
     if (button == rightButton)
         m_parts.openMenu(m_Filmstrip1->Images().value(index));
+    else if (index == m_parts.list->ListIndex())
+        m_parts.list->pick(index); // which may not be on show
     else
         m_parts.list->SetListIndex(index);
 }

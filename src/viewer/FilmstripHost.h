@@ -35,8 +35,8 @@ class FilmstripHost : public QObject
 
     collections::Filmstrip* Filmstrip1() const { return m_Filmstrip1; }
 
-    /// Fills the strip anew when the list has another fingerprint than what stands in it; else nothing is
-    /// painted again. Marks the current image in either case.
+    /// Fills the strip anew when the list has another fingerprint than what stands in it, and shows the
+    /// current image then; else nothing happens. Called too when the pane comes into sight or goes.
     void showList();
     /// Selects the current image and brings it into view; no selection when it is not in the strip.
     void showCurrent();
@@ -47,6 +47,7 @@ class FilmstripHost : public QObject
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    bool noteSight();
     void clicked(int index, int button);
     int currentPosition() const;
 

@@ -142,6 +142,7 @@ void frmImageView::showPaneContents()
     if (m_panes->isInformationShown())
         UpdateStatus();
     m_filmstrip->showList();
+    m_filmstrip->showCurrent();
 }
 
 void frmImageView::noteList()

@@ -217,6 +217,40 @@ class TestFilmstripCells : public QObject
         QVERIFY(isNear(m_bench->middle(1), red));
     }
 
+    void neighboursOfOneNameAndSecondShareTheirThumbnail()
+    {
+        const QString raw = m_bench->picture(QStringLiteral("beach.jpg"), red, QSize(1200, 800));
+        const QString other = m_bench->picture(QStringLiteral("beach.png"), green);
+        for (const QString& path : {raw, other})
+            touch(path, QDateTime(QDate(2003, 3, 2), QTime(14, 5, 9)));
+        strip().add(raw);
+        strip().add(other);
+        QByteArray before;
+        for (int pass = 0; pass < 2; ++pass) {
+            QVERIFY(m_bench->draws());
+            QCOMPARE(m_bench->thumbnails(), QStringList(QStringLiteral("03022003140509_beach.thb")));
+            const QByteArray bytes = contentOf(m_bench->cache() + m_bench->thumbnails().constFirst());
+            QVERIFY(isNear(QColor(QImage::fromData(bytes, "JPEG").pixel(5, 5)), red));
+            if (pass > 0)
+                QCOMPARE(bytes, before);
+            before = bytes;
+            QVERIFY(isNear(m_bench->middle(0), red));
+            QVERIFY(isNear(m_bench->middle(1), red));
+        }
+    }
+
+    void aThumbnailIsNotWrittenAgain()
+    {
+        const QString file = m_bench->picture(QStringLiteral("beach.png"), red);
+        strip().add(file);
+        QVERIFY(m_bench->draws());
+        const QString thumbnail = m_bench->cache() + m_bench->thumbnails().constFirst();
+        const QDateTime early(QDate(2003, 3, 2), QTime(14, 5, 9));
+        touch(thumbnail, early);
+        QVERIFY(m_bench->draws());
+        QCOMPARE(QFileInfo(thumbnail).lastModified(), early);
+    }
+
     void badFilesDoNotStopAPass()
     {
         strip().add(m_bench->home.write(QStringLiteral("pics/text.jpg"), "no image at all"));

@@ -1,6 +1,7 @@
 // The filmstrip in the main window: when it is filled, what it selects, and what clicks on it do.
 #include "app/Settings.h"
 #include "collections/Filmstrip.h"
+#include "collections/ThumbnailCache.h"
 #include "controls/gnTab.h"
 #include "controls/ScrollBar.h"
 #include "platform/ToolControl.h"
@@ -8,6 +9,7 @@
 #include "viewer/DragHandle.h"
 #include "viewer/ViewerBench.h"
 
+#include <QDir>
 #include <QFile>
 #include <QMenu>
 #include <QTest>
@@ -43,6 +45,20 @@ class TestWindowFilmstrip : public QObject
     Filmstrip& strip() const { return *m_window->filmstrip()->Filmstrip1(); }
     QTimer& tDraw() const { return *strip().findChild<QTimer*>(QStringLiteral("tDraw")); }
     QTimer& tSelection() const { return *strip().findChild<QTimer*>(QStringLiteral("tSelectionChange")); }
+    controls::ScrollBar& sBar() const
+    {
+        return *strip().findChild<controls::ScrollBar*>(QStringLiteral("sBar"));
+    }
+    /// 40 more pictures in the folder, each with its name as it counts.
+    void manyPictures() const
+    {
+        for (int i = 0; i < 40; ++i)
+            m_bench->picture(QStringLiteral("pics/n%1.png").arg(i, 2, 10, QLatin1Char('0')), Qt::gray);
+    }
+    QStringList thumbnails() const
+    {
+        return QDir(collections::thumbnailDirectory()).entryList({QStringLiteral("*.thb")}, QDir::Files);
+    }
     void run(const char* command) const { m_window->RunTool(QLatin1String(command)); }
     void click(int index, int button) const { Q_EMIT strip().ImageClicked(index, button, 0); }
     /// Waits until everything is painted and the selection taken over.
@@ -157,6 +173,24 @@ class TestWindowFilmstrip : public QObject
         QCOMPARE(strip().Images(), pictures());
     }
 
+    void anUnchangedListLeavesTheStripWhereItIs()
+    {
+        manyPictures();
+        openWithStrip();
+        sBar().SetValue(sBar().Max());
+        const int there = sBar().Value();
+        QVERIFY(there > 0);
+        m_window->list()->RefreshPlaylist();
+        m_window->list()->finishRebuild();
+        QVERIFY(!tSelection().isActive());
+        QVERIFY(!tDraw().isActive());
+        QCOMPARE(sBar().Value(), there);
+        run("miViewNormal");
+        run("miViewFilmstrip"); // where the current image is looked for
+        QVERIFY(tSelection().isActive());
+        QCOMPARE(sBar().Value(), 0);
+    }
+
     void theSelectionFollowsTheImage()
     {
         openWithStrip();
@@ -183,21 +217,20 @@ class TestWindowFilmstrip : public QObject
     {
         openWithStrip();
         run("miCloseImage");
-        run("FileListUpdated");
+        run("miViewNormal");
+        run("miViewFilmstrip");
         QVERIFY(settles());
         QCOMPARE(strip().SelectedImages(), QStringLiteral(";"));
     }
 
     void theImageIsBroughtIntoView()
     {
-        for (int i = 0; i < 40; ++i)
-            m_bench->picture(QStringLiteral("pics/n%1.png").arg(i, 2, 10, QLatin1Char('0')), Qt::gray);
+        manyPictures();
         openWithStrip();
-        auto* const sBar = strip().findChild<controls::ScrollBar*>(QStringLiteral("sBar"));
-        QCOMPARE(sBar->Value(), 0);
+        QCOMPARE(sBar().Value(), 0);
         m_window->OpenX(in("pics/n30.png"));
         QVERIFY(settles());
-        QVERIFY(sBar->Value() > 0);
+        QVERIFY(sBar().Value() > 0);
     }
 
     void aClickOpens_data()
@@ -215,6 +248,70 @@ class TestWindowFilmstrip : public QObject
         QCOMPARE(m_window->currentFile(), in("pics/b.png"));
         QCOMPARE(m_window->list()->ListIndex(), 1);
         QCOMPARE(m_window->panes()->gTab()->SelectedTabKey(), QStringLiteral("Filmstrip"));
+    }
+
+    void aClickOnTheListsOwnEntryOpensIt_data()
+    {
+        QTest::addColumn<bool>("isClosed");
+        QTest::newRow("another image is on show") << false;
+        QTest::newRow("no image is on show") << true;
+    }
+
+    void aClickOnTheListsOwnEntryOpensIt()
+    {
+        QFETCH(bool, isClosed);
+        openWithStrip();
+        if (isClosed)
+            run("miCloseImage");
+        else
+            m_window->OpenX(in("pics/b.png"));
+        QCOMPARE(m_window->list()->ListIndex(), 0);
+        click(0, leftButton);
+        QCOMPARE(m_window->currentFile(), in("pics/a.png"));
+    }
+
+    void aStripOutOfSightStandsStill_data()
+    {
+        QTest::addColumn<QByteArray>("away");
+        QTest::addColumn<QByteArray>("back");
+        QTest::addColumn<bool>("asksForRows");
+        for (const bool rows : {false, true}) {
+            const char* const then = rows ? ", asked for rows" : "";
+            QTest::addRow("another tab%s", then)
+                << QByteArray("miViewNormal") << QByteArray("miViewFilmstrip") << rows;
+            QTest::addRow("behind the viewport%s", then)
+                << QByteArray("miHideInterface") << QByteArray("miHideInterface") << rows;
+        }
+    }
+
+    void aStripOutOfSightStandsStill()
+    {
+        QFETCH(QByteArray, away);
+        QFETCH(QByteArray, back);
+        QFETCH(bool, asksForRows);
+        manyPictures();
+        QVERIFY(QDir().mkpath(in("cache")));
+        app::save(app::common::ThumbnailPath, in("cache/"));
+        open();
+        run("miViewFilmstrip");
+        QTRY_VERIFY(thumbnails().size() > 2);
+        QVERIFY(tDraw().isActive());
+        run(away.constData());
+        if (asksForRows)
+            run("miFilm2");
+        for (const auto* const timer : strip().findChildren<QTimer*>())
+            QVERIFY2(!timer->isActive() || timer->objectName() == QLatin1String("tResize"),
+                     qPrintable(timer->objectName()));
+        run("miNext"); // what is opened out of sight asks for nothing
+        QVERIFY(!tSelection().isActive());
+        QVERIFY(thumbnails().size() < 40);
+        run(back.constData());
+        QVERIFY(tDraw().isActive());
+        QCOMPARE(tDraw().interval() == 100, asksForRows); // else it goes on where it stood
+        QVERIFY(settles());
+        QCOMPARE(thumbnails().size(), 43);
+        QCOMPARE(strip().NumberOfRows(), asksForRows ? 2 : 1);
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("1;"));
     }
 
     void aRightClickOpensTheMenuOfTheImage()
