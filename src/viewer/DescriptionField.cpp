@@ -179,7 +179,10 @@ void DescriptionField::focusInEvent(QFocusEvent* event)
 {
     QPlainTextEdit::focusInEvent(event);
     // Back from a menu or another window the user goes on where he was.
-    if (event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason)
+    if (event->reason() == Qt::PopupFocusReason)
+        return;
+    Q_EMIT entered();
+    if (event->reason() == Qt::ActiveWindowFocusReason)
         return;
     if (event->reason() != Qt::MouseFocusReason) {
         selectAll();

@@ -31,6 +31,9 @@ class DescriptionField : public QPlainTextEdit
     void dropWaitingInput() { m_waiting.letPass(); }
 
   Q_SIGNALS:
+    /// The focus comes, and not from a menu of the box's own. Whoever listens may show another text before
+    /// the user reads this one.
+    void entered();
     /// The user is about to do what may change the text. Whoever listens may show another one before.
     void aboutToEdit();
     void edited();

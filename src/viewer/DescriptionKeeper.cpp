@@ -2,7 +2,6 @@
 
 #include "platform/FileStatus.h"
 #include "viewer/DescriptionField.h"
-#include "viewer/DescriptionFile.h"
 
 #include <QTimer>
 
@@ -13,6 +12,12 @@ namespace {
 constexpr int saveDelay = 500;     // milliseconds
 constexpr char ownWord[] = "auto"; // stands for a write of the program's own, and is never saved
 constexpr char noDescription[] = "(none)";
+
+QString shownText(const Description& description)
+{
+    return description.state == Description::State::Read ? description.text
+                                                         : QString::fromLatin1(noDescription);
+}
 
 } // namespace
 
@@ -26,6 +31,7 @@ DescriptionKeeper::DescriptionKeeper(DescriptionField* tDes, QObject* parent)
             saveNow();
     });
     connect(m_tDes, &DescriptionField::edited, this, &DescriptionKeeper::noteEdit);
+    connect(m_tDes, &DescriptionField::entered, this, &DescriptionKeeper::enter);
     connect(m_tDes, &DescriptionField::aboutToEdit, this, &DescriptionKeeper::lookAgain);
 }
 
@@ -40,13 +46,9 @@ void DescriptionKeeper::show(const QString& image)
     const bool another = image != m_image;
     m_image = image;
     m_sidecar = platform::isRegularFile(image) ? descriptionPath(image) : QString();
-    const auto unsaved = m_unsaved.constFind(m_sidecar);
-    const Description description = unsaved == m_unsaved.cend()
-                                        ? readDescription(m_sidecar)
-                                        : Description{.state = Description::State::Read, .text = *unsaved};
-    m_stored =
-        description.state == Description::State::Read ? description.text : QString::fromLatin1(noDescription);
-    m_tDes->setReadOnly(description.state == Description::State::Unreadable);
+    const Description found = description(m_sidecar);
+    m_stored = shownText(found);
+    m_tDes->setReadOnly(found.state == Description::State::Unreadable);
     m_tDes->showText(m_stored);
     if (!m_tDes->hasFocus())
         return;
@@ -55,19 +57,47 @@ void DescriptionKeeper::show(const QString& image)
         m_tDes->dropWaitingInput();
 }
 
+Description DescriptionKeeper::description(const QString& sidecar) const
+{
+    const auto unsaved = m_unsaved.constFind(sidecar);
+    return unsaved == m_unsaved.cend() ? readDescription(sidecar)
+                                       : Description{.state = Description::State::Read, .text = *unsaved};
+}
+
 void DescriptionKeeper::noteEdit()
 {
     if (!m_tDes->holds(QLatin1String(ownWord)))
         m_tSaveDes->start();
 }
 
-/// Nobody is to write about a picture that he has not seen. A file that is missing for a moment, as when
-/// another program puts a new one in its place, is waited for.
+/// Another program may have written a description meanwhile.
+void DescriptionKeeper::enter()
+{
+    if (mayLook() && (isOutdated() || shownText(description(m_sidecar)) != m_stored))
+        showAgain();
+}
+
+/// Nobody is to write about a picture that he has not seen.
 void DescriptionKeeper::lookAgain()
 {
-    if (isUnsaved() || m_tDes->isComposing() || !platform::isRegularFile(m_image) ||
-        descriptionPath(m_image) == m_sidecar)
-        return;
+    if (mayLook() && isOutdated())
+        showAgain();
+}
+
+/// Not while the box holds what is not saved. A file that is missing for a moment, as when another program
+/// puts a new one in its place, is waited for.
+bool DescriptionKeeper::mayLook() const
+{
+    return !isUnsaved() && !m_tDes->isComposing() && platform::isRegularFile(m_image);
+}
+
+bool DescriptionKeeper::isOutdated() const
+{
+    return descriptionPath(m_image) != m_sidecar;
+}
+
+void DescriptionKeeper::showAgain()
+{
     Q_EMIT outdated();
     if (m_stored != QLatin1String(noDescription))
         m_tDes->moveCursor(QTextCursor::End); // what is written now replaces nothing that nobody has read

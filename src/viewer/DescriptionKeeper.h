@@ -5,6 +5,8 @@
 // What the disk does not take stays in memory, shows again with its image, and is tried again with each save.
 #pragma once
 
+#include "viewer/DescriptionFile.h"
+
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -32,12 +34,17 @@ class DescriptionKeeper : public QObject
     void saveNow();
 
   Q_SIGNALS:
-    /// The image's file has changed since it was shown, and the user is about to write.
+    /// The image's file, or its description, has changed since it was shown, and the user is about to write.
     void outdated();
 
   private:
     void noteEdit();
+    Description description(const QString& sidecar) const;
+    void enter();
     void lookAgain();
+    bool mayLook() const;
+    bool isOutdated() const;
+    void showAgain();
     void takeText();
 
     DescriptionField* m_tDes;

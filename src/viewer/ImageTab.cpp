@@ -47,11 +47,10 @@ void ImageTab::update()
 
 bool ImageTab::eventFilter(QObject*, QEvent* event)
 {
-    const QString file = m_ix1->FileName();
-    if (event->type() == QEvent::ToolTip && !file.isEmpty())
+    if (event->type() == QEvent::ToolTip && m_ix1->ImagePixelWidth() > 0)
         m_gTab->SetTabToolTip(QLatin1String(imageKey),
                               tabTip(QSize(m_ix1->ImagePixelWidth(), m_ix1->ImagePixelHeight()),
-                                     m_ix1->UniqueColors(), app::FormatFileSize(file, 1, true)));
+                                     m_ix1->UniqueColors(), app::FormatFileSize(m_ix1->FileName(), 1, true)));
     return false;
 }
 

@@ -184,7 +184,8 @@ void InformationPanel::showCurrent()
     m_tPath->setCursorPosition(0);
     if (m_tPath->hasFocus())
         m_tPath->setSelection(int(m_path.size()), -int(m_path.size())); // it has no caret
-    m_tFileInfo->setPlainText(fileInfoText(fileFacts(m_path)));
+    if (const std::optional<FileFacts> facts = fileFacts(m_path))
+        m_tFileInfo->setPlainText(fileInfoText(*facts));
     showImageFacts(std::nullopt);
     m_rest.start();
     m_keeper.show(m_path);

@@ -16,11 +16,15 @@ QString dateLine(const char* label, const QDateTime& time)
 
 } // namespace
 
-FileFacts fileFacts(const QString& path)
+std::optional<FileFacts> fileFacts(const QString& path)
 {
     FileFacts facts;
+    if (path.isEmpty())
+        return facts;
     struct stat status = {};
-    if (platform::fileStatus(path, status) == 0 && !S_ISDIR(status.st_mode))
+    if (platform::fileStatus(path, status) != 0)
+        return std::nullopt;
+    if (!S_ISDIR(status.st_mode))
         facts.bytes = status.st_size;
     FileTimes times;
     if (app::GetFileTimes(path, times.created, times.modified, times.accessed))

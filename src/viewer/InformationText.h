@@ -25,8 +25,9 @@ struct FileFacts
     QString attributes;             ///< as words
 };
 
-/// The facts of the file at `path`; those of an empty file without times when there is none.
-FileFacts fileFacts(const QString& path);
+/// The facts of the file at `path`; none when nothing can be asked of it. The empty path is an empty file
+/// without times.
+std::optional<FileFacts> fileFacts(const QString& path);
 
 /// Size, times and attributes, each on a line; the lines of the times only when they are known.
 QString fileInfoText(const FileFacts& facts);

@@ -71,6 +71,7 @@ class TestDescriptionKeeper : public QObject
         const QHash<QString, std::function<void()>> steps{
             {QStringLiteral("open"), [&] { bench().open(qPrintable(with + QStringLiteral(".png"))); }},
             {QStringLiteral("enter"), [&] { bench().tDes()->setFocus(Qt::TabFocusReason); }},
+            {QStringLiteral("return"), [&] { bench().tDes()->setFocus(Qt::ActiveWindowFocusReason); }},
             {QStringLiteral("leave"), [&] { bench().tDes()->clearFocus(); }},
             {QStringLiteral("type"), [&] { bench().typeAnew(with); }},
             {QStringLiteral("compose"), [&] { compose(with); }},
@@ -141,6 +142,11 @@ class TestDescriptionKeeper : public QObject
             {"x"});
         row("gone at the save, back later", "open a,type x,gone,save,back,append y,save,open a", "xy",
             {"xy"});
+        row("another program writes before the box is entered", "open a,store other,enter", "other",
+            {"other"});
+        row("and before the window is come back to", "open a,enter,type old,save,leave,store other,return",
+            "other", {"other"});
+        row("and while a key waits", "open a,type old,leave,store other,enter,save", "old", {"old"});
         row("a word is composed", "open a,enter,compose wo,ready word,save", "word", {"word"});
         row("the delay goes by meanwhile", "store old,open a,enter,compose wo,delays", "", {"old"});
         row("the delay goes by after it", "store old,open a,enter,compose wo,ready word,delays", "word",

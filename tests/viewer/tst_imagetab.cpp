@@ -4,6 +4,7 @@
 #include "support/ScratchHome.h"
 #include "viewer/ImageTab.h"
 
+#include <QBuffer>
 #include <QHelpEvent>
 #include <QImage>
 #include <QTest>
@@ -48,23 +49,38 @@ class TestImageTab : public QObject
     void theTipIsMadeWhenItShows()
     {
         const test::ScratchHome home;
-        const QString path = home.path(QStringLiteral("one.png"));
         QImage image(33, 17, QImage::Format_RGB32);
         image.fill(Qt::red);
-        QVERIFY(image.save(path));
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        QVERIFY(image.save(&buffer, "PNG"));
+        bytes.append(QByteArray(1024 * 1234 - bytes.size(), '\0')); // passed over behind the picture
+        const QString path = home.write(QStringLiteral("one.png"), bytes);
         controls::gnTab gTab;
         QVERIFY(gTab.AddTab(QStringLiteral("Active Image"), QStringLiteral("Image")));
         engine::ImageEngine ix1(std::make_shared<engine::ImageLoader>());
         viewer::ImageTab tab(&gTab, &ix1);
+        const auto tip = [&gTab] { return gTab.tabs().at(1).ToolTip; };
+        auto* const pbTabs = gTab.findChild<QWidget*>(QStringLiteral("pbTabs"));
+        const auto point = [pbTabs] {
+            QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), pbTabs->mapToGlobal(QPoint(5, 5)));
+            QCoreApplication::sendEvent(pbTabs, &event);
+        };
+        point();
+        QCOMPARE(tip(), QString()); // there is no picture
         ix1.SetFileName(path);
         tab.update();
         QCOMPARE(gTab.tabs().at(1).Caption, QStringLiteral("one.png"));
-        QCOMPARE(gTab.tabs().at(1).ToolTip, QString());
-        auto* const pbTabs = gTab.findChild<QWidget*>(QStringLiteral("pbTabs"));
-        QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), pbTabs->mapToGlobal(QPoint(5, 5)));
-        QCoreApplication::sendEvent(pbTabs, &event);
-        QVERIFY2(gTab.tabs().at(1).ToolTip.startsWith(QStringLiteral("33x17, 1 Colors [")),
-                 qPrintable(gTab.tabs().at(1).ToolTip));
+        QCOMPARE(tip(), QString());
+        point();
+        QCOMPARE(tip(), QStringLiteral("33x17, 1 Colors [1,234 KB]"));
+        tab.update();
+        QCOMPARE(tip(), QString());
+        ix1.SetPicture(image);
+        tab.update();
+        QCOMPARE(gTab.tabs().at(1).Caption, QStringLiteral("Unknown"));
+        point();
+        QCOMPARE(tip(), QStringLiteral("33x17, 1 Colors [0 KB]"));
     }
 };
 

@@ -86,6 +86,15 @@ class TestInformationPanel : public QObject
                  QStringLiteral("Double-Click to open containing folder in 'Windows Explorer'"));
     }
 
+    void aFileThatCannotBeReadLeavesTheFactsInPlace()
+    {
+        bench().open("a.png");
+        const QString facts = textOf("tFileInfo");
+        QVERIFY(QFile::remove(bench().image("a.png")));
+        bench().open("a.png");
+        QCOMPARE(textOf("tFileInfo"), facts);
+    }
+
     void asksNothingWhileItIsHidden()
     {
         bench().pInformation.hide();

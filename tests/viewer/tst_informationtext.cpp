@@ -85,35 +85,43 @@ class TestInformationText : public QObject
         const test::ScratchHome home;
         const QString path = home.write(QStringLiteral(".hidden.png"), QByteArray(2000, 'x'));
         QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
-        const FileFacts facts = viewer::fileFacts(path);
-        QCOMPARE(facts.bytes, 2000);
-        QVERIFY(facts.times.has_value());
-        QCOMPARE(facts.times->modified, app::GetFileModified(path));
-        QVERIFY(facts.times->created.isValid());
-        QVERIFY(facts.times->accessed.isValid());
-        QCOMPARE(facts.attributes, QStringLiteral("ReadOnly Hidden"));
+        const QDateTime accessed(QDate(2021, 7, 9), QTime(10, 11, 12));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.setFileTime(QDateTime(QDate(2022, 8, 7), QTime(1, 2, 3)),
+                                 QFileDevice::FileModificationTime));
+        QVERIFY(file.setFileTime(accessed, QFileDevice::FileAccessTime));
+        const std::optional<FileFacts> facts = viewer::fileFacts(path);
+        QVERIFY(facts && facts->times);
+        QCOMPARE(facts->bytes, 2000);
+        QCOMPARE(facts->times->modified, app::GetFileModified(path));
+        QCOMPARE(facts->times->accessed, accessed);
+        // The file is new, whichever times its file system keeps.
+        QVERIFY(facts->times->created > QDateTime::currentDateTime().addSecs(-3600));
+        QCOMPARE(facts->attributes, QStringLiteral("ReadOnly Hidden"));
     }
 
     void factsOfWhatIsNoFile_data()
     {
         QTest::addColumn<QString>("path");
+        QTest::addColumn<bool>("known");
         QTest::addColumn<QString>("attributes");
-        QTest::newRow("empty") << ""
-                               << "";
-        QTest::newRow("gone") << "gone.png"
-                              << "";
-        QTest::newRow("a directory") << "."
-                                     << "Directory";
+        QTest::newRow("empty") << "" << true << "";
+        QTest::newRow("gone") << "gone.png" << false << "";
+        QTest::newRow("a directory") << "." << true << "Directory";
     }
 
     void factsOfWhatIsNoFile()
     {
         const test::ScratchHome home;
         QFETCH(QString, path);
-        const FileFacts facts = viewer::fileFacts(path.isEmpty() ? path : home.path(path));
-        QCOMPARE(facts.bytes, 0);
-        QVERIFY(!facts.times);
-        QTEST(facts.attributes.section(u' ', 0, 0), "attributes");
+        const std::optional<FileFacts> facts = viewer::fileFacts(path.isEmpty() ? path : home.path(path));
+        QTEST(facts.has_value(), "known");
+        if (!facts)
+            return;
+        QCOMPARE(facts->bytes, 0);
+        QVERIFY(!facts->times);
+        QTEST(facts->attributes.section(u' ', 0, 0), "attributes");
     }
 };
 
