@@ -5,6 +5,7 @@
 #include "support/ScratchHome.h"
 
 #include <QAbstractButton>
+#include <QEvent>
 #include <QFile>
 #include <QLabel>
 #include <QTest>
@@ -68,6 +69,32 @@ class ExifBench
 
 const QStringList allTitles{" Experience", " Photo Information", "Description:", "EXIF Information:"};
 
+/// Counts the panes that are made, and those among them that were painted at once.
+class WatchOfPanes : public QObject
+{
+  public:
+    explicit WatchOfPanes(platform::PaneBar* bar) : m_column(bar->widget())
+    {
+        m_column->installEventFilter(this);
+    }
+
+    int made = 0;
+    int madeInSight = 0;
+
+  protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::ChildAdded) {
+            ++made;
+            madeInSight += m_column->updatesEnabled() ? 1 : 0;
+        }
+        return false;
+    }
+
+  private:
+    QWidget* m_column;
+};
+
 } // namespace
 
 class TestExif : public QObject
@@ -115,6 +142,17 @@ class TestExif : public QObject
         bench().open("b.png");
         QCOMPARE(bench().textOf("File"), QStringLiteral("b.png"));
         QCOMPARE(bench().textOf("Date"), dates);
+    }
+
+    /// Else each pane would be seen coming.
+    void paintsNothingWhilePanesAreMade()
+    {
+        WatchOfPanes watch(bench().bar->barEXIF());
+        bench().bar->show();
+        bench().open("a.png");
+        QCOMPARE(watch.made, allTitles.size());
+        QCOMPARE(watch.madeInSight, 0);
+        QVERIFY(bench().bar->barEXIF()->updatesEnabled());
     }
 
     void countsColoursOnlyWhileItShows()

@@ -147,6 +147,8 @@ class TestDescriptionKeeper : public QObject
         row("and before the window is come back to", "open a,enter,type old,save,leave,store other,return",
             "other", {"other"});
         row("and while a key waits", "open a,type old,leave,store other,enter,save", "old", {"old"});
+        row("the program's own word over another", "store old,open a,type auto,save,open b,open a", "old",
+            {"old"});
         row("a word is composed", "open a,enter,compose wo,ready word,save", "word", {"word"});
         row("the delay goes by meanwhile", "store old,open a,enter,compose wo,delays", "", {"old"});
         row("the delay goes by after it", "store old,open a,enter,compose wo,ready word,delays", "word",

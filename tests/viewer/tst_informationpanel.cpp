@@ -421,12 +421,22 @@ class TestInformationPanel : public QObject
         QCOMPARE(bench().stored("a.png"), QStringLiteral("one\ntwo"));
     }
 
+    void nothingOfOneImageIsUndoneIntoAnother_data()
+    {
+        QTest::addColumn<bool>("redone");
+        QTest::newRow("undone") << false;
+        QTest::newRow("redone") << true;
+    }
+
     void nothingOfOneImageIsUndoneIntoAnother()
     {
+        QFETCH(bool, redone);
         bench().open("a.png");
         bench().typeAnew(QStringLiteral("of a"));
+        if (redone)
+            bench().tDes()->undo();
         bench().open("b.png");
-        bench().tDes()->undo();
+        redone ? bench().tDes()->redo() : bench().tDes()->undo();
         QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
         QVERIFY(!bench().panel->isDescriptionUnsaved());
     }
