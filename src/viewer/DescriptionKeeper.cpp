@@ -19,6 +19,11 @@ QString shownText(const Description& description)
                                                          : QString::fromLatin1(noDescription);
 }
 
+bool isUnreadable(const Description& description)
+{
+    return description.state == Description::State::Unreadable;
+}
+
 } // namespace
 
 DescriptionKeeper::DescriptionKeeper(DescriptionField* tDes, QObject* parent)
@@ -48,7 +53,7 @@ void DescriptionKeeper::show(const QString& image)
     m_sidecar = platform::isRegularFile(image) ? descriptionPath(image) : QString();
     const Description found = description(m_sidecar);
     m_stored = shownText(found);
-    m_tDes->setReadOnly(found.state == Description::State::Unreadable);
+    m_tDes->setReadOnly(isUnreadable(found));
     m_tDes->showText(m_stored);
     if (!m_tDes->hasFocus())
         return;
@@ -73,7 +78,10 @@ void DescriptionKeeper::noteEdit()
 /// Another program may have written a description meanwhile.
 void DescriptionKeeper::enter()
 {
-    if (mayLook() && (isOutdated() || shownText(description(m_sidecar)) != m_stored))
+    if (!mayLook())
+        return;
+    const Description now = description(m_sidecar);
+    if (isOutdated() || shownText(now) != m_stored || isUnreadable(now) != m_tDes->isReadOnly())
         showAgain();
 }
 

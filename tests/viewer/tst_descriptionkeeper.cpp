@@ -82,6 +82,8 @@ class TestDescriptionKeeper : public QObject
             {QStringLiteral("save"), [&] { bench().panel->saveDescriptionNow(); }},
             {QStringLiteral("end"), [&] { bench().panel.reset(); }},
             {QStringLiteral("store"), [&] { bench().store("a.png", with); }},
+            {QStringLiteral("unreadable"), [&] { QDir().mkpath(viewer::descriptionPath(image)); }},
+            {QStringLiteral("readable"), [&] { QDir().rmdir(viewer::descriptionPath(image)); }},
             {QStringLiteral("replace"), [&] { m_home->write(QStringLiteral("pics/a.png"), "another one"); }},
             {QStringLiteral("touch"), [&] { touch(); }},
             {QStringLiteral("gone"), [&] { QFile::rename(image, aside); }},
@@ -149,6 +151,8 @@ class TestDescriptionKeeper : public QObject
         row("and while a key waits", "open a,type old,leave,store other,enter,save", "old", {"old"});
         row("the program's own word over another", "store old,open a,type auto,save,open b,open a", "old",
             {"old"});
+        row("it cannot be read any more", "open a,unreadable,enter,type x,save", "(none)", {});
+        row("it can be read again", "unreadable,open a,readable,enter,type x,save", "x", {"x"});
         row("a word is composed", "open a,enter,compose wo,ready word,save", "word", {"word"});
         row("the delay goes by meanwhile", "store old,open a,enter,compose wo,delays", "", {"old"});
         row("the delay goes by after it", "store old,open a,enter,compose wo,ready word,delays", "word",
