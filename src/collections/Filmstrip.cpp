@@ -232,9 +232,16 @@ void Filmstrip::takeSize()
     const QSize before = m_cell;
     const int column = firstColumn();
     SizeStrip();
-    if (m_cell == before)
+    if (m_cell == before && m_ratio == devicePixelRatioF())
         return scrolled(m_sBar->Value());
     drawFrom(column);
+}
+
+/// Cells of another screen's pixels are drawn anew.
+void Filmstrip::lookAtPixels()
+{
+    if (m_ratio > 0 && m_ratio != devicePixelRatioF() && !m_tResize.isActive())
+        m_tResize.start();
 }
 
 /// The column at the left edge, 0-based.
@@ -255,6 +262,7 @@ void Filmstrip::showFirstColumn(int column)
 void Filmstrip::beginPass()
 {
     m_tDraw.setInterval(paintInterval);
+    m_ratio = devicePixelRatioF();
     m_pump = fromBeginning(m_pump);
     SizeStrip();
     if (m_columnWanted > 0)

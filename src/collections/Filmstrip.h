@@ -101,6 +101,7 @@ class Filmstrip : public QWidget
     void placeStrip();
     void scrolled(int value);
     void takeSize();
+    void lookAtPixels();
     void drawFrom(int column);
     int firstColumn() const;
     void showFirstColumn(int column);
@@ -136,6 +137,7 @@ class Filmstrip : public QWidget
     QString m_visibleWanted; // to be brought into view once the strip is laid out
     int m_columnWanted = 0;  // to stand at the left edge then
     int m_laidOutWidth = 0;  // twips
+    double m_ratio = 0;      // device pixel ratio that the cells are composed for; 0 before there are any
 
     QStringList m_selected{QString()};
     QString m_requested;

@@ -56,6 +56,9 @@ bool Filmstrip::eventFilter(QObject* watched, QEvent* event)
     case QEvent::MouseMove:
         pointerMoved(*static_cast<QMouseEvent*>(event));
         return true;
+    case QEvent::Paint: // which another screen asks for
+        lookAtPixels();
+        return false;
     default:
         return false;
     }
