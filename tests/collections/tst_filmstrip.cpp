@@ -5,6 +5,8 @@
 
 #include <malloc.h>
 
+#include <algorithm>
+
 using namespace quorvia;
 using namespace quorvia::test;
 
@@ -201,6 +203,157 @@ class TestFilmstrip : public QObject
         QCOMPARE(m_bench->corner(1), QColor(Qt::blue));
     }
 
+    void aSelectedCellLiesInItsColumnAndRow_data()
+    {
+        QTest::addColumn<int>("rows");
+        for (const int rows : {2, 3})
+            QTest::addRow("%d", rows) << rows;
+    }
+
+    void aSelectedCellLiesInItsColumnAndRow()
+    {
+        QFETCH(int, rows);
+        m_bench->addMany(7, red);
+        strip().SetNumberOfRows(rows);
+        strip().SetSelectedImages(QStringLiteral("5"));
+        QVERIFY(m_bench->settles());
+        for (int i = 0; i < 7; ++i)
+            QCOMPARE(m_bench->corner(i / rows, i % rows, rows) == QColor(Qt::blue), i == 5);
+    }
+
+    void otherRowsKeepTheSelection()
+    {
+        m_bench->addMany(7, red);
+        strip().SetSelectedImages(QStringLiteral("4"));
+        QVERIFY(m_bench->draws());
+        QVERIFY(m_bench->settles());
+        strip().SetNumberOfRows(2);
+        QVERIFY(m_bench->settles());
+        QVERIFY(strip().SelectedImages().startsWith(QStringLiteral("4;")));
+        for (int i = 0; i < 7; ++i)
+            QCOMPARE(m_bench->corner(i / 2, i % 2, 2) == QColor(Qt::blue), i == 4);
+    }
+
+    void theOldMarksGoBeforeTheNewOnesCome_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QList<int>>("old");
+        QTest::newRow("one") << "0" << QList<int>{0};
+        QTest::newRow("several") << "0;1;2" << QList<int>{0, 1, 2};
+    }
+
+    void theOldMarksGoBeforeTheNewOnesCome()
+    {
+        QFETCH(QString, before);
+        QFETCH(QList<int>, old);
+        m_bench->addMany(4, red);
+        strip().resize(1000, 120);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(before);
+        QVERIFY(m_bench->settles());
+        for (const int i : old)
+            QCOMPARE(m_bench->corner(i), QColor(Qt::blue));
+        bool together = false;
+        connect(&m_bench->timer("tDrawSelected"), &QTimer::timeout, this, [&] {
+            for (const int i : old)
+                together = together || (isBlue(3) && isBlue(i));
+        });
+        strip().SetSelectedImages(QStringLiteral("3"));
+        QVERIFY(m_bench->settles());
+        QVERIFY(!together);
+        QVERIFY(isBlue(3));
+        for (const int i : old)
+            QVERIFY(!isBlue(i));
+    }
+
+    void afterASelectedCellTheColorsBeginAnew()
+    {
+        m_bench->addMany(3, red);
+        QVERIFY(m_bench->draws());
+        strip().SetSelectedImages(QStringLiteral("2"));
+        QVERIFY(m_bench->settles());
+        QVERIFY(isBlue(2));
+        strip().SetSelectedImages(QString());
+        QVERIFY(m_bench->settles());
+        QCOMPARE(m_bench->corner(2), lightGray); // painted right behind the blue one
+    }
+
+    void inAScrolledWindowTheSelectionStandsAsInTheFirst_data()
+    {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<int>("column"); // -1: none
+        QTest::newRow("of the first window") << 2 << 2;
+        QTest::newRow("of the window in sight") << 101 << -1;
+    }
+
+    void inAScrolledWindowTheSelectionStandsAsInTheFirst()
+    {
+        QFETCH(int, position);
+        QFETCH(int, column);
+        m_bench->addMany(300);
+        QVERIFY(m_bench->draws());
+        m_bench->bar().SetValue(100);
+        QVERIFY(m_bench->settles());
+        strip().SetSelectedImages(QString::number(position));
+        QVERIFY(m_bench->settles());
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(isBlue(i), i == column);
+        m_bench->bar().SetValue(99); // its pass does not paint it again
+        QVERIFY(m_bench->settles());
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(!isBlue(i));
+    }
+
+    void aListThatComesInMidReadingShowsItsOwnImages_data()
+    {
+        QTest::addColumn<bool>("bySelection"); // is what is being read
+        QTest::newRow("a cell of the pass") << false;
+        QTest::newRow("a selected cell") << true;
+    }
+
+    void aListThatComesInMidReadingShowsItsOwnImages()
+    {
+        QFETCH(bool, bySelection);
+        strip().add(
+            m_bench->picture(QStringLiteral("large.png"), red, QSize(6000, 5000))); // some time to read
+        if (bySelection) {
+            QVERIFY(m_bench->draws());
+            strip().SetSelectedImages(QStringLiteral("0"));
+            QTRY_VERIFY(m_bench->timer("tDrawSelected").isActive() &&
+                        !m_bench->timer("tSelectionChange").isActive());
+        } else {
+            m_bench->laysOut();
+        }
+        strip().Clear();
+        strip().add(m_bench->picture(QStringLiteral("other.png"), Qt::green));
+        QVERIFY(m_bench->draws());
+        QVERIFY(isNear(m_bench->middle(0), Qt::green));
+    }
+
+    void aTickPaintsOneCell()
+    {
+        m_bench->addMany(6, red);
+        strip().resize(1200, 120);
+        m_bench->laysOut();
+        QCOMPARE(m_bench->timer("tDraw").interval(), 10);
+        const auto painted = [this] {
+            int cells = 0;
+            while (cells < 6 && isNear(m_bench->middle(cells), red))
+                ++cells;
+            return cells;
+        };
+        QCOMPARE(painted(), 0);
+        int before = 0;
+        int most = 0;
+        connect(&m_bench->timer("tDraw"), &QTimer::timeout, this, [&] {
+            most = std::max(most, painted() - before);
+            before = painted();
+        });
+        QVERIFY(m_bench->settles());
+        QCOMPARE(painted(), 6);
+        QCOMPARE(most, 1);
+    }
+
     void selectingNothingClears()
     {
         m_bench->addMany(2, red);
@@ -318,6 +471,44 @@ class TestFilmstrip : public QObject
         QCOMPARE(m_bench->bar().Value(), there);
     }
 
+    void aNamedImageInRowsAndWindows_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("named");
+        QTest::addColumn<int>("value"); // of the bar; -1: its highest
+        QTest::newRow("a window: the highest value") << 300 << 1 << 40 << -1;
+        QTest::newRow("the beginning of a window") << 300 << 1 << 1 << 0;
+        QTest::newRow("rows: as if each had a column") << 180 << 3 << 15 << 15;
+        QTest::newRow("rows: beyond the end") << 180 << 3 << 100 << -1;
+    }
+
+    void aNamedImageInRowsAndWindows()
+    {
+        QFETCH(int, count);
+        QFETCH(int, rows);
+        QFETCH(int, named);
+        QFETCH(int, value);
+        strip().SetNumberOfRows(rows);
+        m_bench->addMany(count);
+        m_bench->laysOut();
+        strip().SetVisibleImage(strip().Images().at(named));
+        const double cell = m_bench->surface().height() * 1.333 * 15 / rows;
+        const double expected = value < 0 ? m_bench->bar().Max() : value * cell / 50;
+        QVERIFY(std::abs(m_bench->bar().Value() - expected) <= 1);
+    }
+
+    void theFirstOfSeveralOfOneNameComesIntoView()
+    {
+        m_bench->addMany(40);
+        for (const QString& twice : {strip().Images().at(10), strip().Images().at(20)})
+            strip().add(twice);
+        m_bench->laysOut();
+        strip().SetVisibleImage(strip().Images().at(20));
+        const int cell = m_bench->surface().width() / 42;
+        QVERIFY(std::abs(m_bench->surface().x() + 20 * cell) < cell / 2);
+    }
+
     void aNamedImageIsNotForgottenBeforeTheLayout()
     {
         m_bench->addMany(40);
@@ -368,6 +559,7 @@ class TestFilmstrip : public QObject
 
   private:
     collections::Filmstrip& strip() const { return *m_bench->strip; }
+    bool isBlue(int column) const { return m_bench->corner(column) == QColor(Qt::blue); }
     std::unique_ptr<FilmBench> m_bench;
 };
 
