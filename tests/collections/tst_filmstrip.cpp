@@ -325,15 +325,22 @@ class TestFilmstrip : public QObject
             m_bench->laysOut();
         }
         strip().Clear();
+        bool wasRed = false;
+        const auto look = [&] { wasRed = wasRed || isNear(m_bench->middle(0), red); };
+        for (const char* name : {"tDraw", "tDrawSelected"})
+            connect(&m_bench->timer(name), &QTimer::timeout, &strip(), look);
         strip().add(m_bench->picture(QStringLiteral("other.png"), Qt::green));
         QVERIFY(m_bench->draws());
+        QVERIFY(!wasRed);
         QVERIFY(isNear(m_bench->middle(0), Qt::green));
+        QVERIFY(m_bench->settles());
     }
 
     void aTickPaintsOneCell()
     {
         m_bench->addMany(6, red);
         strip().resize(1200, 120);
+        QVERIFY(m_bench->draws()); // there are thumbnails then, which are soon read
         m_bench->laysOut();
         QCOMPARE(m_bench->timer("tDraw").interval(), 10);
         const auto painted = [this] {
