@@ -106,6 +106,13 @@ class Journey(unittest.TestCase):
         self.make("convert", "-size", size, "xc:" + colour, path)
         return path
 
+    def run_in_the_display(self, program, case):
+        """Runs one case of a test program in the journey's X server; it must pass."""
+        done = subprocess.run([program, case], env={**self.environment, "QT_QPA_PLATFORM": "xcb"}, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=60, check=False)
+        self.assertEqual(done.returncode, 0, done.stdout)
+        self.assertRegex(done.stdout, r"PASS   : \w+::%s\(\)" % case)
+
     # --- the program
 
     def start(self, *arguments, wait=True, **environment):

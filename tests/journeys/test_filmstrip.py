@@ -1,5 +1,6 @@
 """The filmstrip, the information panel and the side bar, by real keys and mouse."""
 
+import os
 import signal
 import time
 import unittest
@@ -135,6 +136,12 @@ class FilmstripTest(Journey):
     def descriptions(self):
         return sorted(file.read_text() for file in (self.root / "Description").iterdir())
 
+    @staticmethod
+    def arrow(window_geometry, direction):
+        """The toolbar's arrow to the following (1) or former (-1) picture: it takes no focus, and waits for no save."""
+        left, top, width, height = window_geometry
+        return str(left + width // 2 - 147 + 17 * direction), str(top + height - 23)
+
     def open_description(self):
         """Starts the program with the information panel and enters the field of the description."""
         process = self.start(self.pictures)
@@ -151,11 +158,10 @@ class FilmstripTest(Journey):
     def test_a_description_is_kept(self):
         self.many(3)
         process, window = self.open_description()
-        left, top, width, height = self.geometry(window)
-        following = (left + width // 2 - 130, top + height - 23)  # the arrow of the toolbar: keys wait for the save
+        following = self.arrow(self.geometry(window), 1)
         self.output("xdotool", "type", "--delay", "5", "a red mornin")
         typed = time.monotonic()
-        self.output("xdotool", "key", "g", "mousemove", str(following[0]), str(following[1]), "click", "1")
+        self.output("xdotool", "key", "g", "mousemove", *following, "click", "1")
         clicked = time.monotonic() - typed
         self.shows(window, self.colour(1))
         self.assertLess(clicked, 0.5, "the machine is too busy to click within the delay of the save")
@@ -170,6 +176,45 @@ class FilmstripTest(Journey):
         self.send(process, signal.SIGKILL)
         self.ended(process, -signal.SIGKILL)
         self.assertEqual(self.descriptions(), ["a red morning, again\n"])
+
+    def test_keys_that_wait_for_an_image_stay_out_of_its_description(self):
+        self.many(1)
+        process = self.start(self.pictures)
+        self.focus(self.window())
+        self.key("Escape")
+        self.ended(process)
+        self.store_number("ReadAheadMemory", 0)  # each image takes longer than a few keys
+        for name, colour in (("000", "red"), ("001", "lime")):
+            self.make("convert", "-size", "6000x4000", "xc:" + colour, "-interlace", "JPEG",
+                      self.pictures / (name + ".jpg"))
+        (self.pictures / "000.png").unlink()
+
+        process, window = self.open_description()
+        middle = self.centre(window)
+        geometry = self.geometry(window)
+        field = (geometry[0] + geometry[2] - 100, geometry[1] + geometry[3] - TOOLBAR - 60)
+
+        def go(direction, component):
+            self.output("xdotool", "mousemove", *self.arrow(geometry, direction), "click", "1")
+            wait_until(lambda: self.pixel(*middle)[component] > 200, "the picture")
+        go(1, 1)
+        self.click(*field)
+        self.output("xdotool", "type", "--delay", "5", "green")
+        wait_until(lambda: self.descriptions() == ["green\n"], "the save")
+        go(-1, 0)
+        self.click(*field)
+        self.output("xdotool", "type", "--delay", "5", "red")
+        self.output("xdotool", "mousemove", *self.arrow(geometry, 1), "click", "1", "sleep", "0.05",
+                    "key", "--delay", "5", "x", "y", "z")
+        wait_until(lambda: self.pixel(*middle)[1] > 200, "the picture")
+        time.sleep(1)  # twice what a save waits
+        self.assertEqual(self.descriptions(), ["green\n", "red\n"])
+        self.send(process)
+        self.ended(process)
+
+    def test_the_mouse_on_a_description(self):
+        for case in ("enteringByTheMiddleButtonPastesOverAll", "aDragEndsWhenAnotherImageComes"):
+            self.run_in_the_display(os.environ["QUORVIA_MOUSE_TEST"], case)
 
     def test_what_waits_is_saved_at_the_end(self):
         self.many(1)

@@ -9,6 +9,7 @@
 #include "viewer/InformationPanel.h"
 
 #include <QDir>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QTest>
 
@@ -92,6 +93,15 @@ class PanelBench
         tDes()->setFocus();
         tDes()->selectAll();
         QTest::keyClicks(tDes(), text);
+    }
+    /// Moves the mouse over the description with its left button down.
+    void drawTo(int x)
+    {
+        QWidget* const text = tDes()->viewport();
+        const QPointF place(x, 10);
+        QMouseEvent move(QEvent::MouseMove, place, text->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(text, &move);
     }
 
     QString pictures;

@@ -43,15 +43,6 @@ class TestInformationPanel : public QObject
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     QString textOf(const char* field) { return bench().part<QPlainTextEdit>(field)->toPlainText(); }
-    /// Moves the mouse over the description with its left button down.
-    void drawTo(int x)
-    {
-        QWidget* const text = bench().tDes()->viewport();
-        const QPointF place(x, 10);
-        QMouseEvent move(QEvent::MouseMove, place, text->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
-        QCoreApplication::sendEvent(text, &move);
-    }
 
   private Q_SLOTS:
     void init()
@@ -586,18 +577,6 @@ class TestInformationPanel : public QObject
         QTRY_COMPARE(bench().tDes()->textCursor().selectedText(), QStringLiteral("(none)"));
     }
 
-    void enteringByTheMiddleButtonPastesOverAll()
-    {
-        QClipboard* const clipboard = QGuiApplication::clipboard();
-        if (!clipboard->supportsSelection())
-            QSKIP("no clipboard of what is selected here");
-        bench().open("a.png");
-        clipboard->setText(QStringLiteral("my words"), QClipboard::Selection);
-        QTest::mouseClick(bench().tDes()->viewport(), Qt::MiddleButton, {}, QPoint(20, 10));
-        QCOMPARE(textOf("tDes"), QStringLiteral("my words"));
-        QVERIFY(!bench().tDes()->textCursor().hasSelection());
-    }
-
     /// Over text that was selected when the box was left, too.
     void aSelectionCanBeDrawnWhileEntering()
     {
@@ -607,39 +586,10 @@ class TestInformationPanel : public QObject
         tDes->selectAll();
         QTest::mousePress(tDes->viewport(), Qt::LeftButton, {}, QPoint(6, 10));
         for (const int x : {30, 50, 70})
-            drawTo(x);
+            bench().drawTo(x);
         QTest::mouseRelease(tDes->viewport(), Qt::LeftButton, {}, QPoint(70, 10));
         const QString drawn = tDes->textCursor().selectedText();
         QVERIFY2(drawn.size() > 2 && drawn.size() < 20, qPrintable(drawn));
-    }
-
-    /// The next image's words would be taken out for those that are dragged.
-    void aDragEndsWhenAnotherImageComes()
-    {
-        QVERIFY(bench().store("a.png", QStringLiteral("some words of a description")));
-        bench().open("a.png");
-        QPlainTextEdit* const tDes = bench().tDes();
-        tDes->setFocus();
-        tDes->selectAll();
-        bool dragging = true;
-        bool ended = false;
-        QTimer::singleShot(100, tDes, [&] {
-            if (!dragging)
-                return;
-            bench().current = bench().image("b.png");
-            bench().panel->showCurrent();
-            ended = true;
-        });
-        QTimer stuck;
-        connect(&stuck, &QTimer::timeout, tDes, [] { qFatal("the drag goes on"); });
-        stuck.start(3000);
-        QTest::mousePress(tDes->viewport(), Qt::LeftButton, {}, QPoint(20, 10));
-        drawTo(60);
-        dragging = false;
-        if (!ended)
-            QSKIP("no drag begins here");
-        QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
-        QVERIFY(!bench().panel->isDescriptionUnsaved());
     }
 
     void comingBackFromAMenuKeepsTheCaret()
