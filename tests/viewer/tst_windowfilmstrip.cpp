@@ -143,6 +143,9 @@ class TestWindowFilmstrip : public QObject
         m_window->list()->finishRebuild();
         QCOMPARE(strip().Images(), pictures());
         QCOMPARE(strip().NumberOfRows(), 2);
+        QVERIFY(settles());
+        QVERIFY(strip().findChild<QWidget*>(QStringLiteral("pImages"))->width() > 100); // it is laid out
+        QCOMPARE(strip().SelectedImages(), QStringLiteral("0;"));
     }
 
     void itFollowsTheList()
