@@ -319,8 +319,11 @@ class TestFilmstrip : public QObject
         if (bySelection) {
             QVERIFY(m_bench->draws());
             strip().SetSelectedImages(QStringLiteral("0"));
-            QTRY_VERIFY(m_bench->timer("tDrawSelected").isActive() &&
-                        !m_bench->timer("tSelectionChange").isActive());
+            const auto isRead = [this] {
+                return m_bench->timer("tDrawSelected").isActive() &&
+                       !m_bench->timer("tSelectionChange").isActive();
+            };
+            QVERIFY(QTest::qWaitFor(isRead, 5000));
         } else {
             m_bench->laysOut();
         }

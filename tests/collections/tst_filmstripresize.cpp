@@ -120,7 +120,7 @@ class TestFilmstripResize : public QObject
         if (isPainted)
             QVERIFY(m_bench->settles());
         else
-            QTRY_VERIFY_WITH_TIMEOUT(isNear(m_bench->middle(7), colour(7)), 5000);
+            QVERIFY(QTest::qWaitFor([&] { return isNear(m_bench->middle(7), colour(7)); }, 5000));
         strip().resize(400, 120); // smaller cells above a bar
         if (isScrolled)
             m_bench->bar().SetValue(1);

@@ -42,7 +42,7 @@ class TestFilmstripScreens : public QObject
         if (isPainted)
             QVERIFY(bench.settles());
         else
-            QTRY_VERIFY(isNear(bench.middle(3), red));
+            QVERIFY(QTest::qWaitFor([&] { return isNear(bench.middle(3), red); }, 5000));
         bench.strip->windowHandle()->setScreen(QGuiApplication::screens().at(1));
         QTRY_COMPARE(bench.strip->devicePixelRatioF(), 2.0);
         QTRY_VERIFY(bench.timer("tResize").isActive());
