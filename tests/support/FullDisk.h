@@ -1,5 +1,5 @@
-// Makes writes fail as a full disk does, for root too. A program that does not look out gets the signal of it,
-// and ends.
+// Makes writes fail as a full disk does, for root too. A program that does not look out gets the signal of
+// it, and ends.
 #pragma once
 
 #include <sys/resource.h>
