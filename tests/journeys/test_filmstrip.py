@@ -177,41 +177,6 @@ class FilmstripTest(Journey):
         self.ended(process, -signal.SIGKILL)
         self.assertEqual(self.descriptions(), ["a red morning, again\n"])
 
-    def test_keys_that_wait_for_an_image_stay_out_of_its_description(self):
-        self.many(1)
-        process = self.start(self.pictures)
-        self.focus(self.window())
-        self.key("Escape")
-        self.ended(process)
-        self.store_number("ReadAheadMemory", 0)  # each image takes longer than a few keys
-        for name, colour in (("000", "red"), ("001", "lime")):
-            self.make("convert", "-size", "6000x4000", "xc:" + colour, "-interlace", "JPEG",
-                      self.pictures / (name + ".jpg"))
-        (self.pictures / "000.png").unlink()
-
-        process, window = self.open_description()
-        middle = self.centre(window)
-        geometry = self.geometry(window)
-        field = (geometry[0] + geometry[2] - 100, geometry[1] + geometry[3] - TOOLBAR - 60)
-
-        def go(direction, component):
-            self.output("xdotool", "mousemove", *self.arrow(geometry, direction), "click", "1")
-            wait_until(lambda: self.pixel(*middle)[component] > 200, "the picture")
-        go(1, 1)
-        self.click(*field)
-        self.output("xdotool", "type", "--delay", "5", "green")
-        wait_until(lambda: self.descriptions() == ["green\n"], "the save")
-        go(-1, 0)
-        self.click(*field)
-        self.output("xdotool", "type", "--delay", "5", "red")
-        self.output("xdotool", "mousemove", *self.arrow(geometry, 1), "click", "1", "sleep", "0.05",
-                    "key", "--delay", "5", "x", "y", "z")
-        wait_until(lambda: self.pixel(*middle)[1] > 200, "the picture")
-        time.sleep(1)  # twice what a save waits
-        self.assertEqual(self.descriptions(), ["green\n", "red\n"])
-        self.send(process)
-        self.ended(process)
-
     def test_the_mouse_on_a_description(self):
         for case in ("enteringByTheMiddleButtonPastesOverAll", "aDragEndsWhenAnotherImageComes"):
             self.run_in_the_display(os.environ["QUORVIA_MOUSE_TEST"], case)
