@@ -2,6 +2,7 @@
 
 #include "app/Colors.h"
 #include "app/Log.h"
+#include "app/mFile.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "controls/gnTab.h"
@@ -10,7 +11,6 @@
 #include "platform/ToolControl.h"
 #include "viewer/DragHandle.h"
 #include "viewer/FileListHandle.h"
-#include "viewer/ShellVerb.h"
 
 #include <QEvent>
 #include <QFrame>
@@ -48,6 +48,13 @@ QWidget* makePane(QWidget* parent, const char* name)
     return pane;
 }
 
+void openLink(const QString& link)
+{
+    constexpr int showDefault = 10;
+    QString failure; // of which nobody is told
+    app::ShellRun(link, showDefault, QString(), QString(), QStringLiteral("open"), failure);
+}
+
 void setColor(QWidget* widget, QPalette::ColorRole role, const QColor& color)
 {
     QPalette colors; // of which only this role is the widget's own
@@ -66,8 +73,7 @@ Panes::Panes(QWidget* window, Sinks sinks)
     : QObject(window), m_window(window), m_sinks(std::move(sinks)), m_pMain(makePane(window, "pMain")),
       m_ab1(new platform::ToolControl(m_pMain)), m_iButton(new QToolButton(m_pMain)),
       m_Line1(new QFrame(m_pMain)), m_aP(new platform::MenuControl(m_pMain)), m_pTop(makePane(m_aP, "pTop")),
-      m_pFilebar(makePane(m_pTop, "pFilebar")),
-      m_uLink(new controls::uLink([](const QString& link) { runShellVerb(link, "open"); }, m_pTop)),
+      m_pFilebar(makePane(m_pTop, "pFilebar")), m_uLink(new controls::uLink(openLink, m_pTop)),
       m_gTab(new controls::gnTab(m_pTop)), m_pContain(makePane(m_pTop, "pContain")),
       m_pWelcome(makePane(m_pContain, "pWelcome")), m_pInformation(makePane(m_pTop, "pInformation")),
       m_pShowInfo(makePane(m_pInformation, "pShowInfo")), m_pFilmStrip(makePane(m_pTop, "pFilmStrip")),
