@@ -101,7 +101,9 @@ void stepBack()
     constexpr int level = 5;
     const sched_param none = {};
     sched_setscheduler(0, SCHED_BATCH, &none); // 0: this thread
-    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), level);
+    const auto thread = static_cast<id_t>(gettid());
+    // Who started the program further back than that gets no more.
+    setpriority(PRIO_PROCESS, thread, std::max(getpriority(PRIO_PROCESS, thread), level));
 }
 
 void makeLast(pid_t thread)
