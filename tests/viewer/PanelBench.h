@@ -5,6 +5,7 @@
 #include "app/Paths.h"
 #include "app/PendingEvents.h"
 #include "app/WaitingInput.h"
+#include "support/ScratchHome.h"
 #include "viewer/DescriptionFile.h"
 #include "viewer/InformationPanel.h"
 
@@ -115,6 +116,19 @@ class PanelBench
     int counts = 0;
     QStringList folders;
     std::unique_ptr<viewer::InformationPanel> panel;
+};
+
+/// That, in a fresh home with the images a.png, b.png and c.png.
+struct PanelStage
+{
+    PanelStage()
+    {
+        for (const char* name : {"a.png", "b.png", "c.png"})
+            home.write(QStringLiteral("pics/") + QLatin1String(name), name);
+    }
+
+    ScratchHome home;
+    PanelBench bench{home.path(QStringLiteral("pics/"))};
 };
 
 } // namespace quorvia::test

@@ -1,5 +1,4 @@
 // Which image a description lands on, whatever happens to the image's file, the disk and the box meanwhile.
-#include "support/ScratchHome.h"
 #include "viewer/DescriptionFile.h"
 #include "viewer/PanelBench.h"
 
@@ -23,9 +22,8 @@ class TestDescriptionKeeper : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
-    std::unique_ptr<PanelBench> m_bench;
-    PanelBench& bench() { return *m_bench; }
+    std::unique_ptr<test::PanelStage> m_stage;
+    PanelBench& bench() { return m_stage->bench; }
 
     void touch() const
     {
@@ -34,7 +32,7 @@ class TestDescriptionKeeper : public QObject
             !file.setFileTime(QDateTime(QDate(2003, 1, 14), QTime(9, 5)), QFileDevice::FileModificationTime))
             qFatal("not touched");
     }
-    QString imageA() const { return m_bench->image("a.png"); }
+    QString imageA() const { return m_stage->bench.image("a.png"); }
     void append(const QString& text)
     {
         bench().tDes()->setFocus();
@@ -84,12 +82,13 @@ class TestDescriptionKeeper : public QObject
             {QStringLiteral("store"), [&] { bench().store("a.png", with); }},
             {QStringLiteral("unreadable"), [&] { QDir().mkpath(viewer::descriptionPath(image)); }},
             {QStringLiteral("readable"), [&] { QDir().rmdir(viewer::descriptionPath(image)); }},
-            {QStringLiteral("replace"), [&] { m_home->write(QStringLiteral("pics/a.png"), "another one"); }},
+            {QStringLiteral("replace"),
+             [&] { m_stage->home.write(QStringLiteral("pics/a.png"), "another one"); }},
             {QStringLiteral("touch"), [&] { touch(); }},
             {QStringLiteral("gone"), [&] { QFile::rename(image, aside); }},
             {QStringLiteral("back"), [&] { QFile::rename(aside, image); }},
-            {QStringLiteral("full"), [&] { m_home->write(directory, "a file"); }},
-            {QStringLiteral("room"), [&] { QFile::remove(m_home->path(directory)); }}};
+            {QStringLiteral("full"), [&] { m_stage->home.write(directory, "a file"); }},
+            {QStringLiteral("room"), [&] { QFile::remove(m_stage->home.path(directory)); }}};
         const auto found = steps.find(step.section(u' ', 0, 0));
         if (found == steps.end())
             qFatal("no step %s", qPrintable(step));
@@ -110,19 +109,8 @@ class TestDescriptionKeeper : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        for (const char* name : {"a.png", "b.png", "c.png"})
-            m_home->write(QStringLiteral("pics/") + QLatin1String(name), name);
-        m_bench = std::make_unique<PanelBench>(m_home->path(QStringLiteral("pics/")));
-    }
-
-    void cleanup()
-    {
-        m_bench.reset();
-        m_home.reset();
-    }
+    void init() { m_stage = std::make_unique<test::PanelStage>(); }
+    void cleanup() { m_stage.reset(); }
 
     void keeps_data()
     {

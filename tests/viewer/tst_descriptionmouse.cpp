@@ -1,6 +1,5 @@
 // What the mouse does to a description on a display that has drags and a clipboard of what is selected; run
 // by a journey, in its display.
-#include "support/ScratchHome.h"
 #include "viewer/PanelBench.h"
 
 #include <QClipboard>
@@ -19,24 +18,12 @@ class TestDescriptionMouse : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
-    std::unique_ptr<PanelBench> m_bench;
-    PanelBench& bench() { return *m_bench; }
+    std::unique_ptr<test::PanelStage> m_stage;
+    PanelBench& bench() { return m_stage->bench; }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        for (const char* name : {"a.png", "b.png"})
-            m_home->write(QStringLiteral("pics/") + QLatin1String(name), name);
-        m_bench = std::make_unique<PanelBench>(m_home->path(QStringLiteral("pics/")));
-    }
-
-    void cleanup()
-    {
-        m_bench.reset();
-        m_home.reset();
-    }
+    void init() { m_stage = std::make_unique<test::PanelStage>(); }
+    void cleanup() { m_stage.reset(); }
 
     void enteringByTheMiddleButtonPastesOverAll()
     {

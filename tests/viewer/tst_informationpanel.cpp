@@ -5,7 +5,6 @@
 #include "app/Paths.h"
 #include "platform/Contrast.h"
 #include "support/FullDisk.h"
-#include "support/ScratchHome.h"
 #include "viewer/DescriptionFile.h"
 #include "viewer/PanelBench.h"
 
@@ -34,9 +33,8 @@ class TestInformationPanel : public QObject
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::ScratchHome> m_home;
-    std::unique_ptr<PanelBench> m_bench;
-    PanelBench& bench() { return *m_bench; }
+    std::unique_ptr<test::PanelStage> m_stage;
+    PanelBench& bench() { return m_stage->bench; }
     QByteArray log() const
     {
         QFile file(app::logPath());
@@ -45,19 +43,8 @@ class TestInformationPanel : public QObject
     QString textOf(const char* field) { return bench().part<QPlainTextEdit>(field)->toPlainText(); }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::ScratchHome>();
-        for (const char* name : {"a.png", "b.png", "c.png"})
-            m_home->write(QStringLiteral("pics/") + QLatin1String(name), name);
-        m_bench = std::make_unique<PanelBench>(m_home->path(QStringLiteral("pics/")));
-    }
-
-    void cleanup()
-    {
-        m_bench.reset();
-        m_home.reset();
-    }
+    void init() { m_stage = std::make_unique<test::PanelStage>(); }
+    void cleanup() { m_stage.reset(); }
 
     void showsTheCurrentImage()
     {
@@ -259,7 +246,7 @@ class TestInformationPanel : public QObject
         bench().open("a.png");
         const QString sidecar = viewer::descriptionPath(bench().image("a.png"));
         bench().typeAnew(QStringLiteral("of the old one"));
-        m_home->write(QStringLiteral("pics/a.png"), "another picture");
+        m_stage->home.write(QStringLiteral("pics/a.png"), "another picture");
         if (switched)
             bench().open("a.png");
         QTRY_VERIFY(!bench().panel->isDescriptionUnsaved());
@@ -286,7 +273,7 @@ class TestInformationPanel : public QObject
         constexpr int room = 50000;
         const QString text = QStringLiteral("some words\n").repeated(limit ? room / 10 : 1);
         if (!limit)
-            m_home->write(QStringLiteral("root/Description"), "a file");
+            m_stage->home.write(QStringLiteral("root/Description"), "a file");
         bench().open("a.png");
         bench().tDes()->setFocus();
         bench().tDes()->insertPlainText(text); // over the selection
@@ -300,7 +287,7 @@ class TestInformationPanel : public QObject
         }
         QVERIFY(bench().sidecars().isEmpty());
         if (!limit)
-            QVERIFY(QFile::remove(m_home->path(QStringLiteral("root/Description"))));
+            QVERIFY(QFile::remove(m_stage->home.path(QStringLiteral("root/Description"))));
         QTest::keyClick(bench().tDes(), Qt::Key_End, Qt::ControlModifier);
         QTest::keyClicks(bench().tDes(), QStringLiteral("!"));
         QTRY_COMPARE(bench().stored("a.png"), text + u'!');
@@ -308,11 +295,11 @@ class TestInformationPanel : public QObject
 
     void aFailedSaveIsTriedAgainBeforeTheNextImage()
     {
-        m_home->write(QStringLiteral("root/Description"), "a file");
+        m_stage->home.write(QStringLiteral("root/Description"), "a file");
         bench().open("a.png");
         bench().typeAnew(QStringLiteral("of a"));
         bench().panel->saveDescriptionNow();
-        QVERIFY(QFile::remove(m_home->path(QStringLiteral("root/Description"))));
+        QVERIFY(QFile::remove(m_stage->home.path(QStringLiteral("root/Description"))));
         bench().open("b.png");
         QCOMPARE(bench().stored("a.png"), QStringLiteral("of a"));
         QCOMPARE(textOf("tDes"), QStringLiteral("(none)"));
