@@ -4,7 +4,7 @@
 #include "app/Settings.h"
 #include "collections/ThumbnailCache.h"
 #include "engine/SmallPictures.h"
-#include "support/ScarceMemory.h"
+#include "support/ChildCheck.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -161,15 +161,12 @@ class TestThumbnailCache : public QObject
             return bool(engine::readSmall({image, {}, same, thumbnail}, engine::CancelFlag(false)));
         };
         const auto storeInAChild = [&store](bool crash) {
-            return test::heldWithMemory(qint64(256) << 20, [&store, crash] {
+            return test::heldInChild([&store, crash] {
                 crashesBeforeSync = crash;
                 return store();
             });
         };
-        const int held = storeInAChild(true);
-        if (held == -2)
-            QSKIP("memory cannot be limited under a sanitizer, which needs the address space for itself");
-        QCOMPARE(held, -1);
+        QCOMPARE(storeInAChild(true), -1);
         for (const QString& left : QDir(m_cache).entryList(QDir::Files | QDir::Hidden))
             QVERIFY2(!left.endsWith(QStringLiteral(".thb")), qPrintable(left));
         QVERIFY(countThumbnails(m_cache).files.isEmpty());

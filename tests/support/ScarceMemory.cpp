@@ -1,22 +1,16 @@
 #include "ScarceMemory.h"
 
+#include "ChildCheck.h"
+
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 namespace quorvia::test {
 
 namespace {
-
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
 
 /// Address space in use, bytes; -1 when the system does not tell.
 qint64 usedBytes()
@@ -52,20 +46,11 @@ bool limitMemory(qint64 spare)
 
 int heldWithMemory(qint64 spare, const std::function<bool()>& check)
 {
-    if (sanitized) // it needs the address space for itself
-        return -2;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        for (const int fatal : {SIGABRT, SIGBUS, SIGSEGV})
-            std::signal(fatal, SIG_DFL); // the test program's own handlers want memory
+    return heldInChild([spare, &check] {
         if (!limitMemory(spare))
             std::abort();
-        // What gets out ends the child here: further up, the test runner would catch it and go on.
-        ::_exit([&check]() noexcept { return check(); }() ? 1 : 0);
-    }
-    int status = 0;
-    const bool ended = child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status);
-    return ended ? WEXITSTATUS(status) : -1;
+        return check();
+    });
 }
 
 } // namespace quorvia::test

@@ -1,4 +1,5 @@
-// Runs a check where memory has run out, so that what then happens can be tested.
+// Runs a check where memory has run out, so that what then happens can be tested. Not for programs under a
+// sanitizer, which needs the address space for itself.
 #pragma once
 
 #include <QtGlobal>
@@ -7,9 +8,7 @@
 
 namespace quorvia::test {
 
-/// What `check` gives, called in a child process that can get about `spare` bytes more than it has; -1 when
-/// the child ended otherwise (an exception got out, a crash), -2 where memory cannot be limited (under a
-/// sanitizer). No test macros in `check`.
+/// The same as heldInChild(), in a child that can get about `spare` bytes more than it has.
 int heldWithMemory(qint64 spare, const std::function<bool()>& check);
 
 } // namespace quorvia::test
