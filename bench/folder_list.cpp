@@ -2,7 +2,7 @@
 // itself, in a folder of its own, and leaves PICTURES alone. Painted offscreen: without what a display takes.
 #include "app/mWindowsAPI.h"
 #include "collections/FolderFiles.h"
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 #include "collections/Playlist.h"
 #include "Ratio.h"
 
@@ -66,7 +66,7 @@ int main(int argc, char* argv[])
         return 1;
     }
     app::openSettings();
-    collections::FolderList list([] { return QString(); });
+    collections::PictureList list([] { return QString(); });
     list.SetPattern(QStringLiteral("*.bmp;*.gif;*.jpg;*.jpeg;*.png;*.tif;*.tiff;*.tga"));
     list.startUp();
     list.setPath(folder.path());

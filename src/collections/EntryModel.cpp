@@ -1,19 +1,19 @@
 #include "collections/EntryModel.h"
 
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 #include "platform/OneLine.h"
 
 namespace quorvia::collections {
 
-EntryModel::EntryModel(const FolderList* list, QObject* parent)
+EntryModel::EntryModel(const PictureList* list, QObject* parent)
     : QAbstractListModel(parent), m_list(list), m_count(list->ListCount())
 {
-    connect(list, &FolderList::ListLoaded, this, [this] {
+    connect(list, &PictureList::ListLoaded, this, [this] {
         beginResetModel();
         m_count = m_list->ListCount();
         endResetModel();
     });
-    connect(list, &FolderList::textChanged, this,
+    connect(list, &PictureList::textChanged, this,
             [this](int row) { Q_EMIT dataChanged(index(row), index(row)); });
 }
 

@@ -1,12 +1,12 @@
-// The entries of a FolderList for a list box. It holds nothing but their number: texts are made when they are
-// shown.
+// The entries of a PictureList for a list box. It holds nothing but their number: texts are made when they
+// are shown.
 #pragma once
 
 #include <QAbstractListModel>
 
 namespace quorvia::collections {
 
-class FolderList;
+class PictureList;
 
 class EntryModel : public QAbstractListModel
 {
@@ -14,13 +14,13 @@ class EntryModel : public QAbstractListModel
 
   public:
     /// Follows `list`, which outlives the model.
-    explicit EntryModel(const FolderList* list, QObject* parent = nullptr);
+    explicit EntryModel(const PictureList* list, QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
   private:
-    const FolderList* m_list;
+    const PictureList* m_list;
     int m_count;
 };
 

@@ -6,9 +6,9 @@
 #include "collections/EntryModel.h"
 #include "collections/EntryText.h"
 #include "collections/EntryView.h"
-#include "collections/FolderList.h"
 #include "collections/PanelKeys.h"
 #include "collections/PanelTab.h"
+#include "collections/PictureList.h"
 #include "collections/PlaylistLayout.h"
 #include "platform/Dialogs.h"
 #include "platform/FolderTree.h"
@@ -29,7 +29,7 @@ const QLatin1String showContextMenuCommand("showcontextmenu");
 
 } // namespace
 
-Playlist::Playlist(FolderList* list, QWidget* parent)
+Playlist::Playlist(PictureList* list, QWidget* parent)
     : QWidget(parent), m_list(list),
       m_tab1(new PanelTab(1, QStringLiteral("Folders"), style()->standardIcon(QStyle::SP_DirIcon), this)),
       m_ftv(new platform::FolderTree(this)), m_pFilelist(new QWidget(this)),
@@ -81,9 +81,9 @@ void Playlist::takeDesktopColors()
 
 void Playlist::followList()
 {
-    connect(m_list, &FolderList::ListChanged, this, &Playlist::showList);
-    connect(m_list, &FolderList::indexChanged, m_lPlaylist, &EntryView::mark);
-    connect(m_list, &FolderList::pathChanged, m_ftv, &platform::FolderTree::setSelectedFolder);
+    connect(m_list, &PictureList::ListChanged, this, &Playlist::showList);
+    connect(m_list, &PictureList::indexChanged, m_lPlaylist, &EntryView::mark);
+    connect(m_list, &PictureList::pathChanged, m_ftv, &platform::FolderTree::setSelectedFolder);
 }
 
 void Playlist::followUser()
@@ -91,8 +91,8 @@ void Playlist::followUser()
     connect(m_ftv, &platform::FolderTree::folderSelected, this, &Playlist::selectFolder);
     connect(m_lPlaylist->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &Playlist::passSelection);
-    connect(m_lPlaylist, &EntryView::pressedOn, m_list, &FolderList::notePress);
-    connect(m_lPlaylist, &EntryView::picked, m_list, &FolderList::pick);
+    connect(m_lPlaylist, &EntryView::pressedOn, m_list, &PictureList::notePress);
+    connect(m_lPlaylist, &EntryView::picked, m_list, &PictureList::pick);
     connect(m_lPlaylist, &EntryView::menuWanted, this, [this](const QPoint& at) {
         m_menuPlace = at;
         RunTool(showContextMenuCommand);

@@ -1,5 +1,5 @@
 // The panel of the list of pictures: the folder tree, its buttons, the list box and the count. It shows what
-// stands in a FolderList and tells it what the user does. Making one costs some milliseconds, so it is made
+// stands in a PictureList and tells it what the user does. Making one costs some milliseconds, so it is made
 // when it is first to be seen.
 #pragma once
 
@@ -17,7 +17,7 @@ class FolderTree;
 namespace quorvia::collections {
 
 class EntryView;
-class FolderList;
+class PictureList;
 class PanelTab;
 enum class PanelPart;
 
@@ -27,7 +27,7 @@ class Playlist : public QWidget
 
   public:
     /// Shows `list`, which outlives the panel, as it stands. The tree gets its root from the settings.
-    explicit Playlist(FolderList* list, QWidget* parent = nullptr);
+    explicit Playlist(PictureList* list, QWidget* parent = nullptr);
 
     /// Runs a command of the panel, whatever its case: `selectdirectory` or `showcontextmenu`. Any other does
     /// nothing.
@@ -57,7 +57,7 @@ class Playlist : public QWidget
     void layOut();
     PanelPart partOf(const QObject* widget) const;
 
-    FolderList* m_list;
+    PictureList* m_list;
     PanelTab* m_tab1;
     platform::FolderTree* m_ftv;
     QWidget* m_pFilelist;

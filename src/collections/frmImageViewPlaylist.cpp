@@ -9,13 +9,13 @@
 namespace quorvia::collections {
 
 frmImageViewPlaylist::frmImageViewPlaylist(app::MainWindow& main, QWidget* parent)
-    : QWidget(parent), m_main(main), m_list(new FolderList([&main] { return main.currentFile(); }, this))
+    : QWidget(parent), m_main(main), m_list(new PictureList([&main] { return main.currentFile(); }, this))
 {
     setObjectName(QStringLiteral("frmImageViewPlaylist"));
     setAccessibleName(tr("Picture list"));
     setFocusPolicy(Qt::ClickFocus);
-    connect(m_list, &FolderList::OpenFile, this, [this](const QString& file) { m_main.OpenX(file); });
-    connect(m_list, &FolderList::ListChanged, this,
+    connect(m_list, &PictureList::OpenFile, this, [this](const QString& file) { m_main.OpenX(file); });
+    connect(m_list, &PictureList::ListChanged, this,
             [this] { m_main.RunTool(QStringLiteral("FileListUpdated")); });
 }
 

@@ -2,7 +2,7 @@
 // until it is first shown: only then is the panel made that fills it.
 #pragma once
 
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 
 #include <QWidget>
 
@@ -24,11 +24,11 @@ class frmImageViewPlaylist : public QWidget
     explicit frmImageViewPlaylist(app::MainWindow& main, QWidget* parent = nullptr);
 
     /// The list itself, for those that need no window.
-    FolderList* list() const { return m_list; }
+    PictureList* list() const { return m_list; }
     /// The panel; null until the window is first shown.
     Playlist* panel() const { return m_panel; }
 
-    // --- the list's own operations; see FolderList
+    // --- the list's own operations; see PictureList
     void startUp(const std::function<void()>& loadStored = {}) { m_list->startUp(loadStored); }
     QString path(int index = 0) const { return m_list->path(index); }
     void setPath(int index, const QString& folder) { m_list->setPath(index, folder); }
@@ -67,7 +67,7 @@ class frmImageViewPlaylist : public QWidget
     void makePanel();
 
     app::MainWindow& m_main;
-    FolderList* m_list;
+    PictureList* m_list;
     Playlist* m_panel = nullptr;
     QString m_tag;
     bool m_closed = false;

@@ -22,7 +22,7 @@ namespace {
 
 void miNext(frmImageView& window)
 {
-    collections::FolderList* const list = window.list();
+    collections::PictureList* const list = window.list();
     if (list->ListCount() == 0)
         return;
     if (window.currentFile().isEmpty()) {
@@ -36,14 +36,14 @@ void miNext(frmImageView& window)
 
 void miPrevious(frmImageView& window)
 {
-    collections::FolderList* const list = window.list();
+    collections::PictureList* const list = window.list();
     if (list->ListCount() > 0)
         list->SetListIndex(collections::previousIndex(list->ListIndex(), list->ListCount()));
 }
 
 void miRandom(frmImageView& window)
 {
-    collections::FolderList* const list = window.list();
+    collections::PictureList* const list = window.list();
     const double unit = collections::randomUnit(collections::secondsSinceMidnight(QTime::currentTime()));
     list->SetListIndex(collections::randomIndex(unit, list->ListCount()));
 }

@@ -1,7 +1,7 @@
 #include "viewer/FilmstripHost.h"
 
 #include "collections/Filmstrip.h"
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 #include "collections/StripLayout.h"
 
 #include <QEvent>

@@ -11,7 +11,7 @@ class QWidget;
 
 namespace quorvia::collections {
 class Filmstrip;
-class FolderList;
+class PictureList;
 } // namespace quorvia::collections
 
 namespace quorvia::viewer {
@@ -24,7 +24,7 @@ class FilmstripHost : public QObject
     struct Parts
     {
         QWidget* pFilm; ///< the pane that the strip fills
-        collections::FolderList* list;
+        collections::PictureList* list;
         std::function<QString()> currentFile;              ///< native path; empty when no image is open
         std::function<bool()> isShown;                     ///< whether the pane can be seen
         std::function<void(const QString& file)> openMenu; ///< the menu of one image, at the mouse

@@ -5,7 +5,7 @@
 #include "app/mFile.h"
 #include "app/PendingEvents.h"
 #include "app/Settings.h"
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 #include "controls/gnTab.h"
 #include "controls/ScrollBar.h"
 #include "engine/ImageEngine.h"

@@ -16,7 +16,7 @@ namespace quorvia::engine {
 class ImageEngine;
 }
 namespace quorvia::collections {
-class FolderList;
+class PictureList;
 }
 
 namespace quorvia::viewer {
@@ -45,7 +45,7 @@ class Opening : public QObject
         QWidget* owner; ///< of message boxes
         engine::ImageEngine* ix1;
         Viewport* viewport;
-        collections::FolderList* list;
+        collections::PictureList* list;
         std::function<PageNavigator*()> pTiff; ///< made at the first call
         controls::gnTab* gTab;
         std::function<void(const QString&)> runTool;

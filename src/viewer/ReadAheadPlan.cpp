@@ -1,7 +1,7 @@
 #include "viewer/ReadAheadPlan.h"
 
-#include "collections/FolderList.h"
 #include "collections/Navigation.h"
+#include "collections/PictureList.h"
 #include "engine/ImageEngine.h"
 #include "viewer/Viewport.h"
 
@@ -56,7 +56,7 @@ int HurriedWalk::step(int index, int count, int step, qint64 sincePainted)
 }
 
 ReadAheadPlan::ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine::ImageEngine* ix1,
-                             collections::FolderList* list, Viewport* viewport, QObject* parent)
+                             collections::PictureList* list, Viewport* viewport, QObject* parent)
     : QObject(parent), m_loader(std::move(loader)), m_ix1(ix1), m_list(list), m_viewport(viewport)
 {
     m_tSettled.setSingleShot(true);
@@ -68,7 +68,7 @@ ReadAheadPlan::ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine
         if (m_painted)
             m_tSettled.start();
     };
-    connect(list, &collections::FolderList::ListChanged, this, tellSoon);
+    connect(list, &collections::PictureList::ListChanged, this, tellSoon);
     connect(viewport, &Viewport::laidOut, this, tellSoon);
 }
 

@@ -14,7 +14,7 @@ class ImageEngine;
 class ImageLoader;
 } // namespace quorvia::engine
 namespace quorvia::collections {
-class FolderList;
+class PictureList;
 }
 
 namespace quorvia::viewer {
@@ -54,7 +54,7 @@ class ReadAheadPlan : public QObject
     /// the size that images are shown at in `viewport` changes; and in a hurried walk, while an image is
     /// being loaded, its successor. All of them outlive the plan.
     ReadAheadPlan(std::shared_ptr<engine::ImageLoader> loader, engine::ImageEngine* ix1,
-                  collections::FolderList* list, Viewport* viewport, QObject* parent = nullptr);
+                  collections::PictureList* list, Viewport* viewport, QObject* parent = nullptr);
 
   private:
     void noteLoad(const QString& path);
@@ -63,7 +63,7 @@ class ReadAheadPlan : public QObject
 
     std::shared_ptr<engine::ImageLoader> m_loader;
     engine::ImageEngine* m_ix1;
-    collections::FolderList* m_list;
+    collections::PictureList* m_list;
     Viewport* m_viewport;
     QTimer m_tSettled; ///< from the last change of list or size until the neighbours are told anew
     HurriedWalk m_walk;

@@ -53,7 +53,7 @@ class frmImageView : public QWidget, public app::MainWindow
     engine::ImageEngine* ix1() const { return m_ix1; }
     Viewport* viewport() const { return m_viewport; }
     Opening* opening() const { return m_opening; }
-    collections::FolderList* list() const { return m_playlist->list(); }
+    collections::PictureList* list() const { return m_playlist->list(); }
     collections::frmImageViewPlaylist* playlist() const { return m_playlist; }
     output::Slideshow* slideshow() const { return m_slideshow; }
     InterfaceTools* interfaceTools() const { return m_interface; }

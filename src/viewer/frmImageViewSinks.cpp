@@ -18,7 +18,7 @@ namespace quorvia::viewer {
 namespace {
 
 /// The entries of `list` as the menu of them shows them.
-QList<commands::ListedFile> listedFiles(const collections::FolderList& list)
+QList<commands::ListedFile> listedFiles(const collections::PictureList& list)
 {
     QList<commands::ListedFile> files;
     for (int i = 0; i < list.ListCount(); ++i)

@@ -2,7 +2,7 @@
 #include "app/Colors.h"
 #include "app/Settings.h"
 #include "collections/EntryView.h"
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 #include "collections/Playlist.h"
 #include "ListBench.h"
 #include "platform/Dialogs.h"
@@ -17,7 +17,7 @@
 #include <QtTest>
 
 using namespace quorvia;
-using collections::FolderList;
+using collections::PictureList;
 using collections::Playlist;
 using platform::FolderTree;
 
@@ -28,7 +28,7 @@ class TestPlaylist : public QObject
   private:
     const QString m_startedIn = QDir::currentPath();
     std::unique_ptr<test::ListBench> m_bench;
-    std::unique_ptr<FolderList> m_list;
+    std::unique_ptr<PictureList> m_list;
     std::unique_ptr<Playlist> m_panel;
     std::unique_ptr<QSignalSpy> m_opened;
 
@@ -62,8 +62,8 @@ class TestPlaylist : public QObject
     /// The list of `folder` (may be empty) as it stands after the start, not yet shown.
     void list(const QString& folder)
     {
-        m_list = std::make_unique<FolderList>([this] { return m_bench->window.current; });
-        m_opened = std::make_unique<QSignalSpy>(m_list.get(), &FolderList::OpenFile);
+        m_list = std::make_unique<PictureList>([this] { return m_bench->window.current; });
+        m_opened = std::make_unique<QSignalSpy>(m_list.get(), &PictureList::OpenFile);
         m_list->SetPattern(QStringLiteral("*.jpg"));
         m_list->startUp();
         m_list->setPath(folder);
@@ -178,7 +178,7 @@ class TestPlaylist : public QObject
     {
         list(in("pics"));
         QString during;
-        connect(m_list.get(), &FolderList::ListChanged, this, [&] { during = info(); });
+        connect(m_list.get(), &PictureList::ListChanged, this, [&] { during = info(); });
         show();
         m_bench->home.write(QStringLiteral("pics/f.jpg"), "x");
         m_list->RefreshPlaylist();

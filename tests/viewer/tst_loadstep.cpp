@@ -206,7 +206,7 @@ class TestLoadStep : public QObject
     {
         for (const char* name : {"pics/notes.txt", "pics/list.qol", "pics/c.BMP"})
             m_bench->home.write(QLatin1String(name), "x");
-        const collections::FolderList& list = *m_bench->load({in("pics")}).list();
+        const collections::PictureList& list = *m_bench->load({in("pics")}).list();
         QCOMPARE(list.Pattern(), QLatin1String(app::ImageExtensionList));
         QStringList files;
         for (int i = 0; i < list.ListCount(); ++i)

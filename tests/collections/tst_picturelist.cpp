@@ -1,6 +1,6 @@
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 #include "support/ScratchHome.h"
 #include "support/Unprivileged.h"
 
@@ -13,9 +13,9 @@
 #include <sys/stat.h>
 
 using namespace quorvia;
-using collections::FolderList;
+using collections::PictureList;
 
-class TestFolderList : public QObject
+class TestPictureList : public QObject
 {
     Q_OBJECT
 
@@ -24,9 +24,9 @@ class TestFolderList : public QObject
     std::unique_ptr<test::ScratchHome> m_home;
     QString m_current;
 
-    std::unique_ptr<FolderList> list()
+    std::unique_ptr<PictureList> list()
     {
-        auto made = std::make_unique<FolderList>([this] { return m_current; });
+        auto made = std::make_unique<PictureList>([this] { return m_current; });
         made->startUp();
         made->SetPattern(QStringLiteral("*.jpg;*.png"));
         made->finishRebuild();
@@ -34,7 +34,7 @@ class TestFolderList : public QObject
     }
 
     /// The same with the folder "pics" in it: A.png, b.JPG, c.jpg.
-    std::unique_ptr<FolderList> pics()
+    std::unique_ptr<PictureList> pics()
     {
         auto made = list();
         made->setPath(m_home->path(QStringLiteral("pics")));
@@ -46,12 +46,12 @@ class TestFolderList : public QObject
     /// `path` with its "@" replaced by the home directory.
     QString full(QString path) const { return path.replace(QLatin1Char('@'), in("")); }
 
-    static QTimer* timer(const FolderList& list, const char* name)
+    static QTimer* timer(const PictureList& list, const char* name)
     {
         return list.findChild<QTimer*>(QLatin1String(name));
     }
     /// What a tick of tAutoUpdate does.
-    static void look(const FolderList& list) { Q_EMIT timer(list, "tAutoUpdate")->timeout({}); }
+    static void look(const PictureList& list) { Q_EMIT timer(list, "tAutoUpdate")->timeout({}); }
 
   private Q_SLOTS:
     void init()
@@ -92,7 +92,7 @@ class TestFolderList : public QObject
     void rebuildFollowsItsTimer()
     {
         const auto made = list();
-        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        QSignalSpy changed(made.get(), &PictureList::ListChanged);
         made->setPath(m_home->path(QStringLiteral("pics")));
         made->RefreshPlaylist();
         made->RefreshPlaylist();
@@ -146,7 +146,7 @@ class TestFolderList : public QObject
     void startUpRunsInOrder()
     {
         app::save(app::setting::SelectedPath, in("pics"));
-        FolderList made([this] { return m_current; });
+        PictureList made([this] { return m_current; });
         QVERIFY(made.Initialising());
         QVERIFY(!made.Starting());
         QVERIFY(made.FolderMode());
@@ -172,7 +172,7 @@ class TestFolderList : public QObject
 
     void whileStartingNothingIsSelectedByText()
     {
-        FolderList made([this] { return m_current; });
+        PictureList made([this] { return m_current; });
         made.SetPattern(QStringLiteral("*.jpg"));
         made.setPath(in("pics"));
         made.finishRebuild();
@@ -189,7 +189,7 @@ class TestFolderList : public QObject
         const auto made = list();
         made->setPath(m_home->path(QStringLiteral("pics")));
         made->finishRebuild();
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
         made->SetListIndex(1);
         QCOMPARE(opened.count(), 1);
         QCOMPARE(opened.at(0).at(0).toString(), m_home->path(QStringLiteral("pics/b.JPG")));
@@ -215,7 +215,7 @@ class TestFolderList : public QObject
         made->setPath(m_home->path(QStringLiteral("pics")));
         made->finishRebuild();
         made->SetListIndex(0);
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
         made->SetListIndex(index);
         QCOMPARE(made->ListIndex(), 0);
         QCOMPARE(opened.count(), 0);
@@ -226,7 +226,7 @@ class TestFolderList : public QObject
         const auto made = list();
         made->setPath(m_home->path(QStringLiteral("pics")));
         made->finishRebuild();
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
         made->setListIndex(QStringLiteral("c.jpg"));
         QCOMPARE(made->ListIndex(), -1);
         QCOMPARE(opened.count(), 0);
@@ -280,7 +280,7 @@ class TestFolderList : public QObject
     {
         const auto made = pics();
         QString after;
-        connect(made.get(), &FolderList::OpenFile, this, [&](const QString& file) {
+        connect(made.get(), &PictureList::OpenFile, this, [&](const QString& file) {
             QVERIFY(QDir(in("pics")).removeRecursively());
             made->RefreshPlaylist();
             made->finishRebuild();
@@ -336,7 +336,7 @@ class TestFolderList : public QObject
     void theSameFolderAsksForNoRebuild()
     {
         const auto made = pics();
-        QSignalSpy told(made.get(), &FolderList::pathChanged);
+        QSignalSpy told(made.get(), &PictureList::pathChanged);
         made->setPath(in("pics/"));
         made->setPath(in("pics/sub/.."));
         QVERIFY(made->IsReady());
@@ -351,12 +351,12 @@ class TestFolderList : public QObject
     {
         const auto made = list();
         QStringList order;
-        connect(made.get(), &FolderList::ListLoaded, this, [&] {
+        connect(made.get(), &PictureList::ListLoaded, this, [&] {
             order << QStringLiteral("loaded");
             QCOMPARE(made->ListCount(), 3);
             QVERIFY(!made->IsReady());
         });
-        connect(made.get(), &FolderList::ListChanged, this, [&] {
+        connect(made.get(), &PictureList::ListChanged, this, [&] {
             order << QStringLiteral("changed");
             QVERIFY(!made->IsReady());
         });
@@ -370,7 +370,7 @@ class TestFolderList : public QObject
     {
         const auto made = list();
         int changes = 0;
-        connect(made.get(), &FolderList::ListChanged, this, [&] {
+        connect(made.get(), &PictureList::ListChanged, this, [&] {
             if (++changes == 1)
                 made->RefreshPlaylist();
         });
@@ -383,7 +383,7 @@ class TestFolderList : public QObject
     {
         const auto made = pics();
         QVERIFY(QDir(in("pics")).removeRecursively());
-        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        QSignalSpy changed(made.get(), &PictureList::ListChanged);
         made->RefreshPlaylist();
         made->finishRebuild();
         QCOMPARE(made->ListCount(), 0);
@@ -410,7 +410,7 @@ class TestFolderList : public QObject
         const auto made = pics();
         made->SetUpdateInterval(1);
         QCOMPARE(timer(*made, "tAutoUpdate")->interval(), 1);
-        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        QSignalSpy changed(made.get(), &PictureList::ListChanged);
         QVERIFY(QFile::remove(in("pics/c.jpg")));
         QTRY_COMPARE(made->ListCount(), 2);
         QCOMPARE(changed.count(), 1);
@@ -422,7 +422,7 @@ class TestFolderList : public QObject
     void newFilesAreNotNoticed()
     {
         const auto made = pics();
-        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        QSignalSpy changed(made.get(), &PictureList::ListChanged);
         m_home->write(QStringLiteral("pics/new.jpg"), "x");
         made->SetUpdateInterval(1);
         QSignalSpy ticks(timer(*made, "tAutoUpdate"), &QTimer::timeout);
@@ -455,7 +455,7 @@ class TestFolderList : public QObject
         const int request = timer(*made, "tFolder")->timerId();
         look(*made);
         QCOMPARE(timer(*made, "tFolder")->timerId(), request); // not put off
-        connect(made.get(), &FolderList::ListChanged, this, [&] {
+        connect(made.get(), &PictureList::ListChanged, this, [&] {
             QVERIFY(QFile::remove(in("pics/b.JPG")));
             look(*made);
         });
@@ -465,7 +465,7 @@ class TestFolderList : public QObject
         QVERIFY(!made->IsReady());
     }
 
-    void theFolderListedIsLookedAtNotTheOneChosen()
+    void thePictureListedIsLookedAtNotTheOneChosen()
     {
         const auto made = pics();
         made->setPath(in("pics/sub"));
@@ -483,7 +483,7 @@ class TestFolderList : public QObject
         QVERIFY(QFile::rename(in("pics/sub"), in("closed")));
         QCOMPARE(::chmod(QFile::encodeName(in("closed")).constData(), 0), 0);
         QVERIFY(test::holdsUnprivileged([&] {
-            QSignalSpy changed(made.get(), &FolderList::ListChanged);
+            QSignalSpy changed(made.get(), &PictureList::ListChanged);
             made->setPath(in("closed"));
             made->finishRebuild();
             return made->path() == in("closed") && made->ListCount() == 0 && changed.count() == 1 &&
@@ -505,7 +505,7 @@ class TestFolderList : public QObject
     void entriesTakeOtherTexts()
     {
         const auto made = pics();
-        QSignalSpy told(made.get(), &FolderList::textChanged);
+        QSignalSpy told(made.get(), &PictureList::textChanged);
         made->SetList(1, QStringLiteral("  other  "));
         QCOMPARE(told.count(), 1);
         QCOMPARE(told.at(0).at(0).toInt(), 1);
@@ -521,7 +521,7 @@ class TestFolderList : public QObject
     void anEntryWithoutATextOpensNothing()
     {
         const auto made = pics();
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
         made->SetList(1, QString());
         made->pick(1);
         QCOMPARE(opened.count(), 0);
@@ -533,8 +533,8 @@ class TestFolderList : public QObject
         m_home->write(QStringLiteral("pics/a * b.jpg"), "x");
         const auto made = pics();
         QCOMPARE(made->List(0), QStringLiteral("1. a * b (JPG)"));
-        QSignalSpy told(made.get(), &FolderList::textChanged);
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
+        QSignalSpy told(made.get(), &PictureList::textChanged);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
         made->notePress(0);
         made->notePress(1); // has none
         made->notePress(9);
@@ -547,8 +547,8 @@ class TestFolderList : public QObject
     void aPickOpensAgainWhatIsNotOnShow()
     {
         const auto made = pics();
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
-        QSignalSpy moved(made.get(), &FolderList::indexChanged);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
+        QSignalSpy moved(made.get(), &PictureList::indexChanged);
         made->setSelection({{0, 2}});
         made->pick(1);
         made->pick(1); // the image on show is another one still
@@ -601,8 +601,8 @@ class TestFolderList : public QObject
         const auto made = list();
         made->setPath(m_home->path(QStringLiteral("pics")));
         made->finishRebuild();
-        QSignalSpy opened(made.get(), &FolderList::OpenFile);
-        QSignalSpy changed(made.get(), &FolderList::ListChanged);
+        QSignalSpy opened(made.get(), &PictureList::OpenFile);
+        QSignalSpy changed(made.get(), &PictureList::ListChanged);
         made->CloseDown();
         made->SetListIndex(0);
         made->pick(0);
@@ -645,5 +645,5 @@ class TestFolderList : public QObject
     }
 };
 
-QTEST_GUILESS_MAIN(TestFolderList)
-#include "tst_folderlist.moc"
+QTEST_GUILESS_MAIN(TestPictureList)
+#include "tst_picturelist.moc"

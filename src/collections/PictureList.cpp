@@ -1,4 +1,4 @@
-#include "collections/FolderList.h"
+#include "collections/PictureList.h"
 
 #include "app/mFile.h"
 #include "app/PendingEvents.h"
@@ -20,21 +20,21 @@ constexpr int vanishedInterval = 3000; // milliseconds
 
 } // namespace
 
-FolderList::FolderList(std::function<QString()> currentFile, QObject* parent)
+PictureList::PictureList(std::function<QString()> currentFile, QObject* parent)
     : QObject(parent), m_currentFile(std::move(currentFile))
 {
     m_tFolder.setObjectName(QStringLiteral("tFolder"));
     m_tFolder.setSingleShot(true);
     m_tFolder.setInterval(rebuildDelay);
-    connect(&m_tFolder, &QTimer::timeout, this, &FolderList::rebuild);
+    connect(&m_tFolder, &QTimer::timeout, this, &PictureList::rebuild);
     m_tAutoUpdate.setObjectName(QStringLiteral("tAutoUpdate"));
     m_tAutoUpdate.setInterval(vanishedInterval);
-    connect(&m_tAutoUpdate, &QTimer::timeout, this, &FolderList::lookForVanished);
+    connect(&m_tAutoUpdate, &QTimer::timeout, this, &PictureList::lookForVanished);
     for (QTimer* timer : {&m_tFolder, &m_tAutoUpdate})
         timer->setParent(this);
 }
 
-void FolderList::startUp(const std::function<void()>& loadStored)
+void PictureList::startUp(const std::function<void()>& loadStored)
 {
     if (app::read(app::setting::cLoad) == 1)
         setPath(app::read(app::setting::SelectedPath, QString()));
@@ -49,7 +49,7 @@ void FolderList::startUp(const std::function<void()>& loadStored)
     RefreshPlaylist();
 }
 
-void FolderList::setPath(int index, const QString& folder)
+void PictureList::setPath(int index, const QString& folder)
 {
     if (m_closed || index != 0 || !m_folderMode)
         return;
@@ -64,7 +64,7 @@ void FolderList::setPath(int index, const QString& folder)
         RefreshPlaylist();
 }
 
-void FolderList::SetPattern(const QString& pattern)
+void PictureList::SetPattern(const QString& pattern)
 {
     if (m_closed)
         return;
@@ -72,7 +72,7 @@ void FolderList::SetPattern(const QString& pattern)
     RefreshPlaylist();
 }
 
-void FolderList::SetListIndex(int index)
+void PictureList::SetListIndex(int index)
 {
     if (m_closed || (index != -1 && !holds(index)) || index == m_index)
         return;
@@ -82,7 +82,7 @@ void FolderList::SetListIndex(int index)
     pick(index);
 }
 
-void FolderList::setListIndex(const QString& text)
+void PictureList::setListIndex(const QString& text)
 {
     if (m_starting)
         return;
@@ -96,7 +96,7 @@ void FolderList::setListIndex(const QString& text)
         SetListIndex(*found);
 }
 
-QString FolderList::text(int index) const
+QString PictureList::text(int index) const
 {
     if (!holds(index))
         return {};
@@ -104,7 +104,7 @@ QString FolderList::text(int index) const
     return given != m_texts.constEnd() ? *given : entryText(index + 1, m_files.at(index));
 }
 
-void FolderList::SetList(int index, const QString& text)
+void PictureList::SetList(int index, const QString& text)
 {
     if (m_closed || !holds(index))
         return;
@@ -112,13 +112,13 @@ void FolderList::SetList(int index, const QString& text)
     Q_EMIT textChanged(index);
 }
 
-void FolderList::setSelection(std::vector<RowRange> rows)
+void PictureList::setSelection(std::vector<RowRange> rows)
 {
     if (!m_closed)
         m_selection = normalised(std::move(rows), ListCount());
 }
 
-QString FolderList::GetSelectedFiles() const
+QString PictureList::GetSelectedFiles() const
 {
     QString files;
     for (const RowRange& range : m_selection) {
@@ -128,7 +128,7 @@ QString FolderList::GetSelectedFiles() const
     return files;
 }
 
-void FolderList::pick(int index)
+void PictureList::pick(int index)
 {
     if (m_closed || !holds(index))
         return;
@@ -139,38 +139,38 @@ void FolderList::pick(int index)
     NotifyOpenFile(file);
 }
 
-void FolderList::NotifyOpenFile(const QString& sFile)
+void PictureList::NotifyOpenFile(const QString& sFile)
 {
     if (sFile != m_currentFile())
         Q_EMIT OpenFile(sFile);
 }
 
-void FolderList::notePress(int index)
+void PictureList::notePress(int index)
 {
     const QString before = text(index);
     if (const QString after = pressedText(before); after != before)
         SetList(index, after);
 }
 
-void FolderList::RefreshPlaylist()
+void PictureList::RefreshPlaylist()
 {
     if (!m_closed)
         m_tFolder.start();
 }
 
-void FolderList::SetUpdateInterval(int milliseconds)
+void PictureList::SetUpdateInterval(int milliseconds)
 {
     if (!m_closed && milliseconds > 0 && milliseconds != m_tAutoUpdate.interval())
         m_tAutoUpdate.setInterval(milliseconds);
 }
 
-void FolderList::finishRebuild()
+void PictureList::finishRebuild()
 {
     if (m_tFolder.isActive())
         rebuild();
 }
 
-void FolderList::CloseDown()
+void PictureList::CloseDown()
 {
     if (m_closed)
         return;
@@ -180,7 +180,7 @@ void FolderList::CloseDown()
     m_tAutoUpdate.stop();
 }
 
-void FolderList::rebuild()
+void PictureList::rebuild()
 {
     m_tFolder.stop(); // at the begin: what is asked for by those who hear of this rebuild is not lost
     if (!m_folderMode)
@@ -197,7 +197,7 @@ void FolderList::rebuild()
     Q_EMIT ListChanged();
 }
 
-void FolderList::lookForVanished()
+void PictureList::lookForVanished()
 {
     if (IsReady() && anyHasVanished(m_listedFolder, m_files))
         RefreshPlaylist();

@@ -16,13 +16,13 @@
 
 namespace quorvia::collections {
 
-class FolderList : public QObject
+class PictureList : public QObject
 {
     Q_OBJECT
 
   public:
     /// `currentFile` tells the name of the image on show, which picking its entry does not open again.
-    explicit FolderList(std::function<QString()> currentFile, QObject* parent = nullptr);
+    explicit PictureList(std::function<QString()> currentFile, QObject* parent = nullptr);
 
     /// Takes the folder of the last run when `cLoad` asks for it and it still exists, runs `loadStored` (may
     /// be empty) with `Starting` set, and asks for the first rebuild. Called once, before anything else.
