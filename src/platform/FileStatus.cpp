@@ -38,4 +38,10 @@ bool isRegularFile(const QString& path)
     return fileStatus(path, status) == 0 && S_ISREG(status.st_mode);
 }
 
+bool isFile(const QString& path)
+{
+    struct stat status = {};
+    return fileStatus(path, status) == 0 && !S_ISDIR(status.st_mode);
+}
+
 } // namespace quorvia::platform

@@ -18,5 +18,7 @@ int fileStatus(const QString& path, struct stat& status, Links links = Links::Fo
 bool pathExists(const QString& path);
 bool isDirectory(const QString& path);
 bool isRegularFile(const QString& path);
+/// True when `path` names anything but a directory.
+bool isFile(const QString& path);
 
 } // namespace quorvia::platform
