@@ -1,66 +1,22 @@
+// The boxes that tell and ask; those for files and folders are in FileDialogs.cpp.
 #include "platform/Dialogs.h"
 
-#include <QFileDialog>
+#include "platform/Answerers.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
-
-#include <utility>
-#include <vector>
+#include <QVBoxLayout>
 
 namespace quorvia::platform {
 
+template class Answerer<MessageBox, BoxAnswer>;
+template class Answerer<TextQuestion, QString>;
+
 namespace {
-
-/// Those who answer instead of the screen, the newest last.
-template <class Asked, class Answer>
-class Answerers
-{
-  public:
-    using Answerer = std::function<Answer(const Asked&)>;
-
-    static void add(const void* owner, Answerer answer) { stack().emplace_back(owner, std::move(answer)); }
-    static void remove(const void* owner)
-    {
-        std::erase_if(stack(), [owner](const auto& entry) { return entry.first == owner; });
-    }
-    /// Empty when there is none.
-    static Answerer newest() { return stack().empty() ? Answerer() : stack().back().second; }
-
-  private:
-    static std::vector<std::pair<const void*, Answerer>>& stack()
-    {
-        static std::vector<std::pair<const void*, Answerer>> all;
-        return all;
-    }
-};
-
-using BoxAnswerers = Answerers<MessageBox, BoxAnswer>;
-using BrowserAnswerers = Answerers<FolderBrowser, QString>;
-using ChooserAnswerers = Answerers<FileChooser, QString>;
-
-/// The rows of FileChooser as the toolkit writes them.
-QStringList nameFilters(const QString& filters)
-{
-    QStringList rows;
-    const QStringList fields = filters.split(QLatin1Char('|'));
-    for (qsizetype i = 0; i + 1 < fields.size(); i += 2)
-        rows.append(fields.at(i) + QStringLiteral(" (") +
-                    QString(fields.at(i + 1)).replace(QLatin1Char(';'), QLatin1Char(' ')) + QLatin1Char(')'));
-    return rows;
-}
-
-/// Waits for the choice in `dialog`, takes it and ends the dialog, which may be destroyed meanwhile. Empty
-/// when there was no choice.
-QString chosenIn(QFileDialog* dialog)
-{
-    const QPointer<QFileDialog> watched = dialog;
-    const bool accepted = dialog->exec() == QDialog::Accepted;
-    if (watched.isNull())
-        return {};
-    QString path = accepted ? dialog->selectedFiles().value(0) : QString();
-    delete dialog;
-    return path;
-}
 
 QMessageBox::Icon iconOf(BoxKind kind)
 {
@@ -127,11 +83,40 @@ void fill(QMessageBox& widget, const MessageBox& box)
     widget.setEscapeButton(closingButton(box.buttons));
 }
 
+/// How many letters of an answer are seen at once.
+constexpr int answerLetters = 40;
+
+/// Fills `widget` with what `question` says; gives the line that is typed in.
+QLineEdit* fill(QDialog& widget, const TextQuestion& question)
+{
+    widget.setObjectName(QStringLiteral("TextQuestion"));
+    widget.setWindowTitle(question.title);
+    widget.setAccessibleName(question.title);
+    auto* const text = new QLabel(&widget);
+    text->setObjectName(QStringLiteral("Text"));
+    text->setTextFormat(Qt::PlainText);
+    text->setWordWrap(true);
+    text->setText(question.text);
+    auto* const line = new QLineEdit(question.answer, &widget);
+    line->setObjectName(QStringLiteral("Answer"));
+    line->setAccessibleName(question.text);
+    line->setMinimumWidth(line->fontMetrics().averageCharWidth() * answerLetters);
+    line->selectAll();
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &widget);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &widget, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &widget, &QDialog::reject);
+    auto* const rows = new QVBoxLayout(&widget);
+    rows->addWidget(text);
+    rows->addWidget(line);
+    rows->addWidget(buttons);
+    return line;
+}
+
 } // namespace
 
 BoxAnswer showMessage(QWidget* owner, const MessageBox& box)
 {
-    if (const auto answer = BoxAnswerers::newest()) // a copy: it may end its own life
+    if (const auto answer = Answerers<MessageBox, BoxAnswer>::newest())
         return answer(box);
     // On the heap and watched: the owner may be destroyed, and the box with it, while the box waits.
     const QPointer<QMessageBox> widget = new QMessageBox(owner);
@@ -143,56 +128,19 @@ BoxAnswer showMessage(QWidget* owner, const MessageBox& box)
     return answerOf(button);
 }
 
-QString browseForFolder(QWidget* owner, const FolderBrowser& browser)
+QString askText(QWidget* owner, const TextQuestion& question)
 {
-    if (const auto answer = BrowserAnswerers::newest())
-        return answer(browser);
-    auto* const dialog = new QFileDialog(owner, browser.title, browser.start);
-    dialog->setObjectName(QStringLiteral("FolderBrowser"));
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    return chosenIn(dialog);
-}
-
-QString chooseFile(QWidget* owner, const FileChooser& chooser)
-{
-    if (const auto answer = ChooserAnswerers::newest())
-        return answer(chooser);
-    auto* const dialog = new QFileDialog(owner, chooser.title, chooser.start);
-    dialog->setObjectName(QStringLiteral("FileChooser"));
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    dialog->setNameFilters(nameFilters(chooser.filters));
-    return chosenIn(dialog);
-}
-
-MessageBoxAnswerer::MessageBoxAnswerer(std::function<BoxAnswer(const MessageBox&)> answer)
-{
-    BoxAnswerers::add(this, std::move(answer));
-}
-
-MessageBoxAnswerer::~MessageBoxAnswerer()
-{
-    BoxAnswerers::remove(this);
-}
-
-FolderBrowserAnswerer::FolderBrowserAnswerer(std::function<QString(const FolderBrowser&)> answer)
-{
-    BrowserAnswerers::add(this, std::move(answer));
-}
-
-FolderBrowserAnswerer::~FolderBrowserAnswerer()
-{
-    BrowserAnswerers::remove(this);
-}
-
-FileChooserAnswerer::FileChooserAnswerer(std::function<QString(const FileChooser&)> answer)
-{
-    ChooserAnswerers::add(this, std::move(answer));
-}
-
-FileChooserAnswerer::~FileChooserAnswerer()
-{
-    ChooserAnswerers::remove(this);
+    if (const auto answer = Answerers<TextQuestion, QString>::newest())
+        return answer(question);
+    // Watched for the same reason.
+    const QPointer<QDialog> widget = new QDialog(owner);
+    const QLineEdit* const line = fill(*widget, question);
+    const bool accepted = widget->exec() == QDialog::Accepted;
+    if (widget.isNull())
+        return {};
+    QString text = accepted ? line->text() : QString();
+    delete widget.data();
+    return text;
 }
 
 } // namespace quorvia::platform

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -25,16 +26,6 @@ struct MessageBox
 /// Shows `box` modally over `owner` (may be null) and waits for the answer. Closing the box answers Cancel,
 /// No or Ok, whichever of them it offers.
 BoxAnswer showMessage(QWidget* owner, const MessageBox& box);
-
-/// Takes the place of the screen for message boxes while it lives; for tests. The newest one is asked.
-class MessageBoxAnswerer
-{
-  public:
-    explicit MessageBoxAnswerer(std::function<BoxAnswer(const MessageBox&)> answer);
-    ~MessageBoxAnswerer();
-    MessageBoxAnswerer(const MessageBoxAnswerer&) = delete;
-    MessageBoxAnswerer& operator=(const MessageBoxAnswerer&) = delete;
-};
 
 /// A dialog in which a folder is chosen.
 struct FolderBrowser
@@ -59,24 +50,52 @@ struct FileChooser
 /// when none was.
 QString chooseFile(QWidget* owner, const FileChooser& chooser);
 
-/// Takes the place of the screen for file choosers while it lives; for tests. The newest one is asked.
-class FileChooserAnswerer
+/// Shows `chooser` modally over `owner` (may be null) and waits. The paths of the files that were chosen, one
+/// or several; empty when none was.
+QStringList chooseFiles(QWidget* owner, const FileChooser& chooser);
+
+/// A dialog in which a file is named that is to be written.
+struct SaveChooser
 {
-  public:
-    explicit FileChooserAnswerer(std::function<QString(const FileChooser&)> answer);
-    ~FileChooserAnswerer();
-    FileChooserAnswerer(const FileChooserAnswerer&) = delete;
-    FileChooserAnswerer& operator=(const FileChooserAnswerer&) = delete;
+    QString title = {};
+    QString filters = {};   ///< as in FileChooser
+    QString start = {};     ///< as in FolderBrowser
+    QString extension = {}; ///< without point; given to a name that has none; empty: names stay as they are
 };
 
-/// Takes the place of the screen for folder browsers while it lives; for tests. The newest one is asked.
-class FolderBrowserAnswerer
+/// Shows `chooser` modally over `owner` (may be null) and waits. The path of the file that is to be written;
+/// empty when none was named. A file may be there already: nobody has asked whether it is to be replaced.
+QString chooseSaveFile(QWidget* owner, const SaveChooser& chooser);
+
+/// A box with a line to type in.
+struct TextQuestion
+{
+    QString title = {};
+    QString text = {};   ///< what is asked for; shown letter for letter
+    QString answer = {}; ///< stands in the line at first, selected
+};
+
+/// Shows `question` modally over `owner` (may be null) and waits. What stood in the line when it was
+/// accepted; empty when it was not.
+QString askText(QWidget* owner, const TextQuestion& question);
+
+/// Takes the place of the screen for one kind of dialog while it lives; for tests. The newest one is asked.
+/// The kinds are those below.
+template <class Asked, class Answer>
+class Answerer
 {
   public:
-    explicit FolderBrowserAnswerer(std::function<QString(const FolderBrowser&)> answer);
-    ~FolderBrowserAnswerer();
-    FolderBrowserAnswerer(const FolderBrowserAnswerer&) = delete;
-    FolderBrowserAnswerer& operator=(const FolderBrowserAnswerer&) = delete;
+    explicit Answerer(std::function<Answer(const Asked&)> answer);
+    ~Answerer();
+    Answerer(const Answerer&) = delete;
+    Answerer& operator=(const Answerer&) = delete;
 };
+
+using MessageBoxAnswerer = Answerer<MessageBox, BoxAnswer>;
+using FolderBrowserAnswerer = Answerer<FolderBrowser, QString>;
+using FileChooserAnswerer = Answerer<FileChooser, QString>;
+using FilesChooserAnswerer = Answerer<FileChooser, QStringList>; ///< for chooseFiles
+using SaveChooserAnswerer = Answerer<SaveChooser, QString>;
+using TextQuestionAnswerer = Answerer<TextQuestion, QString>;
 
 } // namespace quorvia::platform

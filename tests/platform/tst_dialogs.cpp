@@ -1,17 +1,17 @@
-// Message boxes on the (offscreen) screen, answered by keys and clicks, and the seam that answers them for a
-// test.
+// Message boxes and questions on the (offscreen) screen, answered by keys and clicks, and the seam that
+// answers them for a test.
+#include "NextDialog.h"
 #include "platform/Dialogs.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QFileDialog>
+#include <QDialogButtonBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 #include <QtTest>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -24,29 +24,8 @@ Q_DECLARE_METATYPE(quorvia::platform::BoxKind)
 
 namespace {
 
-/// Calls `act` with the next message box, as soon as it is on the screen.
-class NextBox : public QObject
-{
-  public:
-    explicit NextBox(std::function<void(QMessageBox&)> act) : m_act(std::move(act))
-    {
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box || !box->isVisible())
-                return;
-            m_timer.stop();
-            m_seen = true;
-            m_act(*box);
-        });
-        m_timer.start(1);
-    }
-    bool seen() const { return m_seen; }
-
-  private:
-    std::function<void(QMessageBox&)> m_act;
-    QTimer m_timer;
-    bool m_seen = false;
-};
+using NextBox = quorvia::test::NextDialog<QMessageBox>;
+using NextQuestion = quorvia::test::NextDialog<QDialog>;
 
 void press(QMessageBox& box, QMessageBox::StandardButton button)
 {
@@ -213,64 +192,93 @@ class TestDialogs : public QObject
         QVERIFY(next.seen());
     }
 
-    void theNewestAnswererChoosesTheFolder()
+    void theLineIsAnswered_data()
     {
-        QStringList asked;
-        const FolderBrowserAnswerer older([](const FolderBrowser&) { return QStringLiteral("/older"); });
-        {
-            const FolderBrowserAnswerer newer([&asked](const FolderBrowser& browser) {
-                asked << browser.title << browser.start;
-                return QStringLiteral("/newer");
-            });
-            QCOMPARE(browseForFolder(nullptr, {QStringLiteral("Title"), QStringLiteral("/usr")}),
-                     QStringLiteral("/newer"));
-        }
-        QCOMPARE(asked, QStringList({"Title", "/usr"}));
-        QCOMPARE(browseForFolder(nullptr, {}), QStringLiteral("/older"));
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("answer");
+        QTest::newRow("as it stands") << "" << int(Qt::Key_Return) << "at first";
+        QTest::newRow("typed over") << "new & <b>" << int(Qt::Key_Return) << "new & <b>";
+        QTest::newRow("keypad") << "new" << int(Qt::Key_Enter) << "new";
+        QTest::newRow("escape") << "new" << int(Qt::Key_Escape) << "";
     }
-
-    void aFolderIsChosenInTheDialog_data()
+    void theLineIsAnswered()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("chosen");
-        QTest::newRow("chosen") << "accept"
-                                << "/usr/share";
-        QTest::newRow("cancelled") << "reject"
-                                   << "";
-    }
-
-    void aFolderIsChosenInTheDialog()
-    {
-        QFETCH(QString, button);
-        QTimer timer;
-        QString title;
-        connect(&timer, &QTimer::timeout, this, [&] {
-            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-            if (!dialog || !dialog->isVisible())
-                return;
-            timer.stop();
-            title = dialog->windowTitle();
-            QCOMPARE(dialog->directory().path(), QStringLiteral("/usr/share"));
-            QMetaObject::invokeMethod(dialog, qPrintable(button), Qt::DirectConnection);
+        QFETCH(QString, typed);
+        QFETCH(int, key);
+        NextQuestion next([&](QDialog& dialog) {
+            QTest::keyClicks(dialog.focusWidget(), typed);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key(key));
         });
-        timer.start(1);
-        QTEST(browseForFolder(nullptr, {QStringLiteral("Choose"), QStringLiteral("/usr/share")}), "chosen");
-        QCOMPARE(title, QStringLiteral("Choose"));
+        QTEST(askText(nullptr, {.title = "Title", .text = "Name:", .answer = "at first"}), "answer");
+        QVERIFY(next.seen());
     }
 
-    void anOwnerThatGoesEndsTheFolderBrowser()
+    void theButtonsOfAQuestion()
+    {
+        const auto click = [](QDialogButtonBox::StandardButton button) {
+            return [button](QDialog& dialog) {
+                QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
+            };
+        };
+        NextQuestion ok(click(QDialogButtonBox::Ok));
+        QCOMPARE(askText(nullptr, {.answer = "kept"}), QStringLiteral("kept"));
+        NextQuestion cancel(click(QDialogButtonBox::Cancel));
+        QCOMPARE(askText(nullptr, {.answer = "kept"}), QString());
+        NextQuestion close([](QDialog& dialog) { dialog.close(); });
+        QCOMPARE(askText(nullptr, {.answer = "kept"}), QString());
+        QVERIFY(ok.seen() && cancel.seen() && close.seen());
+    }
+
+    void aQuestionIsShownLetterForLetter()
+    {
+        QWidget owner;
+        owner.show();
+        const QString text = QStringLiteral("<b>A&B</b> of /home/a");
+        QStringList names;
+        QString shown;
+        Qt::TextFormat format = Qt::AutoText;
+        bool owned = false;
+        NextQuestion next([&](QDialog& dialog) {
+            const auto* const label = dialog.findChild<QLabel*>(QStringLiteral("Text"));
+            const auto* const line = dialog.findChild<QLineEdit*>(QStringLiteral("Answer"));
+            shown = label->text();
+            format = label->textFormat();
+            owned = dialog.isModal() && dialog.parentWidget() == &owner && !label->buddy();
+            names << dialog.objectName() << dialog.windowTitle() << dialog.accessibleName()
+                  << line->accessibleName() << line->selectedText();
+            dialog.reject();
+        });
+        askText(&owner, {.title = "Rename <it>", .text = text, .answer = "a & b"});
+        QVERIFY(next.seen() && owned);
+        QCOMPARE(shown, text);
+        QCOMPARE(format, Qt::PlainText);
+        QCOMPARE(names, QStringList({"TextQuestion", "Rename <it>", "Rename <it>", text, "a & b"}));
+        QVERIFY(owner.findChildren<QDialog*>().isEmpty());
+    }
+
+    void aQuestionSurvivesItsOwner()
     {
         auto owner = std::make_unique<QWidget>();
-        QTimer timer;
-        connect(&timer, &QTimer::timeout, this, [&] {
-            if (QApplication::activeModalWidget()) {
-                timer.stop();
-                owner.reset();
-            }
-        });
-        timer.start(1);
-        QCOMPARE(browseForFolder(owner.get(), {QStringLiteral("Choose"), QStringLiteral("/usr")}), QString());
-        QVERIFY(!owner);
+        owner->show();
+        NextQuestion next([&owner](QDialog&) { owner.reset(); });
+        QCOMPARE(askText(owner.get(), {.answer = "text"}), QString());
+        QVERIFY(next.seen());
+    }
+
+    void theNewestAnswererAnswersTheQuestion()
+    {
+        QStringList asked;
+        const TextQuestionAnswerer older([](const TextQuestion&) { return QStringLiteral("older"); });
+        {
+            const TextQuestionAnswerer newer([&asked](const TextQuestion& question) {
+                asked << question.title << question.text << question.answer;
+                return QStringLiteral("newer");
+            });
+            QCOMPARE(askText(nullptr, {.title = "a", .text = "b", .answer = "c"}), QStringLiteral("newer"));
+        }
+        QCOMPARE(asked, QStringList({"a", "b", "c"}));
+        QCOMPARE(askText(nullptr, {}), QStringLiteral("older"));
     }
 };
 
