@@ -1,6 +1,7 @@
 #include "platform/Shell.h"
 
 #include "platform/FileStatus.h"
+#include "platform/GioParts.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,7 +11,6 @@
 #include <QUrl>
 
 #include <gio/gdesktopappinfo.h>
-#include <gio/gio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,26 +24,12 @@ namespace quorvia::platform {
 
 namespace {
 
+using gio::Error;
+using gio::fileAt;
+using gio::Object;
+using gio::Text;
+
 constexpr char ownDesktopId[] = "quorvia.desktop";
-
-struct Unref
-{
-    void operator()(gpointer object) const { g_object_unref(object); }
-};
-template <class T>
-using Object = std::unique_ptr<T, Unref>;
-
-struct FreeError
-{
-    void operator()(GError* error) const { g_error_free(error); }
-};
-using Error = std::unique_ptr<GError, FreeError>;
-
-struct FreeText
-{
-    void operator()(gchar* text) const { g_free(text); }
-};
-using Text = std::unique_ptr<gchar, FreeText>;
 
 using Applications = std::vector<Object<GAppInfo>>;
 
@@ -141,11 +127,6 @@ ShellCode openAddress(const QByteArray& address)
     const bool opened = g_app_info_launch_default_for_uri(address.constData(), nullptr, &raw);
     const Error error(raw);
     return opened ? ShellCode::Ok : codeOf(error);
-}
-
-Object<GFile> fileAt(const QString& absolute)
-{
-    return Object<GFile>(g_file_new_for_path(QFile::encodeName(absolute).constData()));
 }
 
 /// The content type of `file`, null when it cannot be told.
