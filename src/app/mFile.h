@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace quorvia::app {
 
 /// `path` with a "/" at its end, added unless it is there; the empty path becomes "/".
@@ -77,8 +79,10 @@ QString ShellMessage(int code);
 /// pattern that begins so finds them. With `recurse` the same follows for each subdirectory that is not
 /// hidden, in the file system's order; links are followed, and a directory that links reach again is passed
 /// over. A directory that cannot be read adds nothing. Each directory is read once, whatever the number of
-/// patterns.
-void ListFiles(const QString& directory, const QString& patterns, bool recurse, QStringList& files);
+/// patterns. `goOn` is asked before each directory; once it gives false, which it then does always, no more
+/// is added.
+void ListFiles(const QString& directory, const QString& patterns, bool recurse, QStringList& files,
+               const std::function<bool()>& goOn = {});
 /// Adds to `folders` the path, without a "/" at its end, of every subdirectory of `directory` that is not
 /// hidden; with `recurse` theirs too, each after its parent, links as in ListFiles().
 void ListFolders(const QString& directory, bool recurse, QStringList& folders);

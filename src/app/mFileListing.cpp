@@ -134,18 +134,27 @@ bool isSubdirectory(const DirectoryEntry& entry)
     return entry.kind == EntryKind::Directory && !entry.isHidden();
 }
 
-void walkFiles(const QString& directory, const std::vector<Pattern>& patterns, bool recurse,
-               EnteredDirectories& entered, QStringList& files)
+/// What a walk for files carries along.
+struct FileWalk
 {
-    if (!entered.enter(directory))
+    std::vector<Pattern> patterns;
+    bool recurse;
+    const std::function<bool()>& goOn;
+    QStringList& files;
+    EnteredDirectories entered = {};
+};
+
+void walkFiles(const QString& directory, FileWalk& walk)
+{
+    if ((walk.goOn && !walk.goOn()) || !walk.entered.enter(directory))
         return;
     const std::vector<DirectoryEntry> entries = readDirectory(directory);
-    addMatches(directory, entries, patterns, files);
-    if (!recurse)
+    addMatches(directory, entries, walk.patterns, walk.files);
+    if (!walk.recurse)
         return;
     for (const DirectoryEntry& entry : entries) {
         if (isSubdirectory(entry))
-            walkFiles(directory + entry.name + u'/', patterns, recurse, entered, files);
+            walkFiles(directory + entry.name + u'/', walk);
     }
 }
 
@@ -171,12 +180,13 @@ bool MatchesWildcard(const QString& name, const QString& pattern)
     return matchesFolded(folded(name), folded(pattern));
 }
 
-void ListFiles(const QString& directory, const QString& patterns, bool recurse, QStringList& files)
+void ListFiles(const QString& directory, const QString& patterns, bool recurse, QStringList& files,
+               const std::function<bool()>& goOn)
 {
     if (directory.isEmpty())
         return;
-    EnteredDirectories entered;
-    walkFiles(AddBackslash(directory), patternsOf(patterns), recurse, entered, files);
+    FileWalk walk{.patterns = patternsOf(patterns), .recurse = recurse, .goOn = goOn, .files = files};
+    walkFiles(AddBackslash(directory), walk);
 }
 
 void ListFolders(const QString& directory, bool recurse, QStringList& folders)

@@ -4,6 +4,12 @@
 
 namespace quorvia::collections {
 
+namespace {
+
+const QLatin1String missingPrefix("File Not Found: ");
+
+} // namespace
+
 QString displayName(const QString& path)
 {
     return QStringLiteral("%1 (%2)").arg(app::GetBaseName(path, false), app::GetExtension(path).toUpper());
@@ -14,9 +20,15 @@ QString entryText(int number, const QString& path)
     return QStringLiteral("%1. %2").arg(QString::number(number), displayName(path));
 }
 
+QString missingText(const QString& text)
+{
+    return missingPrefix + text;
+}
+
 int numberOf(const QString& text)
 {
-    return text.section(QLatin1String(". "), 0, 0).toInt();
+    const bool missing = text.startsWith(missingPrefix);
+    return text.mid(missing ? missingPrefix.size() : 0).section(QLatin1String(". "), 0, 0).toInt();
 }
 
 QString pressedText(const QString& text)

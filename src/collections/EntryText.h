@@ -11,6 +11,9 @@ QString displayName(const QString& path);
 /// The display text of an entry: its 1-based number, ". " and the display name.
 QString entryText(int number, const QString& path);
 
+/// The display text of an entry whose file has gone; `text` is what it was before.
+QString missingText(const QString& text);
+
 /// The number that `text` begins with when it is the display text of an entry; 0 when it begins with none.
 int numberOf(const QString& text);
 

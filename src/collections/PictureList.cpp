@@ -5,6 +5,8 @@
 #include "app/Settings.h"
 #include "collections/EntryText.h"
 #include "collections/FolderFiles.h"
+#include "collections/PlaylistKeeper.h"
+#include "collections/PresenceWalk.h"
 
 #include <QDir>
 #include <QScopedValueRollback>
@@ -21,7 +23,8 @@ constexpr int vanishedInterval = 3000; // milliseconds
 } // namespace
 
 PictureList::PictureList(std::function<QString()> currentFile, QObject* parent)
-    : QObject(parent), m_currentFile(std::move(currentFile))
+    : QObject(parent), m_currentFile(std::move(currentFile)), m_playlist(new PlaylistKeeper(this)),
+      m_walk(new PresenceWalk(this))
 {
     m_tFolder.setObjectName(QStringLiteral("tFolder"));
     m_tFolder.setSingleShot(true);
@@ -32,21 +35,78 @@ PictureList::PictureList(std::function<QString()> currentFile, QObject* parent)
     connect(&m_tAutoUpdate, &QTimer::timeout, this, &PictureList::lookForVanished);
     for (QTimer* timer : {&m_tFolder, &m_tAutoUpdate})
         timer->setParent(this);
+    connect(m_playlist, &PlaylistKeeper::loaded, this, &PictureList::showPlaylist);
+    for (const auto request : {&PlaylistKeeper::filesChanged, &PlaylistKeeper::notLoaded})
+        connect(m_playlist, request, this, &PictureList::RefreshPlaylist);
 }
 
-void PictureList::startUp(const std::function<void()>& loadStored)
+void PictureList::startUp()
 {
-    if (app::read(app::setting::cLoad) == 1)
+    const bool cLoad = app::read(app::setting::cLoad) == 1;
+    if (cLoad)
         setPath(app::read(app::setting::SelectedPath, QString()));
-    if (loadStored) {
+    {
         const QScopedValueRollback starting(m_starting, true);
-        loadStored();
+        m_playlist->fillNames();
+        if (cLoad)
+            m_playlist->LoadActivePlaylist();
+        if (app::read(app::setting::PlaylistTab) != 0) {
+            m_folderMode = false;
+            Q_EMIT tabChanged(false);
+        }
     }
     m_initialising = false;
     if (m_closed)
         return;
     m_tAutoUpdate.start();
     RefreshPlaylist();
+    if (m_playlist->names().isEmpty())
+        m_playlist->IntiPlaylist(true);
+}
+
+void PictureList::changeTab()
+{
+    if (m_closed)
+        return;
+    m_folderMode = !m_folderMode;
+    app::save(app::setting::PlaylistTab, GetSelectedTab());
+    m_files.clear();
+    forgetEntries();
+    Q_EMIT listEmptied();
+    RefreshPlaylist();
+    Q_EMIT tabChanged(true);
+}
+
+void PictureList::SelectTab(int iTab)
+{
+    if (m_closed)
+        return;
+    if (!m_tab2Visible) {
+        m_tab2Visible = true;
+        Q_EMIT tab2VisibleChanged();
+    }
+    if ((iTab == 0 && !m_folderMode) || (iTab == 1 && m_folderMode))
+        changeTab();
+}
+
+void PictureList::TabEnabled(int iTab, bool bEnabled)
+{
+    if (m_closed || (bEnabled && m_tab2Visible))
+        return;
+    SelectTab(iTab == 1 ? 0 : 1);
+    m_tab2Visible = bEnabled;
+    Q_EMIT tab2VisibleChanged();
+}
+
+/// A playlist has been loaded.
+void PictureList::showPlaylist()
+{
+    if (m_closed)
+        return;
+    if (!m_starting)
+        SelectTab(1);
+    RefreshPlaylist();
+    Q_EMIT ListChanged();
 }
 
 void PictureList::setPath(int index, const QString& folder)
@@ -101,7 +161,10 @@ QString PictureList::text(int index) const
     if (!holds(index))
         return {};
     const auto given = m_texts.constFind(index);
-    return given != m_texts.constEnd() ? *given : entryText(index + 1, m_files.at(index));
+    if (given != m_texts.constEnd())
+        return *given;
+    const QString usual = entryText(index + 1, m_files.at(index));
+    return isMissing(index) ? missingText(usual) : usual;
 }
 
 void PictureList::SetList(int index, const QString& text)
@@ -174,33 +237,84 @@ void PictureList::CloseDown()
 {
     if (m_closed)
         return;
+    m_playlist->closeDown();
     app::letPendingEventsRun();
     m_closed = true;
     m_tFolder.stop();
     m_tAutoUpdate.stop();
+    m_walk->stop();
 }
 
 void PictureList::rebuild()
 {
     m_tFolder.stop(); // at the begin: what is asked for by those who hear of this rebuild is not lost
-    if (!m_folderMode)
-        return;
     const QScopedValueRollback rebuilding(m_rebuilding, true);
-    m_listedFolder = m_path;
-    m_files = sortedFolderFiles(m_listedFolder, m_pattern);
-    m_texts.clear();
-    m_selection.clear();
-    m_index = -1;
-    if (!m_files.isEmpty())
-        app::save(app::setting::SelectedPath, m_listedFolder);
+    m_walk->stop();
+    if (m_folderMode)
+        listFolder();
+    else
+        listPlaylist();
     Q_EMIT ListLoaded();
     Q_EMIT ListChanged();
 }
 
+void PictureList::forgetEntries()
+{
+    m_missing.assign(std::size_t(m_files.size()), false);
+    m_texts.clear();
+    m_selection.clear();
+    m_index = -1;
+}
+
+void PictureList::listFolder()
+{
+    m_listedFolder = m_path;
+    m_files = sortedFolderFiles(m_listedFolder, m_pattern);
+    forgetEntries();
+    if (!m_files.isEmpty())
+        app::save(app::setting::SelectedPath, m_listedFolder);
+}
+
+void PictureList::listPlaylist()
+{
+    std::vector<bool> known;
+    if (m_files == m_playlist->PlaylistFiles())
+        known = m_missing; // so that nothing flickers until they have been looked at again
+    m_files = m_playlist->PlaylistFiles();
+    forgetEntries();
+    if (!known.empty())
+        m_missing = std::move(known);
+    m_walk->begin(m_files, [this](int index, bool isThere) {
+        noteMissing(index, !isThere);
+        return true;
+    });
+    m_playlist->saveSoon();
+}
+
+void PictureList::noteMissing(int index, bool missing)
+{
+    if (isMissing(index) == missing)
+        return;
+    m_missing[std::size_t(index)] = missing;
+    if (!m_rebuilding)
+        Q_EMIT textChanged(index);
+}
+
 void PictureList::lookForVanished()
 {
-    if (IsReady() && anyHasVanished(m_listedFolder, m_files))
-        RefreshPlaylist();
+    if (!IsReady() || m_walk->isUnderWay())
+        return;
+    if (m_folderMode) {
+        if (anyHasVanished(m_listedFolder, m_files))
+            RefreshPlaylist();
+        return;
+    }
+    m_walk->begin(m_files, [this](int index, bool isThere) {
+        const bool isAsKnown = isThere != isMissing(index);
+        if (!isAsKnown)
+            RefreshPlaylist();
+        return isAsKnown;
+    });
 }
 
 } // namespace quorvia::collections

@@ -1,6 +1,7 @@
-// The list of a folder's images that navigation walks, without a window: its entries, the current one, the
-// selected ones, the deferred rebuild and the watch for vanished files. It lives from the start; a window
-// attaches to it later. Moving within it costs nothing per entry, a rebuild reads the folder once.
+// The list of images that navigation walks, without a window: its two faces (a folder's images, the open
+// playlist), its entries, the current one, the selected ones, the deferred rebuild and the watch for vanished
+// files. It lives from the start; a window attaches to it later. Moving within it costs nothing per entry; a
+// rebuild reads the folder once, or looks at each file of the playlist, between the events.
 #pragma once
 
 #include "collections/RowRanges.h"
@@ -16,6 +17,9 @@
 
 namespace quorvia::collections {
 
+class PlaylistKeeper;
+class PresenceWalk;
+
 class PictureList : public QObject
 {
     Q_OBJECT
@@ -24,20 +28,32 @@ class PictureList : public QObject
     /// `currentFile` tells the name of the image on show, which picking its entry does not open again.
     explicit PictureList(std::function<QString()> currentFile, QObject* parent = nullptr);
 
-    /// Takes the folder of the last run when `cLoad` asks for it and it still exists, runs `loadStored` (may
-    /// be empty) with `Starting` set, and asks for the first rebuild. Called once, before anything else.
-    void startUp(const std::function<void()>& loadStored = {});
+    /// Takes folder and playlist of the last run when `cLoad` asks for them and they still exist, brings the
+    /// face of the last run to the front, and asks for the first rebuild. Where there are no playlists, an
+    /// empty one is made. Called once, before anything else.
+    void startUp();
     /// True until startUp() has ended; another folder asks for no rebuild meanwhile.
     bool Initialising() const { return m_initialising; }
-    /// True while startUp() runs `loadStored`.
+    /// True while startUp() loads the stored playlist.
     bool Starting() const { return m_starting; }
 
-    /// Whether the face of the folder is in front. While it is not, path() is empty and neither a folder nor
-    /// a rebuild is taken.
+    /// The open playlist.
+    PlaylistKeeper* playlist() const { return m_playlist; }
+
+    /// Whether the face of the folder is in front. While it is not, path() is empty and no folder is taken.
     bool FolderMode() const { return m_folderMode; }
-    void SetFolderMode(bool folderMode) { m_folderMode = folderMode; }
-    /// The tab in front: 0 for that of the folders, 1 for the other.
+    /// The tab in front: 0 for that of the folders, 1 for the playlist's.
     int GetSelectedTab() const { return m_folderMode ? 0 : 1; }
+    /// Brings the other face to the front. The list is empty until its rebuild.
+    void changeTab();
+    /// Brings the face of tab `iTab` (0 or 1) to the front, and shows both tabs. Any other number only does
+    /// the latter.
+    void SelectTab(int iTab);
+    /// Shows or hides the tab that is not in front, after the face of the other tab than `iTab` (0 or 1; any
+    /// other counts as 0) has come to the front, unless both tabs show and shall.
+    void TabEnabled(int iTab, bool bEnabled);
+    /// Whether the tab that is not in front is shown.
+    bool isTab2Visible() const { return m_tab2Visible; }
 
     /// The folder, without a final "/"; empty when none has been chosen, and for any `index` but 0.
     QString path(int index = 0) const { return index == 0 && m_folderMode ? m_path : QString(); }
@@ -70,6 +86,8 @@ class PictureList : public QObject
     QString ListFile(int index) const { return m_files.value(index); }
     /// The full paths of all entries.
     const QStringList& files() const { return m_files; }
+    /// Whether the file of entry `index` of the playlist was gone when it was looked at last.
+    bool isMissing(int index) const { return holds(index) && m_missing[std::size_t(index)]; }
 
     /// The selected entries, in ascending order.
     const std::vector<RowRange>& selection() const { return m_selection; }
@@ -97,35 +115,49 @@ class PictureList : public QObject
   Q_SIGNALS:
     /// An entry that is not on show already was picked.
     void OpenFile(const QString& file);
-    /// A rebuild has ended. ListLoaded comes first.
+    /// A rebuild has ended. ListLoaded comes first. ListChanged comes after a load of a playlist too.
     void ListLoaded();
     void ListChanged();
 
     // --- for the window that shows the list
     void pathChanged(const QString& folder);
+    /// The other face is in front; `animated` when it was not so from the start.
+    void tabChanged(bool animated);
+    void tab2VisibleChanged();
+    /// There are no entries until the next rebuild.
+    void listEmptied();
     void textChanged(int index);
     /// SetListIndex() made `index` the current and the selected entry.
     void indexChanged(int index);
 
   private:
     void rebuild();
+    void listFolder();
+    void listPlaylist();
+    void showPlaylist();
+    void forgetEntries();
     void lookForVanished();
+    void noteMissing(int index, bool missing);
     bool holds(int index) const { return index >= 0 && index < ListCount(); }
     void NotifyOpenFile(const QString& sFile);
 
     std::function<QString()> m_currentFile;
     QTimer m_tFolder;
     QTimer m_tAutoUpdate;
+    PlaylistKeeper* m_playlist;
+    PresenceWalk* m_walk;
     QString m_path;
     QString m_pattern;
     QString m_listedFolder; ///< whose files stand in the list
     QStringList m_files;
+    std::vector<bool> m_missing; ///< of each entry, whether its file is known to be gone
     QHash<int, QString> m_texts; ///< of the entries that were given one
     std::vector<RowRange> m_selection;
     int m_index = -1;
     bool m_initialising = true;
     bool m_starting = false;
     bool m_folderMode = true;
+    bool m_tab2Visible = true;
     bool m_rebuilding = false;
     bool m_closed = false;
 };

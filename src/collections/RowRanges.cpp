@@ -21,4 +21,15 @@ std::vector<RowRange> normalised(std::vector<RowRange> ranges, int count)
     return result;
 }
 
+QStringList withoutRows(const QStringList& list, const std::vector<RowRange>& rows)
+{
+    QStringList result;
+    qsizetype next = 0; // the first entry that is neither taken over nor left out yet
+    for (const RowRange& range : normalised(rows, int(list.size()))) {
+        result += list.mid(next, range.first - next);
+        next = range.last + 1;
+    }
+    return result + list.mid(next);
+}
+
 } // namespace quorvia::collections

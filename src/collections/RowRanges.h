@@ -1,6 +1,8 @@
 // Sets of rows as ranges, so that a selection of all entries is one small value.
 #pragma once
 
+#include <QStringList>
+
 #include <vector>
 
 namespace quorvia::collections {
@@ -15,5 +17,8 @@ struct RowRange
 
 /// The same rows, below `count` only, as the fewest ranges in ascending order.
 std::vector<RowRange> normalised(std::vector<RowRange> ranges, int count);
+
+/// `list` without the entries at `rows`.
+QStringList withoutRows(const QStringList& list, const std::vector<RowRange>& rows);
 
 } // namespace quorvia::collections

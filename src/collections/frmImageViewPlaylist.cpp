@@ -9,11 +9,13 @@
 namespace quorvia::collections {
 
 frmImageViewPlaylist::frmImageViewPlaylist(app::MainWindow& main, QWidget* parent)
-    : QWidget(parent), m_main(main), m_list(new PictureList([&main] { return main.currentFile(); }, this))
+    : QWidget(parent), m_main(main), m_list(new PictureList([&main] { return main.currentFile(); }, this)),
+      m_commands(m_list)
 {
     setObjectName(QStringLiteral("frmImageViewPlaylist"));
     setAccessibleName(tr("Picture list"));
     setFocusPolicy(Qt::ClickFocus);
+    m_list->playlist()->setDialogOwner([this] { return window(); });
     connect(m_list, &PictureList::OpenFile, this, [this](const QString& file) { m_main.OpenX(file); });
     connect(m_list, &PictureList::ListChanged, this,
             [this] { m_main.RunTool(QStringLiteral("FileListUpdated")); });
@@ -34,6 +36,24 @@ void frmImageViewPlaylist::RunTool(const QString& command)
     makePanel();
     if (m_panel)
         m_panel->RunTool(command);
+}
+
+void frmImageViewPlaylist::OpenPlaylist(const QString& file)
+{
+    m_list->playlist()->LoadQOLPlaylist(file);
+    m_list->finishRebuild();
+}
+
+void frmImageViewPlaylist::RenamePlaylist(const QString& sOld, const QString& sNew)
+{
+    const bool isInFolder = m_list->FolderMode() && m_list->files().contains(sOld);
+    if (m_list->playlist()->RenamePlaylistFiles(sOld, sNew) || isInFolder)
+        m_list->RefreshPlaylist();
+}
+
+void frmImageViewPlaylist::ShowPlaylistEditor()
+{
+    m_main.RunTool(QStringLiteral("miPlaylistEditor"));
 }
 
 void frmImageViewPlaylist::CloseDown()

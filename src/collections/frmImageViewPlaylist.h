@@ -3,6 +3,9 @@
 #pragma once
 
 #include "collections/PictureList.h"
+#include "collections/PlaylistCommands.h"
+#include "collections/PlaylistKeeper.h"
+#include "collections/PlaylistSource.h"
 
 #include <QWidget>
 
@@ -14,7 +17,7 @@ namespace quorvia::collections {
 
 class Playlist;
 
-class frmImageViewPlaylist : public QWidget
+class frmImageViewPlaylist : public QWidget, public PlaylistSource
 {
     Q_OBJECT
 
@@ -29,7 +32,7 @@ class frmImageViewPlaylist : public QWidget
     Playlist* panel() const { return m_panel; }
 
     // --- the list's own operations; see PictureList
-    void startUp(const std::function<void()>& loadStored = {}) { m_list->startUp(loadStored); }
+    void startUp() { m_list->startUp(); }
     QString path(int index = 0) const { return m_list->path(index); }
     void setPath(int index, const QString& folder) { m_list->setPath(index, folder); }
     QString Pattern() const { return m_list->Pattern(); }
@@ -38,15 +41,36 @@ class frmImageViewPlaylist : public QWidget
     void SetList(int index, const QString& text) { m_list->SetList(index, text); }
     int ListIndex() const { return m_list->ListIndex(); }
     void SetListIndex(int index) { m_list->SetListIndex(index); }
-    int ListCount() const { return m_list->ListCount(); }
+    int ListCount() const override { return m_list->ListCount(); }
     QString ListFile(int index) const { return m_list->ListFile(index); }
     void setListIndex(const QString& text) { m_list->setListIndex(text); }
     void SetUpdateInterval(int milliseconds) { m_list->SetUpdateInterval(milliseconds); }
     void RefreshPlaylist() { m_list->RefreshPlaylist(); }
     QString GetSelectedFiles() const { return m_list->GetSelectedFiles(); }
     int GetSelectedTab() const { return m_list->GetSelectedTab(); }
+    void SelectTab(int iTab) { m_list->SelectTab(iTab); }
+    void TabEnabled(int iTab, bool bEnabled) { m_list->TabEnabled(iTab, bEnabled); }
     bool IsReady() const { return m_list->IsReady(); }
     void CloseDown();
+
+    // --- the open playlist's; see PlaylistKeeper and PlaylistCommands
+    QString ActivePlaylist() const { return m_list->playlist()->ActivePlaylist(); }
+    /// Opens the playlist in `file` and has the list filled when this returns.
+    void OpenPlaylist(const QString& file) override;
+    void LoadQOLPlaylist(const QString& sFile) { m_list->playlist()->LoadQOLPlaylist(sFile); }
+    void SaveQOLPlaylist(const QString& sFile) { m_list->playlist()->SaveQOLPlaylist(sFile); }
+    QString GetPlaylistFormats() const override { return PlaylistKeeper::GetPlaylistFormats(); }
+    void LoadActivePlaylist() { m_list->playlist()->LoadActivePlaylist(); }
+    bool AddPlaylistFile(const QString& sFile) { return m_list->playlist()->AddPlaylistFile(sFile); }
+    void ClearPlaylist() { m_list->playlist()->ClearPlaylist(); }
+    bool IntiPlaylist(bool bSilent) { return m_list->playlist()->IntiPlaylist(bSilent); }
+    void RenamePlaylist(const QString& sOld, const QString& sNew);
+    void EnqueueAll(const QString& sDir) { m_commands.EnqueueAll(sDir); }
+    PlaylistCommands& commands() { return m_commands; }
+    /// Has the main window show the editor.
+    void ShowPlaylistEditor();
+    /// The editor has closed: the open playlist is loaded anew, since it may have changed it.
+    void PlaylistEditorDone() { m_list->playlist()->reloadOpen(); }
     /// Runs a command of the panel, which is made for it when it is not there yet; see Playlist.
     void RunTool(const QString& command);
 
@@ -68,6 +92,7 @@ class frmImageViewPlaylist : public QWidget
 
     app::MainWindow& m_main;
     PictureList* m_list;
+    PlaylistCommands m_commands;
     Playlist* m_panel = nullptr;
     QString m_tag;
     bool m_closed = false;

@@ -6,6 +6,7 @@
 #include "app/PendingEvents.h"
 #include "app/Settings.h"
 #include "collections/PictureList.h"
+#include "collections/PlaylistSource.h"
 #include "controls/gnTab.h"
 #include "controls/ScrollBar.h"
 #include "engine/ImageEngine.h"

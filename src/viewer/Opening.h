@@ -17,23 +17,13 @@ class ImageEngine;
 }
 namespace quorvia::collections {
 class PictureList;
-}
+class PlaylistSource;
+} // namespace quorvia::collections
 
 namespace quorvia::viewer {
 
 class PageNavigator;
 class Viewport;
-
-/// What opening a playlist needs of the panel that holds playlists.
-class PlaylistSource
-{
-  public:
-    virtual ~PlaylistSource() = default;
-    /// The extensions that count as playlists, as one text.
-    virtual QString GetPlaylistFormats() const = 0;
-    virtual void OpenPlaylist(const QString& file) = 0;
-    virtual int ListCount() const = 0;
-};
 
 class Opening : public QObject
 {
@@ -58,7 +48,7 @@ class Opening : public QObject
     explicit Opening(Parts parts, QObject* parent = nullptr);
 
     /// Playlists open through `playlists` from now on; null: there are none.
-    void setPlaylists(PlaylistSource* playlists) { m_playlists = playlists; }
+    void setPlaylists(collections::PlaylistSource* playlists) { m_playlists = playlists; }
 
     /// Opens an image or a playlist. A path that names no file shows the message for it.
     void OpenX(const QString& path);
@@ -84,7 +74,7 @@ class Opening : public QObject
     void turnPage(int step);
 
     Parts m_parts;
-    PlaylistSource* m_playlists = nullptr;
+    collections::PlaylistSource* m_playlists = nullptr;
     PageNavigator* m_navigator = nullptr;
     QStringList m_recent;
 };

@@ -87,6 +87,8 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();
 
+    m_opening->setPlaylists(m_playlist);
+
     new ReadAheadPlan(std::move(loader), m_ix1, list(), m_viewport, this);
 
     const std::vector<commands::Tool> table = commandTable(*this);

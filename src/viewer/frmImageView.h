@@ -38,6 +38,8 @@ class frmImageView : public QWidget, public app::MainWindow
     void OpenX(const QString& path) override { m_opening->OpenX(path); }
     void GlobalKeyPress(int keyCode, int shift) override { m_keyboard->GlobalKeyPress(keyCode, shift); }
     QString currentFile() const override { return m_ix1->FileName(); }
+    void OpenDirX(const QString& directory) override;
+    QStringList recentDirectories() const override { return m_opening->recent(); }
 
     /// Shows or hides the picture while the window changes its size; hidden with a `delay` of at least 1
     /// millisecond, it comes back by itself after that.
@@ -84,8 +86,6 @@ class frmImageView : public QWidget, public app::MainWindow
     void buildInterfaceSoon();
     /// See MenuBuild.
     void OpenMenuX(bool rebuild) { m_interface->OpenMenuX(rebuild); }
-    /// Shows `directory` in the list, and its first image when that is wanted.
-    void OpenDirX(const QString& directory);
     /// Places the panes inside the window.
     void layoutPanes();
     /// Makes the window as large as the picture at 100% wants it; its place stays.

@@ -1,6 +1,7 @@
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
 #include "collections/PictureList.h"
+#include "collections/PlaylistKeeper.h"
 #include "support/ScratchHome.h"
 #include "support/Unprivileged.h"
 
@@ -14,6 +15,7 @@
 
 using namespace quorvia;
 using collections::PictureList;
+using collections::PlaylistKeeper;
 
 class TestPictureList : public QObject
 {
@@ -154,13 +156,15 @@ class TestPictureList : public QObject
         QVERIFY(made.IsReady());
         QVERIFY(!timer(made, "tAutoUpdate")->isActive());
         bool ran = false;
-        made.startUp([&] {
-            ran = true;
+        connect(made.playlist(), &PlaylistKeeper::namesChanged, this, [&] {
+            if (std::exchange(ran, true)) // once more when the first playlist has been made
+                return;
             QVERIFY(made.Starting());
             QVERIFY(made.Initialising());
             QCOMPARE(made.path(), in("pics"));
             QVERIFY(made.IsReady());
         });
+        made.startUp();
         QVERIFY(ran);
         QVERIFY(!made.Starting());
         QVERIFY(!made.Initialising());
@@ -176,10 +180,13 @@ class TestPictureList : public QObject
         made.SetPattern(QStringLiteral("*.jpg"));
         made.setPath(in("pics"));
         made.finishRebuild();
-        made.startUp([&] {
+        connect(made.playlist(), &PlaylistKeeper::namesChanged, this, [&] {
+            if (!made.Starting())
+                return;
             made.setListIndex(QStringLiteral("1. b (JPG)"));
             QCOMPARE(made.ListIndex(), -1);
         });
+        made.startUp();
         made.setListIndex(QStringLiteral("1. b (JPG)"));
         QCOMPARE(made.ListIndex(), 0);
     }
@@ -325,11 +332,11 @@ class TestPictureList : public QObject
     {
         const auto made = pics();
         QCOMPARE(made->GetSelectedTab(), 0);
-        made->SetFolderMode(false);
+        made->changeTab();
         QCOMPARE(made->GetSelectedTab(), 1);
         QCOMPARE(made->path(), QString());
         made->setPath(in("pics/sub"));
-        made->SetFolderMode(true);
+        made->changeTab();
         QCOMPARE(made->path(), in("pics"));
     }
 
@@ -468,10 +475,11 @@ class TestPictureList : public QObject
     void thePictureListedIsLookedAtNotTheOneChosen()
     {
         const auto made = pics();
-        made->setPath(in("pics/sub"));
-        made->SetFolderMode(false); // and so the rebuild is not taken
-        made->finishRebuild();
+        connect(made.get(), &PictureList::ListLoaded, this, [&] { made->setPath(in("pics/sub")); });
+        made->RefreshPlaylist();
+        made->finishRebuild(); // meanwhile another folder is chosen
         QCOMPARE(made->ListCount(), 3);
+        timer(*made, "tFolder")->stop();
         look(*made);
         QVERIFY(made->IsReady());
     }

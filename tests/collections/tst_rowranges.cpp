@@ -41,6 +41,23 @@ class TestRowRanges : public QObject
         QFETCH(int, count);
         QTEST(normalised(given, count), "result");
     }
+
+    void leftOut_data()
+    {
+        QTest::addColumn<Ranges>("rows");
+        QTest::addColumn<QStringList>("left");
+        QTest::newRow("none") << Ranges{} << QStringList{"a", "b", "c", "d"};
+        QTest::newRow("first and last") << Ranges{{3, 3}, {0, 0}} << QStringList{"b", "c"};
+        QTest::newRow("a block") << Ranges{{1, 2}} << QStringList{"a", "d"};
+        QTest::newRow("all") << Ranges{{0, 3}} << QStringList{};
+        QTest::newRow("beyond") << Ranges{{2, 9}, {-1, -1}} << QStringList{"a", "b"};
+    }
+
+    void leftOut()
+    {
+        QFETCH(Ranges, rows);
+        QTEST(withoutRows({"a", "b", "c", "d"}, rows), "left");
+    }
 };
 
 QTEST_GUILESS_MAIN(TestRowRanges)

@@ -16,6 +16,8 @@ class RecordingWindow : public app::MainWindow
         opened.append(path);
         current = path;
     }
+    void OpenDirX(const QString& directory) override { openedDirectories.append(directory); }
+    QStringList recentDirectories() const override { return recent; }
     void GlobalKeyPress(int keyCode, int shift) override
     {
         keys.append(QStringLiteral("%1:%2").arg(keyCode).arg(shift));
@@ -24,6 +26,8 @@ class RecordingWindow : public app::MainWindow
 
     QStringList tools;
     QStringList opened;
+    QStringList openedDirectories;
+    QStringList recent;
     QStringList keys; ///< "code:mask"
     QString current;
 };

@@ -2,6 +2,7 @@
 #include "app/mFile.h"
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
+#include "collections/PlaylistSource.h"
 #include "controls/gnTab.h"
 #include "controls/ScrollBar.h"
 #include "viewer/Opening.h"
@@ -20,7 +21,7 @@ using viewer::frmImageView;
 
 namespace {
 
-class RecordingPlaylists final : public viewer::PlaylistSource
+class RecordingPlaylists final : public collections::PlaylistSource
 {
   public:
     QString GetPlaylistFormats() const override { return QStringLiteral(".qol"); }
