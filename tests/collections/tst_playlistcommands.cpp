@@ -142,6 +142,8 @@ class TestPlaylistCommands : public QObject
     void clearAll()
     {
         showPlaylist({"pics/a.jpg", "pics/b.jpg"});
+        playlist().saveOpen();
+        QCOMPARE(stored().size(), 2);
         run("clearplaylist");
         QTRY_COMPARE(stored(), QStringList());
         QCOMPARE(m_list->ListCount(), 0);
@@ -200,7 +202,7 @@ class TestPlaylistCommands : public QObject
         }
         added.sort();
         for (QString& file : files)
-            file = in("") + file;
+            file = in(file.toUtf8().constData());
         QCOMPARE(added, files);
     }
 

@@ -104,7 +104,7 @@ class TestQolFile : public QObject
     {
         QFETCH(QByteArray, line);
         QFETCH(QString, file);
-        const QString home = in("").chopped(1);
+        const QString home = in("");
         QByteArray replaced = line;
         QByteArray native = home.toUtf8();
         if (line.contains('\\'))
