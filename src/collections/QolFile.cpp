@@ -121,6 +121,10 @@ QolFile::Saved QolFile::save(const QString& path, const QStringList& files, bool
             log("Playlist not saved", path, why);
             return Saved::Failed;
         }
+        if (*present == text) { // nothing to write, and nothing to wear the disk for
+            remember(path, text, false);
+            return Saved::Written;
+        }
         const bool isOurs = path == m_path && qolContent(*present) == m_content;
         const bool isNews = !isOurs && qolContent(*present) != qolContent(text);
         if (isNews && path == m_path && !changed)

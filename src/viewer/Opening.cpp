@@ -122,6 +122,8 @@ void Opening::OpenDirX(const QString& directory, int load)
 {
     if (!app::FolderExists(directory))
         return;
+    if (!m_parts.list->FolderMode()) // the other face takes no folder
+        m_parts.list->SelectTab(0);
     m_parts.list->setPath(directory);
     if (load == 1) {
         m_parts.list->finishRebuild();

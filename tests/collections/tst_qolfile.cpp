@@ -181,6 +181,22 @@ class TestQolFile : public QObject
         QCOMPARE(trashed(), QStringList());
     }
 
+    void whatStandsThereAlreadyIsNotWritten()
+    {
+        const QString path = namedPlaylistPath(QStringLiteral("a"));
+        QolFile file;
+        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), true), QolFile::Saved::Written);
+        const auto number = [&path] {
+            struct stat status = {};
+            return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
+        };
+        const auto before = number();
+        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), true), QolFile::Saved::Written);
+        QCOMPARE(number(), before);
+        QCOMPARE(file.save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
+        QVERIFY(number() != before);
+    }
+
     void aChangeByAnotherProgramIsLeft()
     {
         const QString path = write("root/Playlist/Holiday.qol", listOf({"pics/a.jpg"}));
