@@ -28,13 +28,6 @@ LongWork::Clock clockFromNow()
     return [timer] { return timer.elapsed(); };
 }
 
-/// Some platforms look at input that was left aside only when they are woken.
-void wakeUp()
-{
-    if (QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance())
-        dispatcher->wakeUp();
-}
-
 QLabel* textLabel(const QString& text, QWidget* parent)
 {
     auto* const label = new QLabel(parent);
@@ -122,6 +115,9 @@ void LongWork::Run::end()
 {
     m_isOver = true;
     delete m_box.data();
+    // Some platforms look at input that was left aside only when they are woken.
+    if (QAbstractEventDispatcher* const dispatcher = QAbstractEventDispatcher::instance())
+        dispatcher->wakeUp();
 }
 
 void LongWork::Run::showBox()
@@ -138,7 +134,6 @@ void LongWork::Run::showBox()
     rows->addWidget(cancelButton(m_box));
     QObject::connect(m_box, &QDialog::rejected, m_box, [this] { m_isOver = true; });
     m_box->show();
-    wakeUp(); // what was meant for other windows ends at the box, and does not reach them later
 }
 
 void LongWork::Run::showProgress()
