@@ -146,7 +146,8 @@ void PlaylistCommands::drop(const QStringList& paths)
 {
     if (m_list->FolderMode() || !m_list->playlist()->IntiPlaylist(false))
         return;
-    for (const QString& path : paths) {
+    const QStringList given = paths; // the caller's may change while events run
+    for (const QString& path : given) {
         const QString extension = app::GetExtension(path).toLower();
         if (platform::isFile(path) &&
             app::extensionStandsIn(extension, QLatin1String(app::ImageExtensionList)))

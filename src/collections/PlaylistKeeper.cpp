@@ -190,13 +190,14 @@ bool PlaylistKeeper::AddPlaylistFile(const QString& sFile)
 void PlaylistKeeper::AddPlaylistFiles(const QStringList& files)
 {
     const QPointer<PlaylistKeeper> alive = this;
+    const QStringList given = files; // the caller's may change while events run
     QStringList added;
     platform::LongWork work(dialogOwner(), tr("Adding images..."));
-    for (int i = 0; i < int(files.size()); ++i) {
-        if (!work.goOn(i, int(files.size())))
+    for (int i = 0; i < int(given.size()); ++i) {
+        if (!work.goOn(i, int(given.size())))
             return;
-        if (canBeAdded(files.at(i)))
-            added.append(files.at(i));
+        if (canBeAdded(given.at(i)))
+            added.append(given.at(i));
     }
     if (!alive || m_closed || added.isEmpty())
         return;

@@ -63,7 +63,7 @@ class PlaylistKeeper : public QObject
     /// Appends a file that exists. False when it does not, or its name cannot stand in a playlist.
     bool AddPlaylistFile(const QString& sFile);
     /// The same with all of `files` that there are, in their order. Shows how far it is when it takes long;
-    /// none is added when the user breaks off.
+    /// none is added when the user breaks off. Events may run meanwhile.
     void AddPlaylistFiles(const QStringList& files);
     /// Leaves no file in the list. The playlist stays open.
     void ClearPlaylist();

@@ -20,6 +20,7 @@ ViewerBench::ViewerBench(std::shared_ptr<engine::ImageLoader> loader)
       m_loader(std::move(loader))
 {
     app::openSettings();
+    QDir().mkpath(in("root/Playlist")); // as the start of the program leaves it
 }
 
 ViewerBench::~ViewerBench()

@@ -293,6 +293,7 @@ class TestOpening : public QObject
     {
         const QString path = m_bench->home.write(QStringLiteral("a.qol"), "list");
         frmImageView& window = m_bench->load();
+        window.opening()->setPlaylists(nullptr);
         QVERIFY(!window.opening()->OpenFileList(path));
     }
 
