@@ -1,6 +1,7 @@
 #include "commands/BandFilling.h"
 
 #include "app/mFile.h"
+#include "app/RecentBand.h"
 
 namespace quorvia::commands {
 
@@ -8,11 +9,9 @@ namespace {
 
 using platform::Tool;
 using platform::ToolBand;
-using platform::ToolKind;
 using platform::ToolModel;
 using platform::ToolValues;
 
-constexpr QLatin1String recentBand("bRecent");
 constexpr QLatin1String filesBand("bFiles");
 constexpr QLatin1String delayBand("bCustom");
 constexpr QLatin1String noEntry("(none)");
@@ -35,44 +34,17 @@ void setName(Tool& tool, const QString& text)
     tool.set(&ToolValues::caption, text);
 }
 
-Tool* appendDirectory(ToolModel& model, ToolBand& band, int index, const QString& directory)
-{
-    Tool* const tool =
-        append(model, band, index, QStringLiteral("tRecent") + QString::number(index), "tFolderI");
-    setName(*tool, directory);
-    return tool;
-}
-
 } // namespace
 
 void fillBand(ToolModel& model, const ToolBand& band, const BandContents& contents)
 {
-    if (band.name() == recentBand)
-        fillRecent(model, contents.recentDirectories(), contents.directoryExists);
+    if (band.name() == QLatin1String(app::recentDirectoriesBand))
+        app::fillRecentDirectories(model, contents.recentDirectories(), contents.directoryExists,
+                                   QStringLiteral("tClear"));
     else if (band.name() == filesBand)
         fillFiles(model, contents.files());
     else if (band.name() == delayBand)
         fillDelay(model, contents.delay());
-}
-
-void fillRecent(ToolModel& model, const QStringList& directories,
-                const std::function<bool(const QString&)>& exists)
-{
-    ToolBand* const band = model.band(recentBand);
-    if (!band)
-        return;
-    band->clear();
-    const QString first = directories.value(0);
-    const bool isEmpty = first.isEmpty() && directories.value(1).isEmpty();
-    Tool* const head = appendDirectory(model, *band, 0, first.isEmpty() ? QString(noEntry) : first);
-    head->set(&ToolValues::visible, isEmpty || (!first.isEmpty() && exists(first)));
-    for (int index = 1; index < directories.size() && !directories[index].isEmpty(); ++index) {
-        if (exists(directories[index]))
-            appendDirectory(model, *band, index, directories[index]);
-    }
-    band->append(band->toolCount(), QStringLiteral("bar"))->set(&ToolValues::kind, ToolKind::Separator);
-    append(model, *band, band->toolCount(), QStringLiteral("miRecentClear"), "tClear")
-        ->set(&ToolValues::caption, QStringLiteral("Clear Recent List"));
 }
 
 void fillFiles(ToolModel& model, const QList<ListedFile>& files)

@@ -31,10 +31,6 @@ struct BandContents
 /// Fills `band` when it is one of those; to be called before it shows.
 void fillBand(platform::ToolModel& model, const platform::ToolBand& band, const BandContents& contents);
 
-/// Fills `bRecent`: the directories as tools `tRecent0` and on, up to the first empty entry behind the first,
-/// without those that no longer exist, and the tool that clears the list. "(none)" when there is no entry.
-void fillRecent(platform::ToolModel& model, const QStringList& directories,
-                const std::function<bool(const QString& directory)>& exists);
 /// Fills `bFiles`: the files as tools `FileX1` and on, the path of each in its tag. "(none)" when there is
 /// none.
 void fillFiles(platform::ToolModel& model, const QList<ListedFile>& files);

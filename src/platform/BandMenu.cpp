@@ -26,6 +26,7 @@ BandMenu::BandMenu(ToolModel* model, ToolBand* band, QWidget* parent)
     : QMenu(parent), m_model(model), m_band(band)
 {
     setObjectName(band->name());
+    setAccessibleName(band->caption());
     setToolTipsVisible(true);
     connect(this, &QMenu::aboutToHide, this, &BandMenu::closeBand);
     if (parentMenu())

@@ -103,6 +103,9 @@ class ToolBand : public QObject
     void setSize(QSize size) { m_size = size; }
     QString tag() const { return m_tag; }
     void setTag(const QString& tag) { m_tag = tag; }
+    /// By which a menu of the band is called where its name is said; empty: none.
+    QString caption() const { return m_caption; }
+    void setCaption(const QString& caption) { m_caption = caption; }
 
     int toolCount() const { return int(m_tools.size()); }
     /// 0-based; null beyond the band.
@@ -133,6 +136,7 @@ class ToolBand : public QObject
     bool m_visible = true;
     QSize m_size;
     QString m_tag;
+    QString m_caption;
     std::vector<Entry> m_tools;
 };
 

@@ -1,4 +1,5 @@
 // The bands that are filled as they open.
+#include "app/RecentBand.h"
 #include "commands/BandFilling.h"
 #include "commands/DesignedTools.h"
 
@@ -27,6 +28,13 @@ QStringList described(const ToolBand& band)
 }
 
 } // namespace
+
+/// Fills the menu of the recent directories as the main menu has it.
+static void fillRecent(ToolModel& model, const QStringList& directories,
+                       const std::function<bool(const QString& directory)>& exists)
+{
+    quorvia::app::fillRecentDirectories(model, directories, exists, QStringLiteral("tClear"));
+}
 
 class TestBandFilling : public QObject
 {
