@@ -1,9 +1,12 @@
 #include "collections/EntryView.h"
 
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QStyledItemDelegate>
+#include <QUrl>
 
 namespace quorvia::collections {
 
@@ -20,6 +23,25 @@ class RowDelegate : public QStyledItemDelegate
         return QStyledItemDelegate::sizeHint(option, index) + QSize(0, air);
     }
 };
+
+/// The paths of the local files and folders that a drag holds.
+QStringList localPaths(const QDropEvent& event)
+{
+    QStringList paths;
+    const QList<QUrl> urls = event.mimeData() ? event.mimeData()->urls() : QList<QUrl>();
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    }
+    return paths;
+}
+
+/// Takes the drag when it holds something for the list: as a copy, whatever its source proposes.
+void takeLocalFiles(QDropEvent& event)
+{
+    event.setDropAction(Qt::CopyAction);
+    event.setAccepted(!localPaths(event).isEmpty());
+}
 
 } // namespace
 
@@ -94,6 +116,27 @@ void EntryView::contextMenuEvent(QContextMenuEvent* event)
     if (event->reason() != QContextMenuEvent::Mouse) // the mouse's comes with the release of its button
         wantMenuAtCurrent();
     event->accept();
+}
+
+void EntryView::dragEnterEvent(QDragEnterEvent* event)
+{
+    takeLocalFiles(*event);
+}
+
+void EntryView::dragMoveEvent(QDragMoveEvent* event)
+{
+    takeLocalFiles(*event);
+}
+
+void EntryView::dragLeaveEvent(QDragLeaveEvent*) {}
+
+void EntryView::dropEvent(QDropEvent* event)
+{
+    takeLocalFiles(*event);
+    const QStringList paths = localPaths(*event);
+    if (!paths.isEmpty()) // later, since what comes of it may ask the user while the drag's source waits
+        QMetaObject::invokeMethod(
+            this, [this, paths] { Q_EMIT dropped(paths); }, Qt::QueuedConnection);
 }
 
 void EntryView::wantMenuAtCurrent()

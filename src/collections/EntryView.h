@@ -16,6 +16,8 @@ class EntryView : public QListView
     /// Makes `row` (0-based, -1 for none) the current entry and the only selected one, and brings it into
     /// sight.
     void mark(int row);
+    /// Whether files may be dropped here; when not, a drop is for the window around. Not at first.
+    void setTakesDrops(bool takes) { setAcceptDrops(takes); }
 
   Q_SIGNALS:
     /// The user went to an entry, by a click or by a key that selects.
@@ -24,12 +26,18 @@ class EntryView : public QListView
     void pressedOn(int row);
     /// The right button went up, or the key for it was pressed; `at` is a place of the screen.
     void menuWanted(const QPoint& at);
+    /// Files or folders were dropped, by their paths. Comes when the drop is done with.
+    void dropped(const QStringList& paths);
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     void wantMenuAtCurrent();

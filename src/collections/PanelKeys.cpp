@@ -47,6 +47,9 @@ bool keepsKey(PanelPart part, int key, Qt::KeyboardModifiers modifiers)
         return listKeeps(key, held);
     case PanelPart::Button:
         return held == Qt::NoModifier && (key == Qt::Key_Space || isEnter(key));
+    case PanelPart::NameBox:
+        return (held == Qt::NoModifier && (key == Qt::Key_Space || isEnter(key))) ||
+               (key == Qt::Key_Down && (held & ~Qt::AltModifier) == Qt::NoModifier);
     }
     return false;
 }

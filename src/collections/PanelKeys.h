@@ -6,7 +6,7 @@
 
 namespace quorvia::collections {
 
-enum class PanelPart { Tree, List, Button };
+enum class PanelPart { Tree, List, Button, NameBox };
 
 /// Whether a key (Qt::Key) that reaches `part` moves or selects within it. The list leaves the plain arrows
 /// to the main window, whose steps walk the list.

@@ -44,8 +44,10 @@ struct ToolRow
 constexpr std::array toolRows = {
     ToolRow{.band = addBand, .name = "tAdd", .caption = "Add File(s)...", .icon = "file"},
     ToolRow{.band = addBand, .name = "tEnqueDir", .caption = "Enqueue Directory...", .icon = "folder"},
-    ToolRow{
-        .band = addBand, .name = "tEnqueDirAll", .caption = "Enqueue Directory (Include Sub-Directories)..."},
+    ToolRow{.band = addBand,
+            .name = "tEnqueDirAll",
+            .caption = "Enqueue Directory (Include Sub-Directories)...",
+            .icon = "folder"},
 
     ToolRow{.band = filesBand,
             .name = "miDelete",

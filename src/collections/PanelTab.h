@@ -1,30 +1,39 @@
-// A tab of the list's panel: an icon and a caption in the shape that the desktop gives to tabs.
+// A tab of the list's panel: an icon and a caption in the shape that the desktop gives to tabs. The one in
+// front is only looked at; the one behind is a button.
 #pragma once
 
-#include <QWidget>
+#include <QAbstractButton>
 
-class QIcon;
 class QLabel;
 
 namespace quorvia::collections {
 
-class PanelTab : public QWidget
+class PanelTab : public QAbstractButton
 {
     Q_OBJECT
 
   public:
-    /// `number` (1 or 2) completes the names of the tab, its caption and its icon.
-    PanelTab(int number, const QString& caption, const QIcon& icon, QWidget* parent);
+    /// `number` completes the names of the tab, its caption and its icon: 1 stands in front, 2 behind.
+    PanelTab(int number, QWidget* parent);
 
-    QString caption() const;
+    QString caption() const { return accessibleName(); }
+    /// Shows another caption and the drawing `icon` of platform::icon().
+    void setFace(const QString& caption, const QString& icon);
     /// As high as its caption needs.
     QSize sizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
+    void showIcon();
+    void showCaption();
+
+    bool m_isInFront;
+    QString m_iconName;
     QLabel* m_icon;
     QLabel* m_caption;
 };

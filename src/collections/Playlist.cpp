@@ -3,104 +3,219 @@
 #include "app/Colors.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "collections/ButtonRow.h"
 #include "collections/EntryModel.h"
 #include "collections/EntryText.h"
 #include "collections/EntryView.h"
 #include "collections/PanelKeys.h"
+#include "collections/PanelMenu.h"
+#include "collections/PanelMenus.h"
 #include "collections/PanelTab.h"
+#include "collections/PanelTabs.h"
 #include "collections/PictureList.h"
+#include "collections/PlaylistCommands.h"
+#include "collections/PlaylistFolder.h"
+#include "collections/PlaylistHead.h"
+#include "collections/PlaylistKeeper.h"
 #include "collections/PlaylistLayout.h"
 #include "platform/Dialogs.h"
+#include "platform/FileStatus.h"
 #include "platform/FolderTree.h"
 
-#include <QCursor>
+#include <QAbstractButton>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
-#include <QPushButton>
-#include <QStyle>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace quorvia::collections {
 
 namespace {
 
-const QLatin1String selectDirectoryCommand("selectdirectory");
-const QLatin1String showContextMenuCommand("showcontextmenu");
+/// The width of what fills a panel of `size`, both in pixels.
+int rowWidth(QSize size)
+{
+    return app::toPixels(layoutPlaylistFace({.panel = app::inTwips(size)}).ptPlaylist).width();
+}
 
 } // namespace
 
-Playlist::Playlist(PictureList* list, QWidget* parent)
-    : QWidget(parent), m_list(list),
-      m_tab1(new PanelTab(1, QStringLiteral("Folders"), style()->standardIcon(QStyle::SP_DirIcon), this)),
-      m_ftv(new platform::FolderTree(this)), m_pFilelist(new QWidget(this)),
-      m_cmdDir(new QPushButton(style()->standardIcon(QStyle::SP_DirOpenIcon),
-                               QStringLiteral(" Select Directory"), m_pFilelist)),
-      m_lPlaylist(new EntryView(this)), m_lPlaylistInfo(new QLabel(this))
+Playlist::Playlist(PictureList* list, PlaylistCommands& commands, app::MainWindow& main, QWidget* parent)
+    : QWidget(parent), m_list(list), m_commands(commands),
+      m_tabs(new PanelTabs(list->GetSelectedTab(), this)), m_pInternalPlaylist(new PlaylistHead(this)),
+      m_ftv(new platform::FolderTree(this)), m_pFilelist(new ButtonRow(QStringLiteral("pFilelist"), this)),
+      m_lPlaylist(new EntryView(this)), m_ptPlaylist(new ButtonRow(QStringLiteral("ptPlaylist"), this)),
+      m_lPlaylistInfo(new QLabel(this)), m_menus(new PanelMenus(list, main, this))
 {
     setObjectName(QStringLiteral("Playlist"));
     fillParts();
+    fillFolderButtons();
+    fillPlaylistButtons();
+    watchParts();
     m_ftv->setRoot(app::read(app::setting::BrowserRoot));
-    m_ftv->setSelectedFolder(m_list->path());
     followList();
+    followPlaylist();
     followUser();
-    showList();
+    showFace(false);
+    showCount();
     m_lPlaylist->mark(m_list->ListIndex());
-}
-
-std::array<QWidget*, 3> Playlist::controls() const
-{
-    return {m_ftv, m_cmdDir, m_lPlaylist};
 }
 
 void Playlist::fillParts()
 {
     m_ftv->setObjectName(QStringLiteral("ftv"));
     m_ftv->setAccessibleName(tr("Folders"));
-    m_pFilelist->setObjectName(QStringLiteral("pFilelist"));
-    m_cmdDir->setObjectName(QStringLiteral("cmdDir"));
-    m_cmdDir->setAccessibleName(m_cmdDir->text().trimmed());
-    m_cmdDir->setToolTip(tr("Choose the folder that the tree begins with"));
+    // A click leaves the keys to the window, whose arrows walk the pictures; Tab leads to the parts.
+    m_ftv->setFocusPolicy(Qt::TabFocus);
     m_lPlaylist->setObjectName(QStringLiteral("lPlaylist"));
     m_lPlaylist->setAccessibleName(tr("Pictures"));
     m_lPlaylist->setModel(new EntryModel(m_list, this));
     m_lPlaylistInfo->setObjectName(QStringLiteral("lPlaylistInfo"));
     m_lPlaylistInfo->setIndent(4); // pixels, as the entries above it
-    // A click leaves the keys to the window, whose arrows walk the pictures; Tab leads to the parts.
-    m_ftv->setFocusPolicy(Qt::TabFocus);
-    m_cmdDir->setFocusPolicy(Qt::TabFocus);
-    for (QWidget* control : controls())
-        control->installEventFilter(this);
+}
+
+void Playlist::fillFolderButtons()
+{
+    m_pFilelist->addButton({.name = "cmdDir",
+                            .icon = "open",
+                            .text = " Select Directory",
+                            .toolTip = tr("Choose the folder that the tree begins with"),
+                            .command = QStringLiteral("selectdirectory")});
+    m_pFilelist->addButton({.name = "cmdPlaylist",
+                            .icon = "playlistadd",
+                            .text = " Move All to Playlist",
+                            .toolTip = tr("Add all pictures of the folder to the playlist"),
+                            .command = QStringLiteral("movefilelisttoplaylist")});
+}
+
+void Playlist::fillPlaylistButtons()
+{
+    m_ptPlaylist->addButton({.name = "iAddToPlaylist",
+                             .icon = "playlistadd",
+                             .toolTip = QStringLiteral("Add Images to Playlist"),
+                             .command = QStringLiteral("addmenu")});
+    m_ptPlaylist->addButton({.name = "iRemovePlaylist",
+                             .icon = "playlistremove",
+                             .toolTip = QStringLiteral("Remove Images from Playlist"),
+                             .command = QStringLiteral("removemenu")});
+    m_ptPlaylist->addButton({.name = "iImportPlaylist",
+                             .icon = "import",
+                             .toolTip = QStringLiteral("Import Playlist from File"),
+                             .command = QStringLiteral("openplaylist")});
+    m_ptPlaylist->addButton({.name = "iExportPlaylist",
+                             .icon = "export",
+                             .toolTip = QStringLiteral("Export Playlist to File"),
+                             .command = QStringLiteral("saveplaylist")});
+    const QAbstractButton* const editor =
+        m_ptPlaylist->addButton({.name = "iPlaylistEditor",
+                                 .icon = "edit",
+                                 .toolTip = QStringLiteral("Save Playlist As..."),
+                                 .label = "Playlist Editor",
+                                 .labelName = "lPlaylistEditor"});
+    connect(editor, &QAbstractButton::clicked, this, &Playlist::editorWanted);
+}
+
+/// Has the parts that take keys leave to the window those that are its own, and stand in the order in which
+/// Tab leads through them.
+void Playlist::watchParts()
+{
+    auto watch = [this, last = static_cast<QWidget*>(nullptr)](QWidget* part, PanelPart kind) mutable {
+        m_parts.insert(part, kind);
+        part->installEventFilter(this);
+        if (last)
+            setTabOrder(last, part);
+        last = part;
+    };
+    watch(m_tabs->tab2(), PanelPart::Button);
+    watch(m_ftv, PanelPart::Tree);
+    watch(m_pInternalPlaylist->box(), PanelPart::NameBox);
+    for (QAbstractButton* const button : m_pFilelist->buttons())
+        watch(button, PanelPart::Button);
+    watch(m_lPlaylist, PanelPart::List);
+    for (QAbstractButton* const button : m_ptPlaylist->buttons())
+        watch(button, PanelPart::Button);
     takeDesktopColors();
 }
 
 void Playlist::takeDesktopColors()
 {
-    for (QWidget* control : controls())
-        app::setDesktopColors(control);
+    const QList<QWidget*> parts = m_parts.keys();
+    for (QWidget* const part : parts) {
+        if (part != m_tabs->tab2()) // which looks as the one in front
+            app::setDesktopColors(part);
+    }
 }
 
 void Playlist::followList()
 {
-    connect(m_list, &PictureList::ListChanged, this, &Playlist::showList);
+    connect(m_list, &PictureList::ListChanged, this, &Playlist::showCount);
     connect(m_list, &PictureList::indexChanged, m_lPlaylist, &EntryView::mark);
     connect(m_list, &PictureList::pathChanged, m_ftv, &platform::FolderTree::setSelectedFolder);
+    connect(m_list, &PictureList::tabChanged, this, &Playlist::showFace);
+    const auto showTab2 = [this] { m_tabs->setTab2Visible(m_list->isTab2Visible()); };
+    connect(m_list, &PictureList::tab2VisibleChanged, this, showTab2);
+    showTab2();
+}
+
+void Playlist::followPlaylist()
+{
+    const PlaylistKeeper* const playlist = m_list->playlist();
+    const auto showName = [this, playlist] { m_pInternalPlaylist->setName(playlist->ActivePlaylist()); };
+    const auto showNames = [this, playlist] { m_pInternalPlaylist->setNames(playlist->names()); };
+    connect(playlist, &PlaylistKeeper::nameChanged, this, showName);
+    connect(playlist, &PlaylistKeeper::namesChanged, this, showNames);
+    showName();
+    showNames();
+    connect(m_pInternalPlaylist, &PlaylistHead::chosen, this, &Playlist::openNamed);
 }
 
 void Playlist::followUser()
 {
+    connect(m_tabs, &PanelTabs::faceWanted, m_list, &PictureList::SelectTab);
     connect(m_ftv, &platform::FolderTree::folderSelected, this, &Playlist::selectFolder);
     connect(m_lPlaylist->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &Playlist::passSelection);
     connect(m_lPlaylist, &EntryView::pressedOn, m_list, &PictureList::notePress);
     connect(m_lPlaylist, &EntryView::picked, m_list, &PictureList::pick);
     connect(m_lPlaylist, &EntryView::menuWanted, this, [this](const QPoint& at) {
-        m_menuPlace = at;
-        RunTool(showContextMenuCommand);
+        const QScopedValueRollback place(m_menuPlace, at);
+        RunTool(QStringLiteral("showcontextmenu"));
     });
-    connect(m_cmdDir, &QPushButton::clicked, this, [this] { RunTool(selectDirectoryCommand); });
+    connect(m_lPlaylist, &EntryView::dropped, this,
+            [this](const QStringList& paths) { m_commands.drop(paths); });
+    connect(m_menus, &PanelMenus::commandChosen, this, &Playlist::RunTool);
+    for (const ButtonRow* const row : {m_pFilelist, m_ptPlaylist}) {
+        connect(row, &ButtonRow::wanted, this, [this](const QString& command, QAbstractButton* button) {
+            const QPointer<Playlist> alive = this;
+            m_menuButton = button;
+            RunTool(command);
+            if (alive)
+                m_menuButton = nullptr;
+        });
+    }
 }
 
-void Playlist::showList()
+void Playlist::showFace(bool animated)
+{
+    if (!m_ftv->isEnabled())
+        return;
+    const bool folders = m_list->FolderMode();
+    m_tabs->showFace(m_list->GetSelectedTab(), animated);
+    m_ftv->setVisible(folders);
+    m_pFilelist->setVisible(folders);
+    m_ptPlaylist->setVisible(!folders);
+    m_pInternalPlaylist->setVisible(!folders);
+    m_lPlaylist->setTakesDrops(!folders);
+    if (folders)
+        m_ftv->setSelectedFolder(m_list->path());
+    layOut();
+}
+
+void Playlist::showCount()
 {
     m_lPlaylistInfo->setText(countText(m_list->ListCount()));
 }
@@ -124,15 +239,64 @@ void Playlist::passSelection()
     m_list->setSelection(std::move(rows));
 }
 
-void Playlist::RunTool(const QString& command)
+void Playlist::RunTool(const QString& sCommand)
 {
+    struct Row
+    {
+        QLatin1String name;
+        void (Playlist::*run)();
+    };
+    static constexpr std::array rows{
+        Row{QLatin1String("selectdirectory"), &Playlist::selectDirectory},
+        Row{QLatin1String("addmenu"), &Playlist::addMenu},
+        Row{QLatin1String("removemenu"), &Playlist::removeMenu},
+        Row{QLatin1String("showcontextmenu"), &Playlist::showContextMenu},
+    };
     if (!m_ftv->isEnabled())
         return;
-    const QString name = command.toLower();
-    if (name == selectDirectoryCommand)
-        selectDirectory();
-    else if (name == showContextMenuCommand)
-        Q_EMIT contextMenuWanted(m_menuPlace.isNull() ? QCursor::pos() : std::exchange(m_menuPlace, {}));
+    const QString command = sCommand.toLower();
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [&command](const Row& candidate) { return candidate.name == command; });
+    if (row != rows.end())
+        (this->*row->run)();
+    else
+        m_commands.RunTool(command);
+}
+
+void Playlist::GenPopupMenu()
+{
+    m_menus->GenPopupMenu();
+}
+
+void Playlist::addMenu()
+{
+    popUp(addBand);
+}
+
+void Playlist::removeMenu()
+{
+    popUp(removeBand);
+}
+
+void Playlist::showContextMenu()
+{
+    GenPopupMenu();
+    popUp(filesBand);
+}
+
+void Playlist::popUp(const char* band)
+{
+    if (m_menuButton)
+        m_menus->popUpBeside(band, {m_menuButton->mapToGlobal(QPoint()), m_menuButton->size()});
+    else
+        m_menus->popUp(band, m_menuPlace);
+}
+
+void Playlist::openNamed(const QString& name)
+{
+    const QString file = namedPlaylistPath(name);
+    if (m_ftv->isEnabled() && !m_list->Starting() && platform::isFile(file))
+        m_list->playlist()->LoadQOLPlaylist(file);
 }
 
 void Playlist::selectDirectory()
@@ -151,15 +315,10 @@ void Playlist::selectDirectory()
 
 void Playlist::CloseDown()
 {
+    m_menus->close();
+    m_pInternalPlaylist->hideList();
     m_ftv->hide();
     m_ftv->setEnabled(false);
-}
-
-PanelPart Playlist::partOf(const QObject* widget) const
-{
-    if (widget == m_ftv)
-        return PanelPart::Tree;
-    return widget == m_lPlaylist ? PanelPart::List : PanelPart::Button;
 }
 
 bool Playlist::eventFilter(QObject* watched, QEvent* event)
@@ -168,7 +327,7 @@ bool Playlist::eventFilter(QObject* watched, QEvent* event)
         return false;
     const auto* const key = static_cast<QKeyEvent*>(event);
     const bool isFocusKey = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
-    if (isFocusKey || keepsKey(partOf(watched), key->key(), key->modifiers()))
+    if (isFocusKey || keepsKey(m_parts.value(static_cast<QWidget*>(watched)), key->key(), key->modifiers()))
         return false;
     event->ignore(); // and so it goes on to the window
     return true;
@@ -190,18 +349,26 @@ void Playlist::changeEvent(QEvent* event)
 
 void Playlist::layOut()
 {
-    const QSize button = m_cmdDir->sizeHint();
+    const ButtonRow* const row = m_list->FolderMode() ? m_pFilelist : m_ptPlaylist;
     const PlaylistSizes sizes{.panel = app::inTwips(size()),
-                              .head = std::max(tabHeadHeight, app::toTwips(m_tab1->sizeHint().height())),
-                              .toolRow = app::toTwips(button.height() + 4),
-                              .info = app::toTwips(m_lPlaylistInfo->sizeHint().height() + 4)};
-    m_tab1->setGeometry(app::toPixels(layoutTabs(sizes).tab1));
-    const FolderFace face = layoutFolderFace(sizes);
-    m_ftv->setGeometry(app::toPixels(face.ftv));
-    m_pFilelist->setGeometry(app::toPixels(face.pFilelist));
-    m_lPlaylist->setGeometry(app::toPixels(face.lPlaylist));
-    m_lPlaylistInfo->setGeometry(app::toPixels(face.lPlaylistInfo));
-    m_cmdDir->setGeometry(0, 2, std::min(button.width(), m_pFilelist->width()), button.height());
+                              .head = std::max(tabHeadHeight, app::toTwips(m_tabs->sizeHint().height())),
+                              .toolRow = app::toTwips(row->heightFor(rowWidth(size()))),
+                              .info = app::toTwips(m_lPlaylistInfo->sizeHint().height() + 4),
+                              .nameRow = app::toTwips(m_pInternalPlaylist->sizeHint().height())};
+    m_tabs->setGeometry(0, 0, width(), app::toPixels(sizes.head));
+    if (m_list->FolderMode()) {
+        const FolderFace face = layoutFolderFace(sizes);
+        m_ftv->setGeometry(app::toPixels(face.ftv));
+        m_pFilelist->setGeometry(app::toPixels(face.pFilelist));
+        m_lPlaylist->setGeometry(app::toPixels(face.lPlaylist));
+        m_lPlaylistInfo->setGeometry(app::toPixels(face.lPlaylistInfo));
+    } else {
+        const PlaylistFace face = layoutPlaylistFace(sizes);
+        m_pInternalPlaylist->setGeometry(app::toPixels(face.pInternalPlaylist));
+        m_lPlaylist->setGeometry(app::toPixels(face.lPlaylist));
+        m_ptPlaylist->setGeometry(app::toPixels(face.ptPlaylist));
+        m_lPlaylistInfo->setGeometry(app::toPixels(face.lPlaylistInfo));
+    }
 }
 
 } // namespace quorvia::collections

@@ -1,14 +1,18 @@
-// The panel of the list of pictures: the folder tree, its buttons, the list box and the count. It shows what
-// stands in a PictureList and tells it what the user does. Making one costs some milliseconds, so it is made
-// when it is first to be seen.
+// The panel of the list of pictures with its two faces: the folder tree, or the name of the open playlist,
+// and with both their buttons, the list box and the count. It shows what stands in a PictureList and tells it
+// what the user does. Making one costs some milliseconds, so it is made when it is first to be seen.
 #pragma once
 
+#include <QHash>
+#include <QPoint>
 #include <QWidget>
 
-#include <array>
-
+class QAbstractButton;
 class QLabel;
-class QPushButton;
+
+namespace quorvia::app {
+class MainWindow;
+}
 
 namespace quorvia::platform {
 class FolderTree;
@@ -16,9 +20,13 @@ class FolderTree;
 
 namespace quorvia::collections {
 
+class ButtonRow;
 class EntryView;
+class PanelMenus;
+class PanelTabs;
 class PictureList;
-class PanelTab;
+class PlaylistCommands;
+class PlaylistHead;
 enum class PanelPart;
 
 class Playlist : public QWidget
@@ -26,18 +34,21 @@ class Playlist : public QWidget
     Q_OBJECT
 
   public:
-    /// Shows `list`, which outlives the panel, as it stands. The tree gets its root from the settings.
-    explicit Playlist(PictureList* list, QWidget* parent = nullptr);
+    /// Shows `list` as it stands. The tree gets its root from the settings. What the panel does not run by
+    /// itself goes to `commands` and `main`. All three outlive it.
+    Playlist(PictureList* list, PlaylistCommands& commands, app::MainWindow& main, QWidget* parent = nullptr);
 
-    /// Runs a command of the panel, whatever its case: `selectdirectory` or `showcontextmenu`. Any other does
-    /// nothing.
-    void RunTool(const QString& command);
+    /// Runs a command of the panel, whatever its case: `selectdirectory`, `addmenu`, `removemenu`,
+    /// `showcontextmenu`, or one of PlaylistCommands. Any other does nothing.
+    void RunTool(const QString& sCommand);
+    /// Prepares the menu of the list.
+    void GenPopupMenu();
     /// Takes the tree away, and with it every later command.
     void CloseDown();
 
   Q_SIGNALS:
-    /// The menu of the selected entries is wanted at a place of the screen.
-    void contextMenuWanted(const QPoint& at);
+    /// The editor of playlists is wanted.
+    void editorWanted();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -45,26 +56,39 @@ class Playlist : public QWidget
     void changeEvent(QEvent* event) override;
 
   private:
-    std::array<QWidget*, 3> controls() const;
     void fillParts();
+    void fillFolderButtons();
+    void fillPlaylistButtons();
+    void watchParts();
     void takeDesktopColors();
     void followList();
+    void followPlaylist();
     void followUser();
-    void showList();
+    void showFace(bool animated);
+    void showCount();
     void selectFolder(const QString& folder);
     void selectDirectory();
+    void addMenu();
+    void removeMenu();
+    void showContextMenu();
+    void popUp(const char* band);
+    void openNamed(const QString& name);
     void passSelection();
     void layOut();
-    PanelPart partOf(const QObject* widget) const;
 
     PictureList* m_list;
-    PanelTab* m_tab1;
+    PlaylistCommands& m_commands;
+    PanelTabs* m_tabs;
+    PlaylistHead* m_pInternalPlaylist;
     platform::FolderTree* m_ftv;
-    QWidget* m_pFilelist;
-    QPushButton* m_cmdDir;
+    ButtonRow* m_pFilelist;
     EntryView* m_lPlaylist;
+    ButtonRow* m_ptPlaylist;
     QLabel* m_lPlaylistInfo;
-    QPoint m_menuPlace;
+    PanelMenus* m_menus;
+    QHash<QWidget*, PanelPart> m_parts; ///< those that take keys
+    QPoint m_menuPlace;                 ///< of the screen, where a menu was asked for; null: at the mouse
+    QAbstractButton* m_menuButton = nullptr; ///< whose click is being dealt with
 };
 
 } // namespace quorvia::collections

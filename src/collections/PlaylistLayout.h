@@ -1,6 +1,7 @@
 // Where the parts of the list's panel stand: plain arithmetic in twips.
 #pragma once
 
+#include <QList>
 #include <QRect>
 #include <QSize>
 
@@ -16,6 +17,7 @@ struct PlaylistSizes
     int head = tabHeadHeight;
     int toolRow = 0; ///< height of the row of buttons
     int info = 0;    ///< height of lPlaylistInfo
+    int nameRow = 0; ///< height of pInternalPlaylist
 };
 
 /// The two tabs, of one width: that in front stands left.
@@ -28,6 +30,9 @@ struct TabPlaces
 
 TabPlaces layoutTabs(const PlaylistSizes& sizes);
 
+/// Where the tab behind stands while the tabs change places; `left` is its left edge.
+QRect movingTab(const TabPlaces& places, int left);
+
 /// The face of the folders. What there is no room for has no height.
 struct FolderFace
 {
@@ -39,5 +44,21 @@ struct FolderFace
 };
 
 FolderFace layoutFolderFace(const PlaylistSizes& sizes);
+
+/// The face of the playlist. What there is no room for has no height.
+struct PlaylistFace
+{
+    QRect pInternalPlaylist;
+    QRect lPlaylist;
+    QRect ptPlaylist;
+    QRect lPlaylistInfo;
+    bool operator==(const PlaylistFace&) const = default;
+};
+
+PlaylistFace layoutPlaylistFace(const PlaylistSizes& sizes);
+
+/// Places for parts of the given sizes from left to right, `gap` apart, in as many rows as `width` asks for.
+/// None is wider than `width`; in a row all stand at half height. Any unit of length.
+QList<QRect> placeInRows(int width, int gap, const QList<QSize>& sizes);
 
 } // namespace quorvia::collections

@@ -1,6 +1,7 @@
 #include "collections/RowRanges.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace quorvia::collections {
 
@@ -19,6 +20,12 @@ std::vector<RowRange> normalised(std::vector<RowRange> ranges, int count)
             result.push_back(inside);
     }
     return result;
+}
+
+int rowCount(const std::vector<RowRange>& ranges)
+{
+    return std::accumulate(ranges.begin(), ranges.end(), 0,
+                           [](int sum, const RowRange& range) { return sum + range.last - range.first + 1; });
 }
 
 QStringList withoutRows(const QStringList& list, const std::vector<RowRange>& rows)

@@ -18,6 +18,9 @@ struct RowRange
 /// The same rows, below `count` only, as the fewest ranges in ascending order.
 std::vector<RowRange> normalised(std::vector<RowRange> ranges, int count);
 
+/// How many rows `ranges`, none of which overlap, have together.
+int rowCount(const std::vector<RowRange>& ranges);
+
 /// `list` without the entries at `rows`.
 QStringList withoutRows(const QStringList& list, const std::vector<RowRange>& rows);
 

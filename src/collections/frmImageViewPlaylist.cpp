@@ -25,10 +25,16 @@ void frmImageViewPlaylist::makePanel()
 {
     if (m_panel || m_closed)
         return;
-    m_panel = new Playlist(m_list, this);
+    m_panel = new Playlist(m_list, m_commands, m_main, this);
     m_panel->setGeometry(rect());
-    connect(m_panel, &Playlist::contextMenuWanted, this, &frmImageViewPlaylist::contextMenuWanted);
+    connect(m_panel, &Playlist::editorWanted, this, &frmImageViewPlaylist::ShowPlaylistEditor);
     m_panel->show();
+}
+
+void frmImageViewPlaylist::GenPopupMenu()
+{
+    if (m_panel)
+        m_panel->GenPopupMenu();
 }
 
 void frmImageViewPlaylist::RunTool(const QString& command)

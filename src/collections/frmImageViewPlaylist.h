@@ -71,16 +71,14 @@ class frmImageViewPlaylist : public QWidget, public PlaylistSource
     void ShowPlaylistEditor();
     /// The editor has closed: the open playlist is loaded anew, since it may have changed it.
     void PlaylistEditorDone() { m_list->playlist()->reloadOpen(); }
+    /// Prepares the menu of the list, in the panel when it is there.
+    void GenPopupMenu();
     /// Runs a command of the panel, which is made for it when it is not there yet; see Playlist.
     void RunTool(const QString& command);
 
     /// A text that the main window keeps here; nothing is made of it.
     QString Tag() const { return m_tag; }
     void SetTag(const QString& tag) { m_tag = tag; }
-
-  Q_SIGNALS:
-    /// The menu of the selected entries is wanted at a place of the screen.
-    void contextMenuWanted(const QPoint& at);
 
   protected:
     void showEvent(QShowEvent* event) override;
