@@ -16,7 +16,7 @@ namespace {
 /// link to where the link lies, and take what bears the name there.
 QString fromRoot(const QString& path)
 {
-    const QString absolute = path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;
+    QString absolute = path.startsWith(u'/') ? path : QDir::currentPath() + u'/' + path;
     if (!QString(absolute + u'/').contains(QLatin1String("/../")))
         return absolute;
     const QFileInfo file(absolute);
