@@ -4,6 +4,8 @@
 #include "collections/FolderFiles.h"
 #include "collections/PictureList.h"
 #include "collections/Playlist.h"
+#include "collections/PlaylistCommands.h"
+#include "IdleWindow.h"
 #include "Ratio.h"
 
 #include <QApplication>
@@ -87,9 +89,11 @@ int main(int argc, char* argv[])
     report("Looking for vanished files among them",
            timed(runs, [&] { collections::anyHasVanished(folder.path(), files); }), 50);
 
+    collections::PlaylistCommands commands(&list);
+    bench::IdleWindow window;
     std::unique_ptr<collections::Playlist> panel;
     report("The panel made and painted over them", bench::millisecondsOf([&] {
-               panel = std::make_unique<collections::Playlist>(&list);
+               panel = std::make_unique<collections::Playlist>(&list, commands, window);
                panel->resize(240, 700);
                panel->show();
                QCoreApplication::processEvents();

@@ -8,6 +8,7 @@
 #include "collections/PlaylistCommands.h"
 #include "collections/PlaylistFolder.h"
 #include "collections/PlaylistKeeper.h"
+#include "IdleWindow.h"
 #include "Ratio.h"
 
 #include <QApplication>
@@ -118,10 +119,11 @@ int main(int argc, char* argv[])
     list.startUp();
     list.setPath(folder.path());
     list.finishRebuild();
-    collections::Playlist panel(&list);
+    collections::PlaylistCommands commands(&list);
+    bench::IdleWindow window;
+    collections::Playlist panel(&list, commands, window);
     panel.resize(260, 700);
     panel.show();
-    collections::PlaylistCommands commands(&list);
     collections::PlaylistKeeper& playlist = *list.playlist();
     const auto nothing = [] {};
 

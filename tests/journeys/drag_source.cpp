@@ -24,9 +24,9 @@ class DragSource : public QWidget
     void mouseMoveEvent(QMouseEvent*) override
     {
         auto* const drag = new QDrag(this);
-        auto* const data = new QMimeData;
-        data->setUrls(m_urls);
-        drag->setMimeData(data);
+        auto* const content = new QMimeData;
+        content->setUrls(m_urls);
+        drag->setMimeData(content);
         drag->exec(Qt::CopyAction);
     }
 
