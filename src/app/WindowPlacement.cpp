@@ -35,12 +35,53 @@ void applyState(QWidget& window, int state)
     window.setWindowState(states);
 }
 
-/// A stored length in twips; `pixels` when there is none, or one that no window has.
-int storedLength(const QString& stem, Placement which, int pixels)
+/// Where the parts of a place are kept: under a stem, or under keys of their own.
+class PlacementStore
 {
-    const int stored = readPlacement(stem, which, toTwips(pixels));
-    return stored > 0 ? stored : toTwips(pixels);
-}
+  public:
+    explicit PlacementStore(const QString& stem) : m_stem(stem) {}
+    explicit PlacementStore(const PlacementKeys& keys) : m_keys(keys) {}
+
+    int read(Placement part, int present) const
+    {
+        if (!m_keys)
+            return readPlacement(m_stem, part, present);
+        return part == Placement::WinState ? app::read(m_keys->state) : app::read(keyOf(part), present);
+    }
+    void save(Placement part, int value) const
+    {
+        if (!m_keys)
+            savePlacement(m_stem, part, value);
+        else if (part == Placement::WinState)
+            app::save(m_keys->state, value);
+        else
+            app::save(keyOf(part), value);
+    }
+    /// A stored length in twips; `pixels` when there is none, or one that no window has.
+    int length(Placement part, int pixels) const
+    {
+        const int stored = read(part, toTwips(pixels));
+        return stored > 0 ? stored : toTwips(pixels);
+    }
+
+  private:
+    const OpenNumberKey& keyOf(Placement part) const
+    {
+        switch (part) {
+        case Placement::Left:
+            return m_keys->left;
+        case Placement::Top:
+            return m_keys->top;
+        case Placement::Width:
+            return m_keys->width;
+        default:
+            return m_keys->height;
+        }
+    }
+
+    QString m_stem;
+    std::optional<PlacementKeys> m_keys;
+};
 
 /// The screen on which `window` is, or for one that never showed the one on which it belongs: its owner's, or
 /// the primary one.
@@ -63,29 +104,30 @@ QList<QRect> screensInTwips()
     return screens;
 }
 
-void SaveWindowPlacement(const QString& stem, QWidget* window)
+namespace {
+
+void savePlace(const PlacementStore& store, QWidget* window)
 {
-    savePlacement(stem, Placement::WinState, stateOf(*window));
+    store.save(Placement::WinState, stateOf(*window));
     if (stateOf(*window) != normal) {
         constexpr int patience = 500; // milliseconds for the window manager
         const QSize usual = window->normalGeometry().size();
         applyState(*window, normal);
         letEventsRunUntil([&] { return window->size() == usual; }, patience);
     }
-    savePlacement(stem, Placement::Left, toTwips(window->x()));
-    savePlacement(stem, Placement::Top, toTwips(window->y()));
-    savePlacement(stem, Placement::Width, toTwips(window->width()));
-    savePlacement(stem, Placement::Height, toTwips(window->height()));
+    store.save(Placement::Left, toTwips(window->x()));
+    store.save(Placement::Top, toTwips(window->y()));
+    store.save(Placement::Width, toTwips(window->width()));
+    store.save(Placement::Height, toTwips(window->height()));
 }
 
-void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPosition)
+void loadPlace(const PlacementStore& store, QWidget* window, bool useDefaultPosition)
 {
-    const int state = readPlacement(stem, Placement::WinState, stateOf(*window));
+    const int state = store.read(Placement::WinState, stateOf(*window));
     const QPoint present(toTwips(window->x()), toTwips(window->y()));
-    const QPoint stored(readPlacement(stem, Placement::Left, present.x()),
-                        readPlacement(stem, Placement::Top, present.y()));
-    const QSize size(storedLength(stem, Placement::Width, window->width()),
-                     storedLength(stem, Placement::Height, window->height()));
+    const QPoint stored(store.read(Placement::Left, present.x()), store.read(Placement::Top, present.y()));
+    const QSize size(store.length(Placement::Width, window->width()),
+                     store.length(Placement::Height, window->height()));
     const QScreen& home = homeScreen(*window);
     const QRect screen = inTwips(home.geometry());
     const QSize usable =
@@ -98,6 +140,28 @@ void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPo
     window->move(toPixels(corner.x()), toPixels(corner.y()));
     window->resize(toPixels(usable.width()), toPixels(usable.height()));
     applyState(*window, state); // last: the toolkit takes a new size for the end of the other states
+}
+
+} // namespace
+
+void SaveWindowPlacement(const QString& stem, QWidget* window)
+{
+    savePlace(PlacementStore(stem), window);
+}
+
+void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPosition)
+{
+    loadPlace(PlacementStore(stem), window, useDefaultPosition);
+}
+
+void SaveWindowPlacement(const PlacementKeys& keys, QWidget* window)
+{
+    savePlace(PlacementStore(keys), window);
+}
+
+void LoadWindowPlacement(const PlacementKeys& keys, QWidget* window)
+{
+    loadPlace(PlacementStore(keys), window, false);
 }
 
 } // namespace quorvia::app

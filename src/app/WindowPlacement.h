@@ -1,6 +1,8 @@
 // The places of the secondary windows, kept between their showings.
 #pragma once
 
+#include "app/Settings.h"
+
 #include <QList>
 #include <QRect>
 #include <QString>
@@ -20,5 +22,19 @@ void SaveWindowPlacement(const QString& stem, QWidget* window);
 /// `useDefaultPosition` its place stays in any case. A place off all screens becomes the middle of the
 /// window's own.
 void LoadWindowPlacement(const QString& stem, QWidget* window, bool useDefaultPosition);
+
+/// The keys of a window whose place has names of its own.
+struct PlacementKeys
+{
+    NumberKey state;
+    OpenNumberKey left;
+    OpenNumberKey top;
+    OpenNumberKey width;
+    OpenNumberKey height;
+};
+
+/// The same two under `keys`.
+void SaveWindowPlacement(const PlacementKeys& keys, QWidget* window);
+void LoadWindowPlacement(const PlacementKeys& keys, QWidget* window);
 
 } // namespace quorvia::app
