@@ -21,7 +21,8 @@ const QStringList carriers =
                    "copy paste print edit refresh delete information website resize bevel "
                    "customresize thumbnail recent delay rename scan email help")
         .split(QLatin1Char(' '));
-const QStringList others = QStringLiteral("clear folder file exit").split(QLatin1Char(' '));
+const QStringList others =
+    QStringLiteral("clear folder file exit moveup movedown add addall remove").split(QLatin1Char(' '));
 
 QImage imageOf(const QString& name, int side, const QColor& color = Qt::black)
 {
