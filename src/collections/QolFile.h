@@ -35,6 +35,9 @@ class QolFile
     /// has entries whose files were not there when it was read. A file that cannot be read is not replaced.
     Saved save(const QString& path, const QStringList& files, bool changed);
 
+    /// The file at path() has been moved to `path`.
+    void renamed(const QString& path) { m_path = path; }
+
     /// Forgets which file the list came from: what is saved next is a list of its own.
     void forget() { *this = QolFile(); }
 
