@@ -98,6 +98,11 @@ void PlaylistEditor::SetActivePlaylist(const QString& sName)
         LoadQOLPlaylist(namedPlaylistPath(sName));
 }
 
+QString PlaylistEditor::ActivePlaylist() const
+{
+    return m_playlist->name();
+}
+
 void PlaylistEditor::SaveActivePlaylist()
 {
     if (!m_playlist->name().isEmpty())

@@ -21,6 +21,8 @@ class PlaylistEditor : public QWidget
     /// Takes the playlist `sName` of the folder of the named ones in hand. Nothing happens for the empty
     /// name.
     void SetActivePlaylist(const QString& sName);
+    /// The name of the playlist in hand; empty when it has none.
+    QString ActivePlaylist() const;
     /// Saves the playlist in hand among the named ones, if it has a name.
     void SaveActivePlaylist();
     /// Fills the lists of the named playlists.

@@ -3,6 +3,7 @@
 #include "app/KeyCodes.h"
 #include "app/MainWindow.h"
 #include "collections/Playlist.h"
+#include "collections/PlaylistFolder.h"
 
 #include <QKeyEvent>
 
@@ -60,6 +61,16 @@ void frmImageViewPlaylist::RenamePlaylist(const QString& sOld, const QString& sN
 void frmImageViewPlaylist::ShowPlaylistEditor()
 {
     m_main.RunTool(QStringLiteral("miPlaylistEditor"));
+}
+
+void frmImageViewPlaylist::PlaylistEditorDone(const QString& inHand)
+{
+    PlaylistKeeper* const playlist = m_list->playlist();
+    if (playlist->ActivePlaylist().isEmpty())
+        return;
+    playlist->reloadOpen();
+    if (playlist->ActivePlaylist().isEmpty() && playlist->names().contains(inHand))
+        playlist->LoadQOLPlaylist(namedPlaylistPath(inHand));
 }
 
 void frmImageViewPlaylist::CloseDown()

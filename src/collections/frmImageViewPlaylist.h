@@ -69,8 +69,9 @@ class frmImageViewPlaylist : public QWidget, public PlaylistSource
     PlaylistCommands& commands() { return m_commands; }
     /// Has the main window show the editor.
     void ShowPlaylistEditor();
-    /// The editor has closed: the open playlist is loaded anew, since it may have changed it.
-    void PlaylistEditorDone() { m_list->playlist()->reloadOpen(); }
+    /// The editor has closed with the playlist `inHand`: the open one is loaded anew, since it may have been
+    /// changed. When it has gone, deleted or renamed, the one in hand is opened instead.
+    void PlaylistEditorDone(const QString& inHand = QString());
     /// Prepares the menu of the list, in the panel when it is there.
     void GenPopupMenu();
     /// Runs a command of the panel, which is made for it when it is not there yet; see Playlist.

@@ -68,7 +68,7 @@ void frmImageViewPlaylistEditor::closeEvent(QCloseEvent* event)
     if (alive)
         app::SaveWindowPlacement(place, this);
     if (alive)
-        Q_EMIT closed();
+        Q_EMIT closed(m_editor->ActivePlaylist());
 }
 
 void frmImageViewPlaylistEditor::resizeEvent(QResizeEvent*)

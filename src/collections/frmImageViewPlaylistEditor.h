@@ -19,8 +19,9 @@ class frmImageViewPlaylistEditor : public QWidget
     PlaylistEditor* editor() const { return m_editor; }
 
   Q_SIGNALS:
-    /// The window has been closed, and the playlist is saved.
-    void closed();
+    /// The window has been closed, and the playlist is saved. `inHand` is its name; empty when there was
+    /// none.
+    void closed(const QString& inHand);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -6,6 +6,7 @@
 #include "app/Resources.h"
 #include "app/Settings.h"
 #include "collections/Filmstrip.h"
+#include "collections/frmImageViewPlaylistEditor.h"
 #include "collections/Navigation.h"
 #include "controls/gnTab.h"
 #include "platform/Dialogs.h"
@@ -182,6 +183,22 @@ void miThumbFull(frmImageView& window)
     window.RunTool(QStringLiteral("miFullScreen"));
 }
 
+void miPlaylistEditor(frmImageView& window)
+{
+    using collections::frmImageViewPlaylistEditor;
+    if (auto* const open =
+            window.findChild<frmImageViewPlaylistEditor*>()) { // a second one would undo the first
+        open->activateWindow();
+        return;
+    }
+    collections::frmImageViewPlaylist* const panel = window.playlist();
+    panel->list()->playlist()->saveOpen(); // the editor knows it by its file
+    auto* const editor = new frmImageViewPlaylistEditor(panel->ActivePlaylist(), &window);
+    QObject::connect(editor, &frmImageViewPlaylistEditor::closed, panel,
+                     [panel](const QString& inHand) { panel->PlaylistEditorDone(inHand); });
+    editor->show();
+}
+
 void ShowEXIFBar(frmImageView& window)
 {
     window.panes()->toggleSideBar();
@@ -228,6 +245,7 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miFilm2", [w] { setFilmstripRows(*w, 2); }},
         {"miFilm3", [w] { setFilmstripRows(*w, 3); }},
         {"miEXIFView", [w] { ShowEXIFBar(*w); }},
+        {"miPlaylistEditor", [w] { miPlaylistEditor(*w); }},
         {"miCustomizeToolbar", [w] { miCustomizeToolbar(*w); }},
         {"miHelp", [w] { openHelp(*w, "help/qo_faq_help.htm"); }},
         {"miHelpShortcuts", [w] { openHelp(*w, "help/qo_shortcut.htm"); }},

@@ -32,10 +32,10 @@ const QStringList toCome = {
     "miEmailImage",
     // full screen and printing
     "miFullScreen", "xSlideShow", "miPrint",
-    // preferences, web pages, sibling tools, updates, playlists, scanners
+    // preferences, web pages, sibling tools, updates, scanners
     "miPref", "miAutoUpdate", "miAutoUpdateInstall", "miWebsite", "miLindoraCenter", "miHVXAImageGallery",
     "miURLcomments", "miURLbugreport", "miURLfeature", "miHVXAWebsite", "miWebMorphane", "miWebTessary",
-    "miWebNomalux", "miRunMorphane", "miRunTessary", "miRunNomalux", "miPlaylistEditor", "miScan"};
+    "miWebNomalux", "miRunMorphane", "miRunTessary", "miRunNomalux", "miScan"};
 
 } // namespace
 

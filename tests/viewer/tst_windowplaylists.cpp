@@ -1,5 +1,7 @@
 // Playlists in the main window: opened, walked, left and found again.
 #include "app/Settings.h"
+#include "collections/frmImageViewPlaylistEditor.h"
+#include "collections/PlaylistEditor.h"
 #include "collections/PlaylistFolder.h"
 #include "collections/QolText.h"
 #include "viewer/ViewerBench.h"
@@ -9,6 +11,7 @@
 #include <QTest>
 
 using namespace quorvia;
+using collections::frmImageViewPlaylistEditor;
 using test::ViewerBench;
 using viewer::frmImageView;
 
@@ -28,6 +31,11 @@ class TestWindowPlaylists : public QObject
             files += in(name);
         return m_bench->home.write(QDir(in("")).relativeFilePath(path),
                                    collections::qolText(files, QDate(2001, 1, 1)));
+    }
+    static frmImageViewPlaylistEditor& openEditor(frmImageView& window)
+    {
+        run(window, "miPlaylistEditor");
+        return *window.findChild<frmImageViewPlaylistEditor*>();
     }
     static void run(frmImageView& window, const char* command) { window.RunTool(QLatin1String(command)); }
 
@@ -110,6 +118,51 @@ class TestWindowPlaylists : public QObject
         window.list()->finishRebuild();
         QCOMPARE(window.list()->files(), QStringList({in("pics/z.png"), in("pics/z.png")}));
         QCOMPARE(window.list()->List(1), QStringLiteral("2. z (PNG)"));
+    }
+
+    void theEditorTakesTheOpenPlaylistInHand()
+    {
+        const QString path =
+            writeList(collections::namedPlaylistPath(QStringLiteral("x")), {"pics/b.png", "other/d.png"});
+        frmImageView& window = m_bench->load({path});
+        QVERIFY(window.playlist()->AddPlaylistFile(in("pics/a.png"))); // its save is still to come
+        frmImageViewPlaylistEditor& editor = openEditor(window);
+        QVERIFY(editor.isVisible());
+        QCOMPARE(editor.windowModality(), Qt::ApplicationModal);
+        QCOMPARE(editor.editor()->ActivePlaylist(), QStringLiteral("x"));
+        run(window, "miPlaylistEditor"); // there is no second one
+        QCOMPARE(window.findChildren<frmImageViewPlaylistEditor*>().size(), 1);
+        editor.editor()->AddPlaylistFile(in("pics/b.png"));
+        QCOMPARE(window.playlist()->list()->playlist()->PlaylistFiles().size(), 3);
+        editor.close();
+        QCOMPARE(window.playlist()->list()->playlist()->PlaylistFiles(),
+                 QStringList({in("pics/b.png"), in("other/d.png"), in("pics/a.png"), in("pics/b.png")}));
+        QTRY_VERIFY(!window.findChild<frmImageViewPlaylistEditor*>());
+    }
+
+    void whatTheEditorDeletedIsNotMadeAgain()
+    {
+        const QString path = writeList(collections::namedPlaylistPath(QStringLiteral("x")), {"pics/b.png"});
+        frmImageView& window = m_bench->load({path});
+        frmImageViewPlaylistEditor& editor = openEditor(window);
+        QVERIFY(QFile::remove(path));
+        editor.editor()->SetActivePlaylist(QStringLiteral("y"));
+        QVERIFY(QFile::remove(path) || !QFile::exists(path));
+        editor.close();
+        QVERIFY(!QFile::exists(path));
+        QCOMPARE(window.playlist()->ActivePlaylist(), QStringLiteral("y"));
+        QVERIFY(!window.playlist()->list()->playlist()->names().contains(QStringLiteral("x")));
+    }
+
+    void theEndSavesWhatIsInHand()
+    {
+        const QString path = writeList(collections::namedPlaylistPath(QStringLiteral("x")), {"pics/b.png"});
+        frmImageView& window = m_bench->load({path});
+        openEditor(window).editor()->AddPlaylistFile(in("other/d.png"));
+        m_bench->close();
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(collections::qolPaths(file.readAll()), QStringList({in("pics/b.png"), in("other/d.png")}));
     }
 };
 
