@@ -1,129 +1,14 @@
-"""Playlists: made, filled, named, walked, edited and found again, by real keys, mouse and drags."""
+"""Playlists: made, filled, named, walked and found again, by real keys, mouse and drags."""
 
-import os
-import re
 import shutil
-import subprocess
 import time
 import unittest
 
-from harness import BLUE, GREEN, Journey, RED, wait_until
-
-WHITE = (255, 255, 255)
-
-# Places in the panel at its first size, docked left: pixels from the window's corner.
-TAB_BEHIND = (150, 34)
-MOVE_ALL = (73, 418)
-NAME = (70, 62)
-FIRST_ENTRY = (60, 80)
-ENTRY_HEIGHT = 18
-ADD, REMOVE, IMPORT, EXPORT, EDITOR = ((left, 627) for left in (13, 39, 65, 91, 117))
+from harness import BLUE, GREEN, RED, wait_until
+from playlists import (ADD, EXPORT, FIRST_ENTRY, IMPORT, MOVE_ALL, TAB_BEHIND, WHITE, PlaylistJourney)
 
 
-class PlaylistsTest(Journey):
-
-    def setUp(self):
-        super().setUp()
-        self.a = self.picture("a.png", "red")
-        self.b = self.picture("b.png", "lime")
-        self.other = self.home / "other"
-        self.other.mkdir()
-        for name, colour in (("c.png", "blue"), ("d.png", "white")):
-            self.make("convert", "-size", "640x480", "xc:" + colour, self.other / name)
-        self.c, self.d = self.other / "c.png", self.other / "d.png"
-
-    # --- what stands on the disk
-
-    def playlist(self, name):
-        return self.root / "Playlist" / (name + ".qol")
-
-    def entries(self, path):
-        """The files that stand in a playlist file, whose form is checked; None when there is no file."""
-        if not path.exists():
-            return None
-        lines = path.read_bytes().decode().split("\r\n")
-        self.assertEqual(lines.pop(), "")
-        head = re.fullmatch(r"# Quorvia Playlist File - Created: (\d\d)/(\d\d)/(\d{4}) Files: (\d+)", lines[0])
-        self.assertTrue(head, lines[0])
-        files = lines[1:-1]
-        self.assertEqual(len(files), int(head[4]))
-        self.assertEqual(lines[1:][-1:], ["# End of File"] if files else [])
-        return files
-
-    def holds(self, name, *files):
-        wait_until(lambda: self.entries(self.playlist(name)) == [str(file) for file in files],
-                   "%s in the playlist %s, which has %s" % (files, name, self.entries(self.playlist(name))))
-
-    # --- the program
-
-    def open(self, *arguments):
-        process = self.start(*arguments)
-        window = self.window()
-        self.focus(window)
-        self.built(window)
-        return process, window
-
-    def open_panel(self, *arguments):
-        process, window = self.open(*arguments)
-        self.key("f")
-        wait_until(lambda: self.pixel(*self.at(window, FIRST_ENTRY)) == WHITE, "the panel")
-        return process, window
-
-    def at(self, window, place):
-        left, top, _, _ = self.geometry(window)
-        return left + place[0], top + place[1]
-
-    def press(self, window, place, button="1"):
-        x, y = self.at(window, place)
-        self.output("xdotool", "mousemove", str(x), str(y), "click", button)
-
-    def entry(self, number):
-        return FIRST_ENTRY[0], FIRST_ENTRY[1] + ENTRY_HEIGHT * number
-
-    def choose(self, window, place, *keys, button="1"):
-        """Opens a menu of the panel by the mouse and walks it by keys."""
-        before = self.top_windows()
-        self.press(window, place, button)
-        wait_until(lambda: self.top_windows() > before, "the menu")
-        self.key(*keys)
-
-    def answer(self, title, text):
-        """Types into the dialog of that title and ends it by Enter."""
-        dialog = self.window(title)
-        self.focus(dialog)
-        self.output("xdotool", "key", "ctrl+a")
-        self.output("xdotool", "type", "--delay", "4", str(text))
-        self.key("Return")
-        wait_until(lambda: not self.windows(title), "the end of the dialog " + title)
-
-    def drop(self, window, place, *files):
-        """Drags files from another program's window into this one, and lets them go there."""
-        source = subprocess.Popen([os.environ["QUORVIA_DRAG_SOURCE"], *map(str, files)],
-                                  env={**self.environment, "QT_QPA_PLATFORM": "xcb"})
-        self.addCleanup(self._end, source)
-        from_window = self.window("Files to drag")
-        self.output("xdotool", "windowmove", from_window, "900", "200")
-        wait_until(lambda: self.geometry(from_window)[0] > 800, "the source to move")
-        left, top, width, height = self.geometry(from_window)
-        x, y = left + width // 2, top + height // 2
-        self.output("xdotool", "mousemove", str(x), str(y), "mousedown", "1")
-        for step in range(1, 6):
-            self.output("xdotool", "mousemove", str(x - 4 * step), str(y))
-            time.sleep(0.05)
-        x, y = self.at(window, place)
-        for step in (-6, -3, 0):
-            self.output("xdotool", "mousemove", str(x), str(y + step))
-            time.sleep(0.1)
-        self.output("xdotool", "mouseup", "1")
-        self.dropped_from = source
-
-    def rows(self, window):
-        """The picture of the first rows of the list, to be compared with another."""
-        screen = self.screen()
-        left, top = self.at(window, (4, 72))
-        return [screen(x, y) for x in range(left, left + 200) for y in range(top, top + 3 * ENTRY_HEIGHT)]
-
-    # --- the journeys
+class PlaylistsTest(PlaylistJourney):
 
     def test_from_nothing_to_a_list_of_two_folders(self):
         process, window = self.open_panel(self.pictures)
@@ -208,15 +93,6 @@ class PlaylistsTest(Journey):
         self.send(process)
         self.ended(process)
         self.assertEqual(self.setting("ActivePlaylist"), str(self.playlist("Trip")))
-
-    def hover(self, window):
-        """Rests with the pointer on the playlist's name until the list of names opens."""
-        before = self.top_windows()
-        x, y = self.at(window, NAME)
-        for step in range(4):
-            self.output("xdotool", "mousemove", str(x + step), str(y))
-            time.sleep(0.05)
-        wait_until(lambda: self.top_windows() > before, "the names")
 
     def test_a_file_goes_and_comes_back(self):
         process, window = self.open_panel(self.pictures)
