@@ -7,6 +7,7 @@
 #include "collections/EntryModel.h"
 #include "collections/EntryText.h"
 #include "collections/EntryView.h"
+#include "collections/PanelButtons.h"
 #include "collections/PanelKeys.h"
 #include "collections/PanelMenu.h"
 #include "collections/PanelMenus.h"
@@ -53,8 +54,9 @@ Playlist::Playlist(PictureList* list, PlaylistCommands& commands, app::MainWindo
 {
     setObjectName(QStringLiteral("Playlist"));
     fillParts();
-    fillFolderButtons();
-    fillPlaylistButtons();
+    addFolderButtons(*m_pFilelist);
+    const QAbstractButton* const editor = addPlaylistButtons(*m_ptPlaylist);
+    connect(editor, &QAbstractButton::clicked, this, &Playlist::editorWanted);
     watchParts();
     m_ftv->setRoot(app::read(app::setting::BrowserRoot));
     followList();
@@ -76,47 +78,6 @@ void Playlist::fillParts()
     m_lPlaylist->setModel(new EntryModel(m_list, this));
     m_lPlaylistInfo->setObjectName(QStringLiteral("lPlaylistInfo"));
     m_lPlaylistInfo->setIndent(4); // pixels, as the entries above it
-}
-
-void Playlist::fillFolderButtons()
-{
-    m_pFilelist->addButton({.name = "cmdDir",
-                            .icon = "open",
-                            .text = " Select Directory",
-                            .toolTip = tr("Choose the folder that the tree begins with"),
-                            .command = QStringLiteral("selectdirectory")});
-    m_pFilelist->addButton({.name = "cmdPlaylist",
-                            .icon = "playlistadd",
-                            .text = " Move All to Playlist",
-                            .toolTip = tr("Add all pictures of the folder to the playlist"),
-                            .command = QStringLiteral("movefilelisttoplaylist")});
-}
-
-void Playlist::fillPlaylistButtons()
-{
-    m_ptPlaylist->addButton({.name = "iAddToPlaylist",
-                             .icon = "playlistadd",
-                             .toolTip = QStringLiteral("Add Images to Playlist"),
-                             .command = QStringLiteral("addmenu")});
-    m_ptPlaylist->addButton({.name = "iRemovePlaylist",
-                             .icon = "playlistremove",
-                             .toolTip = QStringLiteral("Remove Images from Playlist"),
-                             .command = QStringLiteral("removemenu")});
-    m_ptPlaylist->addButton({.name = "iImportPlaylist",
-                             .icon = "import",
-                             .toolTip = QStringLiteral("Import Playlist from File"),
-                             .command = QStringLiteral("openplaylist")});
-    m_ptPlaylist->addButton({.name = "iExportPlaylist",
-                             .icon = "export",
-                             .toolTip = QStringLiteral("Export Playlist to File"),
-                             .command = QStringLiteral("saveplaylist")});
-    const QAbstractButton* const editor =
-        m_ptPlaylist->addButton({.name = "iPlaylistEditor",
-                                 .icon = "edit",
-                                 .toolTip = QStringLiteral("Save Playlist As..."),
-                                 .label = "Playlist Editor",
-                                 .labelName = "lPlaylistEditor"});
-    connect(editor, &QAbstractButton::clicked, this, &Playlist::editorWanted);
 }
 
 /// Has the parts that take keys leave to the window those that are its own, and stand in the order in which
@@ -325,9 +286,18 @@ bool Playlist::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::KeyPress)
         return false;
-    const auto* const key = static_cast<QKeyEvent*>(event);
+    auto* const key = static_cast<QKeyEvent*>(event);
+    const PanelPart part = m_parts.value(static_cast<QWidget*>(watched));
     const bool isFocusKey = key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab;
-    if (isFocusKey || keepsKey(m_parts.value(static_cast<QWidget*>(watched)), key->key(), key->modifiers()))
+    const bool isKept = isFocusKey || keepsKey(part, key->key(), key->modifiers());
+    if (isKept && part == PanelPart::Button &&
+        (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)) {
+        // The toolkit's buttons know only the space bar.
+        if (!key->isAutoRepeat())
+            qobject_cast<QAbstractButton*>(watched)->click();
+        return true;
+    }
+    if (isKept)
         return false;
     event->ignore(); // and so it goes on to the window
     return true;

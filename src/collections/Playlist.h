@@ -57,8 +57,6 @@ class Playlist : public QWidget
 
   private:
     void fillParts();
-    void fillFolderButtons();
-    void fillPlaylistButtons();
     void watchParts();
     void takeDesktopColors();
     void followList();

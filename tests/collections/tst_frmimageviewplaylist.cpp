@@ -178,13 +178,53 @@ class TestHost : public QObject
         QVERIFY(m_host->hasFocus());
     }
 
-    void theMenuIsWantedThroughTheHost()
+    void theMenuOpensThroughTheHost()
     {
         listPics();
-        QSignalSpy wanted(m_host.get(), &frmImageViewPlaylist::contextMenuWanted);
+        m_host->GenPopupMenu(); // of no panel yet
+        QVERIFY(!m_host->panel());
         m_host->RunTool(QStringLiteral("ShowContextMenu"));
         QVERIFY(m_host->panel());
-        QCOMPARE(wanted.count(), 1);
+        QWidget* const menu = QApplication::activePopupWidget();
+        QVERIFY(menu);
+        QCOMPARE(menu->objectName(), QStringLiteral("bFiles"));
+        QCOMPARE(menu->accessibleName(), QStringLiteral("Files"));
+        menu->close();
+    }
+
+    void theEditorIsWantedThroughTheHost()
+    {
+        listPics();
+        m_host->SelectTab(1);
+        m_host->show();
+        window().tools.clear();
+        QTest::mouseClick(part("iPlaylistEditor"), Qt::LeftButton);
+        QCOMPARE(window().tools, QStringList{"miPlaylistEditor"});
+        QTest::mouseClick(part("lPlaylistEditor"), Qt::LeftButton);
+        QCOMPARE(window().tools.size(), 2);
+    }
+
+    void keysOnThePlaylistFace_data()
+    {
+        test::addKeyColumns();
+        const auto row = &test::addKeyRow;
+        row("Right on a button", "iAddToPlaylist", Qt::Key_Right, {}, {"39:0"});
+        row("R on the name", "pPlaylistBox", Qt::Key_R, {}, {"82:0"});
+        row("Up on the name", "pPlaylistBox", Qt::Key_Up, {}, {"38:0"});
+        row("Down on the name is its own", "pPlaylistBox", Qt::Key_Down, {}, {});
+        row("Delete in the list", "lPlaylist", Qt::Key_Delete, {}, {"46:0"});
+        row("Left on the tab", "tab2", Qt::Key_Left, {}, {"37:0"});
+    }
+
+    void keysOnThePlaylistFace()
+    {
+        QFETCH(QString, widget);
+        listPics();
+        m_host->SelectTab(1);
+        m_host->show();
+        test::pressKeyOfRow(part(qPrintable(widget)));
+        QTEST(window().keys, "keys");
+        QCOMPARE(m_host->GetSelectedTab(), 1);
     }
 
     void closingShutsAll()

@@ -4,6 +4,7 @@
 #include "collections/EntryView.h"
 #include "collections/PictureList.h"
 #include "collections/Playlist.h"
+#include "collections/PlaylistCommands.h"
 #include "ListBench.h"
 #include "platform/Dialogs.h"
 #include "platform/FolderTree.h"
@@ -29,6 +30,7 @@ class TestPlaylist : public QObject
     const QString m_startedIn = QDir::currentPath();
     std::unique_ptr<test::ListBench> m_bench;
     std::unique_ptr<PictureList> m_list;
+    std::unique_ptr<collections::PlaylistCommands> m_commands;
     std::unique_ptr<Playlist> m_panel;
     std::unique_ptr<QSignalSpy> m_opened;
 
@@ -39,6 +41,22 @@ class TestPlaylist : public QObject
         return *m_panel->findChild<collections::EntryView*>(QStringLiteral("lPlaylist"));
     }
     QPushButton& cmdDir() const { return *m_panel->findChild<QPushButton*>(QStringLiteral("cmdDir")); }
+    QPushButton& cmdPlaylist() const
+    {
+        return *m_panel->findChild<QPushButton*>(QStringLiteral("cmdPlaylist"));
+    }
+    /// The name of the menu that is open; empty when none is.
+    static QString menu()
+    {
+        const QWidget* const open = QApplication::activePopupWidget();
+        return open ? open->objectName() : QString();
+    }
+    static QPoint menuPlace() { return QApplication::activePopupWidget()->pos(); }
+    static void closeMenu()
+    {
+        if (QWidget* const open = QApplication::activePopupWidget())
+            open->close();
+    }
     QString info() const { return m_panel->findChild<QLabel*>(QStringLiteral("lPlaylistInfo"))->text(); }
     QString shown(int row) const { return lPlaylist().model()->index(row, 0).data().toString(); }
     QList<int> selected() const
@@ -63,6 +81,7 @@ class TestPlaylist : public QObject
     void list(const QString& folder)
     {
         m_list = std::make_unique<PictureList>([this] { return m_bench->window.current; });
+        m_commands = std::make_unique<collections::PlaylistCommands>(m_list.get());
         m_opened = std::make_unique<QSignalSpy>(m_list.get(), &PictureList::OpenFile);
         m_list->SetPattern(QStringLiteral("*.jpg"));
         m_list->startUp();
@@ -74,7 +93,7 @@ class TestPlaylist : public QObject
     {
         if (!m_list)
             list(in("pics"));
-        m_panel = std::make_unique<Playlist>(m_list.get());
+        m_panel = std::make_unique<Playlist>(m_list.get(), *m_commands, m_bench->window);
         m_panel->resize(240, 640);
         m_panel->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
@@ -91,6 +110,7 @@ class TestPlaylist : public QObject
     {
         m_panel.reset();
         m_opened.reset();
+        m_commands.reset();
         m_list.reset();
         QDir::setCurrent(m_startedIn);
         m_bench.reset();
@@ -139,11 +159,14 @@ class TestPlaylist : public QObject
     void hasItsPartsUnderTheirNames()
     {
         show();
-        for (const char* name :
-             {"ftv", "lPlaylist", "lPlaylistInfo", "pFilelist", "cmdDir", "tab1", "ltab1", "i1"})
+        for (const char* name : {"ftv", "lPlaylist", "lPlaylistInfo", "pFilelist", "cmdDir", "cmdPlaylist",
+                                 "tab1", "ltab1", "i1", "tab2", "ltab2", "i2"})
             QVERIFY2(m_panel->findChild<QWidget*>(QLatin1String(name)), name);
         QCOMPARE(m_panel->findChild<QLabel*>(QStringLiteral("ltab1"))->text(), QStringLiteral("Folders"));
         QCOMPARE(cmdDir().text(), QStringLiteral(" Select Directory"));
+        QCOMPARE(cmdPlaylist().text(), QStringLiteral(" Move All to Playlist"));
+        QVERIFY(!cmdDir().icon().isNull());
+        QVERIFY(!cmdPlaylist().icon().isNull());
         for (QWidget* part : {static_cast<QWidget*>(&ftv()), static_cast<QWidget*>(&lPlaylist()),
                               static_cast<QWidget*>(&cmdDir())}) {
             QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(part);
@@ -326,44 +349,50 @@ class TestPlaylist : public QObject
             QCOMPARE(m_opened->at(0).at(0).toString(), in("pics/a * b.jpg"));
     }
 
-    void theRightButtonWantsTheMenu()
+    void theRightButtonOpensTheMenu()
     {
         show();
         m_list->SetListIndex(0);
         m_opened->clear();
-        QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
-        QTest::mousePress(lPlaylist().viewport(), Qt::RightButton, {}, place(3));
-        QCOMPARE(wanted.count(), 0);
-        QTest::mouseRelease(lPlaylist().viewport(), Qt::RightButton, {}, place(3));
-        QCOMPARE(wanted.count(), 1);
-        QCOMPARE(wanted.at(0).at(0).toPoint(), lPlaylist().viewport()->mapToGlobal(place(3)));
+        const QPoint at(20, place(3).y());
+        QTest::mousePress(lPlaylist().viewport(), Qt::RightButton, {}, at);
+        QCOMPARE(menu(), QString());
+        QTest::mouseRelease(lPlaylist().viewport(), Qt::RightButton, {}, at);
+        QCOMPARE(menu(), QStringLiteral("bFiles"));
+        QCOMPARE(menuPlace(), lPlaylist().viewport()->mapToGlobal(at));
+        closeMenu();
         QCOMPARE(selected(), QList<int>{3});
         QCOMPARE(m_list->ListIndex(), 0); // the image on show stays
         QCOMPARE(m_opened->count(), 0);
         click(0);
         click(2, Qt::ShiftModifier);
         click(1, {}, Qt::RightButton);
+        closeMenu();
         QCOMPARE(selected(), QList<int>({0, 1, 2})); // one of several keeps them
     }
 
-    void keysWantTheMenuToo()
+    void keysOpenTheMenuToo()
     {
         show();
         m_list->SetListIndex(1);
-        QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
         QTest::keyClick(&lPlaylist(), Qt::Key_F10, Qt::ShiftModifier);
-        QCOMPARE(wanted.count(), 1);
-        QCOMPARE(wanted.at(0).at(0).toPoint(), lPlaylist().viewport()->mapToGlobal(place(1)));
+        QCOMPARE(menu(), QStringLiteral("bFiles"));
+        QCOMPARE(menuPlace(), lPlaylist().viewport()->mapToGlobal(place(1)));
+        closeMenu();
         QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
         QCoreApplication::sendEvent(lPlaylist().viewport(), &key);
-        QCOMPARE(wanted.count(), 2);
+        QCOMPARE(menu(), QStringLiteral("bFiles"));
+        closeMenu();
         QContextMenuEvent mouse(QContextMenuEvent::Mouse, {}, {});
         QCoreApplication::sendEvent(lPlaylist().viewport(), &mouse);
-        QCOMPARE(wanted.count(), 2); // the release has told it
+        QCOMPARE(menu(), QString()); // the release opens it
+        QCursor::setPos(m_panel->mapToGlobal(QPoint(30, 40)));
         m_panel->RunTool(QStringLiteral("ShowContextMenu"));
-        QCOMPARE(wanted.count(), 3);
+        QCOMPARE(menu(), QStringLiteral("bFiles"));
+        QCOMPARE(menuPlace(), QCursor::pos());
+        closeMenu();
         m_panel->RunTool(QStringLiteral("nonesuch"));
-        QCOMPARE(wanted.count(), 3);
+        QCOMPARE(menu(), QString());
     }
 
     void theUsersFolderIsListed()
@@ -511,9 +540,15 @@ class TestPlaylist : public QObject
         QTest::keyClick(&ftv(), Qt::Key_Tab);
         QVERIFY(cmdDir().hasFocus());
         QTest::keyClick(&cmdDir(), Qt::Key_Tab);
+        QVERIFY(cmdPlaylist().hasFocus());
+        QTest::keyClick(&cmdPlaylist(), Qt::Key_Tab);
+        QVERIFY(lPlaylist().hasFocus());
+        QTest::keyClick(&lPlaylist(), Qt::Key_Tab);
+        QCOMPARE(m_panel->focusWidget()->objectName(), QStringLiteral("tab2"));
+        QTest::keyClick(m_panel->focusWidget(), Qt::Key_Backtab);
         QVERIFY(lPlaylist().hasFocus());
         QTest::keyClick(&lPlaylist(), Qt::Key_Backtab);
-        QVERIFY(cmdDir().hasFocus());
+        QVERIFY(cmdPlaylist().hasFocus());
     }
 
     void partsHaveTheirPlaces()
@@ -529,7 +564,11 @@ class TestPlaylist : public QObject
             QVERIFY(pFilelist->y() >= ftv().y() + ftv().height() - 1);
             QVERIFY(lPlaylist().y() >= pFilelist->y() + pFilelist->height() - 1);
             QVERIFY(label->y() >= lPlaylist().y() + lPlaylist().height() - 1);
-            QVERIFY(cmdDir().width() <= std::max(pFilelist->width(), 1));
+            for (const QPushButton* const button : {&cmdDir(), &cmdPlaylist()}) {
+                QVERIFY(button->width() <= std::max(pFilelist->width(), 1));
+                QVERIFY(button->geometry().bottom() < pFilelist->height());
+            }
+            QVERIFY(!cmdDir().geometry().intersects(cmdPlaylist().geometry()));
         }
         m_panel->resize(240, 640);
         QVERIFY(ftv().height() > lPlaylist().height());
@@ -541,7 +580,6 @@ class TestPlaylist : public QObject
         show();
         m_list->SetListIndex(0);
         m_opened->clear();
-        QSignalSpy wanted(m_panel.get(), &Playlist::contextMenuWanted);
         int asked = 0;
         const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser&) {
             ++asked;
@@ -557,7 +595,9 @@ class TestPlaylist : public QObject
         QTest::keyClick(&lPlaylist(), Qt::Key_End);
         Q_EMIT ftv().folderSelected(m_bench->home.path(QString()));
         QCOMPARE(asked, 0);
-        QCOMPARE(wanted.count(), 0);
+        for (const char* command : {"addmenu", "removemenu", "showcontextmenu", "clearplaylist"})
+            m_panel->RunTool(QLatin1String(command));
+        QCOMPARE(menu(), QString());
         QCOMPARE(m_opened->count(), 0);
         QCOMPARE(m_list->ListIndex(), 0);
         QCOMPARE(m_list->path(), in("pics"));

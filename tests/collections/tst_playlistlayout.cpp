@@ -56,6 +56,73 @@ class TestPlaylistLayout : public QObject
         QCOMPARE(face.lPlaylistInfo.bottom() + 1, 10400);
     }
 
+    void playlistFaces_data()
+    {
+        QTest::addColumn<QSize>("panel");
+        QTest::addColumn<QRect>("pInternalPlaylist");
+        QTest::addColumn<QRect>("lPlaylist");
+        QTest::addColumn<QRect>("ptPlaylist");
+        QTest::addColumn<QRect>("lPlaylistInfo");
+        QTest::newRow("usual") << QSize(3000, 10000) << QRect(20, 290, 2960, 350)
+                               << QRect(20, 640, 2960, 8710) << QRect(20, 9350, 2960, 400)
+                               << QRect(20, 9750, 2960, 250);
+        QTest::newRow("room for one twip of the list")
+            << QSize(3000, 1291) << QRect(20, 290, 2960, 350) << QRect(20, 640, 2960, 1)
+            << QRect(20, 641, 2960, 400) << QRect(20, 1041, 2960, 250);
+        QTest::newRow("too low for a list")
+            << QSize(3000, 1000) << QRect(20, 290, 2960, 350) << QRect(20, 640, 2960, 0)
+            << QRect(20, 640, 2960, 400) << QRect(20, 1040, 2960, 250);
+        QTest::newRow("too narrow") << QSize(30, 1500) << QRect(20, 290, 0, 350) << QRect(20, 640, 0, 210)
+                                    << QRect(20, 850, 0, 400) << QRect(20, 1250, 0, 250);
+        QTest::newRow("nothing") << QSize(0, 0) << QRect(20, 290, 0, 350) << QRect(20, 640, 0, 0)
+                                 << QRect(20, 640, 0, 400) << QRect(20, 1040, 0, 250);
+    }
+
+    void playlistFaces()
+    {
+        QFETCH(QSize, panel);
+        const PlaylistFace face =
+            layoutPlaylistFace({.panel = panel, .toolRow = 400, .info = 250, .nameRow = 350});
+        QTEST(face.pInternalPlaylist, "pInternalPlaylist");
+        QTEST(face.lPlaylist, "lPlaylist");
+        QTEST(face.ptPlaylist, "ptPlaylist");
+        QTEST(face.lPlaylistInfo, "lPlaylistInfo");
+    }
+
+    void rows_data()
+    {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<QList<QSize>>("sizes");
+        QTest::addColumn<QList<QRect>>("places");
+        const QList<QSize> three{{30, 10}, {30, 20}, {40, 10}};
+        QTest::newRow("none") << 100 << QList<QSize>() << QList<QRect>();
+        QTest::newRow("one row, at half height")
+            << 200 << three << QList<QRect>{{0, 5, 30, 10}, {32, 0, 30, 20}, {64, 5, 40, 10}};
+        QTest::newRow("just wide enough")
+            << 104 << three << QList<QRect>{{0, 5, 30, 10}, {32, 0, 30, 20}, {64, 5, 40, 10}};
+        QTest::newRow("one less: two rows")
+            << 103 << three << QList<QRect>{{0, 5, 30, 10}, {32, 0, 30, 20}, {0, 22, 40, 10}};
+        QTest::newRow("a row for each")
+            << 50 << three << QList<QRect>{{0, 0, 30, 10}, {0, 12, 30, 20}, {0, 34, 40, 10}};
+        QTest::newRow("too narrow for one")
+            << 35 << three << QList<QRect>{{0, 0, 30, 10}, {0, 12, 30, 20}, {0, 34, 35, 10}};
+        QTest::newRow("no width") << 0 << QList<QSize>{{30, 10}} << QList<QRect>{{0, 0, 0, 10}};
+    }
+
+    void rows()
+    {
+        QFETCH(int, width);
+        QFETCH(QList<QSize>, sizes);
+        QTEST(placeInRows(width, 2, sizes), "places");
+    }
+
+    void theMovingTabKeepsItsSize()
+    {
+        const TabPlaces places = layoutTabs({.panel = {6000, 5000}});
+        QCOMPARE(movingTab(places, places.tab2.left()), places.tab2);
+        QCOMPARE(movingTab(places, 77), QRect(77, 0, 1500, 290));
+    }
+
     void tabs_data()
     {
         QTest::addColumn<int>("width");

@@ -42,6 +42,13 @@ class TestRowRanges : public QObject
         QTEST(normalised(given, count), "result");
     }
 
+    void counts()
+    {
+        QCOMPARE(rowCount({}), 0);
+        QCOMPARE(rowCount({{3, 3}}), 1);
+        QCOMPARE(rowCount({{0, 1}, {5, 9}}), 7);
+    }
+
     void leftOut_data()
     {
         QTest::addColumn<Ranges>("rows");
