@@ -128,8 +128,6 @@ void EntryView::dragMoveEvent(QDragMoveEvent* event)
     takeLocalFiles(*event);
 }
 
-void EntryView::dragLeaveEvent(QDragLeaveEvent*) {}
-
 void EntryView::dropEvent(QDropEvent* event)
 {
     takeLocalFiles(*event);

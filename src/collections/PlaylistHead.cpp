@@ -3,6 +3,7 @@
 #include "platform/OneLine.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QCursor>
 #include <QEvent>
@@ -180,6 +181,10 @@ void PlaylistHead::showCaption()
 
 void PlaylistHead::setNames(const QStringList& names)
 {
+    if (names == m_names) // which comes with every save, and the list may be open
+        return;
+    hideList();
+    m_names = names;
     m_cboPlaylist->clear();
     for (const QString& name : names)
         m_cboPlaylist->addItem(platform::oneLine(name), name);
@@ -222,7 +227,8 @@ void PlaylistHead::noteHover()
 
 void PlaylistHead::endHover()
 {
-    if (!restsAt(m_tCombo.property(tag).toInt(), QCursor::pos().y()))
+    const bool isElsewhere = QApplication::activeModalWidget() || QApplication::activePopupWidget();
+    if (isElsewhere || !restsAt(m_tCombo.property(tag).toInt(), QCursor::pos().y()))
         return;
     openList();
     if (m_cboPlaylist->isVisible())

@@ -2,6 +2,7 @@
 // over it when the pointer rests on the name, or by click or key.
 #pragma once
 
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 
@@ -64,6 +65,7 @@ class PlaylistHead : public QWidget
     QLabel* m_lPlaylistName;
     QWidget* m_iDown;
     QComboBox* m_cboPlaylist;
+    QStringList m_names;
     QTimer m_tCombo; ///< its property "tag" is where on the screen the pointer was seen last
     QTimer m_tHide;
 };

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QCursor>
 #include <QLabel>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -293,6 +294,27 @@ class TestPlaylistHead : public QObject
         QTest::keyClick(cboPlaylist().view(), Qt::Key_Return);
         QCOMPARE(chosen.count(), 1);
         QCOMPARE(chosen.at(0).at(0).toString(), QStringLiteral("a\nb"));
+    }
+
+    void newNamesCloseTheList()
+    {
+        m_head->openList();
+        m_head->setNames({"one", "two", "R&D"}); // as every save tells them
+        QVERIFY(isOpen());
+        m_head->setNames({"one"});
+        QVERIFY(!cboPlaylist().view()->isVisible());
+        QCOMPARE(cboPlaylist().count(), 1);
+    }
+
+    void nothingOpensOverAMenu()
+    {
+        hover(0, 0);
+        QMenu menu;
+        menu.addAction(QStringLiteral("one"));
+        menu.popup(m_window->mapToGlobal(QPoint(10, 150)));
+        QTRY_VERIFY(!timer("tCombo").isActive());
+        QVERIFY(!isOpen());
+        QVERIFY(menu.isVisible());
     }
 
     void hidingTheHeadHidesTheList()

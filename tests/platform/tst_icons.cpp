@@ -22,7 +22,10 @@ const QStringList carriers =
                    "customresize thumbnail recent delay rename scan email help")
         .split(QLatin1Char(' '));
 const QStringList others =
-    QStringLiteral("clear folder file exit moveup movedown add addall remove").split(QLatin1Char(' '));
+    QStringLiteral(
+        "clear folder file exit moveup movedown add addall remove playlist playlistadd playlistremove "
+        "import export")
+        .split(QLatin1Char(' '));
 
 QImage imageOf(const QString& name, int side, const QColor& color = Qt::black)
 {
