@@ -2,6 +2,7 @@
 
 #include "app/Twips.h"
 #include "collections/EditorLayout.h"
+#include "collections/RowDelegate.h"
 #include "platform/OneLine.h"
 
 #include <QEvent>
@@ -26,6 +27,7 @@ DefinePage::DefinePage(QWidget* parent)
     m_lPlaylistNames->setObjectName(QStringLiteral("lPlaylistNames"));
     m_lPlaylistNames->setAccessibleName(tr("Playlists"));
     m_lPlaylistNames->setUniformItemSizes(true);
+    m_lPlaylistNames->setItemDelegate(new RowDelegate(m_lPlaylistNames));
     m_lPlaylistNames->setTextElideMode(Qt::ElideMiddle);
     m_lPlaylistNames->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(m_cmdCreate, &QPushButton::clicked, this, &DefinePage::createWanted);

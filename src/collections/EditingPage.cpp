@@ -72,7 +72,10 @@ EditingPage::EditingPage(EditedPlaylist* playlist, QWidget* parent)
     followStrip(m_entries, QStringLiteral("Shows thumbnails of the selected 'playlist' images."));
     followPointer();
     ShowTip();
-    if (const QString folder = app::read(app::setting::LastDirectory); app::FolderExists(folder)) {
+    const QString last = app::read(app::setting::LastDirectory);
+    // The first time it begins where the panel of the list is.
+    const QString folder = app::FolderExists(last) ? last : app::read(app::setting::SelectedPath, QString());
+    if (app::FolderExists(folder)) {
         m_fDir->setSelectedFolder(folder);
         showFolder(folder);
     }

@@ -1,28 +1,17 @@
 #include "collections/EntryView.h"
 
+#include "collections/RowDelegate.h"
+
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QStyledItemDelegate>
 #include <QUrl>
 
 namespace quorvia::collections {
 
 namespace {
-
-/// Gives the rows the air that those of the tree have.
-class RowDelegate : public QStyledItemDelegate
-{
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
-    {
-        constexpr int air = 4; // pixels
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, air);
-    }
-};
 
 /// The paths of the local files and folders that a drag holds.
 QStringList localPaths(const QDropEvent& event)

@@ -167,7 +167,7 @@ void Filmstrip::SizeStrip()
     m_sBar->setVisible(layout.barVisible);
     applyHeight();
     // A strip that lost its bar only after its height was settled keeps that height.
-    const int width = app::toPixels(layout.strip.width() + app::twipsPerPixel - 1);
+    const int width = count() > 0 ? app::toPixels(layout.strip.width() + app::twipsPerPixel - 1) : 0;
     m_pImages->setGeometry(m_pImages->x(), 0, width, app::toPixels(layout.strip.height()));
     m_pImages->setGrid(layout.columns, m_rows, layout.cell);
     m_sBar->SetMax(layout.barMaximum);

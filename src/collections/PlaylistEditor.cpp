@@ -191,8 +191,8 @@ void PlaylistEditor::pick(const QString& name)
 {
     const QPointer<PlaylistEditor> alive = this;
     offCombo();
-    if (alive && m_playlist->name() != name)
-        SaveActivePlaylist();
+    if (alive)
+        SaveActivePlaylist(); // the same one too: to pick it again must not cost what was edited
     if (alive)
         LoadQOLPlaylist(namedPlaylistPath(name));
     if (alive)

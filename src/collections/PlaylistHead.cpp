@@ -1,5 +1,6 @@
 #include "collections/PlaylistHead.h"
 
+#include "collections/RowDelegate.h"
 #include "platform/OneLine.h"
 
 #include <QAbstractItemView>
@@ -11,7 +12,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QStyledItemDelegate>
 #include <QStyleOption>
 #include <QStylePainter>
 
@@ -25,6 +25,7 @@ constexpr int shortName = 30;   // characters; from here on the name stands alon
 constexpr int arrowSize = 10;   // pixels, as all below
 constexpr int air = 4;          // beside and between the parts
 constexpr int outside = 2;      // around the box
+constexpr int widestName = 400; // in the list of names
 constexpr char tag[] = "tag";
 
 /// Shortens a long name in the middle.
@@ -44,19 +45,6 @@ class NameCombo : public QComboBox
         QStylePainter painter(this);
         painter.drawComplexControl(QStyle::CC_ComboBox, option);
         painter.drawControl(QStyle::CE_ComboBoxLabel, option);
-    }
-};
-
-/// Takes texts as they are, and does not let a long one make the list wide.
-class NameDelegate : public QStyledItemDelegate
-{
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
-    {
-        constexpr int widest = 400;
-        const QSize wanted = QStyledItemDelegate::sizeHint(option, index);
-        return {std::min(wanted.width(), widest), wanted.height() + air};
     }
 };
 
@@ -129,7 +117,7 @@ void PlaylistHead::fillParts()
     m_cboPlaylist->setObjectName(QStringLiteral("cboPlaylist"));
     m_cboPlaylist->setAccessibleName(tr("Playlists"));
     m_cboPlaylist->setFocusPolicy(Qt::NoFocus);
-    m_cboPlaylist->setItemDelegate(new NameDelegate(m_cboPlaylist));
+    m_cboPlaylist->setItemDelegate(new RowDelegate(m_cboPlaylist, widestName));
     m_cboPlaylist->view()->setTextElideMode(Qt::ElideMiddle);
     m_cboPlaylist->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_cboPlaylist->setMouseTracking(true);
