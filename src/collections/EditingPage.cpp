@@ -210,7 +210,7 @@ bool EditingPage::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::KeyPress:
-        return takeKey(watched, *static_cast<QKeyEvent*>(event));
+        return takeKey(watched, static_cast<QKeyEvent*>(event));
     case QEvent::MouseButtonDblClick: // the left one's alone does something in the lists
         return (watched == m_files.list->viewport() || watched == m_entries.list->viewport()) &&
                static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton;
@@ -236,16 +236,22 @@ bool EditingPage::eventFilter(QObject* watched, QEvent* event)
     }
 }
 
-bool EditingPage::takeKey(const QObject* watched, const QKeyEvent& key)
+/// True when the list that is `watched` does not get the key.
+bool EditingPage::takeKey(const QObject* watched, QKeyEvent* event)
 {
-    const Qt::KeyboardModifiers held = key.modifiers() & ~Qt::KeypadModifier;
-    if (watched == m_entries.list && held == Qt::ControlModifier &&
-        (key.key() == Qt::Key_Up || key.key() == Qt::Key_Down)) {
-        moveSelected(key.key() == Qt::Key_Up ? Direction::Up : Direction::Down);
+    const int key = event->key();
+    const Qt::KeyboardModifiers held = event->modifiers() & ~Qt::KeypadModifier;
+    if (key == Qt::Key_Escape && (watched == m_entries.list || watched == m_files.list)) {
+        event->ignore(); // and so it goes on to the window
         return true;
     }
-    if (watched == m_files.list && held == Qt::NoModifier &&
-        (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
+    const bool isArrow = key == Qt::Key_Up || key == Qt::Key_Down;
+    if (watched == m_entries.list && held == Qt::ControlModifier && isArrow) {
+        moveSelected(key == Qt::Key_Up ? Direction::Up : Direction::Down);
+        return true;
+    }
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (watched == m_files.list && held == Qt::NoModifier && isEnter) {
         addSelected();
         return true;
     }

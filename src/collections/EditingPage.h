@@ -84,7 +84,7 @@ class EditingPage : public QWidget
     void showFilm();
     void popUpMenu(const QPoint& at);
     void setRows(int rows);
-    bool takeKey(const QObject* watched, const QKeyEvent& key);
+    bool takeKey(const QObject* watched, QKeyEvent* event);
     void layOut();
 
     EditedPlaylist* m_playlist;

@@ -8,9 +8,9 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QScreen>
-#include <QShortcut>
 
 namespace quorvia::collections {
 
@@ -36,11 +36,6 @@ frmImageViewPlaylistEditor::frmImageViewPlaylistEditor(const QString& activePlay
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(smallest);
     connect(m_editor, &PlaylistEditor::CloseRequest, this, &QWidget::close);
-    // A shortcut, as the lists keep their keys.
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, [this] {
-        if (!m_editor->leaveDefinePage())
-            close();
-    });
     restorePlace();
     m_editor->SetActivePlaylist(activePlaylist);
 }
@@ -69,6 +64,15 @@ void frmImageViewPlaylistEditor::closeEvent(QCloseEvent* event)
         app::SaveWindowPlacement(place, this);
     if (alive)
         Q_EMIT closed(m_editor->ActivePlaylist());
+}
+
+/// No shortcut: an open box of lines, which Esc closes first, would let it through to the window.
+void frmImageViewPlaylistEditor::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Escape)
+        QWidget::keyPressEvent(event);
+    else if (!m_editor->leaveDefinePage())
+        close();
 }
 
 void frmImageViewPlaylistEditor::resizeEvent(QResizeEvent*)

@@ -25,6 +25,7 @@ class frmImageViewPlaylistEditor : public QWidget
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:

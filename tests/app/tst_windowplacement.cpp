@@ -36,6 +36,7 @@ class TestWindowPlacement : public QObject
     void minimisedKeepsTheUsualPlace();
     void aShownWindowComesBack();
     void damagedSizesAreBounded();
+    void keysOfItsOwn();
 
   private:
     static constexpr char stem[] = "Preferences";
@@ -194,6 +195,31 @@ void TestWindowPlacement::damagedSizesAreBounded()
     QCOMPARE(window.x(), 0); // the place was another desktop's too
     QCOMPARE(window.width(), window.screen()->virtualSize().width());
     QCOMPARE(window.height(), 480); // as it was
+}
+
+void TestWindowPlacement::keysOfItsOwn()
+{
+    const PlacementKeys keys{.state = setting::PlaylistEditorWindowState,
+                             .left = setting::PlaylistEditorLeft,
+                             .top = setting::PlaylistEditorTop,
+                             .width = setting::PlaylistEditorWidth,
+                             .height = setting::PlaylistEditorHeight};
+    QWidget window;
+    window.setGeometry(120, 80, 300, 200);
+    SaveWindowPlacement(keys, &window);
+    const auto stored = [](const char* name) {
+        return GetAppSetting(QStringLiteral("Settings"), QLatin1String(name), -1).toInt();
+    };
+    QCOMPARE(stored("PlaylistEditorWindowState"), 0);
+    QCOMPARE(stored("PlaylistEditorLeft"), 120 * 15);
+    QCOMPARE(stored("PlaylistEditorTop"), 80 * 15);
+    QCOMPARE(stored("PlaylistEditorWidth"), 300 * 15);
+    QCOMPARE(stored("PlaylistEditorHeight"), 200 * 15);
+    QCOMPARE(stored("PlaylistEditorWinState"), -1);
+    QWidget other;
+    other.setGeometry(10, 10, 50, 50);
+    LoadWindowPlacement(keys, &other);
+    QCOMPARE(other.geometry(), QRect(120, 80, 300, 200));
 }
 
 QTEST_MAIN(TestWindowPlacement)

@@ -1,1 +1,541 @@
-int main() { return 1; }
+// The box of the playlist editor in which a playlist is chosen, and its page of the named playlists.
+#include "EditorBench.h"
+#include "platform/Dialogs.h"
+
+#include <QListWidget>
+#include <QtTest>
+
+using namespace quorvia;
+using platform::TextQuestion;
+using test::EditorBench;
+
+class TestPlaylistEditorPages : public QObject
+{
+    Q_OBJECT
+
+  private:
+    EditorBench m_bench;
+    std::vector<TextQuestion> m_asked;
+
+    QWidget& page() const { return m_bench.part<QWidget>("pDefinePlaylist"); }
+    QListWidget& lPlaylistNames() const { return m_bench.part<QListWidget>("lPlaylistNames"); }
+    QStringList lines() const
+    {
+        QStringList all;
+        for (int line = 0; line < m_bench.cPlaylist().count(); ++line)
+            all += m_bench.cPlaylist().itemText(line);
+        return all;
+    }
+    static QStringList withClosingLines(QStringList names)
+    {
+        return names << QString() << QStringLiteral("(Define Playlist's)")
+                     << QStringLiteral("(Create New Playlist)");
+    }
+    /// Adds the file "B.jpg" to the list in hand.
+    void addB() const { m_bench.editor->AddPlaylistFile(m_bench.in("pics/B.jpg")); }
+    /// Answers the next questions with `answer`.
+    auto answering(const QString& answer)
+    {
+        return std::make_unique<platform::TextQuestionAnswerer>([this, answer](const TextQuestion& question) {
+            m_asked.push_back(question);
+            return answer;
+        });
+    }
+    void openDefinePage() const
+    {
+        m_bench.choose(-2);
+        QVERIFY(page().isVisible());
+    }
+    void selectName(const char* name) const
+    {
+        const auto found = lPlaylistNames().findItems(QString::fromUtf8(name), Qt::MatchExactly);
+        QCOMPARE(found.size(), 1);
+        QTest::mouseClick(lPlaylistNames().viewport(), Qt::LeftButton, {},
+                          lPlaylistNames().visualItemRect(found.constFirst()).center());
+    }
+    void press(const char* button) const
+    {
+        QTest::mouseClick(&m_bench.part<QAbstractButton>(button), Qt::LeftButton);
+    }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_bench.begin();
+        m_bench.writeList("one", {"a.jpg", "c.png"});
+        m_bench.writeList("Two", {"d.jpg"});
+    }
+    void cleanup()
+    {
+        m_bench.end();
+        m_asked.clear();
+    }
+
+    // --- the box
+
+    void showsTheNamedPlaylists()
+    {
+        m_bench.home.write(QStringLiteral("root/Playlist/deeper/x.qol"), "");
+        m_bench.home.write(QStringLiteral("root/Playlist/my.qol list.qol"), "");
+        m_bench.home.write(QStringLiteral("root/Playlist/text.txt"), "");
+        m_bench.show("one");
+        QCOMPARE(lines(), withClosingLines({"my list", "one", "Two"}));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("one"));
+        QVERIFY(!m_bench.cPlaylist().isEditable());
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png"}));
+        QVERIFY(m_bench.cPlaylist().isEnabled());
+    }
+
+    void withoutPlaylistsThereAreThreeLines()
+    {
+        QVERIFY(QDir(collections::playlistFolder()).removeRecursively());
+        m_bench.show();
+        QCOMPARE(lines(), withClosingLines({}));
+        QCOMPARE(m_bench.cPlaylist().currentIndex(), -1);
+        m_bench.choose(0);
+        m_bench.tick();
+        QCOMPARE(m_bench.tag(), QString());
+        m_bench.editor->SaveActivePlaylist(); // nothing is in hand
+        QVERIFY(!QDir(collections::playlistFolder()).exists());
+    }
+
+    void pickingAPlaylistSavesTheOtherFirst()
+    {
+        m_bench.show("one");
+        addB();
+        m_bench.choose(1);
+        QCOMPARE(m_bench.entries(), QStringList{"d.jpg"});
+        QCOMPARE(m_bench.tag(), QStringLiteral("Two"));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("Two"));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png", "B.jpg"}));
+        QCOMPARE(EditorBench::stored("Two"), QStringList{"d.jpg"});
+        QVERIFY(m_bench.trashed().isEmpty());
+    }
+
+    void theBoxIsOffUntilTheNextTick()
+    {
+        m_bench.show("one");
+        m_bench.cPlaylist().setFocus();
+        QTest::keyClick(&m_bench.cPlaylist(), Qt::Key_Down);
+        QCOMPARE(m_bench.tag(), QStringLiteral("Two"));
+        QVERIFY(!m_bench.cPlaylist().isEnabled());
+        QTest::keyClick(&m_bench.cPlaylist(), Qt::Key_Up);
+        QCOMPARE(m_bench.tag(), QStringLiteral("Two"));
+        QTRY_VERIFY(m_bench.cPlaylist().isEnabled());
+        QVERIFY(m_bench.cPlaylist().hasFocus()); // as before
+        QTest::keyClick(&m_bench.cPlaylist(), Qt::Key_Up);
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        m_bench.lPlaylist().setFocus(); // the user goes elsewhere meanwhile
+        m_bench.tick();
+        QVERIFY(m_bench.cPlaylist().isEnabled());
+        QVERIFY(m_bench.lPlaylist().hasFocus());
+    }
+
+    void theOnePickedAgainIsReadAgain()
+    {
+        m_bench.show("one");
+        addB();
+        m_bench.choose(0);
+        QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png"}));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png"}));
+    }
+
+    void theEmptyLineDoesNothing()
+    {
+        const auto never = answering(QStringLiteral("never"));
+        m_bench.show("one");
+        addB();
+        m_bench.choose(-3);
+        QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png", "B.jpg"}));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("one"));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png"}));
+        QVERIFY(page().isHidden() && m_asked.empty());
+        QVERIFY(!m_bench.cPlaylist().isEnabled());
+        m_bench.tick();
+        QVERIFY(m_bench.cPlaylist().isEnabled());
+    }
+
+    void aPlaylistWithoutAFileIsEmpty()
+    {
+        m_bench.show("nowhere");
+        QCOMPARE(m_bench.tag(), QStringLiteral("nowhere"));
+        QCOMPARE(m_bench.cPlaylist().currentIndex(), -1);
+        QVERIFY(m_bench.entries().isEmpty());
+        QVERIFY(!QFile::exists(EditorBench::named("nowhere")));
+        m_bench.choose(1); // which saves it
+        QVERIFY(lines().contains(QStringLiteral("nowhere")));
+        QVERIFY(EditorBench::bytesAt(EditorBench::named("nowhere")).endsWith(" Files: 0\r\n"));
+    }
+
+    void aPlaylistThatVanishesUnderTheBoxIsEmpty()
+    {
+        m_bench.show("one");
+        QVERIFY(QFile::remove(EditorBench::named("Two")));
+        m_bench.choose(1);
+        QCOMPARE(m_bench.tag(), QStringLiteral("Two"));
+        QVERIFY(m_bench.entries().isEmpty());
+    }
+
+    void whatAnotherProgramHasWrittenStays()
+    {
+        m_bench.show("one");
+        m_bench.writeList("one", {"e.jpg"});
+        m_bench.editor->SaveActivePlaylist();
+        QCOMPARE(EditorBench::stored("one"), QStringList{"e.jpg"});
+        QCOMPARE(m_bench.entries(), QStringList{"e.jpg"});
+        addB();
+        m_bench.writeList("one", {"d.jpg"});
+        m_bench.editor->SaveActivePlaylist(); // here something has changed as well
+        QCOMPARE(EditorBench::stored("one"), QStringList({"e.jpg", "B.jpg"}));
+        QCOMPARE(m_bench.trashed().size(), 1);
+    }
+
+    // --- a new playlist
+
+    void aPlaylistIsCreated()
+    {
+        const auto answer = answering(QStringLiteral("New one"));
+        m_bench.show("one");
+        addB();
+        m_bench.choose(-1);
+        QCOMPARE(m_asked.size(), std::size_t(1));
+        QCOMPARE(m_asked.at(0).title, QStringLiteral("Create New Playlist"));
+        QCOMPARE(m_asked.at(0).text, QStringLiteral("Please enter the name for the new playlist."));
+        QCOMPARE(m_asked.at(0).answer, QString());
+        QVERIFY(m_bench.entries().isEmpty());
+        QCOMPARE(m_bench.tag(), QStringLiteral("New one"));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("New one"));
+        QCOMPARE(lines(), withClosingLines({"New one", "one", "Two"}));
+        QVERIFY(EditorBench::bytesAt(EditorBench::named("New one")).endsWith(" Files: 0\r\n"));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png", "B.jpg"})); // saved before
+        QVERIFY(m_bench.tFilm().isActive());
+        m_bench.tick();
+        QVERIFY(m_bench.cPlaylist().isEnabled());
+    }
+
+    void aNewPlaylistReplacesOneOfItsName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("another") << QStringLiteral("Two");
+        QTest::newRow("the one in hand") << QStringLiteral("one");
+    }
+
+    void aNewPlaylistReplacesOneOfItsName()
+    {
+        QFETCH(QString, name);
+        const auto answer = answering(name);
+        m_bench.show("one");
+        m_bench.choose(-1);
+        QVERIFY(m_bench.entries().isEmpty());
+        QCOMPARE(m_bench.tag(), name);
+        QVERIFY(EditorBench::bytesAt(collections::namedPlaylistPath(name)).endsWith(" Files: 0\r\n"));
+        QCOMPARE(m_bench.trashed(), QStringList{name + QStringLiteral(" (replaced).qol")});
+        QCOMPARE(lines(), withClosingLines({"one", "Two"}));
+    }
+
+    void aNameThatNoFileCanHaveIsNone_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("isLogged");
+        QTest::newRow("no answer") << QString() << false;
+        QTest::newRow("a path") << QStringLiteral("../one") << true;
+        QTest::newRow("too long") << QString(300, u'x') << true;
+    }
+
+    void aNameThatNoFileCanHaveIsNone()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, isLogged);
+        const auto answer = answering(name);
+        m_bench.show("one");
+        addB();
+        m_bench.choose(-1);
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("one"));
+        QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png", "B.jpg"}));
+        QCOMPARE(m_bench.log().contains(QStringLiteral("No name for a playlist")), isLogged);
+        openDefinePage();
+        selectName("Two");
+        press("cmdRename");
+        QCOMPARE(lines(), withClosingLines({"one", "Two"}));
+    }
+
+    void aNameIsShownAsItsFileIsCalled()
+    {
+        const auto answer = answering(QStringLiteral("my.qol list"));
+        m_bench.show();
+        m_bench.choose(-1);
+        QCOMPARE(m_bench.tag(), QStringLiteral("my list"));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("my list"));
+        QVERIFY(QFile::exists(EditorBench::named("my.qol list")));
+    }
+
+    // --- the page
+
+    void thePageIsShownAndLeft()
+    {
+        m_bench.show("one");
+        addB();
+        openDefinePage();
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png", "B.jpg"}));
+        QCOMPARE(page().geometry(), m_bench.editor->rect());
+        QVERIFY(!m_bench.lPlaylist().isVisible());
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("one"));
+        QStringList names;
+        for (int row = 0; row < lPlaylistNames().count(); ++row)
+            names += lPlaylistNames().item(row)->text();
+        QCOMPARE(names, QStringList({"one", "Two"}));
+        QVERIFY(lPlaylistNames().hasFocus());
+        m_bench.tick();
+        m_bench.editor->resize(800, 500);
+        QCOMPARE(page().size(), QSize(800, 500));
+        press("cmdClose");
+        QVERIFY(page().isHidden());
+        QVERIFY(m_bench.lPlaylist().isVisible());
+        QVERIFY(m_bench.cPlaylist().hasFocus());
+        QVERIFY(!m_bench.editor->leaveDefinePage());
+    }
+
+    void theButtonsOfThePageAreNamed()
+    {
+        m_bench.show();
+        const std::pair<const char*, QString> buttons[] = {{"cmdCreate", QStringLiteral("Create New")},
+                                                           {"cmdRename", QStringLiteral("Rename")},
+                                                           {"cmdDelete", QStringLiteral("Delete")},
+                                                           {"cmdClose", QStringLiteral("Finished")}};
+        for (const auto& [name, caption] : buttons) {
+            QCOMPARE(m_bench.part<QAbstractButton>(name).text(), caption);
+            QCOMPARE(m_bench.part<QAbstractButton>(name).accessibleName(), caption);
+        }
+    }
+
+    void withoutASelectedNameNothingHappens()
+    {
+        const auto answer = answering(QStringLiteral("never"));
+        m_bench.show("one");
+        openDefinePage();
+        press("cmdRename");
+        press("cmdDelete");
+        QVERIFY(m_asked.empty());
+        QCOMPARE(lines(), withClosingLines({"one", "Two"}));
+    }
+
+    void aPlaylistIsCreatedOnThePage()
+    {
+        const auto answer = answering(QStringLiteral("third"));
+        m_bench.show("one");
+        openDefinePage();
+        auto& create = m_bench.part<QAbstractButton>("cmdCreate");
+        create.setFocus();
+        QTest::keyClick(&create, Qt::Key_Return);
+        QCOMPARE(m_bench.tag(), QStringLiteral("third"));
+        QCOMPARE(lPlaylistNames().count(), 3);
+        QVERIFY(page().isVisible());
+        press("cmdClose");
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("third"));
+    }
+
+    void aPlaylistIsRenamed()
+    {
+        const auto answer = answering(QStringLiteral("Three"));
+        m_bench.show("one");
+        openDefinePage();
+        selectName("Two");
+        press("cmdRename");
+        QCOMPARE(m_asked.size(), std::size_t(1));
+        QCOMPARE(m_asked.at(0).title, QStringLiteral("Rename Playlist"));
+        QCOMPARE(m_asked.at(0).text, QStringLiteral("Please enter a new name from this playlist."));
+        QCOMPARE(m_asked.at(0).answer, QStringLiteral("Two"));
+        QCOMPARE(lines(), withClosingLines({"one", "Three"}));
+        QCOMPARE(lPlaylistNames().count(), 2);
+        QVERIFY(lPlaylistNames().selectedItems().isEmpty());
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        QCOMPARE(EditorBench::stored("Three"), QStringList{"d.jpg"});
+        QVERIFY(!QFile::exists(EditorBench::named("Two")));
+    }
+
+    void thePlaylistInHandIsRenamed()
+    {
+        const auto answer = answering(QStringLiteral("uno"));
+        m_bench.show("one");
+        openDefinePage();
+        selectName("one");
+        press("cmdRename");
+        QCOMPARE(m_bench.tag(), QStringLiteral("uno"));
+        press("cmdClose");
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("uno"));
+        addB();
+        m_bench.editor->SaveActivePlaylist();
+        QCOMPARE(EditorBench::stored("uno"), QStringList({"a.jpg", "c.png", "B.jpg"}));
+        QVERIFY(!QFile::exists(EditorBench::named("one")));
+        QVERIFY(m_bench.trashed().isEmpty()); // it is the same list
+    }
+
+    void renamingReplacesNoOther_data()
+    {
+        QTest::addColumn<QString>("wanted");
+        QTest::newRow("there already") << QStringLiteral("Two");
+        QTest::newRow("its own name") << QStringLiteral("one");
+    }
+
+    void renamingReplacesNoOther()
+    {
+        QFETCH(QString, wanted);
+        const auto answer = answering(wanted);
+        m_bench.show("one");
+        openDefinePage();
+        selectName("one");
+        press("cmdRename");
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png"}));
+        QCOMPARE(EditorBench::stored("Two"), QStringList{"d.jpg"});
+        QCOMPARE(m_bench.log().contains(QStringLiteral("Playlist not renamed: one")), wanted == u"Two");
+    }
+
+    void aPlaylistIsDeleted()
+    {
+        m_bench.show("one");
+        openDefinePage();
+        selectName("Two");
+        press("cmdDelete");
+        QVERIFY(!QFile::exists(EditorBench::named("Two")));
+        QCOMPARE(m_bench.trashed(), QStringList{"Two.qol"});
+        QCOMPARE(lines(), withClosingLines({"one"}));
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        QCOMPARE(m_bench.entries().size(), 2);
+        press("cmdDelete"); // nothing is selected any more
+        QCOMPARE(lines(), withClosingLines({"one"}));
+    }
+
+    void thePlaylistInHandIsDeleted()
+    {
+        m_bench.show("one");
+        openDefinePage();
+        selectName("one");
+        press("cmdDelete");
+        QCOMPARE(m_bench.tag(), QString());
+        QVERIFY(m_bench.entries().isEmpty());
+        QCOMPARE(m_bench.cPlaylist().currentIndex(), -1);
+        m_bench.editor->SaveActivePlaylist();
+        press("cmdClose");
+        m_bench.editor->closeDown();
+        QVERIFY(!QFile::exists(EditorBench::named("one")));
+        QCOMPARE(m_bench.trashed(), QStringList{"one.qol"});
+    }
+
+    void oneThatIsGoneAlreadyIsDeletedQuietly()
+    {
+        m_bench.show("one");
+        openDefinePage();
+        selectName("Two");
+        QVERIFY(QFile::remove(EditorBench::named("Two")));
+        press("cmdDelete");
+        QCOMPARE(lines(), withClosingLines({"one"}));
+        QVERIFY(m_bench.trashed().isEmpty());
+        QVERIFY(!m_bench.log().contains(QStringLiteral("not deleted")));
+    }
+
+    void whereThereIsNoTrashItIsDeletedForGood()
+    {
+        m_bench.home.write(QStringLiteral(".local/share/Trash"), "no folder");
+        m_bench.show();
+        openDefinePage();
+        selectName("Two");
+        press("cmdDelete");
+        QVERIFY(!QFile::exists(EditorBench::named("Two")));
+        QVERIFY(m_bench.log().contains(QStringLiteral("Playlist deleted for good")));
+    }
+
+    void aNameOfTwoLinesIsOneLine()
+    {
+        m_bench.writeList("t\nt", {"e.jpg"});
+        m_bench.show();
+        QCOMPARE(lines().at(1), QStringLiteral("t t"));
+        m_bench.choose(1);
+        QCOMPARE(m_bench.tag(), QStringLiteral("t\nt"));
+        QCOMPARE(m_bench.entries(), QStringList{"e.jpg"});
+        QCOMPARE(m_bench.cPlaylist().currentIndex(), 1);
+    }
+
+    // --- files elsewhere, by the dialogs
+
+    void aFileIsChosen()
+    {
+        const QString list =
+            m_bench.home.write(QStringLiteral("other/elsewhere.qol"),
+                               collections::qolText(m_bench.pathsOf({"e.jpg"}), QDate(2001, 1, 1)));
+        m_bench.show("one");
+        EditorBench::click(m_bench.lPlaylist(), 0);
+        {
+            const platform::FileChooserAnswerer none([](const auto&) { return QString(); });
+            m_bench.editor->LoadQOLPlaylist(QString());
+            QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png"}));
+            QVERIFY(EditorBench::selected(m_bench.lPlaylist()).isEmpty()); // refreshed
+            QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        }
+        platform::FileChooser asked;
+        const platform::FileChooserAnswerer chosen([&](const platform::FileChooser& chooser) {
+            asked = chooser;
+            return list;
+        });
+        m_bench.editor->LoadQOLPlaylist(QString());
+        QCOMPARE(asked.filters, QStringLiteral("Quorvia Playlist|*.qol"));
+        QCOMPARE(m_bench.entries(), QStringList{"e.jpg"});
+        QCOMPARE(m_bench.tag(), QStringLiteral("elsewhere"));
+    }
+
+    void aFileIsNamed()
+    {
+        m_bench.show();
+        platform::SaveChooser asked;
+        QString answer;
+        const platform::SaveChooserAnswerer named([&](const platform::SaveChooser& chooser) {
+            asked = chooser;
+            return answer;
+        });
+        m_bench.editor->SaveQOLPlaylist(QString());
+        QVERIFY(asked.filters.isEmpty()); // an empty list is not asked about
+        addB();
+        m_bench.editor->SaveQOLPlaylist(QString());
+        QCOMPARE(asked.filters, QStringLiteral("Quorvia Playlist|*.qol"));
+        QCOMPARE(asked.extension, QStringLiteral("qol"));
+        QCOMPARE(m_bench.tag(), QString());
+        answer = m_bench.in("other.qol");
+        m_bench.editor->SaveQOLPlaylist(QString());
+        QCOMPARE(m_bench.tag(), QStringLiteral("other"));
+        QCOMPARE(collections::qolPaths(EditorBench::bytesAt(answer)), m_bench.pathsOf({"B.jpg"}));
+    }
+
+    void anEditorThatGoesWhileItAsksComesToNoHarm_data()
+    {
+        QTest::addColumn<int>("line");
+        QTest::newRow("create") << -1;
+        QTest::newRow("rename") << -2;
+    }
+
+    void anEditorThatGoesWhileItAsksComesToNoHarm()
+    {
+        QFETCH(int, line);
+        m_bench.show("one");
+        int asked = 0;
+        const platform::TextQuestionAnswerer answer([&](const TextQuestion&) {
+            ++asked;
+            m_bench.editor.reset();
+            return QStringLiteral("new");
+        });
+        if (line == -2) {
+            openDefinePage();
+            selectName("Two");
+            QMetaObject::invokeMethod(&m_bench.part<QObject>("cmdRename"), "click");
+        } else {
+            m_bench.choose(line);
+        }
+        QCOMPARE(asked, 1);
+        QVERIFY(!QFile::exists(EditorBench::named("new")));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png"}));
+    }
+};
+
+QTEST_MAIN(TestPlaylistEditorPages)
+#include "tst_playlisteditorpages.moc"
