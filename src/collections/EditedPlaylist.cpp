@@ -3,26 +3,12 @@
 #include "app/Log.h"
 #include "collections/EditorMoves.h"
 #include "collections/PlaylistFolder.h"
+#include "collections/PlaylistIntake.h"
 #include "collections/QolText.h"
-#include "platform/FileStatus.h"
-#include "platform/LongWork.h"
 
 #include <QPointer>
 
 namespace quorvia::collections {
-
-namespace {
-
-bool canBeAdded(const QString& file)
-{
-    if (!platform::isFile(file))
-        return false;
-    if (!fitsOnALine(file))
-        app::WriteLog(QStringLiteral("Cannot stand in a playlist: ") + file);
-    return fitsOnALine(file);
-}
-
-} // namespace
 
 bool EditedPlaylist::load(const QString& path, QWidget* owner)
 {
@@ -92,16 +78,9 @@ void EditedPlaylist::add(const QString& file)
 void EditedPlaylist::add(const QStringList& files, QWidget* owner)
 {
     const QPointer<EditedPlaylist> alive = this;
-    QStringList added;
-    platform::LongWork work(owner, tr("Adding images..."));
-    for (int i = 0; i < int(files.size()); ++i) {
-        if (!work.goOn(i, int(files.size())))
-            return;
-        if (canBeAdded(files.at(i)))
-            added.append(files.at(i));
-    }
-    if (alive && !added.isEmpty())
-        replace(m_files.paths() + added);
+    const std::optional<QStringList> added = addable(files, owner);
+    if (alive && added && !added->isEmpty())
+        replace(m_files.paths() + *added);
 }
 
 void EditedPlaylist::remove(const std::vector<RowRange>& rows)

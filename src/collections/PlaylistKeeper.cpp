@@ -4,10 +4,10 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "collections/PlaylistFolder.h"
+#include "collections/PlaylistIntake.h"
 #include "collections/QolText.h"
 #include "platform/Dialogs.h"
 #include "platform/FileStatus.h"
-#include "platform/LongWork.h"
 
 #include <QPointer>
 
@@ -20,15 +20,6 @@ namespace {
 constexpr int saveDelay = 50; // milliseconds
 constexpr char tag[] = "tag";
 const QLatin1String autoPlaylist("Auto Playlist");
-
-bool canBeAdded(const QString& file)
-{
-    if (!platform::isFile(file))
-        return false;
-    if (!fitsOnALine(file))
-        app::WriteLog(QStringLiteral("Cannot stand in a playlist: ") + file);
-    return fitsOnALine(file);
-}
 
 } // namespace
 
@@ -190,18 +181,10 @@ bool PlaylistKeeper::AddPlaylistFile(const QString& sFile)
 void PlaylistKeeper::AddPlaylistFiles(const QStringList& files)
 {
     const QPointer<PlaylistKeeper> alive = this;
-    const QStringList given = files; // the caller's may change while events run
-    QStringList added;
-    platform::LongWork work(dialogOwner(), tr("Adding images..."));
-    for (int i = 0; i < int(given.size()); ++i) {
-        if (!work.goOn(i, int(given.size())))
-            return;
-        if (canBeAdded(given.at(i)))
-            added.append(given.at(i));
-    }
-    if (!alive || m_closed || added.isEmpty())
+    const std::optional<QStringList> added = addable(files, dialogOwner());
+    if (!alive || m_closed || !added || added->isEmpty())
         return;
-    m_files += added;
+    m_files += *added;
     changed();
 }
 
