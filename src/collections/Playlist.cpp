@@ -151,8 +151,8 @@ void Playlist::followUser()
     connect(m_menus, &PanelMenus::commandChosen, this, &Playlist::RunTool);
     for (const ButtonRow* const row : {m_pFilelist, m_ptPlaylist}) {
         connect(row, &ButtonRow::wanted, this, [this](const QString& command, QAbstractButton* button) {
-            const QPointer<Playlist> alive = this;
             m_menuButton = button;
+            const QPointer<Playlist> alive = this;
             RunTool(command);
             if (alive)
                 m_menuButton = nullptr;

@@ -180,6 +180,13 @@ class TestPanelMenu : public QObject
         QCOMPARE(found, expected);
     }
 
+    void noSeparatorBeginsTheMenu()
+    {
+        band("bFiles").tool(QStringLiteral("miDelete"))->set(&platform::ToolValues::visible, false);
+        GenPopupMenu(*m_model, {.foldersInFront = false});
+        QCOMPARE(shown().join(u' '), QStringLiteral("tConvert - tDelete tClear - miAdd"));
+    }
+
     void onlyTheMenuOfTheListIsPrepared()
     {
         GenPopupMenu(*m_model, {.foldersInFront = true, .listCount = 0});

@@ -171,8 +171,10 @@ class TestPanelTabs : public QObject
     {
         show();
         m_tabs->showFace(1, true);
+        tAni().setInterval(100000);
         m_tabs->hide();
-        QTRY_VERIFY(!tAni().isActive());
+        tick();
+        QVERIFY(!tAni().isActive());
         QCOMPARE(front(), QStringLiteral("Playlist")); // and shows what is so
         m_tabs->showFace(0, true);
         QVERIFY(!tAni().isActive());

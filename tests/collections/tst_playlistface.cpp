@@ -527,6 +527,7 @@ class TestPlaylistFace : public QObject
         QCoreApplication::sendEvent(target, &move);
         QVERIFY(move.isAccepted());
         QDropEvent drop(QPointF(10, 10), Qt::CopyAction | Qt::MoveAction, data.get(), Qt::LeftButton, {});
+        drop.setDropAction(Qt::MoveAction); // as its source would like it
         drop.ignore();
         QCoreApplication::sendEvent(target, &drop);
         QVERIFY(drop.isAccepted());
