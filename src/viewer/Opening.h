@@ -54,8 +54,8 @@ class Opening : public QObject
     void OpenX(const QString& path);
     /// Opens `path` when it is a playlist; true when it was one and has been handled.
     bool OpenFileList(const QString& path);
-    /// Shows `directory` in the list, whose folders then come to the front, when it exists; `load` 1 then opens
-    /// its first image.
+    /// Shows `directory` in the list, whose folders then come to the front, when it exists; `load` 1 then
+    /// opens its first image.
     void OpenDirX(const QString& directory, int load);
     /// Shows or hides the page navigator for the current image.
     void CheckTiff();

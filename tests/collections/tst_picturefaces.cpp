@@ -63,10 +63,7 @@ class TestPictureFaces : public QObject
         return all;
     }
     /// What a tick of tAutoUpdate does.
-    void look() const
-    {
-        Q_EMIT m_list->findChild<QTimer*>(QStringLiteral("tAutoUpdate"))->timeout({});
-    }
+    void look() const { Q_EMIT m_list->findChild<QTimer*>(QStringLiteral("tAutoUpdate"))->timeout({}); }
 
   private Q_SLOTS:
     void init() { m_bench = std::make_unique<test::ListBench>(); }
