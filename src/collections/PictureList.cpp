@@ -7,6 +7,7 @@
 #include "collections/FolderFiles.h"
 #include "collections/PlaylistKeeper.h"
 #include "collections/PresenceWalk.h"
+#include "platform/LongWork.h"
 
 #include <QDir>
 #include <QScopedValueRollback>
@@ -70,6 +71,7 @@ void PictureList::changeTab()
         return;
     m_folderMode = !m_folderMode;
     app::save(app::setting::PlaylistTab, GetSelectedTab());
+    m_walk->stop();
     m_files.clear();
     forgetEntries();
     Q_EMIT listEmptied();
@@ -237,6 +239,7 @@ void PictureList::CloseDown()
 {
     if (m_closed)
         return;
+    platform::LongWork::cancelAll(); // nobody waits for it any more
     m_playlist->closeDown();
     app::letPendingEventsRun();
     m_closed = true;
@@ -293,7 +296,7 @@ void PictureList::listPlaylist()
 
 void PictureList::noteMissing(int index, bool missing)
 {
-    if (isMissing(index) == missing)
+    if (!holds(index) || isMissing(index) == missing)
         return;
     m_missing[std::size_t(index)] = missing;
     if (!m_rebuilding)

@@ -2,6 +2,7 @@
 
 #include "app/ImageTypes.h"
 #include "app/mFile.h"
+#include "app/Settings.h"
 #include "collections/PictureList.h"
 #include "collections/PlaylistKeeper.h"
 #include "platform/Dialogs.h"
@@ -17,32 +18,34 @@ namespace quorvia::collections {
 
 bool PlaylistCommands::RunTool(const QString& sCommand)
 {
-    enum class Needs { Nothing, OpenPlaylist };
     struct Row
     {
         QLatin1String name;
-        Needs needs;
         void (PlaylistCommands::*run)();
     };
     static constexpr std::array rows{
-        Row{QLatin1String("openplaylist"), Needs::Nothing, &PlaylistCommands::open},
-        Row{QLatin1String("saveplaylist"), Needs::Nothing, &PlaylistCommands::save},
-        Row{QLatin1String("clearplaylist"), Needs::Nothing, &PlaylistCommands::clear},
-        Row{QLatin1String("clearselected"), Needs::Nothing, &PlaylistCommands::clearSelected},
-        Row{QLatin1String("addfilestoplaylist"), Needs::OpenPlaylist, &PlaylistCommands::addFiles},
-        Row{QLatin1String("enqueuedir"), Needs::OpenPlaylist, &PlaylistCommands::enqueueFolder},
-        Row{QLatin1String("enqueuedirall"), Needs::OpenPlaylist, &PlaylistCommands::enqueueFolders},
-        Row{QLatin1String("movefilelisttoplaylist"), Needs::OpenPlaylist, &PlaylistCommands::moveAll},
-        Row{QLatin1String("moveselectedtoplaylist"), Needs::OpenPlaylist, &PlaylistCommands::moveSelected},
+        Row{QLatin1String("openplaylist"), &PlaylistCommands::open},
+        Row{QLatin1String("saveplaylist"), &PlaylistCommands::save},
+        Row{QLatin1String("clearplaylist"), &PlaylistCommands::clear},
+        Row{QLatin1String("clearselected"), &PlaylistCommands::clearSelected},
+        Row{QLatin1String("addfilestoplaylist"), &PlaylistCommands::addFiles},
+        Row{QLatin1String("enqueuedir"), &PlaylistCommands::enqueueFolder},
+        Row{QLatin1String("enqueuedirall"), &PlaylistCommands::enqueueFolders},
+        Row{QLatin1String("movefilelisttoplaylist"), &PlaylistCommands::moveAll},
+        Row{QLatin1String("moveselectedtoplaylist"), &PlaylistCommands::moveSelected},
     };
     const QString command = sCommand.toLower();
     const auto row = std::find_if(rows.begin(), rows.end(),
                                   [&command](const Row& candidate) { return candidate.name == command; });
     if (row == rows.end())
         return false;
-    if (row->needs == Needs::Nothing || m_list->playlist()->IntiPlaylist(false))
-        (this->*row->run)();
+    (this->*row->run)();
     return true;
+}
+
+QWidget* PlaylistCommands::owner() const
+{
+    return m_list->playlist()->dialogOwner();
 }
 
 void PlaylistCommands::open()
@@ -71,63 +74,75 @@ void PlaylistCommands::clearSelected()
 
 void PlaylistCommands::addFiles()
 {
-    const QStringList files = platform::chooseFiles(m_list->playlist()->dialogOwner(),
-                                                    {.title = QObject::tr("Add Files to Playlist"),
-                                                     .filters = app::imageFilters(),
-                                                     .start = m_list->path()});
-    if (files.isEmpty())
+    if (!m_list->playlist()->IntiPlaylist(false))
         return;
-    m_list->playlist()->AddPlaylistFiles(files);
-    m_list->playlist()->saveOpen();
+    add(platform::chooseFiles(owner(), {.title = QObject::tr("Add Files to Playlist"),
+                                        .filters = app::imageFilters(),
+                                        .start = startFolder()}));
+}
+
+/// Where a dialog begins: at the folder of the tree, which the playlist's face does not tell.
+QString PlaylistCommands::startFolder() const
+{
+    const QString folder = m_list->path();
+    return folder.isEmpty() ? app::read(app::setting::SelectedPath, QString()) : folder;
 }
 
 QString PlaylistCommands::chosenFolder() const
 {
-    return platform::browseForFolder(m_list->playlist()->dialogOwner(),
-                                     {.title = QStringLiteral("Enqueue Directory"), .start = m_list->path()});
+    return platform::browseForFolder(owner(),
+                                     {.title = QStringLiteral("Enqueue Directory"), .start = startFolder()});
 }
 
 void PlaylistCommands::enqueueFolder()
 {
-    if (const QString folder = chosenFolder(); !folder.isEmpty())
-        gather(folder, false);
+    if (m_list->playlist()->IntiPlaylist(false))
+        addFolder(chosenFolder(), false);
 }
 
 void PlaylistCommands::enqueueFolders()
 {
-    if (const QString folder = chosenFolder(); !folder.isEmpty())
-        EnqueueAll(folder);
+    if (m_list->playlist()->IntiPlaylist(false))
+        addFolder(chosenFolder(), true);
 }
 
 void PlaylistCommands::EnqueueAll(const QString& sDir)
 {
-    gather(sDir, true);
+    if (m_list->playlist()->IntiPlaylist(false))
+        addFolder(sDir, true);
 }
 
-void PlaylistCommands::gather(const QString& sDir, bool recurse)
+void PlaylistCommands::addFolder(const QString& sDir, bool recurse)
 {
+    platform::LongWork work(owner(), QObject::tr("Adding images...")); // of both steps
     QStringList files;
-    {
-        platform::LongWork work(m_list->playlist()->dialogOwner(), QObject::tr("Looking for images..."));
-        bool goesOn = true;
-        app::ListFiles(sDir, m_list->Pattern(), recurse, files,
-                       [&work, &goesOn] { return goesOn = goesOn && work.goOn(); });
-        if (!goesOn)
-            return;
-    }
-    m_list->playlist()->AddPlaylistFiles(files);
-    m_list->playlist()->saveOpen();
+    if (list(sDir, recurse, files))
+        add(files);
+}
+
+/// Adds to `files` the images of a folder. False when the user broke off.
+bool PlaylistCommands::list(const QString& sDir, bool recurse, QStringList& files) const
+{
+    platform::LongWork work(owner(), QObject::tr("Looking for images..."));
+    app::ListFiles(sDir, m_list->Pattern(), recurse, files, [&work] { return work.goOn(); });
+    return work.goOn();
+}
+
+void PlaylistCommands::add(const QStringList& files)
+{
+    if (!files.isEmpty() && m_list->playlist()->AddPlaylistFiles(files))
+        m_list->playlist()->saveOpen();
 }
 
 void PlaylistCommands::moveAll()
 {
-    if (m_list->FolderMode()) {
-        m_list->finishRebuild();
-        const QStringList files = m_list->files();
-        m_list->playlist()->AddPlaylistFiles(files);
-        m_list->SelectTab(1);
+    if (!m_list->FolderMode()) {
+        if (m_list->playlist()->IntiPlaylist(false))
+            m_list->playlist()->saveOpen();
+        return;
     }
-    m_list->playlist()->saveOpen();
+    m_list->finishRebuild();
+    move(QStringList(m_list->files()));
 }
 
 void PlaylistCommands::moveSelected()
@@ -137,25 +152,34 @@ void PlaylistCommands::moveSelected()
     QStringList files;
     for (const RowRange& range : m_list->selection())
         files += m_list->files().mid(range.first, range.last - range.first + 1);
-    m_list->playlist()->AddPlaylistFiles(files);
+    move(files);
+}
+
+/// `files` were taken up before the question about the playlist: the list may change while it waits.
+void PlaylistCommands::move(const QStringList& files)
+{
+    if (!m_list->playlist()->IntiPlaylist(false) || !m_list->playlist()->AddPlaylistFiles(files))
+        return;
     m_list->SelectTab(1);
     m_list->playlist()->saveOpen();
 }
 
 void PlaylistCommands::drop(const QStringList& paths)
 {
+    const QStringList given = paths; // the caller's may change while events run
     if (m_list->FolderMode() || !m_list->playlist()->IntiPlaylist(false))
         return;
-    const QStringList given = paths; // the caller's may change while events run
+    platform::LongWork work(owner(), QObject::tr("Adding images...")); // of all folders together
+    QStringList files;
     for (const QString& path : given) {
         const QString extension = app::GetExtension(path).toLower();
         if (platform::isFile(path) &&
             app::extensionStandsIn(extension, QLatin1String(app::ImageExtensionList)))
-            m_list->playlist()->AddPlaylistFile(path);
-        else if (app::FolderExists(path))
-            EnqueueAll(path);
+            files.append(path);
+        else if (app::FolderExists(path) && !list(path, true, files))
+            return;
     }
-    m_list->playlist()->saveOpen();
+    add(files);
 }
 
 } // namespace quorvia::collections

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+class QWidget;
+
 namespace quorvia::collections {
 
 class PictureList;
@@ -18,7 +20,7 @@ class PlaylistCommands
     /// Runs a command, whatever its case; false when it is none of these.
     bool RunTool(const QString& sCommand);
     /// Adds dropped files that are images and all images of dropped folders, when the playlist's face is in
-    /// front.
+    /// front. Nothing is added when the user breaks off.
     void drop(const QStringList& paths);
     /// Adds the images of `sDir` and of the folders in it: those of a folder come first. Nothing is added
     /// when the user breaks off.
@@ -35,7 +37,12 @@ class PlaylistCommands
     void moveAll();
     void moveSelected();
 
-    void gather(const QString& sDir, bool recurse);
+    bool list(const QString& sDir, bool recurse, QStringList& files) const;
+    void add(const QStringList& files);
+    void addFolder(const QString& sDir, bool recurse);
+    QWidget* owner() const;
+    void move(const QStringList& files);
+    QString startFolder() const;
     QString chosenFolder() const;
 
     PictureList* m_list;

@@ -51,15 +51,25 @@ void PlaylistKeeper::LoadQOLPlaylist(const QString& sFile)
         Q_EMIT notLoaded();
         return;
     }
-    QolFile file = m_file; // the user may break the load off
+    if (!take(path))
+        return;
+    setName(playlistName(path));
+    Q_EMIT loaded();
+}
+
+/// Takes over what stands in the file at `path`. False, and nothing has changed, when the user broke off or
+/// all was closed meanwhile.
+bool PlaylistKeeper::take(const QString& path)
+{
+    const QPointer<PlaylistKeeper> alive = this;
+    QolFile file = m_file;
     const std::optional<QStringList> files = file.load(path, dialogOwner());
     if (!alive || m_closed || !files)
-        return;
+        return false;
     m_file = std::move(file);
     m_files = *files;
     m_changed = false;
-    setName(playlistName(path));
-    Q_EMIT loaded();
+    return true;
 }
 
 void PlaylistKeeper::SaveQOLPlaylist(const QString& sFile)
@@ -78,10 +88,8 @@ void PlaylistKeeper::SaveQOLPlaylist(const QString& sFile)
     const QolFile::Saved saved = m_file.save(path, m_files, m_changed);
     if (saved == QolFile::Saved::Left) {
         app::WriteLog(QStringLiteral("Playlist has been changed by another program: ") + path);
-        if (const std::optional<QStringList> files = m_file.load(path, dialogOwner())) {
-            m_files = *files;
+        if (take(path))
             Q_EMIT filesChanged();
-        }
         return;
     }
     if (saved == QolFile::Saved::Written)
@@ -157,11 +165,10 @@ bool PlaylistKeeper::IntiPlaylist(bool bSilent)
         return false;
     const QString path = namedPlaylistPath(autoPlaylist);
     if (platform::isFile(path) && m_files.isEmpty()) {
-        if (const std::optional<QStringList> files = m_file.load(path, dialogOwner())) {
-            m_files = *files;
-            setName(playlistName(path));
-            Q_EMIT filesChanged();
-        }
+        if (!take(path))
+            return false;
+        setName(playlistName(path));
+        Q_EMIT filesChanged();
     } else {
         SaveQOLPlaylist(path);
         fillNames();
@@ -178,14 +185,17 @@ bool PlaylistKeeper::AddPlaylistFile(const QString& sFile)
     return true;
 }
 
-void PlaylistKeeper::AddPlaylistFiles(const QStringList& files)
+bool PlaylistKeeper::AddPlaylistFiles(const QStringList& files)
 {
     const QPointer<PlaylistKeeper> alive = this;
     const std::optional<QStringList> added = addable(files, dialogOwner());
-    if (!alive || m_closed || !added || added->isEmpty())
-        return;
-    m_files += *added;
-    changed();
+    if (!alive || m_closed || !added)
+        return false;
+    if (!added->isEmpty()) {
+        m_files += *added;
+        changed();
+    }
+    return true;
 }
 
 void PlaylistKeeper::ClearPlaylist()
@@ -210,6 +220,7 @@ bool PlaylistKeeper::RenamePlaylistFiles(const QString& sOld, const QString& sNe
         return false;
     std::replace(m_files.begin(), m_files.end(), sOld, sNew);
     changed();
+    saveSoon(); // with the folders in front no rebuild does
     return true;
 }
 

@@ -63,8 +63,8 @@ class PlaylistKeeper : public QObject
     /// Appends a file that exists. False when it does not, or its name cannot stand in a playlist.
     bool AddPlaylistFile(const QString& sFile);
     /// The same with all of `files` that there are, in their order. Shows how far it is when it takes long;
-    /// none is added when the user breaks off. Events may run meanwhile.
-    void AddPlaylistFiles(const QStringList& files);
+    /// none is added, and the answer false, when the user breaks off. Events may run meanwhile.
+    bool AddPlaylistFiles(const QStringList& files);
     /// Leaves no file in the list. The playlist stays open.
     void ClearPlaylist();
     /// Takes out the entries at `rows` (0-based).
@@ -83,6 +83,7 @@ class PlaylistKeeper : public QObject
     void namesChanged();
 
   private:
+    bool take(const QString& path);
     void setName(const QString& name);
     void changed();
 

@@ -49,10 +49,14 @@ std::optional<QByteArray> bytesOf(const QString& path, QString& why)
 }
 
 /// The path that a line of a playlist means here; empty when it names no file.
-QString namedFile(const QString& line)
+QString namedFile(QByteArrayView line)
 {
-    const bool isNative = line.startsWith(u'/') && !line.contains(u'\\');
-    const QString file = isNative ? line : app::nativePath(line);
+    const bool hasDrive = line.size() > 1 && line[1] == ':';
+    if (!line.startsWith('/') && !line.startsWith('\\') && !hasDrive)
+        return {}; // looked at before it is decoded: whatever is called a playlist may have many such lines
+    const QString path = qolLine(line);
+    const bool isNative = path.startsWith(u'/') && !path.contains(u'\\');
+    const QString file = isNative ? path : app::nativePath(path);
     return fitsOnALine(file) && platform::isFile(file) ? file : QString();
 }
 
@@ -67,23 +71,21 @@ void makeFolderAgain(const QString& path)
                       : QStringLiteral("Folder of the playlists cannot be made: ") + folder);
 }
 
-/// Puts a copy of the list at `path`, which is about to be replaced, into the trash; there it can be taken
-/// out again as a list of its own.
-void keepInTrash(const QString& path, const QByteArray& bytes)
+/// A name beside the playlist at `path` for a copy of it: that of a list of its own, and of no file.
+QString nameOfCopy(const QString& path)
 {
-    const QString copy = app::GetBaseName(QFileInfo(path).canonicalFilePath(), true) +
-                         QStringLiteral(" (replaced).") + QLatin1String(playlistExtension);
-    if (platform::pathExists(copy) || !engine::writeWholeFile(copy, bytes)) {
-        log("Replaced playlist not kept", path, QStringLiteral("no copy of it can be made"));
-        return;
+    const QString real = QFileInfo(path).canonicalFilePath();
+    QString base = app::GetBaseName(app::SplitPathName(real, 2), false);
+    while (!canBePlaylistName(base + QStringLiteral(" (replaced 9999)")))
+        base.chop(1);
+    const QString folder = app::SplitPathName(real, 1);
+    for (int number = 1;; ++number) {
+        const QString suffix =
+            number > 1 ? QStringLiteral(" (replaced %1)").arg(number) : QStringLiteral(" (replaced)");
+        const QString name = folder + base + suffix + u'.' + QLatin1String(playlistExtension);
+        if (!platform::pathExists(name))
+            return name;
     }
-    QString why;
-    if (platform::moveToTrash(copy, &why)) {
-        app::WriteLog(QStringLiteral("Replaced playlist is in the trash: ") + copy);
-        return;
-    }
-    log("Replaced playlist not kept", path, why);
-    QFile::remove(copy);
 }
 
 } // namespace
@@ -94,25 +96,27 @@ std::optional<QStringList> QolFile::load(const QString& path, QWidget* owner)
     const std::optional<QByteArray> bytes = bytesOf(path, why);
     if (!bytes) {
         log("Playlist not read", path, why);
-        remember(path, {}, false);
+        remember(path, {}, {});
+        m_unread = platform::pathExists(path);
         return QStringList();
     }
-    const QStringList lines = qolPaths(*bytes);
     platform::LongWork work(owner, QStringLiteral("Opening %1...").arg(playlistName(path)));
+    QolLines lines(*bytes);
     QStringList files;
-    files.reserve(lines.size());
-    for (int i = 0; i < int(lines.size()); ++i) {
-        if (!work.goOn(i, int(lines.size())))
+    while (const std::optional<QByteArrayView> line = lines.next()) {
+        if (!work.goOn(int(bytes->size() - lines.left()), int(bytes->size())))
             return {};
-        if (QString file = namedFile(lines.at(i)); !file.isEmpty())
+        if (QString file = namedFile(*line); !file.isEmpty())
             files.append(std::move(file));
     }
-    remember(path, *bytes, files.size() < lines.size());
+    remember(path, *bytes, files);
     return files;
 }
 
 QolFile::Saved QolFile::save(const QString& path, const QStringList& files, bool changed)
 {
+    if (m_unread && !changed)
+        return Saved::Failed; // as the log has it from the load
     const QByteArray text = qolText(files, QDate::currentDate());
     if (platform::pathExists(path)) {
         QString why;
@@ -122,16 +126,17 @@ QolFile::Saved QolFile::save(const QString& path, const QStringList& files, bool
             return Saved::Failed;
         }
         if (*present == text) { // nothing to write, and nothing to wear the disk for
-            remember(path, text, false);
+            remember(path, text, files);
             return Saved::Written;
         }
-        const bool isOurs = path == m_path && qolContent(*present) == m_content;
-        const bool isNews = !isOurs && qolContent(*present) != qolContent(text);
+        const QByteArray content = qolContent(*present);
+        const bool isOurs = path == m_path && content == m_content;
+        const bool isNews = !isOurs && content != qolContent(text);
         if (isNews && path == m_path && !changed)
             return Saved::Left;
-        const bool isLoss = isNews || (isOurs && m_entriesAreMissing);
-        if (isLoss && !qolPaths(*present).isEmpty())
-            keepInTrash(path, *present);
+        const bool isLoss = isNews || (isOurs && m_loses);
+        if (isLoss && QolLines(*present).next() && !keepCopy(path, *present))
+            return Saved::Failed;
     }
     makeFolderAgain(path);
     const engine::Status written = engine::writeWholeFile(path, text);
@@ -139,15 +144,37 @@ QolFile::Saved QolFile::save(const QString& path, const QStringList& files, bool
         log("Playlist not saved", path, written.error().text);
         return Saved::Failed;
     }
-    remember(path, text, false);
+    remember(path, text, files);
     return Saved::Written;
 }
 
-void QolFile::remember(const QString& path, const QByteArray& bytes, bool entriesAreMissing)
+/// Puts a copy of the list at `path`, which is about to be replaced, into the trash; there it can be taken
+/// out again as a list of its own. False when there is no copy, and the list must stay.
+bool QolFile::keepCopy(const QString& path, const QByteArray& present)
+{
+    if (qolContent(present) == m_kept) // a save that failed is tried again
+        return true;
+    const QString copy = nameOfCopy(path);
+    if (const engine::Status made = engine::writeWholeFile(copy, present); !made) {
+        log("Playlist not saved, since no copy of what it replaces can be made", copy, made.error().text);
+        return false;
+    }
+    m_kept = qolContent(present);
+    QString why;
+    if (platform::moveToTrash(copy, &why))
+        app::WriteLog(QStringLiteral("Replaced playlist is in the trash: ") + copy);
+    else
+        log("Replaced playlist stays beside the new one", copy, why);
+    return true;
+}
+
+/// `files` are what was made of `bytes`, or the other way round.
+void QolFile::remember(const QString& path, const QByteArray& bytes, const QStringList& files)
 {
     m_path = path;
     m_content = qolContent(bytes);
-    m_entriesAreMissing = entriesAreMissing;
+    m_loses = m_content != qolContent(qolText(files, QDate()));
+    m_unread = false;
 }
 
 } // namespace quorvia::collections

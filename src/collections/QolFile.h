@@ -30,9 +30,11 @@ class QolFile
         Failed   ///< it is as it was; the log has why
     };
     /// Writes `files` to the file at `path`, a link's target when it is one. `changed`: they are no longer
-    /// what was loaded or saved. A copy of what stands there goes to the trash first, as far as there is one,
-    /// when it is from somebody else (another program, or a playlist of the same name that was not read) or
-    /// has entries whose files were not there when it was read. A file that cannot be read is not replaced.
+    /// what was loaded or saved. A copy of what stands there goes to the trash first when it is from somebody
+    /// else (another program, or a playlist of the same name that was not read) or when a save takes more
+    /// from it than a date (entries whose files were not there, comments, another encoding). Without a trash
+    /// the copy stays beside it; without a copy there is no save. A file that cannot be read is not replaced,
+    /// and neither is one by what is empty because it could not be read.
     Saved save(const QString& path, const QStringList& files, bool changed);
 
     /// The file at path() has been moved to `path`.
@@ -42,11 +44,14 @@ class QolFile
     void forget() { *this = QolFile(); }
 
   private:
-    void remember(const QString& path, const QByteArray& bytes, bool entriesAreMissing);
+    void remember(const QString& path, const QByteArray& bytes, const QStringList& files);
+    bool keepCopy(const QString& path, const QByteArray& present);
 
     QString m_path;
-    QByteArray m_content;             ///< of the file as it was read or written last, without its dated line
-    bool m_entriesAreMissing = false; ///< it had some whose files were not there: what is saved lacks them
+    QByteArray m_content;  ///< of the file as it was read or written last, without its dated line
+    QByteArray m_kept;     ///< the same of what a copy was made of last
+    bool m_loses = false;  ///< a save of what was read lacks something that stood there
+    bool m_unread = false; ///< it could not be read
 };
 
 } // namespace quorvia::collections

@@ -35,13 +35,6 @@ bool isComment(QByteArrayView line)
                        [line](QByteArrayView prefix) { return line.startsWith(prefix); });
 }
 
-QString decoded(QByteArrayView line)
-{
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = utf8.decode(line);
-    return utf8.hasError() ? QString::fromLatin1(line) : text;
-}
-
 QByteArrayView withoutMark(QByteArrayView bytes)
 {
     constexpr QByteArrayView mark("\xEF\xBB\xBF"); // that some editors put before UTF-8
@@ -64,14 +57,31 @@ QByteArray qolText(const QStringList& files, QDate date)
     return text + "# End of File" + lineEnd;
 }
 
+QolLines::QolLines(const QByteArray& bytes) : m_rest(withoutMark(bytes)) {}
+
+std::optional<QByteArrayView> QolLines::next()
+{
+    while (!m_rest.isEmpty()) {
+        const QByteArrayView line = takeLine(m_rest);
+        if (!line.isEmpty() && !isComment(line))
+            return line;
+    }
+    return {};
+}
+
+QString qolLine(QByteArrayView line)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8.decode(line);
+    return utf8.hasError() ? QString::fromLatin1(line) : text;
+}
+
 QStringList qolPaths(const QByteArray& bytes)
 {
     QStringList paths;
-    for (QByteArrayView rest = withoutMark(bytes); !rest.isEmpty();) {
-        const QByteArrayView line = takeLine(rest);
-        if (!line.isEmpty() && !isComment(line))
-            paths.append(decoded(line));
-    }
+    QolLines lines(bytes);
+    while (const std::optional<QByteArrayView> line = lines.next())
+        paths.append(qolLine(*line));
     return paths;
 }
 

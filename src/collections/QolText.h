@@ -7,13 +7,33 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace quorvia::collections {
 
 /// The content of a playlist file of `files`, in their order, written on `date`. UTF-8, lines end with CR LF.
 QByteArray qolText(const QStringList& files, QDate date);
 
-/// The lines of `bytes` that are no comments, in their order and letter for letter. A line ends with LF, CR
-/// LF or CR. Bytes that cannot be UTF-8 make their line Latin-1, as other tools write it.
+/// The lines of a playlist file one after the other. A line ends with LF, CR LF or CR.
+class QolLines
+{
+  public:
+    /// Of `bytes`, which outlive this.
+    explicit QolLines(const QByteArray& bytes);
+
+    /// The next line that is neither empty nor a comment, letter for letter; nothing behind the last.
+    std::optional<QByteArrayView> next();
+    /// How many bytes have not been looked at yet.
+    qsizetype left() const { return m_rest.size(); }
+
+  private:
+    QByteArrayView m_rest;
+};
+
+/// What `line` of a playlist file says: UTF-8, or Latin-1 when it cannot be that, as other tools write it.
+QString qolLine(QByteArrayView line);
+
+/// All lines of `bytes` that QolLines gives.
 QStringList qolPaths(const QByteArray& bytes);
 
 /// `bytes` without a comment on the first line, which holds a date: two files that differ in nothing else are

@@ -76,6 +76,7 @@ class LongWork::Run
         m_done = std::clamp(done, 0, m_total);
     }
     bool isOver() const { return m_isOver || m_owner.isGone(); }
+    void cancel() { m_isOver = true; }
     void letEventsRunWhenDue();
     void end();
 
@@ -132,7 +133,7 @@ void LongWork::Run::showBox()
     rows->addWidget(textLabel(m_text, m_box));
     rows->addWidget(m_bar);
     rows->addWidget(cancelButton(m_box));
-    QObject::connect(m_box, &QDialog::rejected, m_box, [this] { m_isOver = true; });
+    QObject::connect(m_box, &QDialog::rejected, m_box, [this] { cancel(); });
     m_box->show();
 }
 
@@ -170,6 +171,12 @@ bool LongWork::goOn(int done, int total)
         m_run->setProgress(done, total);
     m_run->letEventsRunWhenDue();
     return !m_run->isOver() && !m_owner.isGone();
+}
+
+void LongWork::cancelAll()
+{
+    if (const std::shared_ptr<Run> run = current().lock())
+        run->cancel();
 }
 
 /// The outermost work that goes on, if any.

@@ -35,6 +35,9 @@ class LongWork
     /// it. False once the user has cancelled or the owner has been destroyed, and then always.
     bool goOn(int done = 0, int total = 0);
 
+    /// Cancels whatever goes on, as the user does: the program is about to end.
+    static void cancelAll();
+
   private:
     class Run;
 

@@ -5,11 +5,13 @@
 #include "collections/PlaylistKeeper.h"
 #include "collections/QolText.h"
 #include "ListBench.h"
+#include "platform/LongWork.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace quorvia;
 using collections::namedPlaylistPath;
@@ -257,6 +259,41 @@ class TestPictureFaces : public QObject
         list.RefreshPlaylist();
         list.finishRebuild();
         QVERIFY(list.isMissing(200000)); // known from before: nothing flickers
+    }
+
+    void aTabChangeEndsTheLookAtTheFiles()
+    {
+        PictureList& list = started();
+        QStringList many(400000, in("pics/a.jpg"));
+        playlist().AddPlaylistFiles(many);
+        list.SelectTab(1);
+        list.finishRebuild();
+        QVERIFY(QFile::remove(in("pics/a.jpg")));
+        list.RefreshPlaylist();
+        list.finishRebuild();
+        QSignalSpy told(&list, &PictureList::textChanged);
+        list.changeTab();
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents();
+        QCOMPARE(told.count(), 0);
+    }
+
+    void theEndDoesNotWaitForALoad()
+    {
+        PictureList& list = started();
+        const QString path = m_bench->home.write(
+            QStringLiteral("long.qol"),
+            collections::qolText(QStringList(3000000, in("pics/a.jpg")), QDate(2001, 1, 1)));
+        QTimer::singleShot(0, &list, [&list] { list.CloseDown(); });
+        int done = 0;
+        {
+            platform::LongWork work(nullptr, QStringLiteral("test"));
+            playlist().LoadQOLPlaylist(path);
+            while (done < 1000 && work.goOn())
+                ++done;
+        }
+        QCOMPARE(done, 0); // all that was under way is over
+        QCOMPARE(playlist().ActivePlaylist(), QStringLiteral("Auto Playlist"));
     }
 
     void aStart_data()

@@ -8,10 +8,12 @@
 #include "collections/QolText.h"
 #include "ListBench.h"
 #include "platform/Dialogs.h"
+#include "platform/LongWork.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTest>
+#include <QTimer>
 
 using namespace quorvia;
 using collections::PictureList;
@@ -220,6 +222,45 @@ class TestPlaylistCommands : public QObject
         QCOMPARE(playlist().PlaylistFiles().size(), 5);
     }
 
+    void aDropThatIsBrokenOffAddsNothing()
+    {
+        m_list->SelectTab(1);
+        QStringList dropped = pathsOf({"pics/a.jpg", "pics/sub"});
+        dropped += QStringList(400000, in("pics/b.jpg"));
+        dropped += in("pics/sub");
+        QTimer::singleShot(0, [] { platform::LongWork::cancelAll(); });
+        m_commands->drop(dropped);
+        QCOMPARE(playlist().PlaylistFiles(), QStringList());
+        QCOMPARE(stored(), QStringList());
+    }
+
+    void dialogsBeginAtTheFolderOfTheTree()
+    {
+        m_list->SelectTab(1); // whose face has no folder
+        QString start;
+        const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser& browser) {
+            start = browser.start;
+            return QString();
+        });
+        run("enqueuedir");
+        QCOMPARE(start, in("pics"));
+    }
+
+    void theSelectionIsTakenUpBeforeTheQuestion()
+    {
+        QVERIFY(QFile::remove(in("root/Playlist/Auto Playlist.qol")));
+        playlist().reloadOpen();
+        m_list->finishRebuild();
+        m_list->setSelection({{1, 1}});
+        const platform::MessageBoxAnswerer boxes([&](const platform::MessageBox&) {
+            m_list->RefreshPlaylist();
+            m_list->finishRebuild();
+            return platform::BoxAnswer::Yes;
+        });
+        run("moveselectedtoplaylist");
+        QCOMPARE(stored(), pathsOf({"pics/b.jpg"}));
+    }
+
     void withoutAPlaylistTheyAsk_data()
     {
         QTest::addColumn<QString>("command");
@@ -256,6 +297,20 @@ class TestPlaylistCommands : public QObject
         QVERIFY(m_commands->RunTool(command));
         QCOMPARE(asked, 2);
         QVERIFY(stored().contains(chosen));
+    }
+
+    void aFolderFromOutsideAsksToo()
+    {
+        QVERIFY(QFile::remove(in("root/Playlist/Auto Playlist.qol")));
+        playlist().reloadOpen();
+        int asked = 0;
+        const platform::MessageBoxAnswerer boxes([&](const platform::MessageBox&) {
+            ++asked;
+            return platform::BoxAnswer::No;
+        });
+        m_commands->EnqueueAll(in("pics"));
+        QCOMPARE(asked, 1);
+        QCOMPARE(playlist().PlaylistFiles(), QStringList());
     }
 };
 

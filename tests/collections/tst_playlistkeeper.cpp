@@ -5,6 +5,8 @@
 #include "collections/PlaylistKeeper.h"
 #include "collections/QolText.h"
 #include "platform/Dialogs.h"
+#include "platform/LongWork.h"
+#include "support/FullDisk.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -234,6 +236,75 @@ class TestPlaylistKeeper : public QObject
         tick();
         m_keeper->saveOpen();
         QCOMPARE(QDir(collections::playlistFolder()).entryList(QDir::Files | QDir::Hidden), QStringList());
+    }
+
+    void aSaveThatFailedIsNotForgotten()
+    {
+        writeList(named("a"), {"a.jpg"});
+        m_keeper->LoadQOLPlaylist(named("a"));
+        m_keeper->AddPlaylistFile(in("b.jpg"));
+        {
+            const test::FullDisk disk(10);
+            QVERIFY(disk.isFull());
+            m_keeper->saveOpen();
+        }
+        QCOMPARE(stored(named("a")), pathsOf({"a.jpg"}));
+        writeList(named("a"), {"c.jpg"}); // by another program
+        m_keeper->saveOpen();
+        QCOMPARE(stored(named("a")), pathsOf({"a.jpg", "b.jpg"}));
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg", "b.jpg"}));
+    }
+
+    void whatIsBrokenOffChangesNothing()
+    {
+        writeList(named("a"), {"a.jpg"});
+        m_keeper->LoadQOLPlaylist(named("a"));
+        const QStringList many(400000, in("b.jpg"));
+        QTimer::singleShot(0, [] { platform::LongWork::cancelAll(); });
+        QVERIFY(!m_keeper->AddPlaylistFiles(many));
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg"}));
+
+        m_home->write(QStringLiteral("long.qol"), collections::qolText(many, QDate(2001, 1, 1)));
+        QSignalSpy loaded(m_keeper.get(), &PlaylistKeeper::loaded);
+        QTimer::singleShot(0, [] { platform::LongWork::cancelAll(); });
+        m_keeper->LoadQOLPlaylist(in("long.qol"));
+        QCOMPARE(loaded.count(), 0);
+        QCOMPARE(m_keeper->ActivePlaylist(), QStringLiteral("a"));
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg"}));
+        m_keeper->saveOpen();
+        QCOMPARE(stored(named("a")), pathsOf({"a.jpg"}));
+    }
+
+    void aLoadThatEndsBehindTheCloseTakesNoEffect()
+    {
+        writeList(named("a"), {"a.jpg"});
+        m_keeper->LoadQOLPlaylist(named("a"));
+        m_home->write(QStringLiteral("long.qol"),
+                      collections::qolText(QStringList(200000, in("b.jpg")), QDate(2001, 1, 1)));
+        QTimer::singleShot(0, m_keeper.get(), [this] { m_keeper->closeDown(); });
+        m_keeper->LoadQOLPlaylist(in("long.qol"));
+        QCOMPARE(m_keeper->ActivePlaylist(), QStringLiteral("a"));
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg"}));
+        QCOMPARE(app::read(app::setting::ActivePlaylist), named("a"));
+    }
+
+    void aRenameIsSaved()
+    {
+        writeList(named("a"), {"a.jpg", "b.jpg"});
+        m_keeper->LoadQOLPlaylist(named("a"));
+        QVERIFY(QFile::rename(in("a.jpg"), in("z.jpg")));
+        QVERIFY(m_keeper->RenamePlaylistFiles(in("a.jpg"), in("z.jpg")));
+        tick();
+        QCOMPARE(stored(named("a")), pathsOf({"z.jpg", "b.jpg"}));
+    }
+
+    void whatWasAddedWithoutAPlaylistIsKept()
+    {
+        writeList(named("Auto Playlist"), {"a.jpg"});
+        m_keeper->AddPlaylistFile(in("b.jpg"));
+        QVERIFY(m_keeper->IntiPlaylist(true));
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"b.jpg"}));
+        QCOMPARE(stored(named("Auto Playlist")), pathsOf({"b.jpg"}));
     }
 
     void whatAnotherProgramWroteIsTakenOver()

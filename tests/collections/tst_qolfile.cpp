@@ -2,6 +2,7 @@
 #include "collections/PlaylistFolder.h"
 #include "collections/QolFile.h"
 #include "collections/QolText.h"
+#include "platform/LongWork.h"
 #include "support/FullDisk.h"
 #include "support/ScratchHome.h"
 #include "support/Unprivileged.h"
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTest>
+#include <QTimer>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -220,6 +222,127 @@ class TestQolFile : public QObject
         QCOMPARE(inTrash("Holiday (replaced).qol"), before);
         QCOMPARE(file.save(path, {}, true), QolFile::Saved::Written);
         QCOMPARE(trashed().size(), 1); // of later saves there is nothing to keep
+    }
+
+    void whatASaveWouldDropIsKept_data()
+    {
+        QTest::addColumn<QByteArray>("extra"); // a line of the list that is replaced
+        QTest::addColumn<int>("copies");
+        QTest::newRow("nothing") << QByteArray() << 0;
+        QTest::newRow("a comment") << QByteArray("Info: from my camera\r\n") << 1;
+        QTest::newRow("a path from elsewhere") << QByteArray("C:\\gone.jpg\r\n") << 1;
+    }
+
+    void whatASaveWouldDropIsKept()
+    {
+        QFETCH(QByteArray, extra);
+        QByteArray bytes = collections::qolText(pathsOf({"pics/a.jpg"}), QDate(2001, 1, 1));
+        bytes.insert(bytes.indexOf('\n') + 1, extra);
+        const QString path = write("root/Playlist/x.qol", bytes);
+        QolFile file;
+        QCOMPARE(file.load(path, nullptr), std::optional(pathsOf({"pics/a.jpg"})));
+        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Written);
+        QTEST(int(trashed().size()), "copies");
+    }
+
+    void withoutACopyThereIsNoSave()
+    {
+        QByteArray many = listOf({"pics/a.jpg"});
+        for (int i = 0; i < 3000; ++i)
+            many += in("stick/").toUtf8() + QByteArray::number(i) + ".jpg\r\n";
+        const QString path = write("root/Playlist/x.qol", many);
+        QolFile file;
+        QCOMPARE(file.load(path, nullptr), std::optional(pathsOf({"pics/a.jpg"})));
+        {
+            const test::FullDisk disk(64 * 1024); // takes the short new list, and not the old one
+            QVERIFY(disk.isFull());
+            QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Failed);
+            QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), true), QolFile::Saved::Failed);
+        }
+        QCOMPARE(bytesAt(path), many);
+        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Written);
+        QCOMPARE(inTrash("x (replaced).qol"), many);
+    }
+
+    void copiesGetNamesOfTheirOwn()
+    {
+        write("root/Playlist/x (replaced).qol", listOf({"pics/c.jpg"}));
+        const QString path = write("root/Playlist/x.qol", listOf({"pics/a.jpg"}));
+        QCOMPARE(QolFile().save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
+        QCOMPARE(inTrash("x (replaced 2).qol"), listOf({"pics/a.jpg"}));
+        QCOMPARE(bytesAt(in("root/Playlist/x (replaced).qol")), listOf({"pics/c.jpg"}));
+    }
+
+    void longNamesHaveCopiesToo()
+    {
+        const QString name(243, u'x');
+        const QString path = namedPlaylistPath(name);
+        write(QByteArray("root/Playlist/" + name.toUtf8() + ".qol").constData(), listOf({"pics/a.jpg"}));
+        QCOMPARE(QolFile().save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
+        QCOMPARE(trashed().size(), 1);
+        QCOMPARE(inTrash(trashed().constFirst().toUtf8().constData()), listOf({"pics/a.jpg"}));
+    }
+
+    void withoutATrashTheCopyStays()
+    {
+        write(".local/share/Trash", "no folder");
+        const QString path = write("root/Playlist/x.qol", listOf({"pics/a.jpg"}));
+        QolFile file;
+        QCOMPARE(file.save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
+        QCOMPARE(bytesAt(in("root/Playlist/x (replaced).qol")), listOf({"pics/a.jpg"}));
+        QVERIFY(log().contains(QStringLiteral("stays beside the new one")));
+        QVERIFY(QFile::remove(in(".local/share/Trash")));
+    }
+
+    void aSaveThatFailsMakesOneCopy()
+    {
+        const QString path = write("root/Playlist/x.qol", listOf({"pics/a.jpg"}));
+        QolFile file;
+        {
+            const test::FullDisk disk(1024); // takes the copy, and not the new list
+            QVERIFY(disk.isFull());
+            const QStringList many(5000, in("pics/b.jpg"));
+            QCOMPARE(file.save(path, many, true), QolFile::Saved::Failed);
+            QCOMPARE(file.save(path, many, true), QolFile::Saved::Failed);
+        }
+        QCOMPARE(trashed(), QStringList("x (replaced).qol"));
+        QCOMPARE(bytesAt(path), listOf({"pics/a.jpg"}));
+    }
+
+    void whatCouldNotBeReadReplacesNothing()
+    {
+        QVERIFY(QDir().mkpath(in("other")));
+        QCOMPARE(::mkfifo(QFile::encodeName(in("other/x.qol")).constData(), 0600), 0);
+        const QString path = write("root/Playlist/x.qol", listOf({"pics/a.jpg"}));
+        QolFile file;
+        QCOMPARE(file.load(in("other/x.qol"), nullptr), std::optional(QStringList()));
+        QCOMPARE(file.save(path, {}, false), QolFile::Saved::Failed); // the user has done nothing
+        QCOMPARE(bytesAt(path), listOf({"pics/a.jpg"}));
+        QCOMPARE(file.save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
+        QCOMPARE(inTrash("x (replaced).qol"), listOf({"pics/a.jpg"}));
+        QCOMPARE(file.load(in("other/none.qol"), nullptr), std::optional(QStringList()));
+        QCOMPARE(file.save(in("root/Playlist/none.qol"), {}, false), QolFile::Saved::Written); // a new one
+    }
+
+    void whatIsTooLargeIsNotRead()
+    {
+        const QString path = write("root/Playlist/x.qol", listOf({"pics/a.jpg"}));
+        QFile file(path);
+        QVERIFY(file.resize((qint64(256) << 20) + 1)); // without taking room on the disk
+        QCOMPARE(QolFile().load(path, nullptr), std::optional(QStringList()));
+        QVERIFY(log().contains(path + QStringLiteral(": it is too large")));
+    }
+
+    void aLoadThatIsBrokenOffGivesNothing()
+    {
+        QByteArray many;
+        for (int i = 0; i < 400000; ++i)
+            many += in("pics/a.jpg").toUtf8() + '\n';
+        const QString path = write("root/Playlist/x.qol", many);
+        QTimer::singleShot(0, [] { platform::LongWork::cancelAll(); });
+        QolFile file;
+        QCOMPARE(file.load(path, nullptr), std::nullopt);
+        QCOMPARE(file.path(), QString());
     }
 
     void aLinkIsFollowed()
