@@ -21,6 +21,7 @@
 #include <QScopeGuard>
 #include <QSessionManager>
 
+#include <csignal>
 #include <cstdio>
 #include <optional>
 
@@ -89,6 +90,8 @@ int main(int argc, char* argv[])
     const QStringList arguments = argumentsOf(argc, argv);
     if (answeredOnOutput(arguments))
         return 0;
+    // Beyond the user's limit on file sizes a write fails, the log's too; that is not the program's end.
+    std::signal(SIGXFSZ, SIG_IGN);
     const app::CommandLine line = app::parseCommandLine(arguments, QDir::currentPath());
     app::openSettings();
     auto loader = std::make_shared<engine::ImageLoader>();

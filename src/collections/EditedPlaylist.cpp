@@ -24,15 +24,15 @@ bool EditedPlaylist::load(const QString& path, QWidget* owner)
     return true;
 }
 
-void EditedPlaylist::save(const QString& path, QWidget* owner)
+bool EditedPlaylist::save(const QString& path, QWidget* owner)
 {
     if (m_closed)
-        return;
+        return !m_changed;
     switch (m_file.save(path, m_files.paths(), m_changed)) {
     case QolFile::Saved::Left:
         app::WriteLog(QStringLiteral("Playlist has been changed by another program: ") + path);
         load(path, owner);
-        return;
+        return true;
     case QolFile::Saved::Written:
         m_changed = false;
         break;
@@ -40,6 +40,7 @@ void EditedPlaylist::save(const QString& path, QWidget* owner)
         break;
     }
     setName(playlistName(path));
+    return !m_changed;
 }
 
 void EditedPlaylist::forget()

@@ -33,8 +33,9 @@ class EditedPlaylist : public QObject
     /// `owner`.
     bool load(const QString& path, QWidget* owner);
     /// Writes the files to the file at `path`, whose name the playlist takes. What another program has
-    /// written there stays when nothing has changed here, and is loaded.
-    void save(const QString& path, QWidget* owner);
+    /// written there stays when nothing has changed here, and is loaded. False when something that the user
+    /// changed is not on the disk.
+    bool save(const QString& path, QWidget* owner);
     /// A playlist without files and name.
     void forget();
     /// Leaves no file, and the next save writes a playlist of its own.

@@ -373,6 +373,11 @@ void EditingPage::setRows(int rows)
     m_entries.strip->SetNumberOfRows(rows);
 }
 
+void EditingPage::showHelp(const QString& text)
+{
+    m_lHelp->setText(text);
+}
+
 void EditingPage::ShowTip()
 {
     m_lHelp->setText(

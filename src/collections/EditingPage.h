@@ -46,6 +46,8 @@ class EditingPage : public QWidget
     void endFilm();
     /// Puts the tip into the line of help.
     void ShowTip();
+    /// Puts `text` into it, until there is something else to tell.
+    void showHelp(const QString& text);
     /// Gives the keys back to where they belong.
     void takeFocus();
 

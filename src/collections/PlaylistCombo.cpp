@@ -2,6 +2,8 @@
 
 #include "platform/OneLine.h"
 
+#include <QWheelEvent>
+
 namespace quorvia::collections {
 
 namespace {
@@ -59,6 +61,12 @@ void PlaylistCombo::switchOn()
     if (m_hadFocus && isVisible() && window()->focusWidget() == m_focusThen)
         setFocus(Qt::OtherFocusReason);
     m_hadFocus = false;
+}
+
+/// The closed box does not turn: a stray notch would save one playlist and load another.
+void PlaylistCombo::wheelEvent(QWheelEvent* event)
+{
+    event->ignore();
 }
 
 void PlaylistCombo::tell(int line)

@@ -22,6 +22,9 @@ class PlaylistCombo : public QComboBox
     void switchOff();
     void switchOn();
 
+  protected:
+    void wheelEvent(QWheelEvent* event) override;
+
   Q_SIGNALS:
     // What the user chose.
     void picked(const QString& name);

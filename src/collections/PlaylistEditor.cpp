@@ -14,6 +14,8 @@
 #include <QFile>
 #include <QPointer>
 
+#include <utility>
+
 namespace quorvia::collections {
 
 namespace {
@@ -103,10 +105,9 @@ QString PlaylistEditor::ActivePlaylist() const
     return m_playlist->name();
 }
 
-void PlaylistEditor::SaveActivePlaylist()
+bool PlaylistEditor::SaveActivePlaylist()
 {
-    if (!m_playlist->name().isEmpty())
-        SaveQOLPlaylist(namedPlaylistPath(m_playlist->name()));
+    return m_playlist->name().isEmpty() || SaveQOLPlaylist(namedPlaylistPath(m_playlist->name()));
 }
 
 void PlaylistEditor::GetInternalPlaylist()
@@ -135,10 +136,10 @@ void PlaylistEditor::LoadQOLPlaylist(const QString& sFile)
         m_editing->combo()->showName(m_playlist->name());
 }
 
-void PlaylistEditor::SaveQOLPlaylist(const QString& sFile)
+bool PlaylistEditor::SaveQOLPlaylist(const QString& sFile)
 {
     if (m_closed || (sFile.isEmpty() && m_playlist->files()->rowCount() == 0))
-        return;
+        return true;
     const QPointer<PlaylistEditor> alive = this;
     QString path = sFile;
     if (path.isEmpty())
@@ -148,10 +149,11 @@ void PlaylistEditor::SaveQOLPlaylist(const QString& sFile)
                                          .start = playlistFolder(),
                                          .extension = QLatin1String(playlistExtension)});
     if (!alive || m_closed || path.isEmpty())
-        return;
-    m_playlist->save(path, m_editing->dialogOwner());
+        return true;
+    const bool saved = m_playlist->save(path, m_editing->dialogOwner());
     if (alive)
         GetInternalPlaylist();
+    return saved;
 }
 
 void PlaylistEditor::ClearPlaylist()
@@ -191,9 +193,9 @@ void PlaylistEditor::pick(const QString& name)
 {
     const QPointer<PlaylistEditor> alive = this;
     offCombo();
-    if (alive)
-        SaveActivePlaylist(); // the same one too: to pick it again must not cost what was edited
-    if (alive)
+    // The same one is saved too: to pick it again must not cost what was edited.
+    const bool saved = alive && SaveActivePlaylist();
+    if (alive && saved)
         LoadQOLPlaylist(namedPlaylistPath(name));
     if (alive)
         onCombo();
@@ -202,14 +204,14 @@ void PlaylistEditor::pick(const QString& name)
 void PlaylistEditor::createPlaylist()
 {
     const QPointer<PlaylistEditor> alive = this;
-    const QString name =
+    const QString name = typedPlaylistName(
         platform::askText(m_pDefinePlaylist->isVisible() ? m_pDefinePlaylist : m_editing->dialogOwner(),
                           {.title = QStringLiteral("Create New Playlist"),
-                           .text = QStringLiteral("Please enter the name for the new playlist.")});
+                           .text = QStringLiteral("Please enter the name for the new playlist.")}));
     if (!alive || m_closed || name.isEmpty() || !isUsableName(name))
         return;
-    SaveActivePlaylist(); // the new one takes the place of what is in hand
-    if (!alive)
+    const bool saved = SaveActivePlaylist(); // the new one takes the place of what is in hand
+    if (!alive || !saved)
         return;
     m_playlist->beginAnew();
     SaveQOLPlaylist(namedPlaylistPath(name));
@@ -243,10 +245,10 @@ bool PlaylistEditor::leaveDefinePage()
 void PlaylistEditor::renamePlaylist(const QString& name)
 {
     const QPointer<PlaylistEditor> alive = this;
-    const QString wanted = platform::askText(
+    const QString wanted = typedPlaylistName(platform::askText(
         m_pDefinePlaylist, {.title = QStringLiteral("Rename Playlist"),
                             .text = QStringLiteral("Please enter a new name from this playlist."),
-                            .answer = name});
+                            .answer = name}));
     if (!alive || m_closed)
         return;
     if (!wanted.isEmpty() && wanted != name && isUsableName(wanted)) {
@@ -275,17 +277,23 @@ void PlaylistEditor::ShowTip()
     m_editing->ShowTip();
 }
 
-void PlaylistEditor::closeDown()
+bool PlaylistEditor::closeDown()
 {
     if (m_closed)
-        return;
+        return true;
     m_editing->endFilm();
     const QPointer<PlaylistEditor> alive = this;
-    SaveActivePlaylist();
+    const bool saved = SaveActivePlaylist();
     if (!alive)
-        return;
+        return true;
+    if (!saved && !std::exchange(m_toldOfFailure, true)) {
+        leaveDefinePage();
+        m_editing->showHelp(tr("The playlist could not be saved. Close once more to give its changes up."));
+        return false;
+    }
     m_closed = true;
     m_playlist->closeDown();
+    return true;
 }
 
 void PlaylistEditor::resizeEvent(QResizeEvent*)

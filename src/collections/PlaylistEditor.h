@@ -23,16 +23,17 @@ class PlaylistEditor : public QWidget
     void SetActivePlaylist(const QString& sName);
     /// The name of the playlist in hand; empty when it has none.
     QString ActivePlaylist() const;
-    /// Saves the playlist in hand among the named ones, if it has a name.
-    void SaveActivePlaylist();
+    /// Saves the playlist in hand among the named ones, if it has a name. False when that failed, and what
+    /// the user changed is in memory alone.
+    bool SaveActivePlaylist();
     /// Fills the lists of the named playlists.
     void GetInternalPlaylist();
     /// Opens the playlist in the file `sFile`; of the empty text, in one that the user chooses. A file that
     /// is not there is an empty playlist. When he chooses none, or breaks off, all stays as it was.
     void LoadQOLPlaylist(const QString& sFile);
     /// Writes the list to the file `sFile`, whose name the playlist takes; of the empty text, to one that the
-    /// user names, and nothing happens when there are no files. See QolFile::save().
-    void SaveQOLPlaylist(const QString& sFile);
+    /// user names, and nothing happens when there are no files. See QolFile::save(). False as above.
+    bool SaveQOLPlaylist(const QString& sFile);
     /// Leaves no file in the list.
     void ClearPlaylist();
     /// Appends a file that exists; any other is passed over.
@@ -44,8 +45,9 @@ class PlaylistEditor : public QWidget
 
     /// Goes back from the page of the named playlists. False when it is not in front.
     bool leaveDefinePage();
-    /// Saves the playlist in hand and ends all activity; every later call is shut out.
-    void closeDown();
+    /// Saves the playlist in hand and ends all activity; every later call is shut out. False, and all stays
+    /// as it is, when the save failed and nobody had been told: the line of help tells then.
+    bool closeDown();
 
   Q_SIGNALS:
     /// The user has finished: the host is to close the window.
@@ -70,6 +72,7 @@ class PlaylistEditor : public QWidget
     EditingPage* m_editing;
     DefinePage* m_pDefinePlaylist;
     bool m_closed = false;
+    bool m_toldOfFailure = false; ///< of the save at the end
 };
 
 } // namespace quorvia::collections

@@ -28,6 +28,15 @@ bool canBePlaylistName(const QString& name)
            QFile::encodeName(name).size() <= longest;
 }
 
+QString typedPlaylistName(const QString& text)
+{
+    const QString extension = u'.' + QLatin1String(playlistExtension);
+    QString name = text.trimmed();
+    while (name.endsWith(extension, Qt::CaseInsensitive))
+        name.chop(extension.size());
+    return name;
+}
+
 QStringList namedPlaylists()
 {
     QStringList names;

@@ -21,6 +21,10 @@ QString namedPlaylistPath(const QString& name);
 /// long.
 bool canBePlaylistName(const QString& name);
 
+/// The name that somebody means who typed `text`: without blanks around it and without the extension. It may
+/// be none.
+QString typedPlaylistName(const QString& text);
+
 /// The names of the playlists in the folder, sorted without case: of each file of the type its name less
 /// every
 /// ".qol". Two files may so have one name.

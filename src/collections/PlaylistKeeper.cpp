@@ -132,6 +132,8 @@ void PlaylistKeeper::reloadOpen()
     fillNames();
     if (m_closed || m_name.isEmpty())
         return;
+    if (m_changed) // the save before has failed: what is in memory is all there is of it
+        return;
     const QString path = namedPlaylistPath(m_name);
     if (platform::isFile(path)) {
         LoadQOLPlaylist(path);

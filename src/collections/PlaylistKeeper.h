@@ -51,7 +51,8 @@ class PlaylistKeeper : public QObject
     /// The same 50 ms after the last request, unless another playlist is open by then.
     void saveSoon();
     /// Somebody may have changed the named playlists: fills their list, and loads the open one anew from its
-    /// file. When that has gone none is open any more: a deleted playlist is not made again.
+    /// file. When that has gone none is open any more: a deleted playlist is not made again. What was changed
+    /// here and could not be saved stays.
     void reloadOpen();
     /// Fills the list of the named playlists.
     void fillNames();

@@ -131,6 +131,8 @@ QolFile::Saved QolFile::save(const QString& path, const QStringList& files, bool
         }
         const QByteArray content = qolContent(*present);
         const bool isOurs = path == m_path && content == m_content;
+        if (isOurs && !changed) // whoever only looks at a list finds it as it was
+            return Saved::Written;
         const bool isNews = !isOurs && content != qolContent(text);
         if (isNews && path == m_path && !changed)
             return Saved::Left;

@@ -30,11 +30,12 @@ class QolFile
         Failed   ///< it is as it was; the log has why
     };
     /// Writes `files` to the file at `path`, a link's target when it is one. `changed`: they are no longer
-    /// what was loaded or saved. A copy of what stands there goes to the trash first when it is from somebody
-    /// else (another program, or a playlist of the same name that was not read) or when a save takes more
-    /// from it than a date (entries whose files were not there, comments, another encoding). Without a trash
-    /// the copy stays beside it; without a copy there is no save. A file that cannot be read is not replaced,
-    /// and neither is one by what is empty because it could not be read.
+    /// what was loaded or saved; while they are, the file that they came from is left as it is, with the
+    /// entries whose files are not there. A copy of what stands there goes to the trash first when it is from
+    /// somebody else (another program, or a playlist of the same name that was not read) or when a save takes
+    /// more from it than a date (entries whose files were not there, comments, another encoding). Without a
+    /// trash the copy stays beside it; without a copy there is no save. A file that cannot be read is not
+    /// replaced, and neither is one by what is empty because it could not be read.
     Saved save(const QString& path, const QStringList& files, bool changed);
 
     /// The file at path() has been moved to `path`.

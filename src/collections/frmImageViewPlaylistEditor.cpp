@@ -59,7 +59,11 @@ void frmImageViewPlaylistEditor::closeEvent(QCloseEvent* event)
     if (std::exchange(m_closing, true))
         return;
     const QPointer<frmImageViewPlaylistEditor> alive = this;
-    m_editor->closeDown();
+    if (!m_editor->closeDown() && alive) {
+        m_closing = false;
+        event->ignore();
+        return;
+    }
     if (alive)
         app::SaveWindowPlacement(place, this);
     if (alive)

@@ -5,6 +5,7 @@
 #include "app/PendingEvents.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "collections/frmImageViewPlaylistEditor.h"
 #include "platform/MenuControl.h"
 #include "viewer/BandSettings.h"
 #include "viewer/frmImageView.h"
@@ -33,6 +34,16 @@ void closeOtherWindows(frmImageView& window)
             other->close();
     }
     app::letPendingEventsRun();
+}
+
+/// The editor saves the playlist in hand, and the panel takes over what was deleted or renamed there. A save
+/// that fails is told of once.
+void closeEditor(frmImageView& window)
+{
+    if (auto* const editor = window.findChild<collections::frmImageViewPlaylistEditor*>()) {
+        if (!editor->close())
+            editor->close();
+    }
 }
 
 /// The geometry that the window has when it is neither minimised nor made as large as the screen: its frame's
@@ -68,6 +79,7 @@ void saveViewport(const QWidget& window)
 void runUnloadStep(frmImageView& window)
 {
     window.status()->saveDescriptionNow();
+    closeEditor(window);
     const platform::BandState band = window.panes()->bPlay()->state(); // before its window is closed
     window.playlist()->CloseDown();
     closeOtherWindows(window);

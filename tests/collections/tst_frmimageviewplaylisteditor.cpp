@@ -3,8 +3,10 @@
 #include "app/Twips.h"
 #include "collections/frmImageViewPlaylistEditor.h"
 #include "EditorBench.h"
+#include "support/FullDisk.h"
 
 #include <QAbstractItemView>
+#include <QLabel>
 #include <QPointer>
 #include <QScreen>
 #include <QSignalSpy>
@@ -48,6 +50,22 @@ class TestFrmImageViewPlaylistEditor : public QObject
     {
         delete m_shown;
         m_bench.end();
+    }
+
+    void aSaveThatFailsIsToldOnce()
+    {
+        show();
+        for (int i = 0; i < 3000; ++i)
+            addB();
+        QSignalSpy closed(m_window, &frmImageViewPlaylistEditor::closed);
+        const test::FullDisk disk(64 * 1024); // has room for what else is written
+        QVERIFY(disk.isFull());
+        QVERIFY(!m_window->close());
+        QVERIFY(m_window->isVisible());
+        QVERIFY(part<QLabel>("lHelp").text().contains(QStringLiteral("could not be saved")));
+        QCOMPARE(closed.count(), 0);
+        QVERIFY(m_window->close()); // the user knows
+        QCOMPARE(closed.count(), 1);
     }
 
     void showsThePlaylistThatIsOpen()

@@ -1,6 +1,7 @@
 // The box of the playlist editor in which a playlist is chosen, and its page of the named playlists.
 #include "EditorBench.h"
 #include "platform/Dialogs.h"
+#include "support/FullDisk.h"
 
 #include <QListWidget>
 #include <QtTest>
@@ -132,13 +133,57 @@ class TestPlaylistEditorPages : public QObject
         QVERIFY(m_bench.lPlaylist().hasFocus());
     }
 
-    void theOnePickedAgainIsReadAgain()
+    void theOnePickedAgainIsSavedFirst()
     {
         m_bench.show("one");
         addB();
         m_bench.choose(0);
-        QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png"}));
-        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png"}));
+        QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "c.png", "B.jpg"}));
+        QCOMPARE(EditorBench::stored("one"), QStringList({"a.jpg", "c.png", "B.jpg"}));
+    }
+
+    void whatCannotBeSavedStaysInHand()
+    {
+        m_bench.show("one");
+        for (int i = 0; i < 3000; ++i)
+            addB();
+        const auto answerer = answering(QStringLiteral("three"));
+        {
+            const test::FullDisk disk(64 * 1024); // has room for what else is written
+            QVERIFY(disk.isFull());
+            m_bench.choose(1); // two
+            QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+            QCOMPARE(m_bench.entries().size(), 3002);
+            m_bench.choose(m_bench.cPlaylist().count() - 1); // a new one
+            QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+            QCOMPARE(m_bench.entries().size(), 3002);
+        }
+        m_bench.choose(1);
+        QCOMPARE(m_bench.tag(), QStringLiteral("Two"));
+        QCOMPARE(EditorBench::stored("one").size(), 3002);
+    }
+
+    void lookingAtPlaylistsLeavesThemAsTheyAre()
+    {
+        const QByteArray foreign =
+            "# mine\nInfo: x\n" + m_bench.in("pics/a.jpg").toUtf8() + "\n/stick/b.jpg\n";
+        m_bench.home.write(QStringLiteral("root/Playlist/one.qol"), foreign);
+        m_bench.show("one");
+        m_bench.choose(1);
+        m_bench.choose(0);
+        QVERIFY(m_bench.editor->closeDown());
+        QCOMPARE(EditorBench::bytesAt(EditorBench::named("one")), foreign);
+        QCOMPARE(m_bench.trashed(), QStringList());
+    }
+
+    void theWheelChoosesNothing()
+    {
+        m_bench.show("one");
+        QWheelEvent notch(QPointF(5, 5), m_bench.cPlaylist().mapToGlobal(QPoint(5, 5)), QPoint(),
+                          QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&m_bench.cPlaylist(), &notch);
+        QCOMPARE(m_bench.tag(), QStringLiteral("one"));
+        QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("one"));
     }
 
     void theEmptyLineDoesNothing()

@@ -244,7 +244,7 @@ class TestPlaylistKeeper : public QObject
         m_keeper->LoadQOLPlaylist(named("a"));
         m_keeper->AddPlaylistFile(in("b.jpg"));
         {
-            const test::FullDisk disk(10);
+            const test::FullDisk disk(10); // no log is written yet
             QVERIFY(disk.isFull());
             m_keeper->saveOpen();
         }
@@ -393,6 +393,24 @@ class TestPlaylistKeeper : public QObject
         m_keeper = std::make_unique<PlaylistKeeper>();
         m_keeper->LoadActivePlaylist();
         QCOMPARE(m_keeper->ActivePlaylist(), QString());
+    }
+
+    void whatCouldNotBeSavedStays()
+    {
+        writeList(named("a"), {"a.jpg"});
+        m_keeper->LoadQOLPlaylist(named("a"));
+        m_keeper->AddPlaylistFile(in("b.jpg"));
+        {
+            const test::FullDisk disk(10); // no log is written yet
+            QVERIFY(disk.isFull());
+            m_keeper->saveOpen();
+        }
+        m_keeper->reloadOpen();
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg", "b.jpg"}));
+        QVERIFY(QFile::remove(named("a")));
+        m_keeper->reloadOpen();
+        QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg", "b.jpg"}));
+        QCOMPARE(m_keeper->ActivePlaylist(), QStringLiteral("a"));
     }
 
     void reloading()

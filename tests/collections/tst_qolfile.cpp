@@ -218,7 +218,10 @@ class TestQolFile : public QObject
         QolFile file;
         QCOMPARE(file.load(path, nullptr), std::optional(pathsOf({"pics/a.jpg"})));
         QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Written);
-        QCOMPARE(QolFile().load(path, nullptr), std::optional(pathsOf({"pics/a.jpg"})));
+        QCOMPARE(bytesAt(path), before); // a look at it changes nothing
+        QCOMPARE(trashed(), QStringList());
+        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg", "pics/b.jpg"}), true), QolFile::Saved::Written);
+        QCOMPARE(QolFile().load(path, nullptr), std::optional(pathsOf({"pics/a.jpg", "pics/b.jpg"})));
         QCOMPARE(inTrash("Holiday (replaced).qol"), before);
         QCOMPARE(file.save(path, {}, true), QolFile::Saved::Written);
         QCOMPARE(trashed().size(), 1); // of later saves there is nothing to keep
@@ -241,7 +244,7 @@ class TestQolFile : public QObject
         const QString path = write("root/Playlist/x.qol", bytes);
         QolFile file;
         QCOMPARE(file.load(path, nullptr), std::optional(pathsOf({"pics/a.jpg"})));
-        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Written);
+        QCOMPARE(file.save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
         QTEST(int(trashed().size()), "copies");
     }
 
@@ -256,11 +259,10 @@ class TestQolFile : public QObject
         {
             const test::FullDisk disk(64 * 1024); // takes the short new list, and not the old one
             QVERIFY(disk.isFull());
-            QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Failed);
-            QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), true), QolFile::Saved::Failed);
+            QCOMPARE(file.save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Failed);
         }
         QCOMPARE(bytesAt(path), many);
-        QCOMPARE(file.save(path, pathsOf({"pics/a.jpg"}), false), QolFile::Saved::Written);
+        QCOMPARE(file.save(path, pathsOf({"pics/b.jpg"}), true), QolFile::Saved::Written);
         QCOMPARE(inTrash("x (replaced).qol"), many);
     }
 
@@ -423,6 +425,12 @@ class TestQolFile : public QObject
         QVERIFY(!canBePlaylistName(QString()));
         QVERIFY(!canBePlaylistName(QStringLiteral("a/b")));
         QVERIFY(!canBePlaylistName(QString(QChar(0))));
+        using collections::typedPlaylistName;
+        QCOMPARE(typedPlaylistName(QStringLiteral("  a b ")), QStringLiteral("a b"));
+        QCOMPARE(typedPlaylistName(QStringLiteral("Zoo.qol")), QStringLiteral("Zoo"));
+        QCOMPARE(typedPlaylistName(QStringLiteral("Zoo.QOL.qol")), QStringLiteral("Zoo"));
+        QCOMPARE(typedPlaylistName(QStringLiteral("my.qol list")), QStringLiteral("my.qol list"));
+        QCOMPARE(typedPlaylistName(QStringLiteral(" .qol")), QString());
         QVERIFY(canBePlaylistName(QString(243, u'x')));
         QVERIFY(!canBePlaylistName(QString(244, u'x')));
         QVERIFY(!canBePlaylistName(QString(122, u'ä')));

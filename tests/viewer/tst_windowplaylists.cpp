@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 #include <QTest>
 
 using namespace quorvia;
@@ -35,7 +36,10 @@ class TestWindowPlaylists : public QObject
     static frmImageViewPlaylistEditor& openEditor(frmImageView& window)
     {
         run(window, "miPlaylistEditor");
-        return *window.findChild<frmImageViewPlaylistEditor*>();
+        const auto editors = window.findChildren<frmImageViewPlaylistEditor*>();
+        if (editors.size() != 1)
+            qFatal("the editor has not opened");
+        return *editors.constFirst();
     }
     static void run(frmImageView& window, const char* command) { window.RunTool(QLatin1String(command)); }
 
@@ -151,6 +155,32 @@ class TestWindowPlaylists : public QObject
         QVERIFY(!QFile::exists(path));
         QCOMPARE(window.playlist()->ActivePlaylist(), QStringLiteral("y"));
         QVERIFY(!window.playlist()->list()->playlist()->names().contains(QStringLiteral("x")));
+    }
+
+    void theEndDoesNotBringBackWhatTheEditorDeleted()
+    {
+        const QString path = writeList(collections::namedPlaylistPath(QStringLiteral("x")), {"pics/b.png"});
+        frmImageView& window = m_bench->load({path});
+        openEditor(window).editor()->SetActivePlaylist(QStringLiteral("y"));
+        QVERIFY(QFile::remove(path));
+        m_bench->close();
+        QVERIFY(!QFile::exists(path));
+        QCOMPARE(app::read(app::setting::ActivePlaylist),
+                 collections::namedPlaylistPath(QStringLiteral("y")));
+    }
+
+    void anEndWithoutASaveEndsAllTheSame()
+    {
+        const QString path = writeList(collections::namedPlaylistPath(QStringLiteral("x")), {"pics/b.png"});
+        frmImageView& window = m_bench->load({path});
+        frmImageViewPlaylistEditor& shown = openEditor(window);
+        const QPointer<frmImageViewPlaylistEditor> editor = &shown;
+        shown.editor()->AddPlaylistFile(in("other/d.png"));
+        QVERIFY(QFile::remove(path));
+        QVERIFY(QDir().mkpath(path)); // what can be no list
+        m_bench->close();
+        const QWidget* const left = editor.data();
+        QVERIFY(!left || left->isHidden());
     }
 
     void theEndSavesWhatIsInHand()
