@@ -54,6 +54,8 @@ class EditingPage : public QWidget
   Q_SIGNALS:
     /// The user has finished.
     void finished();
+    /// Files are to be added while there is no playlist in hand; whoever gives one does it before returning.
+    void playlistWanted();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -81,6 +83,7 @@ class EditingPage : public QWidget
     void moveSelected(Direction direction);
     void removeSelected();
     void addSelected();
+    void add(const QStringList& files);
     void select(const std::vector<RowRange>& rows, int current);
     void unselect(const Side& side, int position);
     void showFilm();

@@ -62,6 +62,7 @@ PlaylistEditor::PlaylistEditor(QWidget* parent)
         m_editing->endFilm();
         Q_EMIT CloseRequest();
     });
+    connect(m_editing, &EditingPage::playlistWanted, this, &PlaylistEditor::createPlaylist);
     followCombo();
     followDefinePage();
     GetInternalPlaylist();

@@ -51,7 +51,7 @@ class TestPlaylistEditor : public QObject
 
     void hasItsPartsUnderTheirNames()
     {
-        m_bench.show();
+        m_bench.show("list");
         for (const char* name :
              {"fDir",      "fFiles",         "lPlaylist",       "cPlaylist", "lPTitle",
               "Filmstrip", "Filmstrip2",     "iImg0",           "iImg4",     "pImage0",
@@ -91,7 +91,7 @@ class TestPlaylistEditor : public QObject
     {
         QFETCH(int, index);
         QFETCH(QString, tip);
-        m_bench.show();
+        m_bench.show("list");
         const QString number = QString::number(index);
         auto& button = m_bench.part<QAbstractButton>(qPrintable(QStringLiteral("iImg") + number));
         QCOMPARE(button.toolTip(), tip);
@@ -108,7 +108,7 @@ class TestPlaylistEditor : public QObject
 
     void theTreeAndTheStripsSayWhatTheyAreFor()
     {
-        m_bench.show();
+        m_bench.show("list");
         hover(*m_bench.fDir().viewport(), QPoint(40, 40));
         QCOMPARE(m_bench.help(), QStringLiteral("Select a folder to view its containing images."));
         hover(m_bench.filmstrip(), QPoint(200, 40));
@@ -123,7 +123,7 @@ class TestPlaylistEditor : public QObject
 
     void theFolderOfTheLastTimeIsShown()
     {
-        m_bench.show();
+        m_bench.show("list");
         QCOMPARE(m_bench.fDir().selectedFolder(), m_bench.in("pics"));
         QCOMPARE(EditorBench::lines(fFiles()), QStringList({"a.jpg", "B.jpg", "c.png", "d.jpg", "e.jpg"}));
         QVERIFY(EditorBench::selected(fFiles()).isEmpty());
@@ -141,7 +141,7 @@ class TestPlaylistEditor : public QObject
     {
         QFETCH(QString, folder);
         app::save(app::setting::LastDirectory, folder);
-        m_bench.show();
+        m_bench.show("list");
         QVERIFY(EditorBench::lines(fFiles()).isEmpty());
         QVERIFY(m_bench.fDir().selectedFolder().isEmpty());
         m_bench.press(3);
@@ -153,7 +153,7 @@ class TestPlaylistEditor : public QObject
     void anotherFolderIsShownAndKept()
     {
         m_bench.home.write(QStringLiteral("other/x.gif"), "x");
-        m_bench.show();
+        m_bench.show("list");
         EditorBench::click(fFiles(), 1);
         m_bench.tick();
         Q_EMIT m_bench.fDir().folderSelected(m_bench.in("other"));
@@ -166,7 +166,7 @@ class TestPlaylistEditor : public QObject
 
     void aFolderThatHasGoneIsEmpty()
     {
-        m_bench.show();
+        m_bench.show("list");
         Q_EMIT m_bench.fDir().folderSelected(m_bench.in("gone"));
         QVERIFY(EditorBench::lines(fFiles()).isEmpty());
         m_bench.press(4);
@@ -176,7 +176,7 @@ class TestPlaylistEditor : public QObject
     void theUserGoesToAFolder()
     {
         m_bench.home.write(QStringLiteral("pics/deep/y.jpg"), "y");
-        m_bench.show();
+        m_bench.show("list");
         m_bench.fDir().setFocus();
         QTest::keyClick(&m_bench.fDir(), Qt::Key_Right); // opens it
         QTRY_VERIFY(m_bench.fDir().indexBelow(m_bench.fDir().currentIndex()).data().toString() == "deep");
@@ -197,7 +197,7 @@ class TestPlaylistEditor : public QObject
     void selectedFilesAreAdded()
     {
         QFETCH(QString, by);
-        m_bench.show();
+        m_bench.show("list");
         EditorBench::click(fFiles(), 3);
         EditorBench::click(fFiles(), 1, Qt::ControlModifier);
         m_bench.tick();
@@ -215,7 +215,7 @@ class TestPlaylistEditor : public QObject
 
     void addingAFileTwiceGivesTwoEntries()
     {
-        m_bench.show();
+        m_bench.show("list");
         EditorBench::click(fFiles(), 0);
         m_bench.press(3);
         m_bench.press(3);
@@ -233,7 +233,7 @@ class TestPlaylistEditor : public QObject
 
     void aFileThatHasGoneIsNotAdded()
     {
-        m_bench.show();
+        m_bench.show("list");
         QVERIFY(QFile::remove(m_bench.in("pics/d.jpg")));
         m_bench.press(4);
         QCOMPARE(m_bench.entries(), QStringList({"a.jpg", "B.jpg", "c.png", "e.jpg"}));
@@ -248,7 +248,7 @@ class TestPlaylistEditor : public QObject
     void aNameThatNoLineHoldsIsLoggedAndNotAdded()
     {
         m_bench.home.write(QStringLiteral("pics/f\ng.jpg"), "x");
-        m_bench.show();
+        m_bench.show("list");
         QCOMPARE(EditorBench::lines(fFiles()).constLast(), QStringLiteral("f g.jpg")); // on one line
         m_bench.press(4);
         QCOMPARE(m_bench.entries().size(), 5);
@@ -379,7 +379,7 @@ class TestPlaylistEditor : public QObject
 
     void aDoubleClickInAnEmptyListDoesNothing()
     {
-        m_bench.show();
+        m_bench.show("list");
         QTest::mouseDClick(lPlaylist().viewport(), Qt::LeftButton, {}, QPoint(10, 10));
         QTest::mouseDClick(fFiles().viewport(), Qt::LeftButton, {}, QPoint(10, fFiles().height() - 10));
         QVERIFY(m_bench.entries().isEmpty());
@@ -454,7 +454,7 @@ class TestPlaylistEditor : public QObject
 
     void aRealClickInAStripUnselects()
     {
-        m_bench.show();
+        m_bench.show("list");
         EditorBench::click(fFiles(), 0);
         EditorBench::click(fFiles(), 1, Qt::ControlModifier);
         QWidget& surface = *m_bench.filmstrip().findChild<QWidget*>(QStringLiteral("pImages"));
@@ -492,7 +492,7 @@ class TestPlaylistEditor : public QObject
 
     void theMenuSetsTheRowsOfBothStrips()
     {
-        m_bench.show();
+        m_bench.show("list");
         auto& menu = m_bench.part<QMenu>("mnuPopup");
         Q_EMIT m_bench.filmstrip().MouseUp(1, 0, 5, 5);
         QVERIFY(!menu.isVisible());
@@ -561,7 +561,7 @@ class TestPlaylistEditor : public QObject
         dark.setColor(QPalette::Window, QColor(40, 40, 40));
         dark.setColor(QPalette::WindowText, QColor(230, 230, 230));
         QApplication::setPalette(dark);
-        m_bench.show();
+        m_bench.show("list");
         const QImage shot = m_bench.editor->grab().toImage();
         QCOMPARE(shot.pixelColor(shot.width() / 2, 3), QColor(40, 40, 40));
         const auto& white = m_bench.part<QWidget>("pImage3");

@@ -186,6 +186,29 @@ class TestPlaylistEditorPages : public QObject
         QCOMPARE(m_bench.cPlaylist().currentText(), QStringLiteral("one"));
     }
 
+    void whatIsAddedToNoPlaylistAsksForOne_data()
+    {
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QStringList>("entries");
+        QTest::newRow("named") << "new" << QStringList{"a.jpg", "B.jpg", "c.png", "d.jpg", "e.jpg"};
+        QTest::newRow("cancelled") << "" << QStringList();
+        QTest::newRow("no name of a file") << "a/b" << QStringList();
+    }
+
+    void whatIsAddedToNoPlaylistAsksForOne()
+    {
+        QFETCH(QString, answer);
+        m_bench.show();
+        const auto answerer = answering(answer);
+        m_bench.press(4);
+        QCOMPARE(m_asked.size(), std::size_t(1));
+        QTEST(m_bench.entries(), "entries");
+        QCOMPARE(m_bench.tag(), m_bench.entries().isEmpty() ? QString() : answer);
+        if (!m_bench.tag().isEmpty())
+            m_bench.press(4); // asks no more
+        QCOMPARE(m_asked.size(), std::size_t(1));
+    }
+
     void theEmptyLineDoesNothing()
     {
         const auto never = answering(QStringLiteral("never"));
