@@ -144,6 +144,18 @@ class TestEditedPlaylist : public QObject
         QVERIFY(QFile::remove(m_bench.in("other")));
     }
 
+    void aLoadedListIsUnchanged()
+    {
+        m_bench.writeList("two", {"d.jpg"});
+        EditedPlaylist playlist;
+        playlist.add(m_bench.in("pics/a.jpg")); // changed, and never saved
+        QVERIFY(playlist.load(EditorBench::named("two"), nullptr));
+        m_bench.writeList("two", {"e.jpg"}); // by another program
+        QVERIFY(playlist.save(EditorBench::named("two"), nullptr));
+        QCOMPARE(EditorBench::stored("two"), QStringList("e.jpg"));
+        QCOMPARE(playlist.files()->paths(), m_bench.pathsOf({"e.jpg"}));
+    }
+
     void whatCannotBeReadIsEmptyAndNotReplaced()
     {
         QVERIFY(QDir().mkpath(EditorBench::named("folder")));

@@ -365,6 +365,16 @@ class TestPlaylistEditorPages : public QObject
         QVERIFY(!m_bench.editor->leaveDefinePage());
     }
 
+    void leavingThePageListsWhatHasComeMeanwhile()
+    {
+        m_bench.show("one");
+        openDefinePage();
+        m_bench.writeList("zoo", {"a.jpg"}); // by another program
+        QCOMPARE(m_bench.cPlaylist().findText(QStringLiteral("zoo")), -1);
+        press("cmdClose");
+        QVERIFY(m_bench.cPlaylist().findText(QStringLiteral("zoo")) >= 0);
+    }
+
     void theButtonsOfThePageAreNamed()
     {
         m_bench.show();
