@@ -173,11 +173,12 @@ void EditingPage::run(EditorAction action)
 /// What has no name could not be saved: a playlist in hand comes first.
 void EditingPage::add(const QStringList& files)
 {
+    const QStringList given = files; // the folder may change while the question waits
     const QPointer<EditingPage> alive = this;
-    if (!files.isEmpty() && m_playlist->name().isEmpty())
+    if (!given.isEmpty() && m_playlist->name().isEmpty())
         Q_EMIT playlistWanted();
     if (alive && !m_playlist->name().isEmpty())
-        m_playlist->add(files, m_pPlaylist);
+        m_playlist->add(given, m_pPlaylist);
 }
 
 void EditingPage::moveSelected(Direction direction)

@@ -109,9 +109,9 @@ class PlaylistJourney(Journey):
             self.output("xdotool", "mousemove", str(x - 4 * step), str(y))
             time.sleep(0.05)
         x, y = self.at(window, place)
-        for step in (-6, -3, 0):
+        for step in (-9, -6, -4, -2, -1, 0):
             self.output("xdotool", "mousemove", str(x), str(y + step))
-            time.sleep(0.1)
+            time.sleep(0.15)  # the two programs agree on the drop meanwhile
         self.output("xdotool", "mouseup", "1")
         self.dropped_from = source
 
