@@ -83,7 +83,7 @@ class EditingPage : public QWidget
     void moveSelected(Direction direction);
     void removeSelected();
     void addSelected();
-    void add(const QStringList& files);
+    bool hasPlaylist();
     void select(const std::vector<RowRange>& rows, int current);
     void unselect(const Side& side, int position);
     void showFilm();

@@ -165,20 +165,19 @@ void EditingPage::run(EditorAction action)
         addSelected();
         return;
     case EditorAction::AddAll:
-        add(m_folderFiles.paths());
+        if (m_folderFiles.rowCount() > 0 && hasPlaylist())
+            m_playlist->add(m_folderFiles.paths(), m_pPlaylist);
         return;
     }
 }
 
-/// What has no name could not be saved: a playlist in hand comes first.
-void EditingPage::add(const QStringList& files)
+/// What has no name could not be saved: a playlist in hand comes first. False when there is none.
+bool EditingPage::hasPlaylist()
 {
-    const QStringList given = files; // the folder may change while the question waits
     const QPointer<EditingPage> alive = this;
-    if (!given.isEmpty() && m_playlist->name().isEmpty())
+    if (m_playlist->name().isEmpty())
         Q_EMIT playlistWanted();
-    if (alive && !m_playlist->name().isEmpty())
-        m_playlist->add(given, m_pPlaylist);
+    return alive && !m_playlist->name().isEmpty();
 }
 
 void EditingPage::moveSelected(Direction direction)
@@ -218,7 +217,9 @@ void EditingPage::removeSelected()
 
 void EditingPage::addSelected()
 {
-    add(selectedPaths(*m_files.paths, *m_files.list));
+    const QStringList files = selectedPaths(*m_files.paths, *m_files.list);
+    if (!files.isEmpty() && hasPlaylist())
+        m_playlist->add(files, m_pPlaylist);
 }
 
 // --- the strips
