@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace quorvia::collections {
 
@@ -164,18 +165,17 @@ void PlaylistCommands::move(const QStringList& files)
     m_list->playlist()->saveOpen();
 }
 
-void PlaylistCommands::drop(const QStringList& paths)
+void PlaylistCommands::drop(QStringList paths) // a copy: the caller's may change while events run
 {
-    const QStringList given = paths; // the caller's may change while events run
     if (m_list->FolderMode() || !m_list->playlist()->IntiPlaylist(false))
         return;
     platform::LongWork work(owner(), QObject::tr("Adding images...")); // of all folders together
     QStringList files;
-    for (const QString& path : given) {
+    for (QString& path : paths) {
         const QString extension = app::GetExtension(path).toLower();
         if (platform::isFile(path) &&
             app::extensionStandsIn(extension, QLatin1String(app::ImageExtensionList)))
-            files.append(path);
+            files.append(std::move(path));
         else if (app::FolderExists(path) && !list(path, true, files))
             return;
     }

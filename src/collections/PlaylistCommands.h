@@ -21,7 +21,7 @@ class PlaylistCommands
     bool RunTool(const QString& sCommand);
     /// Adds dropped files that are images and all images of dropped folders, when the playlist's face is in
     /// front. Nothing is added when the user breaks off.
-    void drop(const QStringList& paths);
+    void drop(QStringList paths);
     /// Adds the images of `sDir` and of the folders in it: those of a folder come first. Nothing is added
     /// when the user breaks off.
     void EnqueueAll(const QString& sDir);

@@ -7,6 +7,8 @@
 
 #include <QObject>
 
+#include <utility>
+
 namespace quorvia::collections {
 
 bool canBeAdded(const QString& file)
@@ -18,16 +20,15 @@ bool canBeAdded(const QString& file)
     return fitsOnALine(file);
 }
 
-std::optional<QStringList> addable(const QStringList& files, QWidget* owner)
+std::optional<QStringList> addable(QStringList files, QWidget* owner) // a copy: the caller's may change
 {
-    const QStringList given = files; // the caller's may change while events run
     QStringList added;
     platform::LongWork work(owner, QObject::tr("Adding images..."));
-    for (int i = 0; i < int(given.size()); ++i) {
-        if (!work.goOn(i, int(given.size())))
+    for (int i = 0; i < int(files.size()); ++i) {
+        if (!work.goOn(i, int(files.size())))
             return {};
-        if (canBeAdded(given.at(i)))
-            added.append(given.at(i));
+        if (canBeAdded(files.at(i)))
+            added.append(std::move(files[i]));
     }
     return added;
 }

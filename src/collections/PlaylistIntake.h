@@ -15,6 +15,6 @@ bool canBeAdded(const QString& file);
 
 /// Those of `files` that can be added, in their order; nothing when the user broke off. Many files show how
 /// far it is in a box over `owner` (may be null). Events may run meanwhile.
-std::optional<QStringList> addable(const QStringList& files, QWidget* owner);
+std::optional<QStringList> addable(QStringList files, QWidget* owner);
 
 } // namespace quorvia::collections

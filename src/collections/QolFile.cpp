@@ -82,7 +82,7 @@ QString nameOfCopy(const QString& path)
     for (int number = 1;; ++number) {
         const QString suffix =
             number > 1 ? QStringLiteral(" (replaced %1)").arg(number) : QStringLiteral(" (replaced)");
-        const QString name = folder + base + suffix + u'.' + QLatin1String(playlistExtension);
+        QString name = folder + base + suffix + u'.' + QLatin1String(playlistExtension);
         if (!platform::pathExists(name))
             return name;
     }
