@@ -72,17 +72,9 @@ void PlaylistEditor::followCombo()
 {
     const PlaylistCombo* const combo = m_editing->combo();
     connect(combo, &PlaylistCombo::picked, this, &PlaylistEditor::pick);
-    const auto answer = [this](auto does) {
-        const QPointer<PlaylistEditor> alive = this;
-        offCombo();
-        if (alive && !m_closed)
-            does();
-        if (alive)
-            onCombo();
-    };
-    connect(combo, &PlaylistCombo::createPicked, this, [=, this] { answer([this] { createPlaylist(); }); });
-    connect(combo, &PlaylistCombo::definePicked, this, [=, this] { answer([this] { definePlaylists(); }); });
-    connect(combo, &PlaylistCombo::nothingPicked, this, [=] { answer([] {}); });
+    connect(combo, &PlaylistCombo::createPicked, this, [this] { answer([this] { createPlaylist(); }); });
+    connect(combo, &PlaylistCombo::definePicked, this, [this] { answer([this] { definePlaylists(); }); });
+    connect(combo, &PlaylistCombo::nothingPicked, this, [this] { answer([] {}); });
 }
 
 void PlaylistEditor::followDefinePage()
@@ -188,6 +180,17 @@ void PlaylistEditor::onCombo()
         return;
     m_editing->combo()->showName(m_playlist->name());
     m_editing->refreshFilm();
+}
+
+/// Does what a line below the playlists asks for.
+void PlaylistEditor::answer(const std::function<void()>& does)
+{
+    const QPointer<PlaylistEditor> alive = this;
+    offCombo();
+    if (alive && !m_closed)
+        does();
+    if (alive)
+        onCombo();
 }
 
 void PlaylistEditor::pick(const QString& name)

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 namespace quorvia::collections {
 
 class DefinePage;
@@ -62,6 +64,7 @@ class PlaylistEditor : public QWidget
     void followDefinePage();
     void offCombo();
     void onCombo();
+    void answer(const std::function<void()>& does);
     void pick(const QString& name);
     void createPlaylist();
     void definePlaylists();
