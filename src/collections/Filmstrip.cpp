@@ -40,7 +40,6 @@ Filmstrip::Filmstrip(QWidget* parent)
 {
     m_pImages->setObjectName(QStringLiteral("pImages"));
     m_pImages->installEventFilter(this);
-    m_pImages->resize(0, 0);
     m_sBar->setObjectName(QStringLiteral("sBar"));
     m_sBar->hide();
     setUp(m_tDraw, this, "tDraw", initialInterval);

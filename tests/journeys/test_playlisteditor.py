@@ -105,7 +105,8 @@ class PlaylistEditorTest(PlaylistJourney):
     def write_list(self, name, *files):
         path = self.playlist(name)
         path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes("".join("%s\r\n" % file for file in files).encode())
+        lines = ["# Quorvia Playlist File - Created: 03/04/2003 Files: %d" % len(files), *map(str, files)]
+        path.write_bytes("".join(line + "\r\n" for line in lines + ["# End of File"] * bool(files)).encode())
 
     def test_lists_are_renamed_and_deleted(self):
         for name, files in (("One", (self.a,)), ("Two", (self.b, self.c)), ("Three", ())):
