@@ -56,6 +56,19 @@ class TestPlaylistKeeper : public QObject
         Q_EMIT tPlaylistSave().timeout({});
     }
 
+    /// The playlist "a" of a.jpg in hand, to which b.jpg was added while the disk was full.
+    void addInVain() const
+    {
+        writeList(named("a"), {"a.jpg"});
+        m_keeper->LoadQOLPlaylist(named("a"));
+        m_keeper->AddPlaylistFile(in("b.jpg"));
+        {
+            const test::FullDisk disk(10); // no log is written yet
+            QVERIFY(disk.isFull());
+            m_keeper->saveOpen();
+        }
+    }
+
   private Q_SLOTS:
     void init()
     {
@@ -240,14 +253,7 @@ class TestPlaylistKeeper : public QObject
 
     void aSaveThatFailedIsNotForgotten()
     {
-        writeList(named("a"), {"a.jpg"});
-        m_keeper->LoadQOLPlaylist(named("a"));
-        m_keeper->AddPlaylistFile(in("b.jpg"));
-        {
-            const test::FullDisk disk(10); // no log is written yet
-            QVERIFY(disk.isFull());
-            m_keeper->saveOpen();
-        }
+        addInVain();
         QCOMPARE(stored(named("a")), pathsOf({"a.jpg"}));
         writeList(named("a"), {"c.jpg"}); // by another program
         m_keeper->saveOpen();
@@ -397,14 +403,7 @@ class TestPlaylistKeeper : public QObject
 
     void whatCouldNotBeSavedStays()
     {
-        writeList(named("a"), {"a.jpg"});
-        m_keeper->LoadQOLPlaylist(named("a"));
-        m_keeper->AddPlaylistFile(in("b.jpg"));
-        {
-            const test::FullDisk disk(10); // no log is written yet
-            QVERIFY(disk.isFull());
-            m_keeper->saveOpen();
-        }
+        addInVain();
         m_keeper->reloadOpen();
         QCOMPARE(m_keeper->PlaylistFiles(), pathsOf({"a.jpg", "b.jpg"}));
         QVERIFY(QFile::remove(named("a")));
