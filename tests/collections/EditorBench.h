@@ -93,6 +93,13 @@ class EditorBench
         QVERIFY(QTest::qWaitForWindowActive(editor.get()));
     }
 
+    /// The editor with "abcde", of all pictures, in hand.
+    void showAll()
+    {
+        writeList("abcde", {"a.jpg", "B.jpg", "c.png", "d.jpg", "e.jpg"});
+        show("abcde");
+    }
+
     template <class Part>
     Part& part(const char* name) const
     {

@@ -24,12 +24,6 @@ class TestPlaylistEditor : public QObject
 
     collections::EntryView& fFiles() const { return m_bench.fFiles(); }
     collections::EntryView& lPlaylist() const { return m_bench.lPlaylist(); }
-    /// The editor with "abcde", of all pictures, in hand.
-    void showAll()
-    {
-        m_bench.writeList("abcde", {"a.jpg", "B.jpg", "c.png", "d.jpg", "e.jpg"});
-        m_bench.show("abcde");
-    }
     /// The first letters of the entries.
     QString letters() const
     {
@@ -256,7 +250,7 @@ class TestPlaylistEditor : public QObject
 
     void clearingAndRefreshing()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::click(lPlaylist(), 1);
         m_bench.editor->RefreshPlaylist();
         QCOMPARE(letters(), QStringLiteral("abcde"));
@@ -288,7 +282,7 @@ class TestPlaylistEditor : public QObject
         QFETCH(QList<int>, rows);
         QFETCH(bool, up);
         for (const bool byKey : {false, true}) {
-            showAll();
+            m_bench.showAll();
             EditorBench::click(lPlaylist(), rows.constFirst());
             for (const int row : rows.mid(1))
                 EditorBench::click(lPlaylist(), row, Qt::ControlModifier);
@@ -309,7 +303,7 @@ class TestPlaylistEditor : public QObject
 
     void withoutACurrentEntryNothingMoves()
     {
-        showAll();
+        m_bench.showAll();
         lPlaylist().selectionModel()->select(lPlaylist().model()->index(2, 0), QItemSelectionModel::Select);
         QVERIFY(!lPlaylist().currentIndex().isValid());
         m_bench.press(0);
@@ -350,7 +344,7 @@ class TestPlaylistEditor : public QObject
     void entriesAreRemoved()
     {
         QFETCH(QList<int>, rows);
-        showAll();
+        m_bench.showAll();
         for (const int row : rows)
             EditorBench::click(lPlaylist(), row,
                                row == rows.constFirst() ? Qt::NoModifier : Qt::ControlModifier);
@@ -368,7 +362,7 @@ class TestPlaylistEditor : public QObject
 
     void aDoubleClickRemoves()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::doubleClick(lPlaylist(), 2);
         QCOMPARE(letters(), QStringLiteral("abde"));
         QTest::mouseClick(lPlaylist().viewport(), Qt::RightButton, {}, EditorBench::place(lPlaylist(), 1));
@@ -386,7 +380,7 @@ class TestPlaylistEditor : public QObject
 
     void otherKeysAreTheLists()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::click(lPlaylist(), 1);
         for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Insert, Qt::Key_Return})
             QTest::keyClick(&lPlaylist(), key);
@@ -402,7 +396,7 @@ class TestPlaylistEditor : public QObject
 
     void theTabKeyWalksAllParts()
     {
-        showAll();
+        m_bench.showAll();
         m_bench.fDir().setFocus();
         QStringList walked;
         for (int i = 0; i < 12; ++i) {
@@ -416,7 +410,7 @@ class TestPlaylistEditor : public QObject
 
     void finishedAsksToBeClosed()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::click(lPlaylist(), 1);
         EditorBench::click(fFiles(), 1);
         m_bench.tick();

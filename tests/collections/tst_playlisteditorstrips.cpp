@@ -17,12 +17,6 @@ class TestPlaylistEditorStrips : public QObject
 
     collections::EntryView& fFiles() const { return m_bench.fFiles(); }
     collections::EntryView& lPlaylist() const { return m_bench.lPlaylist(); }
-    /// The editor with "abcde", of all pictures, in hand.
-    void showAll()
-    {
-        m_bench.writeList("abcde", {"a.jpg", "B.jpg", "c.png", "d.jpg", "e.jpg"});
-        m_bench.show("abcde");
-    }
 
   private Q_SLOTS:
     void init() { m_bench.begin(); }
@@ -30,7 +24,7 @@ class TestPlaylistEditorStrips : public QObject
 
     void aBurstOfClicksBecomesOnePass()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::click(fFiles(), 0);
         EditorBench::click(fFiles(), 2, Qt::ControlModifier);
         EditorBench::click(lPlaylist(), 3);
@@ -46,7 +40,7 @@ class TestPlaylistEditorStrips : public QObject
 
     void keysThatSelectShowInTheStrip()
     {
-        showAll();
+        m_bench.showAll();
         lPlaylist().setFocus();
         lPlaylist().setCurrentIndex(lPlaylist().model()->index(0, 0));
         m_bench.tick();
@@ -57,7 +51,7 @@ class TestPlaylistEditorStrips : public QObject
 
     void aClickInAStripUnselects()
     {
-        showAll();
+        m_bench.showAll();
         for (collections::EntryView* list : {&fFiles(), &lPlaylist()}) {
             EditorBench::click(*list, 0);
             EditorBench::click(*list, 2, Qt::ControlModifier);
@@ -93,7 +87,7 @@ class TestPlaylistEditorStrips : public QObject
 
     void aStripOfBeforeUnselectsNothingElse()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::click(lPlaylist(), 1);
         m_bench.tick();
         EditorBench::click(lPlaylist(), 3); // the strip shows it 200 ms later
@@ -107,7 +101,7 @@ class TestPlaylistEditorStrips : public QObject
 
     void afterAMoveTheStripKeepsItsOrder()
     {
-        showAll();
+        m_bench.showAll();
         EditorBench::click(lPlaylist(), 1);
         EditorBench::click(lPlaylist(), 3, Qt::ControlModifier);
         m_bench.tick();
