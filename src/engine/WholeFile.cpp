@@ -62,6 +62,9 @@ Status writeWholeFile(const QString& path, const QByteArray& bytes)
     const QString resolved = there.canonicalFilePath(); // empty for what does not exist
     if (there.exists() && !there.isFile())
         return Error{ErrorKind::WriteFailed, QStringLiteral("the target is not a regular file")};
+    constexpr auto anybody = QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    if (there.exists() && !(there.permissions() & anybody))
+        return Error{ErrorKind::WriteFailed, QStringLiteral("the target is read-only")};
     const SizeSignalHeld held; // longer than the file lives, which writes at its end too
     QSaveFile file(resolved.isEmpty() ? path : resolved);
     if (!file.open(QIODevice::WriteOnly)) {

@@ -12,7 +12,7 @@ namespace quorvia::engine {
 /// them. Permissions of an existing file are kept; a symbolic link stays and what it leads to is written.
 /// WriteFailed, with the old content untouched, when the file, its directory or the disk does not take it: a
 /// file in a directory without write permission is not written in place, since a failure half way would lose
-/// the old content.
+/// the old content. What nobody may write the super-user does not replace either.
 Status writeWholeFile(const QString& path, const QByteArray& bytes);
 
 /// Waits until the disk also has the names in the directory of `path`, so that a loss of power does not bring

@@ -61,10 +61,12 @@ struct SaveChooser
     QString filters = {};   ///< as in FileChooser
     QString start = {};     ///< as in FolderBrowser
     QString extension = {}; ///< without point; given to a name that has none; empty: names stay as they are
+    QString name = {};      ///< of a file; stands in the line at first
+    bool asksBeforeReplacing = false; ///< a file that is there already is named only after a question
 };
 
 /// Shows `chooser` modally over `owner` (may be null) and waits. The path of the file that is to be written;
-/// empty when none was named. A file may be there already: nobody has asked whether it is to be replaced.
+/// empty when none was named.
 QString chooseSaveFile(QWidget* owner, const SaveChooser& chooser);
 
 /// A box with a line to type in.

@@ -97,9 +97,11 @@ QString chooseSaveFile(QWidget* owner, const SaveChooser& chooser)
     dialog->setObjectName(QStringLiteral("SaveChooser"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setOption(QFileDialog::DontConfirmOverwrite);
+    dialog->setOption(QFileDialog::DontConfirmOverwrite, !chooser.asksBeforeReplacing);
     dialog->setNameFilters(nameFilters(chooser.filters));
     dialog->setDefaultSuffix(chooser.extension);
+    if (!chooser.name.isEmpty())
+        dialog->selectFile(chooser.name);
     return chosenIn(dialog).value(0);
 }
 

@@ -2,6 +2,9 @@
 
 #include <QFile>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
 
 namespace quorvia::platform {
@@ -42,6 +45,16 @@ bool isFile(const QString& path)
 {
     struct stat status = {};
     return fileStatus(path, status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+bool isReadOnly(const QString& path)
+{
+    struct stat status = {};
+    if (fileStatus(path, status) != 0)
+        return false;
+    constexpr mode_t anybody = S_IWUSR | S_IWGRP | S_IWOTH;
+    return (status.st_mode & anybody) == 0 ||
+           ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) != 0;
 }
 
 } // namespace quorvia::platform

@@ -20,5 +20,8 @@ bool isDirectory(const QString& path);
 bool isRegularFile(const QString& path);
 /// True when `path` names anything but a directory.
 bool isFile(const QString& path);
+/// True when the user may not write what `path` names, or nobody may: the super-user keeps to that too. False
+/// for what is not there.
+bool isReadOnly(const QString& path);
 
 } // namespace quorvia::platform

@@ -4,7 +4,10 @@
 #include "platform/GioParts.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <unistd.h>
 
 #include <cstring>
 
@@ -30,6 +33,40 @@ bool fail(QString* why, const QString& reason)
     return false;
 }
 
+/// The name of a second "name.ext" beside it, "name (replaced).ext"; `number` counts on from 1.
+QString nameOfReplaced(const QString& name, int number)
+{
+    constexpr qsizetype longest = 255; // bytes, of a name
+    const qsizetype point = name.lastIndexOf(u'.');
+    QString base = point > 0 ? name.left(point) : name;
+    const QString rest =
+        (number > 1 ? QStringLiteral(" (replaced %1)").arg(number) : QStringLiteral(" (replaced)")) +
+        (point > 0 ? name.mid(point) : QString());
+    while (!base.isEmpty() && QFile::encodeName(base + rest).size() > longest)
+        base.chop(1);
+    return base + rest;
+}
+
+/// A name for what "name" in `folder` holds now, under which nothing is there.
+QString freeName(const QString& folder, const QString& name)
+{
+    struct stat status = {};
+    for (int number = 1;; ++number) {
+        QString path = folder + u'/' + nameOfReplaced(name, number);
+        if (fileStatus(path, status, Links::Keep) != 0)
+            return path;
+    }
+}
+
+/// Gives the content of the file `real` a second name, or makes a copy where the disk knows no such thing.
+bool nameOnceMore(const QString& real, const QString& second, QString* why)
+{
+    if (::link(QFile::encodeName(real).constData(), QFile::encodeName(second).constData()) == 0)
+        return true;
+    QFile file(real);
+    return file.copy(second) || fail(why, file.errorString());
+}
+
 } // namespace
 
 bool moveToTrash(const QString& path, QString* why)
@@ -41,6 +78,29 @@ bool moveToTrash(const QString& path, QString* why)
     const bool moved = g_file_trash(gio::fileAt(fromRoot(path)).get(), nullptr, &raw);
     const gio::Error error(raw);
     return moved || fail(why, error ? QString::fromUtf8(error->message) : QString());
+}
+
+bool trashUnlessReadOnly(const QString& path, QString* why)
+{
+    struct stat status = {};
+    const bool isLink = fileStatus(path, status, Links::Keep) == 0 && S_ISLNK(status.st_mode);
+    if (!isLink && isReadOnly(path))
+        return fail(why, QStringLiteral("A read-only file cannot be deleted"));
+    return moveToTrash(path, why);
+}
+
+bool keepInTrash(const QString& path, QString* why)
+{
+    const QFileInfo real(QFileInfo(path).canonicalFilePath());
+    if (real.filePath().isEmpty() || !isRegularFile(real.filePath()))
+        return fail(why, QStringLiteral("it is not a regular file"));
+    const QString second = freeName(real.path(), real.fileName());
+    if (!nameOnceMore(real.filePath(), second, why))
+        return false;
+    if (moveToTrash(second, why))
+        return true;
+    QFile::remove(second); // a second name only: the file itself stays
+    return false;
 }
 
 } // namespace quorvia::platform
