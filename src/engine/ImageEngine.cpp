@@ -366,6 +366,8 @@ bool ImageEngine::SaveFile()
     };
     const Status saved = save();
     d->lastError = saved ? QString() : saved.error().text;
+    if (saved)
+        d->loader->forget(d->saveFileName);
     return static_cast<bool>(saved);
 }
 

@@ -309,6 +309,23 @@ void ImageLoader::setNeighbours(const QStringList& paths, QSize box)
     pool.work.notify_all();
 }
 
+void ImageLoader::forget(const QString& path)
+{
+    std::vector<ReadyPage> gone; // dies after the lock
+    LoadPool& pool = *d->pool;
+    const std::lock_guard lock(pool.mutex);
+    gone = pool.ahead.ready.drop(path);
+    for (const std::weak_ptr<LoadTask>& entry : pool.known) {
+        const LoadTaskPointer task = entry.lock();
+        if (task && task->key.path == path)
+            task->outdated = true;
+    }
+    if (pool.ahead.task && pool.ahead.task->key.path == path)
+        pool.breakOffAhead();
+    pool.ahead.settled.remove(path);
+    pool.work.notify_all();
+}
+
 void ImageLoader::setReadAheadCap(qint64 bytes)
 {
     std::vector<ReadyPage> gone; // dies after the lock

@@ -94,6 +94,9 @@ class ImageLoader
     /// one has to be decoded, when somebody waits for a full picture, or when it is no longer named. One that
     /// fails is not tried again while the same paths are named. Never waits for the disk.
     void setNeighbours(const QStringList& paths, QSize box);
+    /// `path` has just been written: what stands of it, or is under way, is of the former content and answers
+    /// no further load, though size and time of the file may be the same. Holds keep what they have.
+    void forget(const QString& path);
     /// The most bytes that read-ahead keeps, 512 MiB unless set; without any, nothing is read ahead.
     void setReadAheadCap(qint64 bytes);
     /// The bytes that read-ahead keeps now.

@@ -286,7 +286,8 @@ LoadTaskPointer LoadPool::findShared(const PageKey& key, QSize box)
     std::erase_if(known, [](const std::weak_ptr<LoadTask>& entry) { return entry.expired(); });
     for (const std::weak_ptr<LoadTask>& entry : known) {
         LoadTaskPointer task = entry.lock();
-        if (task && !task->dropped && !task->isWorthAnother() && task->key == key && task->covers(box))
+        if (task && !task->dropped && !task->outdated && !task->isWorthAnother() && task->key == key &&
+            task->covers(box))
             return task;
     }
     return {};

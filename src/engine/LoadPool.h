@@ -33,6 +33,7 @@ struct LoadTask
     // ----
     int holds = 0;
     int fullWaiters = 0;
+    bool outdated = false;           ///< its file was written since; answers those who hold it, nobody else
     bool dropped = false;            ///< nobody wants it any more; what has not been done will not be
     bool begun = false;              ///< the first picture is under way or done
     bool running = false;            ///< a thread works on it

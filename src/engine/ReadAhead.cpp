@@ -91,9 +91,19 @@ const ReadyPage* ReadAheadCache::find(const PageKey& key, QSize box)
 
 std::vector<ReadyPage> ReadAheadCache::dropOutdated(const PageKey& key)
 {
+    return takeOutAll([&key](const PageKey& kept) { return samePlace(kept, key) && kept != key; });
+}
+
+std::vector<ReadyPage> ReadAheadCache::drop(const QString& path)
+{
+    return takeOutAll([&path](const PageKey& kept) { return kept.path == path; });
+}
+
+std::vector<ReadyPage> ReadAheadCache::takeOutAll(const std::function<bool(const PageKey&)>& goes)
+{
     std::vector<ReadyPage> gone;
     for (size_t i = m_pages.size(); i-- > 0;) {
-        if (samePlace(m_pages[i].key, key) && m_pages[i].key != key)
+        if (goes(m_pages[i].key))
             gone.push_back(takeOut(i));
     }
     return gone;

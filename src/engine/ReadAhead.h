@@ -5,6 +5,7 @@
 
 #include "engine/ImageLoader.h"
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -51,9 +52,12 @@ class ReadAheadCache
 
     /// Takes out what stands for the path and page of `key` as it was before the file changed.
     std::vector<ReadyPage> dropOutdated(const PageKey& key);
+    /// Takes out whatever stands for `path`.
+    std::vector<ReadyPage> drop(const QString& path);
 
   private:
     ReadyPage takeOut(size_t index);
+    std::vector<ReadyPage> takeOutAll(const std::function<bool(const PageKey&)>& goes);
     /// Bytes that makeRoom() can free at most.
     qint64 freeable(const QStringList& spared) const;
     /// Drops from the least recently used end until `wanted` more bytes fit.
