@@ -1,10 +1,12 @@
 // The maker's web addresses: configuration, kept in one place.
 #pragma once
 
+#include "app/WebAddresses.h"
+
 namespace quorvia::system::address {
 
 inline constexpr char frontPage[] = "https://www.halvexa.example/";
-inline constexpr char productPage[] = "https://www.halvexa.example/quorvia/";
+using app::address::productPage;
 inline constexpr char shellMenuPage[] = "https://www.halvexa.example/quorvia/shell-menu/";
 
 } // namespace quorvia::system::address
