@@ -1,0 +1,60 @@
+// Writes the current image to a file and opens it from there. What a save replaces lies in the trash
+// afterwards, unless this session wrote it itself. As dear as encoding the image and opening the file.
+#pragma once
+
+#include "engine/ImageLoader.h"
+
+#include <QHash>
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+namespace quorvia::engine {
+class ImageEngine;
+}
+
+namespace quorvia::commands {
+
+/// Sets the four properties of a JPEG to be saved by `ix1`, as the settings have them.
+void takeJpegSettings(engine::ImageEngine& ix1);
+
+/// True when `path` is named like a JPEG: its last four characters are ".jpg" or "jpeg", in any case.
+bool isJpegName(const QString& path);
+
+class ImageSaver
+{
+  public:
+    /// All of the functions are called.
+    struct Sinks
+    {
+        QWidget* owner = nullptr; ///< of the dialog; may be null
+        engine::ImageEngine* ix1 = nullptr;
+        std::function<void()> redraw; ///< places and paints the image in pContain
+        std::function<void(const QString& path)> openX;
+        std::function<void(const QString& path)> written; ///< the file has a new content
+        std::function<void(const QString& caption)> setCaption;
+        std::function<void()> updateToolbar;
+    };
+
+    explicit ImageSaver(Sinks sinks);
+
+    /// Writes the image that `ix1` holds to `path` (native) in the format of its extension, and opens it from
+    /// there. Nothing happens for an empty `path`, nor, unless `force`, for an image without a file. When it
+    /// cannot be written, an old file goes to the trash; one that is read-only stays, and one of several
+    /// pages that the trash did not take.
+    void SaveImage(const QString& path, bool force);
+    /// Asks for a name (`miSave`), with that of the current file in the line, and saves under it.
+    void saveAs();
+
+  private:
+    bool mayReplace(const QString& path) const;
+    void write(const QString& path);
+    void takeAway(const QString& path, const QString& why) const;
+
+    Sinks m_sinks;
+    QHash<QString, engine::PageKey> m_own; ///< of what was saved last, by path
+};
+
+} // namespace quorvia::commands
