@@ -209,8 +209,9 @@ void ShowEXIFBar(frmImageView& window)
 
 std::vector<commands::Tool> commandTable(frmImageView& window)
 {
+    constexpr double quarter = 90; // degrees, against the clock
     frmImageView* const w = &window;
-    return {
+    std::vector<commands::Tool> table = {
         {"miPrevious", [w] { miPrevious(*w); }},
         {"miLoadFirst", [w] { w->list()->SetListIndex(0); }},
         {"miNext", [w] { miNext(*w); }},
@@ -240,6 +241,16 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"tSldAdvance", [w] { w->slideshow()->choose(app::SlideMode::Advance); }},
         {"tSldReverse", [w] { w->slideshow()->choose(app::SlideMode::Reverse); }},
         {"tSldRandom", [w] { w->slideshow()->choose(app::SlideMode::Random); }},
+        {"miSave", [w] { w->images().saver().saveAs(); }},
+        {"miCopy", [w] { w->images().edits().copy(); }},
+        {"miRotateClock", [w] { w->images().edits().rotate(-quarter); }},
+        {"miRotateCounter", [w] { w->images().edits().rotate(quarter); }},
+        {"miBevel", [w] { w->images().edits().bevel(); }},
+        {"miCustomResize", [w] { w->images().edits().customResize(); }},
+        {"miDelete", [w] { w->images().files().deleteCurrent(); }},
+        {"miThumbDelete", [w] { w->images().files().deleteOfStrip(); }},
+        {"miRename", [w] { w->images().files().renameCurrent(); }},
+        {"miEmailImage", [w] { w->images().mail().send(); }},
         {"miThumbFull", [w] { miThumbFull(*w); }},
         {"miFilm1", [w] { setFilmstripRows(*w, 1); }},
         {"miFilm2", [w] { setFilmstripRows(*w, 2); }},
@@ -253,6 +264,9 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miShow", [w] { w->show(); }},
         {"miExit", [w] { w->closeAll(); }},
     };
+    for (const commands::FixedSize& size : commands::fixedSizes())
+        table.push_back({size.command, [w, &size] { w->images().edits().resize(size); }});
+    return table;
 }
 
 } // namespace quorvia::viewer

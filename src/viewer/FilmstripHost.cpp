@@ -3,6 +3,8 @@
 #include "collections/Filmstrip.h"
 #include "collections/PictureList.h"
 #include "collections/StripLayout.h"
+#include "collections/ThumbnailCache.h"
+#include "platform/FileStatus.h"
 
 #include <QEvent>
 #include <QWidget>
@@ -35,13 +37,26 @@ bool FilmstripHost::noteSight()
 void FilmstripHost::showList()
 {
     const QStringList& files = m_parts.list->files();
-    if (!noteSight() || collections::listKey(files) == m_Filmstrip1->GetUniKey())
+    if (!noteSight() || (!m_outdated && collections::listKey(files) == m_Filmstrip1->GetUniKey()))
         return;
+    m_outdated = false;
     m_Filmstrip1->Clear();
     for (const QString& file : files)
         m_Filmstrip1->add(file);
     m_Filmstrip1->DrawStrip();
     showCurrent();
+}
+
+void FilmstripHost::refreshEntry(const QString& file)
+{
+    // A thumbnail is known by the second: one of the former content may bear the name of the new one.
+    if (const QString thumbnail = collections::thumbnailFor(file);
+        platform::isFile(file) && collections::hasThumbnail(thumbnail))
+        collections::deleteThumbnails({thumbnail});
+    if (!m_Filmstrip1->Images().contains(file) || (noteSight() && file == m_parts.currentFile()))
+        return;
+    m_outdated = true;
+    showList();
 }
 
 void FilmstripHost::showCurrent()

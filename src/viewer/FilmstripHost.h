@@ -40,6 +40,9 @@ class FilmstripHost : public QObject
     void showList();
     /// Selects the current image and brings it into view; no selection when it is not in the strip.
     void showCurrent();
+    /// The picture in `file` is another one, or has gone: what the strip shows of it is read anew, when it
+    /// can be seen. The current image is read anew by showCurrent() anyway.
+    void refreshEntry(const QString& file);
     /// Shows `rows` rows of images.
     void setRows(int rows);
 
@@ -53,6 +56,7 @@ class FilmstripHost : public QObject
 
     Parts m_parts;
     collections::Filmstrip* m_Filmstrip1;
+    bool m_outdated = false; ///< what stands in the strip is of another content than its files
 };
 
 } // namespace quorvia::viewer

@@ -75,6 +75,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                              .updateToolbar = [this] { UpdateToolbar(); },
                              .commandLine = m_commandLine.line},
                             this)),
+      m_images(*this, loader),
       m_keyboard(new commands::Keyboard(&m_interface->shortcuts(), keyboardSinks(), this))
 {
     setObjectName(QStringLiteral("frmImageView"));
@@ -151,6 +152,12 @@ void frmImageView::noteList()
 {
     if (!m_loading) // what is shown from the start is looked at with the rest
         UpdateToolbar();
+}
+
+void frmImageView::UpdateStatus()
+{
+    m_status->UpdateStatus();
+    m_images.restoreCaption();
 }
 
 void frmImageView::OpenDirX(const QString& directory)

@@ -10,6 +10,7 @@
 #include "engine/ImageEngine.h"
 #include "output/Slideshow.h"
 #include "viewer/FilmstripHost.h"
+#include "viewer/ImageCommands.h"
 #include "viewer/ImageStatus.h"
 #include "viewer/InterfaceTools.h"
 #include "viewer/Opening.h"
@@ -61,6 +62,7 @@ class frmImageView : public QWidget, public app::MainWindow
     InterfaceTools* interfaceTools() const { return m_interface; }
     FilmstripHost* filmstrip() const { return m_filmstrip; }
     ImageStatus* status() const { return m_status; }
+    ImageCommands& images() { return m_images; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
     /// maximised.
     QPoint frameOffset() const { return m_frameOffset; }
@@ -75,7 +77,7 @@ class frmImageView : public QWidget, public app::MainWindow
     void unload();
 
     /// Brings what describes the current image up to date.
-    void UpdateStatus() { m_status->UpdateStatus(); }
+    void UpdateStatus();
     /// Fills the pane of the selected tab, when it has come to be seen.
     void showPaneContents();
     /// Brings tools and panels in line with what there is now. One look at the disk, no image work.
@@ -126,6 +128,7 @@ class frmImageView : public QWidget, public app::MainWindow
     output::Slideshow* m_slideshow;
     InterfaceTools* m_interface = nullptr;
     Opening* m_opening;
+    ImageCommands m_images;
     commands::Keyboard* m_keyboard;
     std::unique_ptr<commands::ToolDispatcher> m_dispatcher;
     QTimer m_tUpdate;

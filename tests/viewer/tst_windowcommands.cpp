@@ -24,12 +24,8 @@ namespace {
 
 /// The commands that get a handler with their subject.
 const QStringList toCome = {
-    // the wallpaper, changes of the image and what is done with its file
-    "miWallpaper", "miWallpaperS", "miWallpaperT", "miWallpaperC", "miWallpaperMenu", "miRotateClock",
-    "miRotateCounter", "miSave", "miCopy", "miPaste", "miDelete", "miThumbDelete", "miBevel", "miThumb80x80",
-    "miThumb120x120", "miThumb240x240", "miThumb320x320", "miThumb480x480", "miThumb480x360",
-    "miThumb320x240", "miThumb240x180", "miThumb120x90", "miThumb80x60", "miCustomResize", "miRename",
-    "miEmailImage",
+    // the wallpaper, and what is pasted
+    "miWallpaper", "miWallpaperS", "miWallpaperT", "miWallpaperC", "miWallpaperMenu", "miPaste",
     // full screen and printing
     "miFullScreen", "xSlideShow", "miPrint",
     // preferences, web pages, sibling tools, updates, scanners
