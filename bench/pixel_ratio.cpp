@@ -1,8 +1,10 @@
 // How long the engine's work on pixels takes beside yardsticks: pixel_ratio PICTURES [RUNS]; it makes its
 // pictures itself and leaves PICTURES alone. The control is painted offscreen: without what a display takes.
+#include "engine/Codec.h"
 #include "engine/ColorCount.h"
 #include "engine/ImageEngine.h"
 #include "engine/Resample.h"
+#include "engine/Transforms.h"
 #include "Ratio.h"
 
 #include <QApplication>
@@ -22,7 +24,7 @@ namespace {
 /// Soft slopes with noise, as a photograph has.
 QImage photograph(int width, int height)
 {
-    QImage image(width, height, QImage::Format_RGB32);
+    QImage image = allocateImage(QSize(width, height), QImage::Format_RGB32);
     std::minstd_rand random(7);
     for (int y = 0; y < height; ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
@@ -128,6 +130,19 @@ int main(int argc, char* argv[])
         compare(
             "Unique colours of 24 MP : copy of its pixels", [&] { return countColors(image); }, copied, runs,
             40.0 / 14);
+
+        for (const int degrees : {-90, 90, 180}) {
+            const QByteArray name =
+                QStringLiteral("24 MP turned by %1 degrees : copy of its pixels").arg(degrees).toLatin1();
+            compare(
+                name.constData(), [&] { return rotated(image, degrees, Qt::black); },
+                [&] { // into memory of the same kind
+                    QImage other = allocateImage(image.size(), image.format());
+                    std::memcpy(other.bits(), image.constBits(), static_cast<size_t>(image.sizeInBytes()));
+                    return other;
+                },
+                runs, 2.0);
+        }
 
         for (const QSize size : {QSize(1200, 800), QSize(1333, 889)}) {
             const auto ours = [&] {

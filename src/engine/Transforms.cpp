@@ -1,9 +1,8 @@
 #include "engine/Transforms.h"
 
 #include "engine/Bands.h"
+#include "engine/QuarterTurn.h"
 #include "engine/Resample.h"
-
-#include <QTransform>
 
 #include <algorithm>
 #include <cmath>
@@ -25,39 +24,6 @@ int quarterTurns(double degrees)
 double radians(double degrees)
 {
     return std::fmod(degrees, 360) * std::numbers::pi / 180;
-}
-
-QImage turnedMono(const QImage& image, int quarters)
-{
-    const int width = image.width();
-    const int height = image.height();
-    QImage result(quarters == 2 ? image.size() : image.size().transposed(), QImage::Format_Mono);
-    if (result.isNull())
-        return {};
-    result.setColorTable(image.colorTable());
-    result.fill(0);
-    uchar* bits = result.bits();
-    const qsizetype lineBytes = result.bytesPerLine();
-    for (int y = 0; y < height; ++y) {
-        const uchar* line = image.constScanLine(y);
-        for (int x = 0; x < width; ++x) {
-            if (((line[x >> 3] >> (7 - (x & 7))) & 1) == 0)
-                continue;
-            const int toX = quarters == 1 ? y : quarters == 2 ? width - 1 - x : height - 1 - y;
-            const int toY = quarters == 1 ? width - 1 - x : quarters == 2 ? height - 1 - y : x;
-            bits[toY * lineBytes + (toX >> 3)] |= static_cast<uchar>(0x80 >> (toX & 7));
-        }
-    }
-    return result;
-}
-
-QImage turned(const QImage& image, int quarters)
-{
-    if (quarters == 0)
-        return image;
-    if (image.format() == QImage::Format_Mono)
-        return turnedMono(image, quarters);
-    return image.transformed(QTransform().rotate(-90 * quarters)); // exact: pixels are only moved
 }
 
 /// Two premultiplied pixels mixed: `share` of `b`, 0 to 256.

@@ -79,7 +79,8 @@ class tst_Transforms : public QObject
                                                      {360, 0}, {450, 1}, {-180, 2}, {-450, 3}, {1e6 * 90, 0}};
         for (const auto& [name, format] : formats) {
             for (const auto& [degrees, quarters] : turns) {
-                for (const QSize size : {QSize(13, 9), QSize(16, 1), QSize(1, 33)})
+                for (const QSize size : {QSize(13, 9), QSize(16, 1), QSize(1, 33),
+                                         QSize(131, 70)}) // the last has tiles, whole and cut
                     QTest::addRow("%s %dx%d by %g", name, size.width(), size.height(), degrees)
                         << format << size << degrees << quarters;
             }
