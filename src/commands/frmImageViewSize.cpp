@@ -154,8 +154,10 @@ void frmImageViewSize::Display()
     const QScopedValueRollback displaying(m_displaying, true);
     const QString width = m_fields.width.text();
     const QString height = m_fields.height.text();
-    m_width.text->setText(width);
-    m_height.text->setText(height);
+    for (const auto& [edit, text] : {std::pair(m_width.text, width), std::pair(m_height.text, height)}) {
+        if (edit->text() != text) // else a selection would go
+            edit->setText(text);
+    }
 }
 
 void frmImageViewSize::LoadX(engine::ImageEngine& ix1)

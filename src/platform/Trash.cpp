@@ -36,7 +36,7 @@ bool fail(QString* why, const QString& reason)
 /// The name of a second "name.ext" beside it, "name (replaced).ext"; `number` counts on from 1.
 QString nameOfReplaced(const QString& name, int number)
 {
-    constexpr qsizetype longest = 255; // bytes, of a name
+    constexpr qsizetype longest = 240; // bytes; the trash needs room behind a name
     const qsizetype point = name.lastIndexOf(u'.');
     QString base = point > 0 ? name.left(point) : name;
     const QString rest =

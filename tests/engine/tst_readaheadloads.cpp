@@ -82,6 +82,35 @@ class tst_ReadAheadLoads : public QObject
         QCOMPARE(m_pictures->order(), QStringList({m_a, m_b}));
     }
 
+    void whatWasWrittenAnswersNoLoad()
+    {
+        m_loader->setNeighbours({m_a, m_b}, box);
+        QVERIFY(stands(2));
+        const auto before = m_loader->load(m_c, 1, box);
+        QCOMPARE(before->first()->fullSize, QSize(1000, 500));
+        for (const QString& path : {m_a, m_c}) {
+            file(path).pages = {graded(60, 30)}; // size and time of the file stay
+            m_loader->forget(path);
+        }
+        QCOMPARE(m_loader->load(m_a, 1, box)->first()->fullSize, QSize(60, 30));
+        QCOMPARE(m_loader->load(m_c, 1, box)->first()->fullSize, QSize(60, 30));
+        QCOMPARE(before->first()->fullSize, QSize(1000, 500)); // who holds it keeps it
+        QCOMPARE(m_loader->load(m_b, 1, box)->first()->fullSize, QSize(1000, 500));
+        QCOMPARE(m_pictures->order().count(m_b), 1);
+    }
+
+    void aReadAheadThatIsOvertakenByAWriteBeginsAgain()
+    {
+        file(m_a).firstGate->close();
+        m_loader->setNeighbours({m_a}, box);
+        QTRY_VERIFY(m_pictures->order().contains(m_a));
+        m_loader->forget(m_a);
+        file(m_a).firstGate->open();
+        QVERIFY(stands(1));
+        QVERIFY(m_loader->load(m_a, 1, box)->first());
+        QCOMPARE(m_pictures->order(), QStringList({m_a, m_a}));
+    }
+
     void pagesOtherThanTheFirstAreNotRead()
     {
         m_loader->setNeighbours({m_a}, box);

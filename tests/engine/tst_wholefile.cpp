@@ -65,6 +65,30 @@ class tst_WholeFile : public QObject
         QCOMPARE(facts.st_mode & 07777U, mode);
     }
 
+    void whatNobodyMayWriteStays_data()
+    {
+        QTest::addColumn<uint>("mode");
+        QTest::addColumn<bool>("byLink");
+        QTest::newRow("read-only") << 0444U << false;
+        QTest::newRow("nothing is allowed") << 0000U << false;
+        QTest::newRow("through a link") << 0444U << true;
+    }
+
+    void whatNobodyMayWriteStays()
+    {
+        QFETCH(uint, mode);
+        QFETCH(bool, byLink);
+        put(path("a"), "old");
+        QVERIFY(QFile::link("a", path("link")));
+        QCOMPARE(::chmod(QFile::encodeName(path("a")).constData(), mode), 0);
+        const Status status = writeWholeFile(path(byLink ? "link" : "a"), "new"); // the super-user too
+        QVERIFY(!status);
+        QCOMPARE(status.error().kind, ErrorKind::WriteFailed);
+        QVERIFY(!status.error().text.isEmpty());
+        QCOMPARE(::chmod(QFile::encodeName(path("a")).constData(), 0600), 0);
+        QCOMPARE(contentOf(path("a")), QByteArray("old"));
+    }
+
     void linkStays()
     {
         QVERIFY(QDir(m_directory->path()).mkdir("deep"));

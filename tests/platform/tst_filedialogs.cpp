@@ -8,6 +8,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QtTest>
 
 #include <memory>
@@ -195,6 +196,53 @@ class TestFileDialogs : public QObject
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(kept.readAll(), QByteArray("1"));
         QVERIFY(!QFile::exists(pictures() + "/new.png"));
+    }
+
+    void aNameStandsInTheLineAtFirst_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("none") << "";
+        QTest::newRow("new") << "new.png";
+        QTest::newRow("there already") << "one.png";
+        QTest::newRow("blanks and signs") << "a  b%20 'c'.png";
+    }
+    void aNameStandsInTheLineAtFirst()
+    {
+        QFETCH(QString, name);
+        QString line;
+        NextDialog next([&](QFileDialog& dialog) {
+            line = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+            dialog.reject();
+        });
+        chooseSaveFile(nullptr, {.title = "Save", .filters = "All|*", .start = pictures(), .name = name});
+        QCOMPARE(line, name);
+    }
+
+    void aFileIsReplacedAfterAQuestion_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<bool>("agrees");
+        QTest::addColumn<bool>("isAsked");
+        QTest::newRow("yes") << "one.png" << true << true;
+        QTest::newRow("no") << "one.png" << false << true;
+        QTest::newRow("another name") << "new.png" << false << false;
+    }
+    void aFileIsReplacedAfterAQuestion()
+    {
+        QFETCH(QString, typed);
+        QFETCH(bool, agrees);
+        QFETCH(bool, isAsked);
+        NextDialog next([&](QFileDialog& dialog) { enter(dialog, typed); });
+        quorvia::test::NextDialog<QMessageBox> question([&](QMessageBox& box) {
+            auto* const dialog = qobject_cast<QFileDialog*>(box.parentWidget());
+            box.button(agrees ? QMessageBox::Yes : QMessageBox::No)->click();
+            if (!agrees)
+                dialog->reject();
+        });
+        const QString path = chooseSaveFile(
+            nullptr, {.title = "Save", .filters = "All|*", .start = pictures(), .asksBeforeReplacing = true});
+        QCOMPARE(question.seen(), isAsked);
+        QCOMPARE(path, isAsked && !agrees ? QString() : pictures() + "/" + typed);
     }
 
     void nothingIsWrittenWhenSavingIsCancelled()

@@ -1,9 +1,12 @@
+#include "../support/Unprivileged.h"
 #include "platform/FileStatus.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -56,6 +59,44 @@ class TestFileStatus : public QObject
         QCOMPARE(pathExists(name), number == 0);
         QTEST(isDirectory(name), "directory");
         QTEST(isRegularFile(name), "regular");
+    }
+
+    void readOnly_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<uint>("mode");
+        QTest::addColumn<bool>("readOnly");
+        QTest::newRow("writable") << "file" << 0600U << false;
+        QTest::newRow("nobody may write") << "file" << 0444U << true; // the super-user keeps to it
+        QTest::newRow("nothing is allowed") << "file" << 0000U << true;
+        QTest::newRow("by what a link leads to") << "toFile" << 0444U << true;
+        QTest::newRow("a link to a writable one") << "toFile" << 0644U << false;
+        QTest::newRow("missing") << "missing" << 0444U << false;
+        QTest::newRow("a link to nothing") << "dead" << 0444U << false;
+        QTest::newRow("directory") << "sub" << 0444U << false; // its own mode counts
+        QTest::newRow("zero character") << QString("file") + QChar(u'\0') << 0444U << false;
+    }
+    void readOnly()
+    {
+        QFETCH(QString, name);
+        QFETCH(uint, mode);
+        QCOMPARE(::chmod(qPrintable(at("file")), mode), 0);
+        const bool found = isReadOnly(at(name));
+        QCOMPARE(::chmod(qPrintable(at("file")), 0644), 0);
+        QTEST(found, "readOnly");
+        QVERIFY(!isReadOnly(QString()));
+    }
+
+    void anotherUsersFileIsReadOnly()
+    {
+        QVERIFY(quorvia::test::openToEveryone(qPrintable(m_directory.path())));
+        QCOMPARE(::chmod(qPrintable(at("file")), 0644), 0);
+        const QString path = at("file");
+        if (::geteuid() == 0) { // else it is our own
+            QVERIFY(quorvia::test::holdsUnprivileged([&path] { return isReadOnly(path); }));
+        }
+        QCOMPARE(::chmod(qPrintable(path), 0666), 0);
+        QVERIFY(quorvia::test::holdsUnprivileged([&path] { return !isReadOnly(path); }));
     }
 
     void linkItself()

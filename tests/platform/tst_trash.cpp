@@ -208,6 +208,128 @@ class TestTrash : public QObject
         QVERIFY(QDir(trash() + "/files").isEmpty() && QDir(trash() + "/info").isEmpty());
     }
 
+    void aReadOnlyFileIsNotTheUsersToDelete_data()
+    {
+        QTest::addColumn<uint>("mode");
+        QTest::addColumn<bool>("stays");
+        QTest::newRow("nobody may write it") << 0444U << true;
+        QTest::newRow("nobody may do anything") << 0000U << true;
+        QTest::newRow("the user may write it") << 0600U << false;
+    }
+    void aReadOnlyFileIsNotTheUsersToDelete()
+    {
+        QFETCH(uint, mode);
+        QFETCH(bool, stays);
+        const QString path = m_home.write("pictures/a.png", "content");
+        QCOMPARE(::chmod(qPrintable(path), mode), 0);
+        QString why;
+        QCOMPARE(trashUnlessReadOnly(path, &why), !stays);
+        QCOMPARE(isThere(path), stays);
+        QCOMPARE(why, stays ? QString("A read-only file cannot be deleted") : QString());
+        QCOMPARE(trashUnlessReadOnly(path), false); // it stays, or has gone
+        QCOMPARE(QDir(trash() + "/files").entryList(QDir::Files).size(), stays ? 0 : 1);
+    }
+
+    void aLinkToAReadOnlyFileMayGo()
+    {
+        const QString target = m_home.write("pictures/target.png", "content");
+        QCOMPARE(::chmod(qPrintable(target), 0444), 0);
+        const QString link = m_home.path("pictures/link.png");
+        QVERIFY(QFile::link(target, link));
+        QVERIFY(trashUnlessReadOnly(link));
+        QVERIFY(!isThere(link));
+        QVERIFY(isThere(target));
+    }
+
+    void whatIsReplacedIsKept_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("kept");
+        QTest::newRow("plain") << "a.png"
+                               << "a (replaced).png";
+        QTest::newRow("two points") << "a.tar.gz"
+                                    << "a.tar (replaced).gz";
+        QTest::newRow("no extension") << "a"
+                                      << "a (replaced)";
+        QTest::newRow("hidden") << ".a"
+                                << ".a (replaced)";
+        QTest::newRow("signs") << "\"%1\n'.png"
+                               << "\"%1\n' (replaced).png";
+        QTest::newRow("dash") << "-rf.png"
+                              << "-rf (replaced).png";
+        QTest::newRow("255 bytes") << QString(251, u'x') + ".png" << QString(225, u'x') + " (replaced).png";
+    }
+    void whatIsReplacedIsKept()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, kept);
+        const QString path = m_home.write("pictures/" + name, "old");
+        QString why;
+        QVERIFY2(keepInTrash(path, &why), qPrintable(why));
+        QCOMPARE(contentOf(path), QByteArray("old")); // it is not touched
+        QCOMPARE(contentOf(inTrash(kept)), QByteArray("old"));
+        QCOMPARE(QDir(m_home.path("pictures")).entryList(QDir::Files | QDir::Hidden), QStringList{name});
+    }
+
+    void whatIsReplacedOutlivesTheReplacement()
+    {
+        const QString path = m_home.write("pictures/a.png", "old");
+        QVERIFY(keepInTrash(path));
+        const QString beside = m_home.write("pictures/new", "new"); // as a save does: a rename over it
+        QCOMPARE(::rename(qPrintable(beside), qPrintable(path)), 0);
+        QCOMPARE(contentOf(path), QByteArray("new"));
+        QCOMPARE(contentOf(inTrash("a (replaced).png")), QByteArray("old"));
+    }
+
+    void aNameThatIsTakenIsCountedOn()
+    {
+        const QString path = m_home.write("pictures/a.png", "old");
+        const QString other = m_home.write("pictures/a (replaced).png", "the user's own");
+        QVERIFY(keepInTrash(path));
+        QCOMPARE(contentOf(other), QByteArray("the user's own"));
+        QCOMPARE(contentOf(inTrash("a (replaced 2).png")), QByteArray("old"));
+    }
+
+    void ofALinkWhatItLeadsToIsKept()
+    {
+        m_home.write("pictures/target.png", "old");
+        const QString link = m_home.path("pictures/link.png");
+        QVERIFY(QFile::link("target.png", link));
+        QVERIFY(keepInTrash(link));
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(contentOf(inTrash("target (replaced).png")), QByteArray("old"));
+    }
+
+    void whatCannotBeKept_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("missing") << "missing.png";
+        QTest::newRow("a folder") << ".";
+        QTest::newRow("empty") << "";
+        QTest::newRow("a link that leads nowhere") << "dead";
+    }
+    void whatCannotBeKept()
+    {
+        QFETCH(QString, name);
+        QVERIFY(QFile::link("nothing", m_home.path("pictures/dead")));
+        QString why;
+        QVERIFY(!keepInTrash(name.isEmpty() ? name : m_home.path("pictures/") + name, &why));
+        QVERIFY(!why.isEmpty());
+        QVERIFY(QDir(trash() + "/files").isEmpty());
+    }
+
+    void withoutATrashNoSecondNameIsLeft()
+    {
+        const QString path = m_home.write("pictures/a.png", "old");
+        m_home.write(".local/share/Trash", "in the trash's place");
+        QString why;
+        const bool kept = keepInTrash(path, &why);
+        QVERIFY(QFile::remove(trash()));
+        QVERIFY(!kept && !why.isEmpty());
+        QCOMPARE(contentOf(path), QByteArray("old"));
+        QCOMPARE(QDir(m_home.path("pictures")).entryList(QDir::Files), QStringList{"a.png"});
+    }
+
   private:
     QString trash() const { return m_home.path(".local/share/Trash"); }
     QString inTrash(const QString& name) const { return trash() + "/files/" + name; }
