@@ -54,7 +54,11 @@ commands::FileOperations::Sinks ImageCommands::fileSinks()
             .openX = [w](const QString& path) { w->OpenX(path); },
             .renamed = [w](const QString& before,
                            const QString& after) { w->playlist()->RenamePlaylist(before, after); },
-            .refreshStripEntry = [w](const QString& path) { w->filmstrip()->refreshEntry(path); }};
+            .refreshStripEntry =
+                [w](const QString& path) {
+                    w->list()->finishRebuild(); // which the strip follows
+                    w->filmstrip()->refreshEntry(path);
+                }};
 }
 
 commands::ImageMail::Sinks ImageCommands::mailSinks()
