@@ -360,13 +360,15 @@ class TestWindowEdits : public QObject
             shown = tW->text() + u'x' + dialog.findChild<QLineEdit*>(QStringLiteral("tH"))->text();
             dialog.findChild<QCheckBox*>(QStringLiteral("Check1"))->setChecked(true);
             dialog.activateWindow();
-            if (!QTest::qWaitForWindowActive(&dialog))
-                return dialog.reject();
             tW->setFocus();
+            if (!QTest::qWaitFor([tW] { return tW->hasFocus(); }))
+                return dialog.reject();
             tW->selectAll();
             QTest::keyClicks(tW, QStringLiteral("50"));
             QTest::keyClick(tW, Qt::Key_Return);
         });
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window)); // so that it comes not while the dialog is typed in
         run("miActualSize");
         run("miCustomResize");
         QVERIFY(next.seen() && isHis);
