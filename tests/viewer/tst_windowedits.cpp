@@ -4,6 +4,7 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "collections/Filmstrip.h"
+#include "collections/ThumbnailCache.h"
 #include "commands/frmImageViewSize.h"
 #include "controls/gnTab.h"
 #include "platform/NextDialog.h"
@@ -154,13 +155,17 @@ class TestWindowEdits : public QObject
 
     void aWriteWithinTheClocksTickIsSeen()
     {
-        const QString path = open(QStringLiteral("pics/a.bmp"), {40, 40});
+        const QString path = write(QStringLiteral("pics/a.bmp"), halves({40, 40}));
         const auto setTime = [&path] {
             const timespec times[2] = {{1'700'000'000, 0}, {1'700'000'000, 0}};
             QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0), 0);
         };
         setTime();
-        run("miRefresh");
+        open(); // a.png, whose neighbours are read ahead
+        QTRY_VERIFY(m_bench->loader().readAheadBytes() >= 40 * 40 * 4 + 2 * 40 * 30 * 4);
+        run("miPrevious");
+        QCOMPARE(m_window->currentFile(), path);
+        QCOMPARE(seen(-6, 0), QColor(Qt::red));
         ix1().Rotate(180);
         ix1().SetSaveFileName(path);
         QVERIFY(ix1().SaveFile());
@@ -471,14 +476,17 @@ class TestWindowEdits : public QObject
     void theStripShowsWhatWasTurned()
     {
         QFETCH(bool, inSight);
-        open(QStringLiteral("pics/a.png"), {200, 200});
+        write(QStringLiteral("pics/b.png"), halves({200, 200}));
+        m_window = &m_bench->load({in("pics")});
+        m_window->OpenMenuX(true);
         m_window->resize(900, 700);
         run("miViewFilmstrip");
         QVERIFY(stripSettles());
         QVERIFY(cellPixel(-20, 0).red() > 200);
         if (!inSight)
             run("miViewNormal");
-        run("miRotateClock"); // within the second in which the first one was written, mostly
+        run("miNext");
+        run("miRotateClock"); // within the second in which the picture was written, mostly
         run("miNext");
         run("miViewFilmstrip");
         QVERIFY(stripSettles());
@@ -487,6 +495,18 @@ class TestWindowEdits : public QObject
         m_window->filmstrip()->Filmstrip1()->DrawStrip(); // by the stored thumbnails
         QVERIFY(stripSettles());
         QVERIFY(cellPixel(0, -20).red() > 200 && cellPixel(0, -20).blue() < 60);
+    }
+
+    void aThumbnailOfTheFormerContentGoes()
+    {
+        const QString path = open();
+        const QString thumbnail = collections::thumbnailFor(path);
+        m_bench->home.write(QStringLiteral("root/Thumbs/other.thb"), "must stay");
+        m_bench->home.write(QStringLiteral("root/Thumbs/") + thumbnail.section(u'/', -1), "of a second");
+        QVERIFY(collections::hasThumbnail(thumbnail));
+        m_window->filmstrip()->refreshEntry(path); // written within that second
+        QVERIFY(!collections::hasThumbnail(thumbnail));
+        QVERIFY(QFile::exists(in("root/Thumbs/other.thb")));
     }
 
   private:
@@ -503,14 +523,13 @@ class TestWindowEdits : public QObject
             },
             10000);
     }
-    /// The colour in the first of the strip's three cells, so far from its middle.
+    /// The colour in the second of the strip's three cells, so far from its middle.
     QColor cellPixel(int across, int down) const
     {
         auto* const pImages =
             m_window->filmstrip()->Filmstrip1()->findChild<QWidget*>(QStringLiteral("pImages"));
         const QImage shot = pImages->grab().toImage();
-        const QSize cell(shot.width() / 3, shot.height());
-        return shot.pixelColor(cell.width() / 2 + across, cell.height() / 2 + down);
+        return shot.pixelColor(shot.width() / 2 + across, shot.height() / 2 + down);
     }
 };
 
