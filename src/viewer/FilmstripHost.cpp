@@ -53,8 +53,13 @@ void FilmstripHost::refreshEntry(const QString& file)
     if (const QString thumbnail = collections::thumbnailFor(file);
         platform::isFile(file) && collections::hasThumbnail(thumbnail))
         collections::deleteThumbnails({thumbnail});
-    if (!m_Filmstrip1->Images().contains(file) || (noteSight() && file == m_parts.currentFile()))
+    const QStringList& images = m_Filmstrip1->Images();
+    if (!images.contains(file))
         return;
+    const bool isMarked = images.count(file) == 1 &&
+                          m_Filmstrip1->SelectedImages() == QString::number(images.indexOf(file)) + u';';
+    if (noteSight() && isMarked && file == m_parts.currentFile())
+        return; // the strip reads what is marked anew, now or when the mark goes
     m_outdated = true;
     showList();
 }

@@ -41,7 +41,7 @@ class FilmstripHost : public QObject
     /// Selects the current image and brings it into view; no selection when it is not in the strip.
     void showCurrent();
     /// The picture in `file` is another one, or has gone: what the strip shows of it is read anew, when it
-    /// can be seen. The current image is read anew by showCurrent() anyway.
+    /// can be seen. The current image, once it is marked, is left to showCurrent().
     void refreshEntry(const QString& file);
     /// Shows `rows` rows of images.
     void setRows(int rows);

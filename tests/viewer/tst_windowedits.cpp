@@ -162,8 +162,8 @@ class TestWindowEdits : public QObject
         };
         setTime();
         open(); // a.png, whose neighbours are read ahead
-        QTRY_VERIFY(m_bench->loader().readAheadBytes() >= 40 * 40 * 4 + 2 * 40 * 30 * 4);
-        run("miPrevious");
+        QTRY_VERIFY(m_bench->loader().readAheadBytes() >= 40 * 40 * 4 + 40 * 30 * 4);
+        run("miLoadFirst");
         QCOMPARE(m_window->currentFile(), path);
         QCOMPARE(seen(-6, 0), QColor(Qt::red));
         ix1().Rotate(180);
@@ -469,13 +469,16 @@ class TestWindowEdits : public QObject
     void theStripShowsWhatWasTurned_data()
     {
         QTest::addColumn<bool>("inSight");
-        QTest::newRow("in sight") << true;
-        QTest::newRow("out of sight") << false;
+        QTest::addColumn<bool>("inHaste"); // before the strip has marked the image
+        QTest::newRow("in sight") << true << false;
+        QTest::newRow("in sight, in haste") << true << true;
+        QTest::newRow("out of sight") << false << true;
     }
 
     void theStripShowsWhatWasTurned()
     {
         QFETCH(bool, inSight);
+        QFETCH(bool, inHaste);
         write(QStringLiteral("pics/b.png"), halves({200, 200}));
         m_window = &m_bench->load({in("pics")});
         m_window->OpenMenuX(true);
@@ -486,7 +489,10 @@ class TestWindowEdits : public QObject
         if (!inSight)
             run("miViewNormal");
         run("miNext");
+        QVERIFY(inHaste || stripSettles());
+        auto* const tDraw = m_window->filmstrip()->Filmstrip1()->findChild<QTimer*>("tDraw");
         run("miRotateClock"); // within the second in which the picture was written, mostly
+        QCOMPARE(tDraw->isActive(), inSight && inHaste); // else there is no need to draw all of it
         run("miNext");
         run("miViewFilmstrip");
         QVERIFY(stripSettles());
