@@ -175,6 +175,13 @@ class Journey(unittest.TestCase):
             self.output("xdotool", "key", key)
             time.sleep(0.25)
 
+    def open(self, *arguments):
+        process = self.start(*arguments)
+        window = self.window()
+        self.focus(window)
+        self.built(window)
+        return process, window
+
     def focus(self, window):
         def active():
             self.output("xdotool", "windowactivate", window)
@@ -186,6 +193,14 @@ class Journey(unittest.TestCase):
     def click(self, x, y):
         self.output("xdotool", "mousemove", str(x), str(y), "click", "1")
 
+    def at(self, window, place):
+        left, top, _, _ = self.geometry(window)
+        return left + place[0], top + place[1]
+
+    def press(self, window, place, button="1"):
+        x, y = self.at(window, place)
+        self.output("xdotool", "mousemove", str(x), str(y), "click", button)
+
     def menu(self, window, *keys):
         """Opens the context menu in the middle of the window and walks it by keys."""
         x, y = self.centre(window)
@@ -194,6 +209,22 @@ class Journey(unittest.TestCase):
         wait_until(lambda: self.top_windows() > before, "the menu")
         for key in keys:
             self.key(key)
+
+    def choose(self, window, place, *keys, button="1"):
+        """Opens a menu by the mouse and walks it by keys."""
+        before = self.top_windows()
+        self.press(window, place, button)
+        wait_until(lambda: self.top_windows() > before, "the menu")
+        self.key(*keys)
+
+    def answer(self, title, text):
+        """Types into the dialog of that title and ends it by Enter."""
+        dialog = self.window(title)
+        self.focus(dialog)
+        self.output("xdotool", "key", "ctrl+a")
+        self.output("xdotool", "type", "--delay", "4", str(text))
+        self.key("Return")
+        wait_until(lambda: not self.windows(title), "the end of the dialog " + title)
 
     def top_windows(self):
         return len(self.output("xdotool", "search", "--onlyvisible", "--class", "quorvia").split())

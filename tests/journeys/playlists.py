@@ -54,45 +54,14 @@ class PlaylistJourney(Journey):
 
     # --- the program
 
-    def open(self, *arguments):
-        process = self.start(*arguments)
-        window = self.window()
-        self.focus(window)
-        self.built(window)
-        return process, window
-
     def open_panel(self, *arguments):
         process, window = self.open(*arguments)
         self.key("f")
         wait_until(lambda: self.pixel(*self.at(window, FIRST_ENTRY)) == WHITE, "the panel")
         return process, window
 
-    def at(self, window, place):
-        left, top, _, _ = self.geometry(window)
-        return left + place[0], top + place[1]
-
-    def press(self, window, place, button="1"):
-        x, y = self.at(window, place)
-        self.output("xdotool", "mousemove", str(x), str(y), "click", button)
-
     def entry(self, number):
         return FIRST_ENTRY[0], FIRST_ENTRY[1] + ENTRY_HEIGHT * number
-
-    def choose(self, window, place, *keys, button="1"):
-        """Opens a menu of the panel by the mouse and walks it by keys."""
-        before = self.top_windows()
-        self.press(window, place, button)
-        wait_until(lambda: self.top_windows() > before, "the menu")
-        self.key(*keys)
-
-    def answer(self, title, text):
-        """Types into the dialog of that title and ends it by Enter."""
-        dialog = self.window(title)
-        self.focus(dialog)
-        self.output("xdotool", "key", "ctrl+a")
-        self.output("xdotool", "type", "--delay", "4", str(text))
-        self.key("Return")
-        wait_until(lambda: not self.windows(title), "the end of the dialog " + title)
 
     def drop(self, window, place, *files):
         """Drags files from another program's window into this one, and lets them go there."""
