@@ -138,10 +138,17 @@ void PictureList::SetListIndex(int index)
 {
     if (m_closed || (index != -1 && !holds(index)) || index == m_index)
         return;
+    select(index);
+    pick(index);
+}
+
+void PictureList::select(int index)
+{
+    if (m_closed || (index != -1 && !holds(index)))
+        return;
     m_index = index;
     m_selection = normalised({{index, index}}, ListCount());
     Q_EMIT indexChanged(index);
-    pick(index);
 }
 
 void PictureList::setListIndex(const QString& text)
@@ -181,6 +188,15 @@ void PictureList::setSelection(std::vector<RowRange> rows)
 {
     if (!m_closed)
         m_selection = normalised(std::move(rows), ListCount());
+}
+
+void PictureList::replaceFile(int index, const QString& sOld, const QString& sNew)
+{
+    if (m_closed || !m_playlist->replaceFile(index, sOld, sNew) || m_folderMode || ListFile(index) != sOld)
+        return;
+    m_files[index] = sNew;
+    noteMissing(index, false);
+    SetList(index, app::SplitPathName(sNew, 2));
 }
 
 QString PictureList::GetSelectedFiles() const

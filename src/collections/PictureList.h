@@ -73,6 +73,8 @@ class PictureList : public QObject
     /// Makes `index` the current entry and the only selected one and, when it is another one, picks it.
     /// Beyond the list nothing happens.
     void SetListIndex(int index);
+    /// The same without picking it: nothing is opened.
+    void select(int index);
     /// Looks for the first entry whose text is `text` and picks it. File names are never such texts: entries
     /// bear a number, and that is where it looks. Nothing happens at start-up.
     void setListIndex(const QString& text);
@@ -92,6 +94,9 @@ class PictureList : public QObject
     /// The selected entries, in ascending order.
     const std::vector<RowRange>& selection() const { return m_selection; }
     void setSelection(std::vector<RowRange> rows);
+    /// Puts `sNew` in the place of entry `index` of the playlist, if that is still `sOld`. Its text is the
+    /// name of that file until the next rebuild.
+    void replaceFile(int index, const QString& sOld, const QString& sNew);
     /// The full paths of the selected entries, each followed by ";".
     QString GetSelectedFiles() const;
 
@@ -111,6 +116,7 @@ class PictureList : public QObject
     void finishRebuild();
     /// Lets pending events run and ends all activity; every later call is shut out.
     void CloseDown();
+    bool isClosed() const { return m_closed; }
 
   Q_SIGNALS:
     /// An entry that is not on show already was picked.
@@ -127,7 +133,7 @@ class PictureList : public QObject
     /// There are no entries until the next rebuild.
     void listEmptied();
     void textChanged(int index);
-    /// SetListIndex() made `index` the current and the selected entry.
+    /// SetListIndex() or select() made `index` the current and the selected entry.
     void indexChanged(int index);
 
   private:

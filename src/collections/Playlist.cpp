@@ -3,6 +3,7 @@
 #include "app/Colors.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "collections/BatchActions.h"
 #include "collections/ButtonRow.h"
 #include "collections/EntryModel.h"
 #include "collections/EntryText.h"
@@ -45,8 +46,9 @@ int rowWidth(QSize size)
 
 } // namespace
 
-Playlist::Playlist(PictureList* list, PlaylistCommands& commands, app::MainWindow& main, QWidget* parent)
-    : QWidget(parent), m_list(list), m_commands(commands),
+Playlist::Playlist(PictureList* list, PlaylistCommands& commands, BatchActions& batch, app::MainWindow& main,
+                   QWidget* parent)
+    : QWidget(parent), m_list(list), m_commands(commands), m_batch(batch),
       m_tabs(new PanelTabs(list->GetSelectedTab(), this)), m_pInternalPlaylist(new PlaylistHead(this)),
       m_ftv(new platform::FolderTree(this)), m_pFilelist(new ButtonRow(QStringLiteral("pFilelist"), this)),
       m_lPlaylist(new EntryView(this)), m_ptPlaylist(new ButtonRow(QStringLiteral("ptPlaylist"), this)),
@@ -149,6 +151,10 @@ void Playlist::followUser()
     connect(m_lPlaylist, &EntryView::dropped, this,
             [this](const QStringList& paths) { m_commands.drop(paths); });
     connect(m_menus, &PanelMenus::commandChosen, this, &Playlist::RunTool);
+    // Queued: its questions come when the menu has done with the click.
+    connect(
+        m_menus, &PanelMenus::conversionChosen, this,
+        [this](const QString& extension) { m_batch.ConvertImage(extension); }, Qt::QueuedConnection);
     for (const ButtonRow* const row : {m_pFilelist, m_ptPlaylist}) {
         connect(row, &ButtonRow::wanted, this, [this](const QString& command, QAbstractButton* button) {
             m_menuButton = button;
@@ -220,12 +226,13 @@ void Playlist::RunTool(const QString& sCommand)
                                   [&command](const Row& candidate) { return candidate.name == command; });
     if (row != rows.end())
         (this->*row->run)();
-    else
-        m_commands.RunTool(command);
+    else if (!m_commands.RunTool(command))
+        m_batch.RunTool(command);
 }
 
 void Playlist::GenPopupMenu()
 {
+    m_menus->setCanEmail(m_batch.canEmail());
     m_menus->GenPopupMenu();
 }
 

@@ -20,6 +20,7 @@ class FolderTree;
 
 namespace quorvia::collections {
 
+class BatchActions;
 class ButtonRow;
 class EntryView;
 class PanelMenus;
@@ -35,11 +36,12 @@ class Playlist : public QWidget
 
   public:
     /// Shows `list` as it stands. The tree gets its root from the settings. What the panel does not run by
-    /// itself goes to `commands` and `main`. All three outlive it.
-    Playlist(PictureList* list, PlaylistCommands& commands, app::MainWindow& main, QWidget* parent = nullptr);
+    /// itself goes to `commands`, `batch` and `main`. All outlive it.
+    Playlist(PictureList* list, PlaylistCommands& commands, BatchActions& batch, app::MainWindow& main,
+             QWidget* parent = nullptr);
 
     /// Runs a command of the panel, whatever its case: `selectdirectory`, `addmenu`, `removemenu`,
-    /// `showcontextmenu`, or one of PlaylistCommands. Any other does nothing.
+    /// `showcontextmenu`, or one of PlaylistCommands or BatchActions. Any other does nothing.
     void RunTool(const QString& sCommand);
     /// Prepares the menu of the list.
     void GenPopupMenu();
@@ -76,6 +78,7 @@ class Playlist : public QWidget
 
     PictureList* m_list;
     PlaylistCommands& m_commands;
+    BatchActions& m_batch;
     PanelTabs* m_tabs;
     PlaylistHead* m_pInternalPlaylist;
     platform::FolderTree* m_ftv;

@@ -226,6 +226,18 @@ bool PlaylistKeeper::RenamePlaylistFiles(const QString& sOld, const QString& sNe
     return true;
 }
 
+bool PlaylistKeeper::replaceFile(int index, const QString& sOld, const QString& sNew)
+{
+    const bool isThere = index >= 0 && index < int(m_files.size()) && m_files.at(index) == sOld;
+    if (m_closed || !isThere)
+        return false;
+    if (sNew != sOld) {
+        m_files[index] = sNew;
+        m_changed = true;
+    }
+    return true;
+}
+
 void PlaylistKeeper::setName(const QString& name)
 {
     if (name == m_name)

@@ -72,6 +72,9 @@ class PlaylistKeeper : public QObject
     void removeFiles(const std::vector<RowRange>& rows);
     /// Puts `sNew` in the place of each entry that is `sOld`. True when there was one.
     bool RenamePlaylistFiles(const QString& sOld, const QString& sNew);
+    /// Puts `sNew` in the place of entry `index` (0-based). False when that is not `sOld` any more. Nobody
+    /// hears of it: one of many, after which the caller has list and file follow.
+    bool replaceFile(int index, const QString& sOld, const QString& sNew);
 
   Q_SIGNALS:
     /// Another playlist has been opened by a load.

@@ -4,14 +4,17 @@
 #include "app/MainWindow.h"
 #include "collections/Playlist.h"
 #include "collections/PlaylistFolder.h"
+#include "platform/Shell.h"
 
 #include <QKeyEvent>
+
+#include <utility>
 
 namespace quorvia::collections {
 
 frmImageViewPlaylist::frmImageViewPlaylist(app::MainWindow& main, QWidget* parent)
     : QWidget(parent), m_main(main), m_list(new PictureList([&main] { return main.currentFile(); }, this)),
-      m_commands(m_list)
+      m_commands(m_list), m_batch(new BatchActions(m_list, this))
 {
     setObjectName(QStringLiteral("frmImageViewPlaylist"));
     setAccessibleName(tr("Picture list"));
@@ -26,10 +29,20 @@ void frmImageViewPlaylist::makePanel()
 {
     if (m_panel || m_closed)
         return;
-    m_panel = new Playlist(m_list, m_commands, m_main, this);
+    m_panel = new Playlist(m_list, m_commands, *m_batch, m_main, this);
     m_panel->setGeometry(rect());
     connect(m_panel, &Playlist::editorWanted, this, &frmImageViewPlaylist::ShowPlaylistEditor);
     m_panel->show();
+}
+
+void frmImageViewPlaylist::setBatchServices(BatchServices services)
+{
+    services.currentFile = [this] { return m_main.currentFile(); };
+    services.openFile = [this](const QString& path) { Q_EMIT m_list->OpenFile(path); };
+    services.startTool = [](const QString& program, const QStringList& arguments) {
+        return platform::startProgram(program, arguments, QString()) == platform::ShellCode::Ok;
+    };
+    m_batch->setServices(std::move(services));
 }
 
 void frmImageViewPlaylist::GenPopupMenu()

@@ -2,6 +2,7 @@
 // until it is first shown: only then is the panel made that fills it.
 #pragma once
 
+#include "collections/BatchActions.h"
 #include "collections/PictureList.h"
 #include "collections/PlaylistCommands.h"
 #include "collections/PlaylistKeeper.h"
@@ -72,6 +73,10 @@ class frmImageViewPlaylist : public QWidget, public PlaylistSource
     /// The editor has closed with the playlist `inHand`: the open one is loaded anew, since it may have been
     /// changed. When it has gone, deleted or renamed, the one in hand is opened instead.
     void PlaylistEditorDone(const QString& inHand = QString());
+    /// What is done with the selected files goes by `services`. Those about the image on show, and the start
+    /// of a program, are the window's own.
+    void setBatchServices(BatchServices services);
+    BatchActions& batch() { return *m_batch; }
     /// Prepares the menu of the list, in the panel when it is there.
     void GenPopupMenu();
     /// Runs a command of the panel, which is made for it when it is not there yet; see Playlist.
@@ -92,6 +97,7 @@ class frmImageViewPlaylist : public QWidget, public PlaylistSource
     app::MainWindow& m_main;
     PictureList* m_list;
     PlaylistCommands m_commands;
+    BatchActions* m_batch;
     Playlist* m_panel = nullptr;
     QString m_tag;
     bool m_closed = false;

@@ -1,6 +1,7 @@
 // The panel of the list of pictures, driven by mouse and keys.
 #include "app/Colors.h"
 #include "app/Settings.h"
+#include "collections/BatchActions.h"
 #include "collections/EntryView.h"
 #include "collections/PictureList.h"
 #include "collections/Playlist.h"
@@ -31,6 +32,7 @@ class TestPlaylist : public QObject
     std::unique_ptr<test::ListBench> m_bench;
     std::unique_ptr<PictureList> m_list;
     std::unique_ptr<collections::PlaylistCommands> m_commands;
+    std::unique_ptr<collections::BatchActions> m_batch;
     std::unique_ptr<Playlist> m_panel;
     std::unique_ptr<QSignalSpy> m_opened;
 
@@ -82,6 +84,7 @@ class TestPlaylist : public QObject
     {
         m_list = std::make_unique<PictureList>([this] { return m_bench->window.current; });
         m_commands = std::make_unique<collections::PlaylistCommands>(m_list.get());
+        m_batch = std::make_unique<collections::BatchActions>(m_list.get());
         m_opened = std::make_unique<QSignalSpy>(m_list.get(), &PictureList::OpenFile);
         m_list->SetPattern(QStringLiteral("*.jpg"));
         m_list->startUp();
@@ -93,7 +96,7 @@ class TestPlaylist : public QObject
     {
         if (!m_list)
             list(in("pics"));
-        m_panel = std::make_unique<Playlist>(m_list.get(), *m_commands, m_bench->window);
+        m_panel = std::make_unique<Playlist>(m_list.get(), *m_commands, *m_batch, m_bench->window);
         m_panel->resize(240, 640);
         m_panel->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
@@ -110,6 +113,7 @@ class TestPlaylist : public QObject
     {
         m_panel.reset();
         m_opened.reset();
+        m_batch.reset();
         m_commands.reset();
         m_list.reset();
         QDir::setCurrent(m_startedIn);

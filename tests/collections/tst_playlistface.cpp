@@ -1,5 +1,6 @@
 // The playlist's face of the panel, driven by mouse and keys.
 #include "app/Settings.h"
+#include "collections/BatchActions.h"
 #include "collections/EntryView.h"
 #include "collections/PanelTabs.h"
 #include "collections/PictureList.h"
@@ -56,6 +57,7 @@ class TestPlaylistFace : public QObject
     std::unique_ptr<test::ListBench> m_bench;
     std::unique_ptr<PictureList> m_list;
     std::unique_ptr<collections::PlaylistCommands> m_commands;
+    std::unique_ptr<collections::BatchActions> m_batch;
     std::unique_ptr<DropWindow> m_around;
     Playlist* m_panel = nullptr;
 
@@ -127,7 +129,7 @@ class TestPlaylistFace : public QObject
     void show()
     {
         m_around = std::make_unique<DropWindow>();
-        m_panel = new Playlist(m_list.get(), *m_commands, m_bench->window, m_around.get());
+        m_panel = new Playlist(m_list.get(), *m_commands, *m_batch, m_bench->window, m_around.get());
         m_around->resize(260, 600);
         m_panel->resize(260, 600);
         m_around->show();
@@ -140,6 +142,7 @@ class TestPlaylistFace : public QObject
         m_bench = std::make_unique<test::ListBench>();
         m_list = std::make_unique<PictureList>([this] { return m_bench->window.current; });
         m_commands = std::make_unique<collections::PlaylistCommands>(m_list.get());
+        m_batch = std::make_unique<collections::BatchActions>(m_list.get());
         m_list->SetPattern(QStringLiteral("*.jpg"));
         m_list->startUp();
         m_list->setPath(in("pics"));
@@ -151,6 +154,7 @@ class TestPlaylistFace : public QObject
             open->close();
         m_around.reset();
         m_panel = nullptr;
+        m_batch.reset();
         m_commands.reset();
         m_list.reset();
         m_bench.reset();
