@@ -98,7 +98,7 @@ class ImageEngine : public QWidget
     /// The same, for the dialog that asks for a size.
     void Resample(int width, int height);
     /// Draws an edge `width` pixels wide inside the image; style 1 raised, any other sunken; intensity 0 to
-    /// 100.
+    /// 25.
     void Bevel(int style, int width, int intensity);
     /// Puts the held image on the clipboard, in sRGB.
     void CopyToClipboard();

@@ -108,6 +108,8 @@ unsigned towards(unsigned value, unsigned goal, unsigned share)
     return (value * (256 - share) + goal * share + 128) >> 8;
 }
 
+constexpr int fullIntensity = 25; // so that 10 stands out and what is below it can still be seen
+
 /// What the bevel does to the pixel at (x, y): how far it goes (0 to 256), and whether to the light.
 struct Shade
 {
@@ -122,7 +124,8 @@ Shade shadeAt(QSize size, int x, int y, bool raised, int width, int intensity)
     const int depth = std::min(upperLeft, lowerRight);
     if (depth >= width)
         return {0, false};
-    const int share = (256 * intensity * (width - depth) + 50 * width) / (100 * width);
+    const int whole = fullIntensity * width;
+    const int share = (256 * intensity * (width - depth) + whole / 2) / whole;
     return {static_cast<unsigned>(share), (upperLeft <= lowerRight) == raised};
 }
 
@@ -165,7 +168,7 @@ QImage bevelled(const QImage& image, int style, int width, int intensity)
 {
     QImage result = normalized(image);
     const int bound = std::min(width, std::min(image.width(), image.height()) / 2);
-    const int strength = std::min(intensity, 100);
+    const int strength = std::min(intensity, fullIntensity);
     if (bound < 1 || strength < 1)
         return result;
     const bool gray = isGrayByFormat(result);

@@ -237,26 +237,26 @@ class tst_Transforms : public QObject
         QTest::addColumn<int>("intensity");
         QTest::addColumn<QPoint>("pixel");
         QTest::addColumn<int>("value"); // of an image of 100
-        // share of white or black = intensity * (width - depth) / width
-        QTest::newRow("raised top") << 1 << 10 << 10 << QPoint(50, 0) << 116; // 10% towards 255
-        QTest::newRow("raised left") << 1 << 10 << 10 << QPoint(0, 30) << 116;
-        QTest::newRow("raised bottom") << 1 << 10 << 10 << QPoint(50, 59) << 90; // 10% towards 0
-        QTest::newRow("raised right") << 1 << 10 << 10 << QPoint(99, 30) << 90;
-        QTest::newRow("half way in") << 1 << 10 << 10 << QPoint(50, 5) << 108; // 5%
-        QTest::newRow("last ring") << 1 << 10 << 100 << QPoint(50, 9) << 116;  // 10%
-        QTest::newRow("inside") << 1 << 10 << 100 << QPoint(50, 10) << 100;
-        QTest::newRow("inside, right") << 1 << 10 << 100 << QPoint(89, 30) << 100;
-        QTest::newRow("full strength") << 1 << 10 << 100 << QPoint(50, 0) << 255;
-        QTest::newRow("full strength, dark") << 1 << 10 << 100 << QPoint(50, 59) << 0;
-        QTest::newRow("above 100 is 100") << 1 << 10 << 500 << QPoint(50, 0) << 255;
-        QTest::newRow("sunken top") << 2 << 10 << 10 << QPoint(50, 0) << 90;
-        QTest::newRow("sunken bottom") << 0 << 10 << 10 << QPoint(50, 59) << 116;
-        QTest::newRow("upper right corner, nearer the top") << 1 << 10 << 100 << QPoint(95, 2) << 224;
-        QTest::newRow("upper right corner, nearer the right") << 1 << 10 << 100 << QPoint(97, 4) << 20;
-        QTest::newRow("upper right diagonal") << 1 << 10 << 100 << QPoint(99, 0) << 255;
-        QTest::newRow("wide, bounded by half the height") << 1 << 1000 << 100 << QPoint(50, 29) << 105;
-        QTest::newRow("no width") << 1 << 0 << 100 << QPoint(50, 0) << 100;
-        QTest::newRow("negative width") << 1 << -5 << 100 << QPoint(50, 0) << 100;
+        // share of white or black = intensity / 25 * (width - depth) / width
+        QTest::newRow("raised top") << 1 << 10 << 10 << QPoint(50, 0) << 162; // 40% towards 255
+        QTest::newRow("raised left") << 1 << 10 << 10 << QPoint(0, 30) << 162;
+        QTest::newRow("raised bottom") << 1 << 10 << 10 << QPoint(50, 59) << 60; // 40% towards 0
+        QTest::newRow("raised right") << 1 << 10 << 10 << QPoint(99, 30) << 60;
+        QTest::newRow("half way in") << 1 << 10 << 10 << QPoint(50, 5) << 131; // 20%
+        QTest::newRow("last ring") << 1 << 10 << 25 << QPoint(50, 9) << 116;   // 10%
+        QTest::newRow("inside") << 1 << 10 << 25 << QPoint(50, 10) << 100;
+        QTest::newRow("inside, right") << 1 << 10 << 25 << QPoint(89, 30) << 100;
+        QTest::newRow("full strength") << 1 << 10 << 25 << QPoint(50, 0) << 255;
+        QTest::newRow("full strength, dark") << 1 << 10 << 25 << QPoint(50, 59) << 0;
+        QTest::newRow("above 25 is 25") << 1 << 10 << 500 << QPoint(50, 0) << 255;
+        QTest::newRow("sunken top") << 2 << 10 << 10 << QPoint(50, 0) << 60;
+        QTest::newRow("sunken bottom") << 0 << 10 << 10 << QPoint(50, 59) << 162;
+        QTest::newRow("upper right corner, nearer the top") << 1 << 10 << 25 << QPoint(95, 2) << 224;
+        QTest::newRow("upper right corner, nearer the right") << 1 << 10 << 25 << QPoint(97, 4) << 20;
+        QTest::newRow("upper right diagonal") << 1 << 10 << 25 << QPoint(99, 0) << 255;
+        QTest::newRow("wide, bounded by half the height") << 1 << 1000 << 25 << QPoint(50, 29) << 105;
+        QTest::newRow("no width") << 1 << 0 << 25 << QPoint(50, 0) << 100;
+        QTest::newRow("negative width") << 1 << -5 << 25 << QPoint(50, 0) << 100;
         QTest::newRow("no intensity") << 1 << 10 << 0 << QPoint(50, 0) << 100;
         QTest::newRow("negative intensity") << 1 << 10 << -10 << QPoint(50, 0) << 100;
     }

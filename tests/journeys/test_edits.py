@@ -138,7 +138,7 @@ class EditsTest(Journey):
         self.output("xdotool", "type", "100")
         self.key("Return")
         wait_until(lambda: not self.windows("Custom Resize"), "the end of the dialog")
-        wait_until(lambda: self.windows(re.escape(str(path)) + ".*100x"), "the size in the caption")
+        wait_until(lambda: self.windows(r"halves.png \[100x480\]"), "the size in the caption")
         self.assertEqual(path.read_bytes(), before)  # in memory only
         self.send(process)
         self.ended(process)
