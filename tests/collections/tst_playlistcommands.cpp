@@ -101,6 +101,43 @@ class TestPlaylistCommands : public QObject
         QCOMPARE(m_list->GetSelectedTab(), 1);
     }
 
+    void movingKeepsTheOrderOfTheList()
+    {
+        for (const char* name : {"mixed/b.jpg", "mixed/C.png", "mixed/A.png", "mixed/d.jpg", "mixed/10.jpg"})
+            m_bench->home.write(QLatin1String(name), "x");
+        m_list->SetPattern(QStringLiteral("*.png;*.jpg"));
+        m_list->setPath(in("mixed"));
+        run("movefilelisttoplaylist");
+        QCOMPARE(stored(),
+                 pathsOf({"mixed/10.jpg", "mixed/A.png", "mixed/b.jpg", "mixed/C.png", "mixed/d.jpg"}));
+    }
+
+    void enqueuedFilesStandByWildcard()
+    {
+        for (const char* name : {"mixed/b.jpg", "mixed/c.png", "mixed/a.jpg"})
+            m_bench->home.write(QLatin1String(name), "x");
+        m_list->SetPattern(QStringLiteral("*.png;*.gif;*.jpg;c.*"));
+        const platform::FolderBrowserAnswerer answerer(
+            [&](const platform::FolderBrowser&) { return in("mixed"); });
+        run("enqueuedir");
+        QStringList added = stored();
+        QCOMPARE(added.value(0), in("mixed/c.png"));
+        QCOMPARE(added.value(3), in("mixed/c.png")); // of two wildcards it stands twice
+        added.sort();
+        QCOMPARE(added, pathsOf({"mixed/a.jpg", "mixed/b.jpg", "mixed/c.png", "mixed/c.png"}));
+    }
+
+    void aMoveOfNothingStillOpensThePlaylist()
+    {
+        m_list->setPath(in("pics/sub/deep"));
+        QVERIFY(QFile::remove(in("pics/sub/deep/y.png")));
+        run("movefilelisttoplaylist");
+        QCOMPARE(m_list->GetSelectedTab(), 1);
+        QCOMPARE(stored(), QStringList());
+        run("moveselectedtoplaylist"); // which the playlist's face does not have
+        QCOMPARE(stored(), QStringList());
+    }
+
     void moveAllOfAFolderThatWasJustChosen()
     {
         m_list->setPath(in("pics/sub"));
