@@ -126,6 +126,20 @@ bool saveEarlierOwner(const QString& verb, const QString& extension, const QStri
     return SaveAppSetting(latin(section::Associations), earlierOwnerName(verb, extension), program);
 }
 
+QString read(const DesktopKey& key)
+{
+    return RegReadValue(Root::CurrentUser, latin(key.keyPath), latin(key.name), QString()).toString();
+}
+
+bool save(const DesktopKey& key, const QString& value)
+{
+    try {
+        return RegWriteValue(Root::CurrentUser, latin(key.keyPath), latin(key.name), value);
+    } catch (const RegistryError&) {
+        return false;
+    }
+}
+
 QString keyPath(const CommonSubkey& subkey)
 {
     return machineKeyPath(latin(subkey.path));

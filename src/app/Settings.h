@@ -137,6 +137,24 @@ inline constexpr CommonKey QOCSInstall{ProductIds, "QOCSInstall", "no"};
 inline constexpr CommonKey Test{Testing, "Test", ""}; ///< written at start to see whether the tree can be
 } // namespace common
 
+/// One text of the user's tree that is the desktop's own, by its full key path.
+struct DesktopKey
+{
+    const char* keyPath;
+    const char* name;
+};
+
+/// What the desktop keeps of its wallpaper.
+namespace desktop {
+inline constexpr DesktopKey WallpaperStyle{"Control Panel\\Desktop", "WallpaperStyle"}; ///< "2" stretched
+inline constexpr DesktopKey TileWallpaper{"Control Panel\\Desktop", "TileWallpaper"};   ///< "1" tiled
+} // namespace desktop
+
+/// The stored text; empty when it is absent.
+QString read(const DesktopKey& key);
+/// True when written.
+bool save(const DesktopKey& key, const QString& value);
+
 /// The full path of a machine-wide key, for RegWriteValue().
 QString keyPath(const CommonSubkey& subkey);
 
