@@ -88,7 +88,7 @@ void ImageEdits::bevel()
 {
     constexpr int raised = 1;
     constexpr int width = 10;     // pixels
-    constexpr int intensity = 10; // percent
+    constexpr int intensity = 10; // of 25
     transform([this] { m_sinks.ix1->Bevel(raised, width, intensity); });
     showEdited();
 }
