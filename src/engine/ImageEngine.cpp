@@ -355,7 +355,10 @@ bool ImageEngine::SaveFile()
         if (image.isNull())
             return Error{ErrorKind::WriteFailed, QStringLiteral("no memory to convert the colours")};
         const auto bytes = codec->encode(image, extension, options);
-        return bytes ? writeWholeFile(d->saveFileName, *bytes) : Status(bytes.error());
+        if (!bytes)
+            return bytes.error();
+        const auto writeFile = d->saveIsScratch ? writeScratchFile : writeWholeFile;
+        return writeFile(d->saveFileName, *bytes);
     };
     const auto save = [&write]() -> Status {
         try {
@@ -369,6 +372,11 @@ bool ImageEngine::SaveFile()
     if (saved)
         d->loader->forget(d->saveFileName);
     return static_cast<bool>(saved);
+}
+
+void ImageEngine::SetSaveIsScratch(bool scratch)
+{
+    d->saveIsScratch = scratch;
 }
 
 void ImageEngine::SetJPEGLuminance(int strength)

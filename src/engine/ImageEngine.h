@@ -112,6 +112,9 @@ class ImageEngine : public QWidget
     /// the new one stands. A colour profile goes with it where the format can carry it, else the colours are
     /// written in sRGB. True when written; LastError() tells why not.
     bool SaveFile();
+    /// True: SaveFile() writes a scratch file, which is soon read again and then removed. It does not wait
+    /// for the disk, and what stood there is gone at once. False at first.
+    void SetSaveIsScratch(bool scratch);
     void SetJPEGLuminance(int strength);
     void SetJPEGChrominance(int strength);
     void SetJPEGSubSampling(int mode);

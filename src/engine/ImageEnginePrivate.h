@@ -95,6 +95,7 @@ class ImageEngine::Private
 
     QString saveFileName;
     int saveFileType = 0;
+    bool saveIsScratch = false;
     EncodeOptions encodeOptions;
 };
 

@@ -49,7 +49,7 @@ int syncError(int file)
     return errno == EINVAL || errno == ENOTSUP ? 0 : errno; // not every file system offers it
 }
 
-Status failure(const QSaveFile& file)
+Status failure(const QFileDevice& file)
 {
     return Error{ErrorKind::WriteFailed, file.errorString()};
 }
@@ -80,6 +80,19 @@ Status writeWholeFile(const QString& path, const QByteArray& bytes)
     if (const int error = syncError(file.handle()); error != 0)
         return Error{ErrorKind::WriteFailed, qt_error_string(error)};
     return file.commit() ? ok() : failure(file);
+}
+
+Status writeScratchFile(const QString& path, const QByteArray& bytes)
+{
+    const SizeSignalHeld held;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        return failure(file);
+    if (file.write(bytes) == bytes.size())
+        return ok();
+    const Status why = failure(file);
+    file.remove();
+    return why;
 }
 
 void syncDirectoryOf(const QString& path)

@@ -15,6 +15,10 @@ namespace quorvia::engine {
 /// the old content. What nobody may write the super-user does not replace either.
 Status writeWholeFile(const QString& path, const QByteArray& bytes);
 
+/// Puts `bytes` at `path` (native path) as they are, without waiting for the disk: for a file that is soon
+/// read again and then removed. WriteFailed, and no file is left, when it does not take them.
+Status writeScratchFile(const QString& path, const QByteArray& bytes);
+
 /// Waits until the disk also has the names in the directory of `path`, so that a loss of power does not bring
 /// an old content back. Dear: milliseconds. What the file system does not offer is passed over.
 void syncDirectoryOf(const QString& path);

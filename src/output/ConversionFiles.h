@@ -16,16 +16,19 @@ QString overwriteQuestion(const QString& target);
 /// True when a file at `path` takes the settings for JPEG.
 bool takesJpegSettings(const QString& path);
 
-/// True when a picture read from a file of this `extension` (no point, any case) and written again gives the
-/// same bytes, so that they may be copied instead.
-bool writesTheSameAgain(const QString& extension);
+/// True when a picture of `bitsPerPixel`, read from a file of this `extension` (no point, any case) and
+/// written again, gives the same bytes, so that they may be copied instead.
+bool writesTheSameAgain(const QString& extension, int bitsPerPixel);
 
 /// True when both paths lead to one file, by whatever names; false when either leads nowhere.
 bool isOneFile(const QString& path, const QString& other);
 
-/// Puts what the file at `target` holds into the trash, since it is about to be replaced. Nothing happens
-/// when there is none. Without a trash only the log tells.
-void keepReplaced(const QString& target);
+/// True when both are readable files with the same bytes.
+bool hasSameContent(const QString& path, const QString& other);
+
+/// Puts what the file at `target` holds into the trash, since it is about to be replaced. True when it lies
+/// there, or when there is no such file; else the log has why.
+bool keepReplaced(const QString& target);
 
 /// Moves the source of a conversion to `target` into the trash, unless that is the same file, or the source
 /// is no more what was read: `read` is its key from before. `pages` is the number of its pages; when there

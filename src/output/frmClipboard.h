@@ -10,7 +10,9 @@
 #include <functional>
 
 class QAction;
+class QKeyEvent;
 class QLabel;
+class QMenuBar;
 class QPushButton;
 
 namespace quorvia::controls {
@@ -33,7 +35,8 @@ class frmClipboard : public QDialog
         std::function<void(const QImage&)> PasteImage; ///< gets the picture, null for an empty clipboard
     };
 
-    explicit frmClipboard(Caller caller, platform::ClipboardReader clipboard = platform::desktopClipboard());
+    /// Reads what is in `clipboard` and shows it once it is shown itself.
+    explicit frmClipboard(Caller caller, platform::ClipboardReader clipboard);
     ~frmClipboard() override;
 
     /// Shows a window of its own for `caller`, modally, until it is closed. What is pasted goes to
@@ -47,7 +50,6 @@ class frmClipboard : public QDialog
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 
@@ -55,32 +57,36 @@ class frmClipboard : public QDialog
     void buildMenu();
     void buildToolbar();
     void buildArea();
+    void buildWindow();
+    bool scrollByKey(QKeyEvent* event);
     void setAspectResize(bool aspect);
     void changeMode();
     void layOut();
-    void placeParts(const ClipboardView& view);
+    void placeParts(const ClipboardView& view, QSize clip);
+    void scrollPicture();
     void finish();
-    controls::ScrollBar* barFor(Qt::Orientation orientation) const;
 
     Caller m_caller;
     platform::ClipboardReader m_clipboard;
-    QImage m_picture;   ///< in device pixels
-    double m_ratio = 0; ///< that the text was printed for
+    QImage m_picture;     ///< in device pixels
+    double m_ratio = 0;   ///< that the text was printed for
+    bool m_aspect = true; ///< else scroll bars
     bool m_finished = false;
 
+    QMenuBar* m_menuBar = nullptr;
     QLabel* m_lblTitle;
     QWidget* m_pToolbar;
-    QPushButton* m_lblRepaste;
-    QPushButton* m_lblCancel;
-    QPushButton* m_cmdFinish;
+    QPushButton* m_lblRepaste = nullptr;
+    QPushButton* m_lblCancel = nullptr;
+    QPushButton* m_cmdFinish = nullptr;
     QWidget* m_holder; ///< the room of area and bars
-    ClipSurface* m_picBG;
-    ClipSurface* m_pClip;
-    QWidget* m_pTextP;
-    controls::ScrollBar* m_sbH;
-    controls::ScrollBar* m_sbV;
-    QAction* m_mnuAspectResize;
-    QAction* m_mnuScrollbars;
+    ClipSurface* m_picBG = nullptr;
+    ClipSurface* m_pClip = nullptr;
+    QWidget* m_pTextP = nullptr;
+    controls::ScrollBar* m_sbH = nullptr;
+    controls::ScrollBar* m_sbV = nullptr;
+    QAction* m_mnuAspectResize = nullptr;
+    QAction* m_mnuScrollbars = nullptr;
 };
 
 } // namespace quorvia::output

@@ -7,12 +7,12 @@
 #include "output/ConversionScratch.h"
 
 #include <QDialog>
+#include <QList>
 #include <QString>
 
 #include <memory>
 
 class QCheckBox;
-class QLabel;
 class QPushButton;
 
 namespace quorvia::engine {
@@ -39,33 +39,40 @@ class frmImageConvert : public QDialog
 
     void reject() override;
 
-  private:
-    class Parts;
+  protected:
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
-    void buildParts();
-    void buildAnswers(Parts& parts);
-    bool loadPreview(const QString& source, const QString& target);
-    void answer(const QString& word, bool writes);
+  private:
+    QWidget* buildPicture(engine::ImageEngine* engine, const QString& title);
+    QWidget* buildAnswers();
+    QPushButton* addAnswer(const char* name, const QString& text, int key, QLatin1String word, bool writes);
+    void takeDesktopColors();
+    void preview(const QString& source, const QString& target);
+    bool saveScratch(const QString& source, const QString& target);
+    void ask();
+    void goOnAlone();
+    void answer(QLatin1String word, bool writes);
     void writeTarget();
     bool mayReplace();
     bool saveTarget();
-    void setJpegSettings(engine::ImageEngine* engine, const QString& path);
-    void setAsking(bool asks);
+    bool savePreview(QString& why);
     void letGo();
+    QString source() const;
+    QString target() const;
 
-    std::shared_ptr<engine::ImageLoader> m_loader;
     ConversionScratch m_scratch;
     engine::ImageEngine* m_ixOri;
     engine::ImageEngine* m_ixPreview;
     QCheckBox* m_chkDelete = nullptr;
-    QPushButton* m_cmdYes = nullptr;
-    QPushButton* m_cmdYesToAll = nullptr;
-    QPushButton* m_cmdNo = nullptr;
-    QPushButton* m_cmdCancel = nullptr;
+    QList<QPushButton*> m_answers; ///< Yes first
 
     engine::PageKey m_read; ///< of the source, from before it was read
+    QString m_scratchFile;  ///< holds the result; empty when it could not be made
     QString m_answer;
-    bool m_busy = false;
+    bool m_busy = false;    ///< LoadConversion() has not returned
+    bool m_writing = false; ///< the write step is under way
+    bool m_stopped = false; ///< the window was closed while it wrote without asking
 };
 
 } // namespace quorvia::output

@@ -16,7 +16,8 @@ struct ClipboardReader
     std::function<QImage()> image; ///< with its alpha; null when there is none
 };
 
-/// The clipboard of the desktop. An owner that has died, or answers nothing, gives neither text nor image.
-ClipboardReader desktopClipboard();
+/// The clipboard of the desktop. An owner that has died, or answers nothing, gives neither text nor image;
+/// an image that takes more than `maxImageBytes` (at least a mebibyte) is none.
+ClipboardReader desktopClipboard(qint64 maxImageBytes);
 
 } // namespace quorvia::platform
