@@ -8,6 +8,7 @@
 #include "collections/Filmstrip.h"
 #include "collections/frmImageViewPlaylistEditor.h"
 #include "collections/Navigation.h"
+#include "commands/WallpaperCommand.h"
 #include "controls/gnTab.h"
 #include "platform/Dialogs.h"
 #include "platform/MenuControl.h"
@@ -211,6 +212,9 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
 {
     constexpr double quarter = 90; // degrees, against the clock
     frmImageView* const w = &window;
+    const auto wallpaper = [w](platform::WallpaperStyle style) {
+        return [w, style] { commands::SetWallpaperType(*w->ix1(), style); };
+    };
     std::vector<commands::Tool> table = {
         {"miPrevious", [w] { miPrevious(*w); }},
         {"miLoadFirst", [w] { w->list()->SetListIndex(0); }},
@@ -241,6 +245,12 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"tSldAdvance", [w] { w->slideshow()->choose(app::SlideMode::Advance); }},
         {"tSldReverse", [w] { w->slideshow()->choose(app::SlideMode::Reverse); }},
         {"tSldRandom", [w] { w->slideshow()->choose(app::SlideMode::Random); }},
+        {"miWallpaper", wallpaper(platform::WallpaperStyle::Stretch)},
+        {"miWallpaperS", wallpaper(platform::WallpaperStyle::Stretch)},
+        {"miWallpaperT", wallpaper(platform::WallpaperStyle::Tile)},
+        {"miWallpaperC", wallpaper(platform::WallpaperStyle::Centre)},
+        {"miWallpaperMenu", [w] { w->RunTool(QStringLiteral("miWallpaper")); }},
+        {"miPaste", [w] { w->images().paste(); }},
         {"miSave", [w] { w->images().saver().saveAs(); }},
         {"miCopy", [w] { w->images().edits().copy(); }},
         {"miRotateClock", [w] { w->images().edits().rotate(-quarter); }},

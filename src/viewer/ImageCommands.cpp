@@ -3,12 +3,23 @@
 #include "app/mFile.h"
 #include "app/Product.h"
 #include "commands/frmImageViewSize.h"
+#include "output/frmClipboard.h"
+#include "output/frmImageConvert.h"
 #include "system/ToolPaths.h"
 #include "viewer/frmImageView.h"
 
 #include <utility>
 
 namespace quorvia::viewer {
+
+namespace {
+
+QString mailTool()
+{
+    return system::GetToolPath(QStringLiteral("postrel"), false);
+}
+
+} // namespace
 
 ImageCommands::ImageCommands(frmImageView& window, std::shared_ptr<engine::ImageLoader> loader)
     : m_window(window), m_loader(std::move(loader)), m_saver(saverSinks()), m_edits(editSinks()),
@@ -65,11 +76,35 @@ commands::ImageMail::Sinks ImageCommands::mailSinks()
 {
     return {.owner = &m_window,
             .ix1 = m_window.ix1(),
-            .toolPath = [] { return system::GetToolPath(QStringLiteral("postrel"), false); },
-            .start =
-                [](const QString& program, const QStringList& arguments) {
-                    return platform::startProgram(program, arguments, QString());
-                }};
+            .toolPath = mailTool,
+            .start = [](const QString& program, const QStringList& arguments) {
+                return platform::startProgram(program, arguments, QString());
+            }};
+}
+
+void ImageCommands::paste()
+{
+    output::frmClipboard::ShowClipboard(
+        {.window = &m_window, .PasteImage = [this](const QImage& picture) { m_edits.PasteImage(picture); }});
+}
+
+collections::BatchServices ImageCommands::batchServices()
+{
+    frmImageView* const w = &m_window;
+    return {.loadConversion =
+                [this](const QString& source, const QString& target, bool yesToAll) {
+                    return converter()->LoadConversion(source, target, yesToAll);
+                },
+            .setUpdate = [w](bool visible) { w->SetUpdate(visible, 0); },
+            .releaseImage = [w] { w->ix1()->SetFileName(QString()); },
+            .mailTool = mailTool};
+}
+
+output::frmImageConvert* ImageCommands::converter()
+{
+    if (!m_converter)
+        m_converter = new output::frmImageConvert(m_loader, &m_window);
+    return m_converter;
 }
 
 void ImageCommands::setCaption(const QString& caption)

@@ -24,8 +24,6 @@ namespace {
 
 /// The commands that get a handler with their subject.
 const QStringList toCome = {
-    // the wallpaper, and what is pasted
-    "miWallpaper", "miWallpaperS", "miWallpaperT", "miWallpaperC", "miWallpaperMenu", "miPaste",
     // full screen and printing
     "miFullScreen", "xSlideShow", "miPrint",
     // preferences, web pages, sibling tools, updates, scanners
