@@ -90,7 +90,6 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
 
     m_opening->setPlaylists(m_playlist);
     m_playlist->setBatchServices(m_images.batchServices());
-    m_playlist->setBatchServices(batchServices());
 
     new ReadAheadPlan(std::move(loader), m_ix1, list(), m_viewport, this);
 

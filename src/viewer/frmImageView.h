@@ -103,7 +103,6 @@ class frmImageView : public QWidget, public app::MainWindow
     void dropEvent(QDropEvent* event) override;
 
   private:
-    collections::BatchServices batchServices();
     commands::KeyboardSinks keyboardSinks();
     PageNavigator* makeNavigator();
     commands::CommandFacts viewFacts() const;

@@ -9,7 +9,6 @@
 #include "platform/Dialogs.h"
 #include "platform/MenuControl.h"
 #include "platform/ToolControl.h"
-#include "system/ToolPaths.h"
 #include "viewer/frmImageView.h"
 
 #include <cstdlib>
@@ -48,13 +47,6 @@ commands::CommandFacts frmImageView::facts() const
     facts.rows = m_filmstrip->Filmstrip1()->NumberOfRows();
     facts.slidemode = m_slideshow->slidemode();
     return facts;
-}
-
-collections::BatchServices frmImageView::batchServices()
-{
-    return {.setUpdate = [this](bool visible) { SetUpdate(visible, 0); },
-            .releaseImage = [this] { m_ix1->SetFileName(QString()); },
-            .mailTool = [] { return system::GetToolPath(QStringLiteral("postrel"), false); }};
 }
 
 commands::KeyboardSinks frmImageView::keyboardSinks()
