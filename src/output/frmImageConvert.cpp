@@ -247,8 +247,24 @@ bool frmImageConvert::saveScratch(const QString& source, const QString& target)
     return saved;
 }
 
+/// The window of the next image comes where that of the last one was: left to the window manager, each would
+/// stand lower than the one before.
+void frmImageConvert::takePlace()
+{
+    if (m_place)
+        move(*m_place);
+}
+
+void frmImageConvert::done(int result)
+{
+    if (isVisible())
+        m_place = pos();
+    QDialog::done(result);
+}
+
 void frmImageConvert::ask()
 {
+    takePlace();
     m_answers.front()->setFocus();
     exec();
 }
@@ -258,6 +274,7 @@ void frmImageConvert::goOnAlone()
 {
     const QPointer<frmImageConvert> alive = this;
     setModal(false);
+    takePlace();
     show();
     app::letPendingEventsRun();
     if (alive && isVisible()) // nobody has closed it

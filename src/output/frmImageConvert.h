@@ -11,6 +11,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QCheckBox;
 class QPushButton;
@@ -38,6 +39,7 @@ class frmImageConvert : public QDialog
     QString LoadConversion(const QString& source, const QString& target, bool yesToAll);
 
     void reject() override;
+    void done(int result) override;
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -50,6 +52,7 @@ class frmImageConvert : public QDialog
     void takeDesktopColors();
     void preview(const QString& source, const QString& target);
     bool saveScratch(const QString& source, const QString& target);
+    void takePlace();
     void ask();
     void goOnAlone();
     void answer(QLatin1String word, bool writes);
@@ -70,6 +73,7 @@ class frmImageConvert : public QDialog
     engine::PageKey m_read; ///< of the source, from before it was read
     QString m_scratchFile;  ///< holds the result; empty when it could not be made
     QString m_answer;
+    std::optional<QPoint> m_place; ///< of the window's frame, where it was closed
     bool m_busy = false;    ///< LoadConversion() has not returned
     bool m_writing = false; ///< the write step is under way
     bool m_stopped = false; ///< the window was closed while it wrote without asking
