@@ -105,7 +105,7 @@ void frmClipboard::buildMenu()
 {
     auto* const bar = new QMenuBar(this);
     bar->setNativeMenuBar(false);
-    QMenu* const view = bar->addMenu(QStringLiteral("View"));
+    QMenu* const view = bar->addMenu(tr("&View"));
     view->setObjectName(QStringLiteral("mnuView"));
     const auto add = [this, view](const char* name, const QString& text) {
         QAction* const item = view->addAction(text);
@@ -114,8 +114,8 @@ void frmClipboard::buildMenu()
         connect(item, &QAction::triggered, this, &frmClipboard::changeMode);
         return item;
     };
-    m_mnuAspectResize = add("mnuAspectResize", QStringLiteral("Aspect Resize"));
-    m_mnuScrollbars = add("mnuScrollbars", QStringLiteral("Scrollbars"));
+    m_mnuAspectResize = add("mnuAspectResize", tr("&Aspect Resize"));
+    m_mnuScrollbars = add("mnuScrollbars", tr("&Scrollbars"));
     m_menuBar = bar;
 }
 

@@ -138,11 +138,11 @@ class TestFrmClipboard : public QObject
         QCOMPARE(bench().button("lblRepaste")->text(), QStringLiteral("Re-paste from Clipboard"));
         QCOMPARE(bench().button("lblCancel")->text(), QStringLiteral("Cancel"));
         QCOMPARE(bench().button("cmdFinish")->text(), QStringLiteral("Paste Image >>"));
-        QCOMPARE(bench().item("mnuAspectResize")->text(), QStringLiteral("Aspect Resize"));
-        QCOMPARE(bench().item("mnuScrollbars")->text(), QStringLiteral("Scrollbars"));
+        QCOMPARE(bench().item("mnuAspectResize")->text(), QStringLiteral("&Aspect Resize"));
+        QCOMPARE(bench().item("mnuScrollbars")->text(), QStringLiteral("&Scrollbars"));
         const auto* const menu = bench().window->findChild<QMenuBar*>();
         QCOMPARE(menu->actions().size(), 1);
-        QCOMPARE(menu->actions().front()->text(), QStringLiteral("View"));
+        QCOMPARE(menu->actions().front()->text(), QStringLiteral("&View"));
         QVERIFY(!bench().part("pTextP")->isVisible());
         QVERIFY(!bench().part<QLabel>("cmdFinishi")->pixmap().isNull());
         QVERIFY(bench().window->isModal());
