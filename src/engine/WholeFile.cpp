@@ -86,13 +86,27 @@ Status writeScratchFile(const QString& path, const QByteArray& bytes)
 {
     const SizeSignalHeld held;
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+    file.remove(); // never written in place: its content may have another name by now
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         return failure(file);
     if (file.write(bytes) == bytes.size())
         return ok();
     const Status why = failure(file);
     file.remove();
     return why;
+}
+
+Status writeFromScratch(const QString& scratch, const QString& path)
+{
+    QFile file(scratch);
+    if (!file.open(QIODevice::ReadOnly))
+        return failure(file);
+    const auto giveName = [&] {
+        return syncError(file.handle()) == 0 &&
+               ::link(QFile::encodeName(scratch).constData(), QFile::encodeName(path).constData()) == 0;
+    };
+    // The name comes last, as with any whole file; it is never taken from another one.
+    return !QFileInfo::exists(path) && giveName() ? ok() : writeWholeFile(path, file.readAll());
 }
 
 void syncDirectoryOf(const QString& path)

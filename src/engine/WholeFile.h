@@ -15,9 +15,14 @@ namespace quorvia::engine {
 /// the old content. What nobody may write the super-user does not replace either.
 Status writeWholeFile(const QString& path, const QByteArray& bytes);
 
-/// Puts `bytes` at `path` (native path) as they are, without waiting for the disk: for a file that is soon
-/// read again and then removed. WriteFailed, and no file is left, when it does not take them.
+/// Puts `bytes` into a new file at `path` (native path), without waiting for the disk: for one that is soon
+/// read again and then removed. What was there is removed before. WriteFailed, and no file is left, when it
+/// does not take them.
 Status writeScratchFile(const QString& path, const QByteArray& bytes);
+
+/// Puts what the file at `scratch` holds at `path`, as writeWholeFile() does. A new file costs no copy where
+/// the disk gives one file two names; nobody may write to `scratch` in place afterwards.
+Status writeFromScratch(const QString& scratch, const QString& path);
 
 /// Waits until the disk also has the names in the directory of `path`, so that a loss of power does not bring
 /// an old content back. Dear: milliseconds. What the file system does not offer is passed over.

@@ -14,7 +14,6 @@
 #include "platform/FileStatus.h"
 
 #include <QCheckBox>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
@@ -72,20 +71,6 @@ void prepareSave(ImageEngine* image, const QString& path)
     image->SetJPEGLuminance(app::read(app::setting::JPEGLum));
     image->SetJPEGSubSampling(app::read(app::setting::JPEGSampling));
     image->SetJPEGGrayscale(app::read(app::setting::JPEGGray) != 0);
-}
-
-/// Puts a copy of the file at `scratch` at `target`. False, with the reason in `why`, when that fails.
-bool copyWhole(const QString& scratch, const QString& target, QString& why)
-{
-    QFile file(scratch);
-    if (!file.open(QIODevice::ReadOnly)) {
-        why = file.errorString();
-        return false;
-    }
-    const engine::Status written = engine::writeWholeFile(target, file.readAll());
-    if (!written)
-        why = written.error().text;
-    return bool(written);
 }
 
 } // namespace
@@ -341,10 +326,18 @@ bool frmImageConvert::saveTarget()
         return false;
     }
     QString why;
-    const bool written = isCopy ? copyWhole(m_scratchFile, target(), why) : savePreview(why);
+    const bool written = isCopy ? copyScratch(why) : savePreview(why);
     if (!written)
         log(notWritten(), target(), why);
     return written;
+}
+
+bool frmImageConvert::copyScratch(QString& why)
+{
+    const engine::Status written = engine::writeFromScratch(m_scratchFile, target());
+    if (!written)
+        why = written.error().text;
+    return bool(written);
 }
 
 bool frmImageConvert::savePreview(QString& why)

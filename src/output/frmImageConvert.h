@@ -59,6 +59,7 @@ class frmImageConvert : public QDialog
     void writeTarget();
     bool mayReplace();
     bool saveTarget();
+    bool copyScratch(QString& why);
     bool savePreview(QString& why);
     void letGo();
     QString source() const;

@@ -9,7 +9,7 @@
 
 namespace quorvia::platform {
 
-/// The two questions that are asked of a clipboard; a test answers them itself.
+/// The two questions that are asked of a clipboard, the text first; a test answers them itself.
 struct ClipboardReader
 {
     std::function<QString()> text; ///< as it stands there; empty when there is none

@@ -46,6 +46,65 @@ class tst_WholeFile : public QObject
         QCOMPARE(names(), QStringList{"a"});
     }
 
+    void scratchFile()
+    {
+        QVERIFY(writeScratchFile(path("a"), "first"));
+        QVERIFY(writeScratchFile(path("a"), "new"));
+        QCOMPARE(contentOf(path("a")), QByteArray("new"));
+        QCOMPARE(names(), QStringList{"a"});
+        QVERIFY(!writeScratchFile(path("gone/a"), "new"));
+    }
+
+    void scratchFileOnAFullDisk()
+    {
+        {
+            const quorvia::test::FullDisk full(1000);
+            QVERIFY(full.isFull());
+            QVERIFY(!writeScratchFile(path("a"), QByteArray(5000, 'x')));
+        }
+        QCOMPARE(names(), QStringList());
+    }
+
+    void fromScratch_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::newRow("new") << QByteArray();
+        QTest::newRow("replaced") << QByteArray("old");
+    }
+
+    void fromScratch()
+    {
+        QFETCH(QByteArray, before);
+        if (!before.isEmpty())
+            put(path("target"), before);
+        QVERIFY(writeScratchFile(path("scratch"), "content"));
+        QVERIFY(writeFromScratch(path("scratch"), path("target")));
+        QCOMPARE(contentOf(path("target")), QByteArray("content"));
+        QVERIFY(writeScratchFile(path("scratch"), "the next one's")); // must not reach the first one
+        QVERIFY(QFile::remove(path("scratch")));
+        QCOMPARE(contentOf(path("target")), QByteArray("content"));
+        QCOMPARE(names(), QStringList{"target"});
+    }
+
+    void fromScratchToALink()
+    {
+        put(path("real"), "old");
+        QVERIFY(QFile::link("real", path("link")));
+        QVERIFY(writeScratchFile(path("scratch"), "content"));
+        QVERIFY(writeFromScratch(path("scratch"), path("link")));
+        QVERIFY(QFileInfo(path("link")).isSymLink());
+        QCOMPARE(contentOf(path("real")), QByteArray("content"));
+    }
+
+    void fromNoScratch()
+    {
+        put(path("target"), "old");
+        QVERIFY(!writeFromScratch(path("scratch"), path("target")));
+        QCOMPARE(contentOf(path("target")), QByteArray("old"));
+        QVERIFY(writeScratchFile(path("scratch"), "content"));
+        QVERIFY(!writeFromScratch(path("scratch"), path("gone/target")));
+    }
+
     void permissionsStay_data()
     {
         QTest::addColumn<uint>("mode");
