@@ -1,5 +1,6 @@
 #include "commands/ImageMail.h"
 
+#include "app/JpegSaves.h"
 #include "app/Log.h"
 #include "app/MailArguments.h"
 #include "app/mFile.h"
@@ -7,7 +8,6 @@
 #include "app/PendingEvents.h"
 #include "app/Product.h"
 #include "app/WebAddresses.h"
-#include "commands/ImageSaver.h"
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "platform/FileStatus.h"
@@ -86,7 +86,7 @@ bool ImageMail::convertTo(const QString& path)
     QFile::remove(path);
     const bool isPrivate = makePrivate(path);
     ix1->SetSaveFileName(path);
-    takeJpegSettings(*ix1);
+    app::takeJpegSettings(*ix1);
     const bool saved = isPrivate && ix1->SaveFile();
     if (!saved) {
         app::WriteLog(QStringLiteral("Not converted for a mail: %1: %2")

@@ -1,10 +1,10 @@
 #include "commands/ImageSaver.h"
 
 #include "app/ImageTypes.h"
+#include "app/JpegSaves.h"
 #include "app/Log.h"
 #include "app/mFile.h"
 #include "app/Product.h"
-#include "app/Settings.h"
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "platform/FileStatus.h"
@@ -16,23 +16,6 @@
 #include <utility>
 
 namespace quorvia::commands {
-
-namespace setting = app::setting;
-
-void takeJpegSettings(engine::ImageEngine& ix1)
-{
-    ix1.SetJPEGChrominance(app::read(setting::JPEGChrome));
-    ix1.SetJPEGLuminance(app::read(setting::JPEGLum));
-    ix1.SetJPEGSubSampling(app::read(setting::JPEGSampling));
-    ix1.SetJPEGGrayscale(app::read(setting::JPEGGray) != 0);
-}
-
-bool isJpegName(const QString& path)
-{
-    constexpr int length = 4;
-    const QString end = path.right(length).toLower();
-    return end == QLatin1String(".jpg") || end == QLatin1String("jpeg");
-}
 
 ImageSaver::ImageSaver(Sinks sinks) : m_sinks(std::move(sinks)) {}
 
@@ -74,8 +57,8 @@ void ImageSaver::write(const QString& path)
 {
     engine::ImageEngine* const ix1 = m_sinks.ix1;
     ix1->SetSaveFileName(path);
-    if (isJpegName(path))
-        takeJpegSettings(*ix1);
+    if (app::isJpegName(path))
+        app::takeJpegSettings(*ix1);
     if (ix1->SaveFile()) {
         m_own.insert(path, engine::PageKey::of(path, 1));
         m_sinks.written(path);

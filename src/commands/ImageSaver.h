@@ -17,12 +17,6 @@ class ImageEngine;
 
 namespace quorvia::commands {
 
-/// Sets the four properties of a JPEG to be saved by `ix1`, as the settings have them.
-void takeJpegSettings(engine::ImageEngine& ix1);
-
-/// True when `path` is named like a JPEG: its last four characters are ".jpg" or "jpeg", in any case.
-bool isJpegName(const QString& path);
-
 class ImageSaver
 {
   public:

@@ -25,12 +25,6 @@ QString overwriteQuestion(const QString& target)
            QStringLiteral("' already exists. Would you like to overwrite this file?");
 }
 
-bool takesJpegSettings(const QString& path)
-{
-    const QString end = path.right(4).toLower();
-    return end == QLatin1String(".jpg") || end == QLatin1String("jpeg");
-}
-
 bool writesTheSameAgain(const QString& extension, int bitsPerPixel)
 {
     struct ExactFormat

@@ -13,9 +13,6 @@ QString conversionCaption(const QString& source, const QString& target);
 /// The question whether the file at `target` is to be replaced.
 QString overwriteQuestion(const QString& target);
 
-/// True when a file at `path` takes the settings for JPEG.
-bool takesJpegSettings(const QString& path);
-
 /// True when a picture of `bitsPerPixel`, read from a file of this `extension` (no point, any case) and
 /// written again, gives the same bytes, so that they may be copied instead.
 bool writesTheSameAgain(const QString& extension, int bitsPerPixel);

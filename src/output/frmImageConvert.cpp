@@ -1,11 +1,11 @@
 #include "output/frmImageConvert.h"
 
+#include "app/JpegSaves.h"
 #include "app/Log.h"
 #include "app/mFile.h"
 #include "app/Paths.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
-#include "app/Settings.h"
 #include "engine/ImageEngine.h"
 #include "engine/ImagePlacement.h"
 #include "engine/WholeFile.h"
@@ -60,17 +60,6 @@ ImageEngine* makeEngine(const char* name, const std::shared_ptr<engine::ImageLoa
     made->SetScaleMode(engine::scaleToControl);
     made->SetScaleOption(0);
     return made;
-}
-
-/// What a save to `path` needs to know of the settings.
-void prepareSave(ImageEngine* image, const QString& path)
-{
-    if (!takesJpegSettings(path))
-        return;
-    image->SetJPEGChrominance(app::read(app::setting::JPEGChrome));
-    image->SetJPEGLuminance(app::read(app::setting::JPEGLum));
-    image->SetJPEGSubSampling(app::read(app::setting::JPEGSampling));
-    image->SetJPEGGrayscale(app::read(app::setting::JPEGGray) != 0);
 }
 
 } // namespace
@@ -221,7 +210,8 @@ bool frmImageConvert::saveScratch(const QString& source, const QString& target)
     bool saved = false;
     if (!m_ixOri->FileName().isEmpty()) {
         m_scratchFile = m_scratch.fileFor(app::GetExtension(target));
-        prepareSave(m_ixOri, target);
+        if (app::isJpegName(target))
+            app::takeJpegSettings(*m_ixOri);
         m_ixOri->SetSaveFileName(m_scratchFile);
         saved = m_ixOri->SaveFile();
     }
@@ -342,7 +332,8 @@ bool frmImageConvert::copyScratch(QString& why)
 
 bool frmImageConvert::savePreview(QString& why)
 {
-    prepareSave(m_ixPreview, target());
+    if (app::isJpegName(target()))
+        app::takeJpegSettings(*m_ixPreview);
     m_ixPreview->SetSaveFileName(target());
     const bool saved = m_ixPreview->SaveFile();
     why = m_ixPreview->LastError();

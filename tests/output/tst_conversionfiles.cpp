@@ -99,21 +99,6 @@ class TestConversionFiles : public QObject
         QTEST(overwriteQuestion(target), "text");
     }
 
-    void jpegSettings_data()
-    {
-        QTest::addColumn<bool>("takes");
-        for (const char* path : {"/p/a.jpg", "/p/a.jpeg", "/p/a.JPG", "/p/a.JpEg"})
-            QTest::newRow(path) << true;
-        for (const char* path : {"/p/a.png", "/p/a.jif", "/p/ajpg", "", "jpg"})
-            QTest::newRow(*path ? path : "empty") << false;
-    }
-
-    void jpegSettings()
-    {
-        const QByteArray name(QTest::currentDataTag());
-        QTEST(takesJpegSettings(name == "empty" ? QString() : QString::fromLatin1(name)), "takes");
-    }
-
     void oneFile()
     {
         const QString path = write("a.png", "a");
