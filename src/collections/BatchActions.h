@@ -56,6 +56,8 @@ class BatchActions : public QObject
 
     /// Goes by `services` from now on.
     void setServices(BatchServices services) { m_services = std::move(services); }
+    /// Whether one of the actions goes on.
+    bool isBusy() const { return m_isBusy; }
     /// Whether there is a tool that sends mail. Costs a look at the store.
     bool canEmail() const { return !m_services.mailTool().isEmpty(); }
 

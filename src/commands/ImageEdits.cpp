@@ -74,7 +74,10 @@ void ImageEdits::rotate(double degrees)
         return;
     const bool isTurned = transform([&] { ix1->Rotate(degrees); });
     const QString file = ix1->FileName();
-    if (!engine::encoderFor(QFileInfo(file).suffix())) {
+    const bool isWhole = ix1->IsComplete();
+    if (!isWhole) // a file that is still on its way, maybe
+        app::WriteLog(QStringLiteral("Turned on the screen only, since its file is not whole: ") + file);
+    if (!isWhole || !engine::encoderFor(QFileInfo(file).suffix())) {
         m_sinks.redraw();
         showEdited();
         return;

@@ -56,6 +56,10 @@ void ImageMail::send()
     if (!platform::isFile(file))
         return;
     const QString attached = attachment(file);
+    if (attached.isEmpty()) {
+        app::WriteLog(QStringLiteral("Not sent, since another image was opened meanwhile: ") + file);
+        return;
+    }
     const QStringList arguments =
         app::mailArguments({.subject = QStringLiteral("Image (") + app::SplitPathName(file, 2) + u')',
                             .hiddenBody = promotionalLine(),
@@ -65,7 +69,8 @@ void ImageMail::send()
         app::WriteLog(QStringLiteral("Not started: %1: %2").arg(tool, app::ShellMessage(int(code))));
 }
 
-/// The file to send for the current one, `file`: a JPEG of it when it is none and the user wants that.
+/// The file to send for the current one, `file`: a JPEG of it when it is none and the user wants that. Empty
+/// when it is not the current one any more once he has said so.
 QString ImageMail::attachment(const QString& file)
 {
     if (app::GetExtension(file).compare(QLatin1String("jpg"), Qt::CaseInsensitive) == 0)
@@ -75,6 +80,8 @@ QString ImageMail::attachment(const QString& file)
                                QStringLiteral("Would you like convert this image to the JPEG format?")}) !=
         platform::BoxAnswer::Yes)
         return file;
+    if (m_sinks.ix1->FileName() != file)
+        return {};
     const QString path = app::InstallPath() + QStringLiteral("qo_sendimage.jpg");
     return convertTo(path) ? path : file;
 }

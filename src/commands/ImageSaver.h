@@ -36,15 +36,16 @@ class ImageSaver
 
     /// Writes the image that `ix1` holds to `path` (native) in the format of its extension, and opens it from
     /// there. Nothing happens for an empty `path`, nor, unless `force`, for an image without a file. When it
-    /// cannot be written, an old file goes to the trash; one that is read-only stays, and one of several
-    /// pages that the trash did not take.
+    /// cannot be written, the image stays as it is and an old file goes to the trash; one that is read-only
+    /// stays, one of which more may be lost than the trash took, and one for whose name there is no format.
     void SaveImage(const QString& path, bool force);
-    /// Asks for a name (`miSave`), with that of the current file in the line, and saves under it.
+    /// Asks for a name (`miSave`), with that of the current file in the line, and saves under it; as a bitmap
+    /// when there is no other format of that name.
     void saveAs();
 
   private:
-    bool mayReplace(const QString& path) const;
-    void write(const QString& path);
+    bool mayReplace(const QString& path, QString& withoutCopy) const;
+    bool write(const QString& path);
     void takeAway(const QString& path, const QString& why) const;
 
     Sinks m_sinks;

@@ -173,7 +173,8 @@ void frmImageViewSize::LoadX(engine::ImageEngine& ix1)
     m_width.text->setFocus();
     m_width.text->selectAll();
     const QPointer<frmImageViewSize> self = this;
-    if (exec() != Accepted || !self || !image)
+    const QString name = ix1.FileName();
+    if (exec() != Accepted || !self || !image || image->FileName() != name) // the size was for that one
         return;
     const QSize target = m_fields.target();
     image->Resample(target.width(), target.height());

@@ -141,6 +141,11 @@ QImage ImageEngine::Picture() const
     return d->fullImageInSrgb();
 }
 
+bool ImageEngine::IsComplete() const
+{
+    return d->isComplete();
+}
+
 void ImageEngine::SetPicture(const QImage& picture)
 {
     if (d->before)

@@ -40,6 +40,9 @@ class ImageEngine : public QWidget
     /// The held image with every pixel, in sRGB; null when there is none or the full decode fails. Waits for
     /// it. Free for an image in sRGB, else it costs a conversion.
     QImage Picture() const;
+    /// False when the file of the held image ended early or broke, so that a part of the image is blank; true
+    /// when nothing is held. Waits for the full decode.
+    bool IsComplete() const;
     /// Holds `picture`; FileName() becomes empty. A null image clears the control. A colour space that the
     /// image bears is taken as its profile; without one it is sRGB.
     void SetPicture(const QImage& picture);

@@ -90,6 +90,15 @@ QByteArray ImageEngine::Private::profile()
 }
 
 /// The held image for takers that know no profile; null as fullImage().
+bool ImageEngine::Private::isComplete()
+{
+    settle();
+    if (!content.load)
+        return content.complete;
+    const auto full = content.load->full();
+    return full && full->complete;
+}
+
 QImage ImageEngine::Private::fullImageInSrgb()
 {
     QImage image = fullImage();
@@ -139,6 +148,7 @@ void ImageEngine::Private::transform(const std::function<QImage(const QImage&)>&
     next.name = content.name;
     next.image = made;
     next.profile = profile();
+    next.complete = isComplete();
     next.size = made.size();
     next.bitsPerPixel = made.format() == old.format() ? content.bitsPerPixel : bitsOf(made);
     next.wasTold = content.wasTold;

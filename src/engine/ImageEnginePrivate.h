@@ -33,6 +33,7 @@ struct HeldContent
     QSize size;
     int bitsPerPixel = 0;
     int colors = -1;        ///< not counted yet
+    bool complete = true;   ///< `image` has all that its file should have held
     bool unproven = false;  ///< a load whose pixels nobody has waited for
     bool isTelling = false; ///< FirstPainted is on its way
     bool wasTold = false;   ///< FirstPainted was sent
@@ -57,6 +58,8 @@ class ImageEngine::Private
     void hold(HeldContent next);
     void letGo(HeldContent& dropped);
     QImage fullImage();
+    /// False when the file ended early or broke, and the rest is blank. Waits for the full decode.
+    bool isComplete();
     QByteArray profile();
     QImage fullImageInSrgb();
     bool allowed(QSize size);

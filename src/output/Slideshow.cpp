@@ -139,6 +139,8 @@ void Slideshow::tick()
 {
     if (!m_settingsRead || m_ticking) // opening an image lets events run, while the window loads too
         return;
+    if (m_sinks.isAsking()) // what is asked is about this image, and not about the next one
+        return;
     m_ticking = true;
     const QPointer<Slideshow> alive(this); // a command may end the window
     m_sinks.runTool(stepOf(app::slideModeOf(m_slidemode)));

@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
 
 namespace quorvia::platform {
@@ -58,13 +59,18 @@ QString freeName(const QString& folder, const QString& name)
     }
 }
 
-/// Gives the content of the file `real` a second name, or makes a copy where the disk knows no such thing.
-bool nameOnceMore(const QString& real, const QString& second, QString* why)
+/// Gives the content of the file `real` a second name, where the disk knows such a thing. True when another
+/// program has just taken that name.
+bool isTakenMeanwhile(const QString& real, const QString& second)
 {
-    if (::link(QFile::encodeName(real).constData(), QFile::encodeName(second).constData()) == 0)
-        return true;
+    return ::link(QFile::encodeName(real).constData(), QFile::encodeName(second).constData()) != 0 &&
+           errno == EEXIST;
+}
+
+bool copied(const QString& real, const QString& copy, QString* why)
+{
     QFile file(real);
-    return file.copy(second) || fail(why, file.errorString());
+    return file.copy(copy) || fail(why, file.errorString());
 }
 
 } // namespace
@@ -94,8 +100,11 @@ bool keepInTrash(const QString& path, QString* why)
     const QFileInfo real(QFileInfo(path).canonicalFilePath());
     if (real.filePath().isEmpty() || !isRegularFile(real.filePath()))
         return fail(why, QStringLiteral("it is not a regular file"));
-    const QString second = freeName(real.path(), real.fileName());
-    if (!nameOnceMore(real.filePath(), second, why))
+    QString second;
+    do {
+        second = freeName(real.path(), real.fileName());
+    } while (isTakenMeanwhile(real.filePath(), second));
+    if (!pathExists(second) && !copied(real.filePath(), second, why))
         return false;
     if (moveToTrash(second, why))
         return true;

@@ -11,6 +11,8 @@
 #include "platform/ToolControl.h"
 #include "viewer/frmImageView.h"
 
+#include <QApplication>
+
 #include <cstdlib>
 
 namespace quorvia::viewer {
@@ -112,6 +114,7 @@ output::SlideshowSinks frmImageView::slideshowSinks()
             .updateToolbar = [this] { UpdateToolbar(); },
             .caption = [this] { return windowTitle(); },
             .setCaption = [this](const QString& caption) { setWindowTitle(caption); },
+            .isAsking = [this] { return QApplication::activeModalWidget() || m_playlist->batch().isBusy(); },
             .isFullVisible = [] { return false; },
             .closeFull = [] {},
             .hideMain = [this] { hide(); },

@@ -113,41 +113,111 @@ class TestImageSaver : public QObject
         }
         QCOMPARE(contentOf(path), pages);
         QCOMPARE(logTexts().size(), 1);
-        QVERIFY(logged("has more than one page, and the trash did not take them"));
-        QCOMPARE(m_bench->steps, (QStringList{"redraw", "open " + path, "toolbar"}));
-        ix1().Rotate(90);
-        save(path); // with a trash they go there
+        QVERIFY(logged("may hold more than one picture, and the trash did not take it"));
+        QCOMPARE(m_bench->steps, (QStringList{"redraw", "caption " + app::GetAppDisplayName(), "toolbar"}));
+        QCOMPARE(ix1().ImagePixelWidth(), 30); // still turned, and can be saved elsewhere
+        save(path);                            // with a trash they go there
         QCOMPARE(m_trash.content("a (replaced).tif"), pages);
         QCOMPARE(ix1().PageCount(path), 1);
     }
 
-    void aFailedSaveTakesTheOldFileToTheTrash()
+    void whatMayHoldMoreStaysToo_data()
+    {
+        QTest::addColumn<QStringList>("command");
+        QTest::addColumn<QString>("name");
+        const QStringList frames{"-size", "40x30", "xc:red", "xc:blue"};
+        QTest::newRow("frames of an animation") << frames << "a.gif";
+        QTest::newRow("sizes of an icon") << QStringList{"-size", "32x32", "xc:red", "xc:blue"} << "a.ico";
+    }
+
+    void whatMayHoldMoreStaysToo()
+    {
+        QFETCH(QStringList, command);
+        QFETCH(QString, name);
+        const QString path = m_bench->in(name);
+        QCOMPARE(QProcess::execute("convert", command + QStringList{path}), 0);
+        const QByteArray whole = contentOf(path);
+        ix1().SetFileName(path);
+        ix1().Rotate(90);
+        {
+            const ScratchTrash::Closed closed(m_trash);
+            save(path);
+        }
+        QCOMPARE(contentOf(path), whole);
+        QVERIFY(logged("may hold more than one picture"));
+        save(path);
+        QCOMPARE(m_trash.content(QString(name).replace('.', " (replaced).")), whole);
+    }
+
+    void aNameWithoutAFormatCostsNothing()
     {
         m_bench->open("a.png");
         const QString other = m_bench->home.write("other.xyz", "old");
-        save(other); // there is no such format
-        QVERIFY(!QFile::exists(other));
-        QCOMPARE(m_trash.names(), QStringList{"other.xyz"});
-        QCOMPARE(m_trash.content("other.xyz"), QByteArray("old"));
+        save(other);
+        QCOMPARE(contentOf(other), QByteArray("old"));
+        QVERIFY(m_trash.names().isEmpty());
         QCOMPARE(m_bench->steps, (QStringList{"redraw", "caption " + app::GetAppDisplayName(), "toolbar"}));
         QCOMPARE(logTexts().size(), 1);
         QVERIFY(logged("no format is written for the extension"));
-        QVERIFY(logged("; the old file is in the trash"));
-        QCOMPARE(ix1().ImagePixelWidth(), 40); // and can be saved elsewhere
+        QCOMPARE(ix1().FileName(), in("a.png"));
     }
 
     void aFailedSaveWithoutATrashLeavesTheOldFile()
     {
-        m_bench->open("a.png");
-        const QString other = m_bench->home.write("other.xyz", "old");
+        const QString path = m_bench->open("a.bmp", {400, 300});
+        const QByteArray old = contentOf(path);
+        ix1().Rotate(90);
         {
             const ScratchTrash::Closed closed(m_trash);
-            save(other);
+            const FullDisk disk(2000);
+            save(path);
         }
-        QCOMPARE(contentOf(other), QByteArray("old"));
-        QVERIFY(logged("no format is written"));
+        QCOMPARE(contentOf(path), old);
         QVERIFY(logged("; the old file stays: "));
-        QCOMPARE(logTexts().size(), 1); // both reasons in one line
+        QCOMPARE(logTexts().size(), 1);         // both reasons in one line
+        QCOMPARE(ix1().ImagePixelWidth(), 300); // what was turned is still there
+    }
+
+    void anotherImagesFileIsNotThisSessionsOwn()
+    {
+        m_bench->open("a.png");
+        save(in("best.png")); // held by the control now
+        const QByteArray first = contentOf(in("best.png"));
+        m_bench->open("b.png", {8, 8});
+        save(in("best.png"));
+        QCOMPARE(m_trash.content("best (replaced).png"), first);
+        QCOMPARE(pictureIn(in("best.png")).size(), QSize(8, 8));
+    }
+
+    void anImageWithoutAFileCanBeSavedByItsCommand()
+    {
+        ix1().SetPicture(quarters());
+        const platform::SaveChooserAnswerer chooser(
+            [this](const platform::SaveChooser&) { return in("rescued.png"); });
+        m_bench->saver.saveAs();
+        QCOMPARE(pictureIn(in("rescued.png")), quarters());
+    }
+
+    void aNameWithoutAFormatGetsTheDefaultOne()
+    {
+        m_bench->open("a.png");
+        const platform::SaveChooserAnswerer chooser(
+            [this](const platform::SaveChooser&) { return in("my.holiday"); });
+        m_bench->saver.saveAs();
+        QCOMPARE(pictureIn(in("my.holiday.bmp")), quarters());
+    }
+
+    void anotherImageThatCameMeanwhileIsNotSaved()
+    {
+        m_bench->open("a.png");
+        m_bench->picture("b.png", {8, 8});
+        const platform::SaveChooserAnswerer chooser([this](const platform::SaveChooser&) {
+            ix1().SetFileName(in("b.png"));
+            return in("new.png");
+        });
+        m_bench->saver.saveAs();
+        QVERIFY(!QFile::exists(in("new.png")));
+        QVERIFY(logged("Not saved, since another image was opened meanwhile: "));
     }
 
     void aFullDiskLeavesNoHalfFile()
@@ -178,8 +248,8 @@ class TestImageSaver : public QObject
         QCOMPARE(contentOf(path), old);
         QVERIFY(m_trash.names().isEmpty());
         QVERIFY(logged("; the old file is read-only and stays"));
-        QCOMPARE(m_bench->steps.at(1), "open " + path);
-        QCOMPARE(ix1().ImagePixelWidth(), 40);
+        QCOMPARE(m_bench->steps.at(1), "caption " + app::GetAppDisplayName());
+        QCOMPARE(ix1().ImagePixelWidth(), 20); // turned; the command reads the file anew
     }
 
     void aLinkToAReadOnlyFileStaysToo()

@@ -48,12 +48,14 @@ class Bench
     QStringList done;
     QString caption = QStringLiteral("picture");
     bool fullVisible = true;
+    bool asking = false;
     std::function<void(const QString&)> whenRun = [](const QString&) {};
     std::unique_ptr<Slideshow> show = std::make_unique<Slideshow>(
         SlideshowSinks{.runTool = [this](const QString& name) { runCommand(name); },
                        .updateToolbar = [this] { done << "update"; },
                        .caption = [this] { return caption; },
                        .setCaption = [this](const QString& text) { caption = text; },
+                       .isAsking = [this] { return asking; },
                        .isFullVisible = [this] { return fullVisible; },
                        .closeFull = [this] { done << "close full"; },
                        .hideMain = [this] { done << "hide main"; },
@@ -78,6 +80,7 @@ class TestSlideshow : public QObject
     void aTickLeavesTheTimerOn();
     void theTimerTicksByItself();
     void ticksDoNotOverlap();
+    void waitsWhileSomethingIsAsked();
     void aTickMayEndTheShow();
     void toggles();
     void aModeIsStoredAndStartsTheShow_data();
@@ -193,6 +196,17 @@ void TestSlideshow::theTimerTicksByItself()
     bench.show->readSettings();
     bench.show->toggle();
     QTRY_VERIFY(bench.done.count("miNext") >= 3);
+}
+
+void TestSlideshow::waitsWhileSomethingIsAsked()
+{
+    Bench bench;
+    bench.show->toggle();
+    bench.asking = true;
+    QCOMPARE(bench.tick(), QStringList());
+    QVERIFY(bench.show->isRunning());
+    bench.asking = false;
+    QCOMPARE(bench.tick(), QStringList{"miNext"});
 }
 
 void TestSlideshow::ticksDoNotOverlap()
