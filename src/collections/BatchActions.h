@@ -20,6 +20,9 @@ struct BatchServices
     /// Converts the file `source` into `target`, after a question unless `yesToAll`, and gives the answer:
     /// "Yes", "Yes to all", "Cancel", or any other text for no. Empty: nothing can be converted.
     std::function<QString(const QString& source, const QString& target, bool yesToAll)> loadConversion = {};
+    /// A run of conversions begins, or has ended.
+    std::function<void()> beginBatch = [] {};
+    std::function<void()> endBatch = [] {};
     /// Shows or hides the picture of the main window.
     std::function<void(bool visible)> setUpdate = [](bool) {};
     /// The name of the image on show; empty when none is, or it has no file.

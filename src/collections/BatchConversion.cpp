@@ -32,9 +32,13 @@ void BatchConversion::run(const QString& ext)
     m_current = m_services.currentFile();
     if (!m_current.isEmpty()) // a picture without a file is in nobody's way, and could not be shown again
         m_services.releaseImage();
+    m_services.beginBatch();
+    app::letPendingEventsRunButInput(); // the menu goes off the screen: the first image may take long
     convertAll(ext);
-    showAgain();
     if (m_alive) // else the window has gone too
+        m_services.endBatch();
+    showAgain();
+    if (m_alive)
         m_services.setUpdate(true);
 }
 

@@ -91,7 +91,7 @@ Status writeScratchFile(const QString& path, const QByteArray& bytes)
         return failure(file);
     if (file.write(bytes) == bytes.size())
         return ok();
-    const Status why = failure(file);
+    Status why = failure(file);
     file.remove();
     return why;
 }

@@ -14,13 +14,7 @@ namespace quorvia::output {
 
 namespace {
 
-/// What a program that ended early has left. Only for who holds the folder.
-void clearLeftovers(const QString& folder)
-{
-    QDir directory(folder);
-    for (const QString& name : directory.entryList({QStringLiteral("tempimage.*")}, QDir::Files))
-        directory.remove(name);
-}
+constexpr char ownFolder[] = "other-XXXXXX"; // of a program that did not get the folder
 
 /// The descriptor that holds `folder` against others; -1 when somebody else has it.
 int lockFolder(const QString& folder)
@@ -30,6 +24,20 @@ int lockFolder(const QString& folder)
         return opened;
     ::close(opened);
     return -1;
+}
+
+/// What programs that ended early have left. Only for who holds the folder.
+void clearLeftovers(const QString& folder)
+{
+    QDir directory(folder);
+    for (const QString& name : directory.entryList({QStringLiteral("tempimage.*")}, QDir::Files))
+        directory.remove(name);
+    for (const QString& name : directory.entryList({QStringLiteral("other-*")}, QDir::Dirs)) {
+        if (const int lock = lockFolder(directory.filePath(name)); lock >= 0) {
+            QDir(directory.filePath(name)).removeRecursively();
+            ::close(lock);
+        }
+    }
 }
 
 } // namespace
@@ -44,7 +52,14 @@ ConversionScratch::ConversionScratch(const QString& folder) : m_folder(app::AddB
     if (m_lock >= 0)
         clearLeftovers(m_folder);
     else
-        m_own = std::make_unique<QTemporaryDir>(m_folder + QStringLiteral("XXXXXX"));
+        takeOwnFolder();
+}
+
+void ConversionScratch::takeOwnFolder()
+{
+    m_own = std::make_unique<QTemporaryDir>(m_folder + QLatin1String(ownFolder));
+    if (m_own->isValid())
+        m_lock = lockFolder(m_own->path());
 }
 
 ConversionScratch::~ConversionScratch()

@@ -26,6 +26,8 @@ class ConversionScratch
     void remove();
 
   private:
+    void takeOwnFolder();
+
     QString m_folder;
     int m_lock = -1;
     std::unique_ptr<QTemporaryDir> m_own; ///< inside m_folder, which another one holds

@@ -19,7 +19,7 @@ struct SlideshowSinks
     std::function<void()> updateToolbar;
     std::function<QString()> caption; ///< of the main window
     std::function<void(const QString& caption)> setCaption;
-    std::function<bool()> isAsking; ///< something goes on with the image on show, as a dialog about it
+    std::function<bool()> isAsking;      ///< something goes on with the image on show, as a dialog about it
     std::function<bool()> isFullVisible; ///< the full-screen window shows
     std::function<void()> closeFull;
     std::function<void()> hideMain;

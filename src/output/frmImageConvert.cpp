@@ -14,7 +14,7 @@
 #include "platform/FileStatus.h"
 
 #include <QCheckBox>
-#include <QKeyEvent>
+#include <QEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -65,8 +65,9 @@ ImageEngine* makeEngine(const char* name, const std::shared_ptr<engine::ImageLoa
 } // namespace
 
 frmImageConvert::frmImageConvert(std::shared_ptr<engine::ImageLoader> loader, QWidget* parent)
-    : QDialog(parent), m_scratch(app::InstallPath() + QStringLiteral("Conversion/")),
-      m_ixOri(makeEngine("ixOri", loader, this)), m_ixPreview(makeEngine("ixPreview", loader, this))
+    : QDialog(parent), m_loader(std::move(loader)),
+      m_scratch(app::InstallPath() + QStringLiteral("Conversion/")),
+      m_ixOri(makeEngine("ixOri", m_loader, this)), m_ixPreview(makeEngine("ixPreview", m_loader, this))
 {
     setObjectName(QStringLiteral("frmImageConvert"));
     setMinimumSize(smallest);
@@ -132,7 +133,6 @@ QPushButton* frmImageConvert::addAnswer(const char* name, const QString& text, i
     button->setAccessibleName(text);
     if (key != 0)
         button->setShortcut(key); // its text, with a letter underlined, would be another one
-    button->installEventFilter(this);
     connect(button, &QPushButton::clicked, this, [this, word, writes] { answer(word, writes); });
     return button;
 }
@@ -150,26 +150,51 @@ void frmImageConvert::changeEvent(QEvent* event)
         takeDesktopColors();
 }
 
-/// A key that is held answers one image, not those that come after it.
-bool frmImageConvert::eventFilter(QObject* watched, QEvent* event)
+// --- one conversion
+
+void frmImageConvert::beginBatch()
 {
-    return (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat()) ||
-           QDialog::eventFilter(watched, event);
+    m_chkDelete->setChecked(false);
+    m_stopped = false;
 }
 
-// --- one conversion
+void frmImageConvert::endBatch()
+{
+    if (isVisible())
+        done(Accepted);
+}
+
+void frmImageConvert::stop()
+{
+    m_isOver = true;
+    if (isVisible())
+        reject();
+}
 
 QString frmImageConvert::LoadConversion(const QString& source, const QString& target, bool yesToAll)
 {
     const bool stopped = std::exchange(m_stopped, false) && yesToAll;
-    if (stopped || m_busy) // the latter from an event that ran in the middle of a conversion
+    if (stopped || m_isOver || m_busy) // the last from an event that ran in the middle of a conversion
         return cancel;
     m_busy = true;
     m_answer = cancel;
     const QPointer<frmImageConvert> alive = this;
-    preview(source, target);
+    m_heldKeys.watch();
+    convert(source, target, yesToAll);
     if (!alive)
         return cancel;
+    m_heldKeys.rest();
+    letGo();
+    m_busy = false;
+    return m_answer;
+}
+
+void frmImageConvert::convert(const QString& source, const QString& target, bool yesToAll)
+{
+    const QPointer<frmImageConvert> alive = this;
+    preview(source, target);
+    if (!alive || m_isOver)
+        return;
     setWindowTitle(conversionCaption(source, target));
     for (QPushButton* const button : m_answers)
         button->setEnabled(!yesToAll);
@@ -177,11 +202,6 @@ QString frmImageConvert::LoadConversion(const QString& source, const QString& ta
         goOnAlone();
     else
         ask();
-    if (!alive)
-        return cancel;
-    letGo();
-    m_busy = false;
-    return m_answer;
 }
 
 /// Both pictures, or two empty ones: never one of the conversion before.
@@ -192,7 +212,7 @@ void frmImageConvert::preview(const QString& source, const QString& target)
     m_ixOri->setProperty(tag, source);
     const bool saved = saveScratch(source, target);
     m_ixPreview->setProperty(tag, target);
-    app::letPendingEventsRun();
+    app::letPendingEventsRunButInput(); // keys and clicks are meant for what is asked next
     if (!alive || !saved)
         return;
     m_ixPreview->SetFileName(m_scratchFile);
@@ -248,12 +268,14 @@ void frmImageConvert::ask()
 void frmImageConvert::goOnAlone()
 {
     const QPointer<frmImageConvert> alive = this;
-    setModal(false);
-    takePlace();
-    show();
-    app::letPendingEventsRun();
+    if (!isVisible()) { // else from the image before: a batch has one window, and takes the keys once
+        setModal(false);
+        takePlace();
+        show();
+    }
+    app::letPendingEventsRunButInput();
     if (alive && isVisible()) // nobody has closed it
-        answer(yesToAllWord, true);
+        write(yesToAllWord);
 }
 
 void frmImageConvert::answer(QLatin1String word, bool writes)
@@ -262,31 +284,37 @@ void frmImageConvert::answer(QLatin1String word, bool writes)
         return;
     m_answer = word;
     const QPointer<frmImageConvert> alive = this;
-    if (writes) {
-        m_writing = true;
-        writeTarget();
-        if (!alive)
-            return;
+    if (writes)
+        write(word);
+    if (alive)
+        accept();
+}
+
+void frmImageConvert::write(QLatin1String word)
+{
+    m_answer = word;
+    const QPointer<frmImageConvert> alive = this;
+    m_writing = true;
+    writeTarget();
+    if (alive)
         m_writing = false;
-    }
-    accept();
 }
 
 /// The answer becomes "No" whenever nothing was written: what stands at the target then is not the result.
 void frmImageConvert::writeTarget()
 {
     const QPointer<frmImageConvert> alive = this;
-    const bool written = !m_scratchFile.isEmpty() && mayReplace() && alive && saveTarget();
+    const bool written = !m_scratchFile.isEmpty() && mayReplace() && alive && !m_isOver && saveTarget();
     if (!alive)
         return;
     if (!written)
         m_answer = no;
-    app::letPendingEventsRun();
-    if (!alive || !written)
+    app::letPendingEventsRunButInput();
+    if (!alive || !written || m_isOver) // whose list is closed: it would go on naming the original
         return;
     if (m_chkDelete->isChecked() && source() != target() && platform::isFile(target())) {
         trashSource(m_read, m_ixOri->PageCount(source()), target());
-        app::letPendingEventsRun();
+        app::letPendingEventsRunButInput();
     }
 }
 
@@ -325,7 +353,9 @@ bool frmImageConvert::saveTarget()
 bool frmImageConvert::copyScratch(QString& why)
 {
     const engine::Status written = engine::writeFromScratch(m_scratchFile, target());
-    if (!written)
+    if (written)
+        m_loader->forget(target()); // as a save of the engine does
+    else
         why = written.error().text;
     return bool(written);
 }

@@ -5,6 +5,7 @@
 
 #include "engine/ImageLoader.h"
 #include "output/ConversionScratch.h"
+#include "platform/HeldKeys.h"
 
 #include <QDialog>
 #include <QList>
@@ -38,12 +39,18 @@ class frmImageConvert : public QDialog
     /// nothing is written and no file touched, whatever the answer; the log has why.
     QString LoadConversion(const QString& source, const QString& target, bool yesToAll);
 
+    /// A batch begins: nothing is deleted unless the user wants it of this one.
+    void beginBatch();
+    /// A batch has ended. With "Yes to all" the window has been up until now.
+    void endBatch();
+    /// The program is about to end: nothing more is written or deleted, and every answer is "Cancel".
+    void stop();
+
     void reject() override;
     void done(int result) override;
 
   protected:
     void changeEvent(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     QWidget* buildPicture(engine::ImageEngine* engine, const QString& title);
@@ -55,7 +62,9 @@ class frmImageConvert : public QDialog
     void takePlace();
     void ask();
     void goOnAlone();
+    void convert(const QString& source, const QString& target, bool yesToAll);
     void answer(QLatin1String word, bool writes);
+    void write(QLatin1String word);
     void writeTarget();
     bool mayReplace();
     bool saveTarget();
@@ -65,6 +74,7 @@ class frmImageConvert : public QDialog
     QString source() const;
     QString target() const;
 
+    const std::shared_ptr<engine::ImageLoader> m_loader;
     ConversionScratch m_scratch;
     engine::ImageEngine* m_ixOri;
     engine::ImageEngine* m_ixPreview;
@@ -75,9 +85,11 @@ class frmImageConvert : public QDialog
     QString m_scratchFile;  ///< holds the result; empty when it could not be made
     QString m_answer;
     std::optional<QPoint> m_place; ///< of the window's frame, where it was closed
-    bool m_busy = false;    ///< LoadConversion() has not returned
-    bool m_writing = false; ///< the write step is under way
-    bool m_stopped = false; ///< the window was closed while it wrote without asking
+    platform::HeldKeys m_heldKeys; ///< a key that is held answers one image, not those that come after it
+    bool m_isOver = false;         ///< stop() was called
+    bool m_busy = false;           ///< LoadConversion() has not returned
+    bool m_writing = false;        ///< the write step is under way
+    bool m_stopped = false;        ///< the window was closed while it wrote without asking
 };
 
 } // namespace quorvia::output

@@ -95,9 +95,17 @@ collections::BatchServices ImageCommands::batchServices()
                 [this](const QString& source, const QString& target, bool yesToAll) {
                     return converter()->LoadConversion(source, target, yesToAll);
                 },
+            .beginBatch = [this] { converter()->beginBatch(); },
+            .endBatch = [this] { converter()->endBatch(); },
             .setUpdate = [w](bool visible) { w->SetUpdate(visible, 0); },
             .releaseImage = [w] { w->ix1()->SetFileName(QString()); },
             .mailTool = mailTool};
+}
+
+void ImageCommands::stopConversion()
+{
+    if (m_converter)
+        m_converter->stop();
 }
 
 output::frmImageConvert* ImageCommands::converter()

@@ -36,6 +36,8 @@ class ImageCommands
     commands::ImageMail& mail() { return m_mail; }
     /// Shows what the clipboard holds, and pastes it when the user wants it.
     void paste();
+    /// Nothing is converted any more: the window is about to close.
+    void stopConversion();
     /// What the actions on all selected files of the list ask of the window.
     collections::BatchServices batchServices();
 

@@ -80,6 +80,7 @@ void runUnloadStep(frmImageView& window)
 {
     window.status()->saveDescriptionNow();
     closeEditor(window);
+    window.images().stopConversion();
     const platform::BandState band = window.panes()->bPlay()->state(); // before its window is closed
     window.playlist()->CloseDown();
     closeOtherWindows(window);

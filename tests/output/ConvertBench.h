@@ -14,6 +14,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include <functional>
@@ -48,7 +49,7 @@ class ConvertBench
             QDir(m_home.path(QLatin1String(folder))).removeRecursively();
         QDir().mkpath(m_home.path(QStringLiteral("pictures")));
         app::openSettings();
-        window = std::make_unique<output::frmImageConvert>(std::make_shared<engine::ImageLoader>());
+        window = std::make_unique<output::frmImageConvert>(loader);
     }
     ~ConvertBench()
     {
@@ -116,6 +117,8 @@ class ConvertBench
             watch.stop();
             asked = true;
             act();
+            if (QTest::currentTestFailed() && window && window->isVisible())
+                window->reject();
         });
         watch.start(0);
         return window->LoadConversion(source, target, false);
@@ -131,6 +134,7 @@ class ConvertBench
     }
 
     const ScratchHome& m_home;
+    const std::shared_ptr<engine::ImageLoader> loader = std::make_shared<engine::ImageLoader>();
     std::unique_ptr<output::frmImageConvert> window;
     bool asked = false;
     platform::BoxAnswer overwrite = platform::BoxAnswer::Yes;

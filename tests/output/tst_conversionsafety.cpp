@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -305,6 +306,24 @@ class TestConversionSafety : public QObject
             reader.SetFileName(bench().file(QStringLiteral("%1.tga").arg(i)));
             QCOMPARE(reader.Picture(), image);
         }
+    }
+
+    /// The main window may hold the target's picture; size and time tell nothing.
+    void theNewContentOfATargetIsSeen()
+    {
+        const QString target = bench().picture("b.bmp", noise(QSize(16, 16), 10));
+        engine::ImageEngine viewer(bench().loader);
+        viewer.SetFileName(target);
+        QCOMPARE(viewer.Picture(), noise(QSize(16, 16), 10));
+        struct stat before = {};
+        QCOMPARE(::stat(qPrintable(target), &before), 0);
+        bench().convert(bench().picture("a.png", noise(QSize(16, 16), 200)), target);
+        const timespec times[] = {before.st_atim, before.st_mtim};
+        QCOMPARE(::utimensat(AT_FDCWD, qPrintable(target), times, 0), 0);
+        QCOMPARE(QFileInfo(target).size(), before.st_size);
+        engine::ImageEngine next(bench().loader);
+        next.SetFileName(target);
+        QCOMPARE(next.Picture(), noise(QSize(16, 16), 200));
     }
 
     void twoWindowsDoNotDisturbEachOther()

@@ -77,6 +77,21 @@ class TestConversionScratch : public QObject
         QCOMPARE(names(), QStringList{"mine.tif"});
     }
 
+    void clearsWhatAProgramWithAFolderOfItsOwnLeft()
+    {
+        QVERIFY(QDir().mkpath(folder() + QStringLiteral("other-abcdef")));
+        put(folder() + QStringLiteral("other-abcdef/tempimage.jpg"));
+        auto first = std::make_unique<ConversionScratch>(folder());
+        QCOMPARE(names(), QStringList());
+        ConversionScratch second(folder()); // one that runs keeps its own
+        const QString file = second.fileFor(QStringLiteral("png"));
+        put(file);
+        first.reset();
+        ConversionScratch third(folder());
+        QVERIFY(QFileInfo::exists(file));
+        QCOMPARE(names().size(), 1);
+    }
+
     void twoDoNotShare()
     {
         auto first = std::make_unique<ConversionScratch>(folder());

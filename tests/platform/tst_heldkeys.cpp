@@ -1,0 +1,93 @@
+// Which presses count while keys are held down.
+#include "platform/HeldKeys.h"
+
+#include <QKeyEvent>
+#include <QTest>
+#include <QWidget>
+
+using namespace quorvia::platform;
+
+namespace {
+
+class Counted : public QWidget
+{
+  public:
+    int presses = 0;
+
+  protected:
+    void keyPressEvent(QKeyEvent*) override { ++presses; }
+};
+
+void press(QWidget& widget, int key, ulong time, bool repeats = false)
+{
+    for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), repeats);
+        event.setTimestamp(time);
+        event.ignore();
+        QCoreApplication::sendEvent(&widget, &event);
+    }
+}
+
+} // namespace
+
+class TestHeldKeys : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void aHeldKeyCountsOnce()
+    {
+        HeldKeys held;
+        held.watch();
+        Counted first;
+        Counted second;
+        press(first, Qt::Key_Return, 1000);
+        QCOMPARE(first.presses, 1);
+        press(first, Qt::Key_Return, 1200, true);
+        for (ulong time = 1250; time < 3000; time += 40)
+            press(second, Qt::Key_Return, time); // told as first presses
+        QCOMPARE(first.presses, 1);
+        QCOMPARE(second.presses, 0);
+        press(second, Qt::Key_Return, 3300); // let go, and pressed again
+        QCOMPARE(second.presses, 1);
+    }
+
+    void otherKeysCount()
+    {
+        HeldKeys held;
+        held.watch();
+        Counted widget;
+        press(widget, Qt::Key_Y, 1000);
+        press(widget, Qt::Key_N, 1050);
+        press(widget, Qt::Key_Y, 1100);
+        QCOMPARE(widget.presses, 3);
+    }
+
+    void aShortcutOfAHeldKeyDoesNotFire()
+    {
+        HeldKeys held;
+        held.watch();
+        Counted widget;
+        QKeyEvent event(QEvent::ShortcutOverride, Qt::Key_Y, Qt::NoModifier, QString(), true);
+        event.ignore();
+        QCoreApplication::sendEvent(&widget, &event);
+        QVERIFY(event.isAccepted());
+    }
+
+    void withoutTimesOnlyRepeatsAreHeld()
+    {
+        HeldKeys held;
+        held.watch();
+        Counted widget;
+        press(widget, Qt::Key_Y, 0);
+        press(widget, Qt::Key_Y, 0);
+        press(widget, Qt::Key_Y, 0, true);
+        QCOMPARE(widget.presses, 2);
+        held.rest();
+        press(widget, Qt::Key_Y, 0, true);
+        QCOMPARE(widget.presses, 3);
+    }
+};
+
+QTEST_MAIN(TestHeldKeys)
+#include "tst_heldkeys.moc"
