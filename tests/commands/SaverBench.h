@@ -72,7 +72,7 @@ class SaverBench
     /// The same, held by the control.
     QString open(const QString& name, QSize size = {40, 20})
     {
-        const QString path = picture(name, size);
+        QString path = picture(name, size);
         ix1.SetFileName(path);
         return path;
     }

@@ -78,7 +78,7 @@ class TestWindowEdits : public QObject
     /// A window that shows a.png or another picture of two halves, 40 x 20, the first of the folder.
     QString open(const QString& name = QStringLiteral("pics/a.png"), QSize of = {40, 20})
     {
-        const QString path = write(name, halves(of));
+        QString path = write(name, halves(of));
         m_window = &m_bench->load({path});
         m_window->OpenMenuX(true);
         m_window->list()->finishRebuild();
