@@ -285,6 +285,17 @@ class TestFrmImageViewSize : public QObject
         QCOMPARE(size(), QSize(0, 0));
     }
 
+    void aSizeIsOnlyForTheImageThatWasAskedAbout()
+    {
+        const test::ScratchHome home;
+        const QString other = home.write("b.png", test::encoded(test::quarters({60, 30}), "b.png"));
+        QVERIFY(show([&](const Parts& parts) {
+            m_ix1->SetFileName(other);
+            QTest::mouseClick(&parts.part<QPushButton>("cmdApply"), Qt::LeftButton);
+        }));
+        QCOMPARE(size(), QSize(60, 30));
+    }
+
     void anOwnerThatGoesEndsIt()
     {
         auto owner = std::make_unique<QWidget>();

@@ -110,6 +110,22 @@ class TestImageEdits : public QObject
         QCOMPARE(contentOf(other), before);
     }
 
+    void whatIsStillOnItsWayIsTurnedInMemory()
+    {
+        const QString path = m_bench->open("a.jpg", {400, 300});
+        QFile file(path);
+        QVERIFY(file.resize(file.size() / 2));
+        const QByteArray half = contentOf(path);
+        ix1().SetFileName(path);
+        QVERIFY(!ix1().IsComplete());
+        m_edits->rotate(90);
+        QCOMPARE(size(), QSize(300, 400));
+        QVERIFY(!ix1().IsComplete());
+        QCOMPARE(steps().mid(0, 3), (QStringList{"redraw", "changed", "status"}));
+        QCOMPARE(contentOf(path), half);
+        QCOMPARE(logTexts(), QStringList{"Turned on the screen only, since its file is not whole: " + path});
+    }
+
     void anImageWithoutAFileIsTurnedInMemory()
     {
         ix1().SetPicture(quarters());

@@ -135,6 +135,28 @@ class TestImageMail : public QObject
         QVERIFY(!m_bench->ix1.SaveFile()); // no name for a save is left behind
     }
 
+    void anotherImageThatCameMeanwhileIsNotSent()
+    {
+        const QString other = m_bench->picture("b.png");
+        m_bench->open("a.png");
+        const platform::MessageBoxAnswerer box([&](const platform::MessageBox&) {
+            m_bench->ix1.SetFileName(other);
+            return platform::BoxAnswer::Yes;
+        });
+        ImageMail({.ix1 = &m_bench->ix1,
+                   .toolPath = [this] { return m_tool; },
+                   .start =
+                       [this](const QString& program, const QStringList&) {
+                           m_started = QStringList{program};
+                           return m_code;
+                       }})
+            .send();
+        QVERIFY(m_started.isEmpty());
+        QVERIFY(!QFile::exists(converted()));
+        QCOMPARE(logTexts().size(), 1);
+        QVERIFY(logTexts().constFirst().startsWith("Not sent, since another image was opened meanwhile: "));
+    }
+
     void theJpegIsMadeAsTheSettingsSay()
     {
         m_bench->open("a.png");

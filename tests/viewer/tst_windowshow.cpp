@@ -4,6 +4,7 @@
 #include "platform/ToolControl.h"
 #include "viewer/ViewerBench.h"
 
+#include <QDialog>
 #include <QFile>
 #include <QSet>
 #include <QTest>
@@ -90,6 +91,20 @@ class TestWindowShow : public QObject
         QCOMPARE(window.list()->ListIndex(), -1);
         QVERIFY(window.slideshow()->isRunning());
         QVERIFY(m_bench->boxes.empty());
+    }
+
+    void aDialogHoldsTheShow()
+    {
+        frmImageView& window = showing({in("pics")}, "tSldAdvance");
+        const int index = window.list()->ListIndex();
+        QDialog dialog(&window);
+        dialog.setModal(true);
+        dialog.show();
+        tick(window); // what is asked is about the picture behind it
+        QCOMPARE(window.list()->ListIndex(), index);
+        dialog.close();
+        tick(window);
+        QVERIFY(window.list()->ListIndex() != index);
     }
 
     void advanceOpens_data()
