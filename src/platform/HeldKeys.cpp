@@ -9,6 +9,11 @@ namespace {
 
 /// Repeats come closer than this, even where they are slow; presses of one who reads what is asked do not.
 constexpr ulong closest = 300; // milliseconds
+/// The first repeat comes after this at most. A key that was let go in another program is not waited for
+/// longer.
+constexpr ulong longestDelay = 1500; // milliseconds
+/// Where the display lets a key go for each repeat, the press follows sooner than a finger could.
+constexpr ulong fastestFinger = 25; // milliseconds
 
 } // namespace
 
@@ -22,19 +27,35 @@ void HeldKeys::rest()
     QCoreApplication::instance()->removeEventFilter(this);
 }
 
+bool HeldKeys::isRepeat(const QKeyEvent& press) const
+{
+    if (press.isAutoRepeat())
+        return true;
+    if (press.key() != m_key || press.timestamp() == 0)
+        return false;
+    const ulong since = press.timestamp() - m_time;
+    const bool isDown = m_released < m_time || press.timestamp() - m_released < fastestFinger;
+    return since < closest || (isDown && since < longestDelay);
+}
+
 bool HeldKeys::eventFilter(QObject*, QEvent* event)
 {
-    const bool isShortcut = event->type() == QEvent::ShortcutOverride;
-    if (!isShortcut && event->type() != QEvent::KeyPress)
+    const QEvent::Type type = event->type();
+    if (type != QEvent::ShortcutOverride && type != QEvent::KeyPress && type != QEvent::KeyRelease)
         return false;
-    const auto* const press = static_cast<QKeyEvent*>(event);
-    const bool isSame = press->key() == m_key && press->timestamp() != 0;
-    if (!isSame || press->timestamp() != m_time) { // else the press that has just come by, on its way
-        m_isHeld = press->isAutoRepeat() || (isSame && press->timestamp() - m_time < closest);
-        m_key = press->key();
-        m_time = press->timestamp();
+    const auto& key = *static_cast<const QKeyEvent*>(event);
+    if (type == QEvent::KeyRelease) {
+        if (key.key() == m_key && !key.isAutoRepeat())
+            m_released = key.timestamp();
+        return false;
     }
-    if (m_isHeld && isShortcut)
+    const bool isOnItsWay = key.key() == m_key && key.timestamp() == m_time && m_time != 0;
+    if (!isOnItsWay) { // else it comes by once more, for another receiver
+        m_isHeld = isRepeat(key);
+        m_key = key.key();
+        m_time = key.timestamp();
+    }
+    if (m_isHeld && type == QEvent::ShortcutOverride)
         event->accept(); // as a key of whoever has the focus, to whom it will not come either
     return m_isHeld;
 }

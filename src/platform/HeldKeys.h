@@ -3,6 +3,8 @@
 
 #include <QObject>
 
+class QKeyEvent;
+
 namespace quorvia::platform {
 
 /// While it watches, a key that is held down counts once in the whole program, whatever windows come and go
@@ -19,9 +21,12 @@ class HeldKeys : public QObject
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    bool isRepeat(const QKeyEvent& press) const;
+
     int m_key = 0;
-    ulong m_time = 0; ///< milliseconds of the display's clock; 0 when nobody told
-    bool m_isHeld = false;
+    ulong m_time = 0;      ///< of its press: milliseconds of the display's clock; 0 when nobody told
+    ulong m_released = 0;  ///< when it was let go last, likewise
+    bool m_isHeld = false; ///< what came last does not count
 };
 
 } // namespace quorvia::platform

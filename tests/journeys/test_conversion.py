@@ -1,6 +1,8 @@
 """The selected files of the list converted, mailed and deleted, by real keys and mouse."""
 
 import os
+import shutil
+import time
 import unittest
 
 from harness import BLUE, GREEN, RED, wait_until
@@ -109,6 +111,47 @@ class ConversionTest(PlaylistJourney):
         self.assertEqual(sorted(os.listdir(trash)), ["a.png", "b.png"])
         wait_until(lambda: "A read-only file cannot be deleted" in self.log_text(), "the line in the log")
         self.shows(window, BLUE)
+        self.send(process)
+        self.ended(process)
+
+    def many(self, count, size="1600x1200"):
+        first = self.pictures / "p00.png"
+        self.make("convert", "-size", size, "-seed", "7", "plasma:fractal", first)
+        for number in range(1, count):
+            shutil.copy(first, self.pictures / ("p%02d.png" % number))
+
+    def test_keys_in_a_batch_reach_nothing_else(self):
+        self.many(12)
+        before = self.names()
+        process, window = self.open_list()
+        self.convert(window)
+        self.focus(self.window("jpgConversion Preview: a.png > jpg"))
+        self.output("xdotool", "key", "a")
+        for key in ("Right", "Delete", "Escape", "q"):
+            time.sleep(0.1)
+            self.output("xdotool", "key", key)
+        wait_until(lambda: not self.windows("jpgConversion"), "the end of the conversion")
+        self.assertIsNone(process.poll(), "the program went on")
+        self.assertEqual([name for name in self.names() if not name.endswith(".jpg")], before)
+        self.assertFalse((self.home / "data" / "Trash").exists())
+        self.send(process)
+        self.ended(process)
+
+    def test_a_held_key_answers_one_question(self):
+        self.many(6, "320x240")
+        (self.pictures / "b.jpg").write_bytes(b"what was there")
+        process, window = self.open_list()
+        self.convert(window)
+        self.focus(self.window("jpgConversion Preview: a.png > jpg"))
+        self.output("xdotool", "keydown", "Return")
+        time.sleep(2)
+        self.output("xdotool", "keyup", "Return")
+        second = self.window("jpgConversion Preview: b.jpg > jpg")
+        self.assertEqual([name for name in self.names() if name.endswith(".jpg")], ["a.jpg", "b.jpg"])
+        self.focus(second)
+        self.key("Escape")
+        wait_until(lambda: not self.windows("jpgConversion"), "the end of the conversion")
+        self.assertEqual((self.pictures / "b.jpg").read_bytes(), b"what was there")
         self.send(process)
         self.ended(process)
 

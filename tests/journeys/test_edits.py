@@ -3,6 +3,7 @@
 import re
 import sqlite3
 import subprocess
+import time
 import unittest
 import urllib.parse
 
@@ -100,6 +101,23 @@ class EditsTest(Journey):
         wait_until(lambda: old.read_bytes() != content, "the replaced file")
         wait_until(lambda: self.pixels(old)[0] == (640, 480), "the whole file")
         self.assertIn(content, [kept.read_bytes() for kept in self.trash()])
+        self.send(process)
+        self.ended(process)
+
+    def test_a_show_waits_for_the_dialog(self):
+        a, b = self.picture("a.png", "red"), self.picture("b.png", "lime")
+        process, window = self.open(a)
+        self.shows(window, RED)
+        self.key("p")
+        self.output("xdotool", "key", "ctrl+s")
+        dialog = self.window("Save")
+        shown = self.pixel(*self.at(window, (5, 300))), self.setting("ImageOpenCount")
+        time.sleep(6)  # three steps of the show
+        self.assertEqual(shown, (self.pixel(*self.at(window, (5, 300))), self.setting("ImageOpenCount")))
+        self.focus(dialog)
+        self.key("Escape")
+        wait_until(lambda: self.setting("ImageOpenCount") != shown[1], "the show to go on")
+        self.assertTrue(a.exists() and b.exists())
         self.send(process)
         self.ended(process)
 
