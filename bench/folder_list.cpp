@@ -1,6 +1,7 @@
 // How long the list of a folder of 20,000 files takes: folder_list PICTURES [RUNS]. It makes its files
 // itself, in a folder of its own, and leaves PICTURES alone. Painted offscreen: without what a display takes.
 #include "app/mWindowsAPI.h"
+#include "collections/BatchActions.h"
 #include "collections/FolderFiles.h"
 #include "collections/PictureList.h"
 #include "collections/Playlist.h"
@@ -90,10 +91,11 @@ int main(int argc, char* argv[])
            timed(runs, [&] { collections::anyHasVanished(folder.path(), files); }), 50);
 
     collections::PlaylistCommands commands(&list);
+    collections::BatchActions batch(&list);
     bench::IdleWindow window;
     std::unique_ptr<collections::Playlist> panel;
     report("The panel made and painted over them", bench::millisecondsOf([&] {
-               panel = std::make_unique<collections::Playlist>(&list, commands, window);
+               panel = std::make_unique<collections::Playlist>(&list, commands, batch, window);
                panel->resize(240, 700);
                panel->show();
                QCoreApplication::processEvents();

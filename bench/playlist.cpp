@@ -4,6 +4,7 @@
 #include "collections/Playlist.h"
 
 #include "app/mWindowsAPI.h"
+#include "collections/BatchActions.h"
 #include "collections/PictureList.h"
 #include "collections/PlaylistCommands.h"
 #include "collections/PlaylistFolder.h"
@@ -120,8 +121,9 @@ int main(int argc, char* argv[])
     list.setPath(folder.path());
     list.finishRebuild();
     collections::PlaylistCommands commands(&list);
+    collections::BatchActions batch(&list);
     bench::IdleWindow window;
-    collections::Playlist panel(&list, commands, window);
+    collections::Playlist panel(&list, commands, batch, window);
     panel.resize(260, 700);
     panel.show();
     collections::PlaylistKeeper& playlist = *list.playlist();
