@@ -75,7 +75,9 @@ qsizetype bare(const QStringList& sources, const QString& extension)
 /// The same through the window, with targets that are not there before.
 qsizetype converted(output::frmImageConvert& window, const QStringList& sources, const QString& extension)
 {
-    for (const QString& source : sources) {
+    for (qsizetype i = 0; i < sources.size(); ++i) {
+        const QString& source = sources[i];
+        window.expectNext(sources.value(i + 1));
         const QString target = source + u'.' + extension;
         QFile::remove(target);
         if (window.LoadConversion(source, target, true) != QLatin1String("Yes to all"))

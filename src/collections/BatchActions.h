@@ -23,6 +23,8 @@ struct BatchServices
     /// A run of conversions begins, or has ended.
     std::function<void()> beginBatch = [] {};
     std::function<void()> endBatch = [] {};
+    /// Told before a conversion without a question: the file that is converted after it; empty for none.
+    std::function<void(const QString& source)> expectNext = [](const QString&) {};
     /// Shows or hides the picture of the main window.
     std::function<void(bool visible)> setUpdate = [](bool) {};
     /// The name of the image on show; empty when none is, or it has no file.

@@ -49,6 +49,7 @@ void BatchConversion::convertAll(const QString& ext)
     for (int i = 0; i < count; ++i) {
         if (isOver() || (work && !work->goOn(i, count)) || isOver())
             return;
+        m_services.expectNext(work && i + 1 < count ? m_entries[std::size_t(i) + 1].file : QString());
         const QString answer = convert(m_entries[std::size_t(i)], ext, work.has_value());
         if (isOver() || answer == cancel)
             return;

@@ -160,6 +160,8 @@ void frmImageConvert::beginBatch()
 
 void frmImageConvert::endBatch()
 {
+    m_next.clear();
+    m_loader->expect(m_next, QSize()); // nothing is kept for a batch that was broken off
     if (isVisible())
         done(Accepted);
 }
@@ -273,6 +275,7 @@ void frmImageConvert::goOnAlone()
         takePlace();
         show();
     }
+    m_loader->expect(m_next, QSize());
     app::letPendingEventsRunButInput();
     if (alive && isVisible()) // nobody has closed it
         write(yesToAllWord);

@@ -41,6 +41,9 @@ class frmImageConvert : public QDialog
 
     /// A batch begins: nothing is deleted unless the user wants it of this one.
     void beginBatch();
+    /// Names the source of the conversion after the next one (empty: none is known), which is then read while
+    /// the next one is written.
+    void expectNext(const QString& source) { m_next = source; }
     /// A batch has ended. With "Yes to all" the window has been up until now.
     void endBatch();
     /// The program is about to end: nothing more is written or deleted, and every answer is "Cancel".
@@ -86,6 +89,7 @@ class frmImageConvert : public QDialog
     QString m_answer;
     std::optional<QPoint> m_place; ///< of the window's frame, where it was closed
     platform::HeldKeys m_heldKeys; ///< a key that is held answers one image, not those that come after it
+    QString m_next;                ///< what is converted after this one
     bool m_isOver = false;         ///< stop() was called
     bool m_busy = false;           ///< LoadConversion() has not returned
     bool m_writing = false;        ///< the write step is under way

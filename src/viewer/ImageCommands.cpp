@@ -97,6 +97,7 @@ collections::BatchServices ImageCommands::batchServices()
                 },
             .beginBatch = [this] { converter()->beginBatch(); },
             .endBatch = [this] { converter()->endBatch(); },
+            .expectNext = [this](const QString& source) { converter()->expectNext(source); },
             .setUpdate = [w](bool visible) { w->SetUpdate(visible, 0); },
             .releaseImage = [w] { w->ix1()->SetFileName(QString()); },
             .mailTool = mailTool};

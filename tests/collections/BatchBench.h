@@ -33,6 +33,8 @@ class BatchTest : public QObject
     QStringList m_calls;   ///< to the conversion: "source > target", "!" behind those without a question
     QStringList m_answers; ///< of the conversion, in order; the last one goes on
     QStringList m_steps;   ///< what the main window was told
+    QStringList m_batches; ///< what was told of runs
+    QStringList m_expected;
     std::function<void()> m_during;
     QString m_tool;
     QStringList m_started;
@@ -78,6 +80,9 @@ class BatchTest : public QObject
     {
         return {.loadConversion = [this](const QString& source, const QString& target,
                                          bool yesToAll) { return convert(source, target, yesToAll); },
+                .beginBatch = [this] { m_batches << "begun"; },
+                .endBatch = [this] { m_batches << "ended"; },
+                .expectNext = [this](const QString& source) { m_expected << relative(source); },
                 .setUpdate = [this](bool visible) { m_steps << (visible ? "shown" : "hidden"); },
                 .currentFile = [this] { return m_bench->window.current; },
                 .releaseImage =
@@ -125,6 +130,8 @@ class BatchTest : public QObject
         m_calls.clear();
         m_answers = QStringList("Yes");
         m_steps.clear();
+        m_batches.clear();
+        m_expected.clear();
         m_during = {};
         m_tool = "/opt/tools/postrel";
         m_started.clear();

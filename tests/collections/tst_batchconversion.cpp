@@ -134,6 +134,15 @@ class TestBatchConversion : public test::BatchTest
                  QStringList({"a.jpg > a.png", "b.jpg > b.png", "c.jpg > c.png!", "d.jpg > d.png!"}));
     }
 
+    void theNextOneIsNamedWhenNothingIsAsked()
+    {
+        selectRows({{0, 3}});
+        m_answers = QStringList({"No", "Yes to all"});
+        m_batch->ConvertImage("png");
+        QCOMPARE(m_expected, QStringList({"", "", "d.jpg", ""}));
+        QCOMPARE(m_batches, QStringList({"begun", "ended"}));
+    }
+
     void aNoInBetweenKeepsYesToAll()
     {
         selectRows({{0, 3}});

@@ -333,6 +333,37 @@ class TestFrmImageConvert : public QObject
         QCOMPARE(bench().trash(), QStringList());
     }
 
+    void theCheckLastsForABatch()
+    {
+        bench().window->beginBatch();
+        bench().deleteOriginal(true);
+        bench().convert(bench().picture("a.bmp"), bench().file("a.png"), "cmdNo");
+        QVERIFY(bench().window->findChild<QCheckBox*>("chkDelete")->isChecked());
+        bench().window->endBatch();
+        bench().window->beginBatch();
+        QVERIFY(!bench().window->findChild<QCheckBox*>("chkDelete")->isChecked());
+    }
+
+    void nothingIsWrittenOnceItIsStopped()
+    {
+        bench().deleteOriginal(true);
+        const QString source = bench().picture("a.bmp");
+        bench().window->stop();
+        QCOMPARE(bench().window->LoadConversion(source, bench().file("a.png"), true), QString("Cancel"));
+        QCOMPARE(bench().window->LoadConversion(source, bench().file("a.png"), false), QString("Cancel"));
+        QCOMPARE(bench().pictures(), QStringList{"a.bmp"});
+    }
+
+    void aStopInTheMiddleWritesNothing()
+    {
+        bench().deleteOriginal(true);
+        const QString source = bench().picture("a.bmp");
+        QTimer::singleShot(0, bench().window.get(), [this] { bench().window->stop(); });
+        QCOMPARE(bench().window->LoadConversion(source, bench().file("a.png"), true), QString("Cancel"));
+        QCOMPARE(bench().pictures(), QStringList{"a.bmp"});
+        QVERIFY(bench().trash().isEmpty());
+    }
+
     // --- yes to all
 
     void yesToAllAsksNothing()
@@ -343,7 +374,7 @@ class TestFrmImageConvert : public QObject
             QCOMPARE(bench().convertAlone(source, bench().file(QLatin1String(name) + ".png")),
                      QStringLiteral("Yes to all"));
             bench().window->endBatch(); // until then the window is up
-        QVERIFY(!bench().window->isVisible());
+            QVERIFY(!bench().window->isVisible());
             QCOMPARE(read(bench().file(QLatin1String(name) + ".png")), noise(QSize(61, 47), *name));
         }
         QCOMPARE(bench().pictures(), QStringList({"a.png", "b.png", "c.png"}));
