@@ -46,6 +46,32 @@ class tst_WholeFile : public QObject
         QCOMPARE(names(), QStringList{"a"});
     }
 
+    void aNameAsLongAsNamesCanBe()
+    {
+        const QString name(255, u'x');
+        QVERIFY(writeWholeFile(m_directory->filePath(name), "new"));
+        QVERIFY(writeWholeFile(m_directory->filePath(name), "newer"));
+        QCOMPARE(contentOf(m_directory->filePath(name)), QByteArray("newer"));
+        QCOMPARE(names(), QStringList{name});
+        QVERIFY(!writeWholeFile(m_directory->filePath(name + u'x'), "new"));
+        QCOMPARE(names(), QStringList{name});
+    }
+
+    void newFilesAreAsOpenAsOthers()
+    {
+        put(path("other"), "x");
+        QVERIFY(writeWholeFile(path("a"), "new"));
+        QCOMPARE(QFileInfo(path("a")).permissions(), QFileInfo(path("other")).permissions());
+    }
+
+    void aLinkToNothingYetIsFollowed()
+    {
+        QVERIFY(QFile::link(path("far"), path("link")));
+        QVERIFY(writeWholeFile(path("link"), "new"));
+        QVERIFY(QFileInfo(path("link")).isSymLink());
+        QCOMPARE(contentOf(path("far")), QByteArray("new"));
+    }
+
     void scratchFile()
     {
         QVERIFY(writeScratchFile(path("a"), "first"));
