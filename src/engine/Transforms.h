@@ -23,8 +23,8 @@ QImage resized(const QImage& image, QSize size);
 
 /// `image` with an edge of `width` pixels inside it: style 1 raised (light top and left, dark bottom and
 /// right), any other sunken. `intensity` 0 to 25 is the share mixed in of white or black at the outer rim, in
-/// parts of 25; it fades evenly to nothing over the width. The width is bounded by half the shorter side. Where
-/// two sides meet at a corner the nearer rim counts, the upper left one on the diagonal. Alpha stays; a
+/// parts of 25; it fades evenly to nothing over the width. The width is bounded by half the shorter side.
+/// Where two sides meet at a corner the nearer rim counts, the upper left one on the diagonal. Alpha stays; a
 /// palette becomes 8 bits grey or 32 bits. Unchanged for a width or an intensity below 1.
 QImage bevelled(const QImage& image, int style, int width, int intensity);
 
