@@ -5,6 +5,7 @@
 #include "app/mFile.h"
 #include "app/Product.h"
 #include "collections/BatchConversion.h"
+#include "collections/NamedCommand.h"
 #include "collections/PictureList.h"
 #include "collections/PlaylistKeeper.h"
 #include "platform/Dialogs.h"
@@ -67,22 +68,12 @@ BatchActions::BatchActions(PictureList* list, QObject* parent) : QObject(parent)
 
 bool BatchActions::RunTool(const QString& sCommand)
 {
-    struct Row
-    {
-        QLatin1String name;
-        void (BatchActions::*run)();
-    };
+    using Row = NamedCommand<BatchActions>;
     static constexpr std::array rows{
         Row{QLatin1String("emailimages"), &BatchActions::EmailImages},
         Row{QLatin1String("deleteselectedfiles"), &BatchActions::DeleteSelectedFiles},
     };
-    const QString command = sCommand.toLower();
-    const auto row = std::find_if(rows.begin(), rows.end(),
-                                  [&command](const Row& candidate) { return candidate.name == command; });
-    if (row == rows.end())
-        return false;
-    (this->*row->run)();
-    return true;
+    return runNamed<BatchActions>(*this, rows, sCommand);
 }
 
 void BatchActions::ConvertImage(const QString& sExt)

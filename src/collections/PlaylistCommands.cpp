@@ -3,6 +3,7 @@
 #include "app/ImageTypes.h"
 #include "app/mFile.h"
 #include "app/Settings.h"
+#include "collections/NamedCommand.h"
 #include "collections/PictureList.h"
 #include "collections/PlaylistKeeper.h"
 #include "platform/Dialogs.h"
@@ -11,7 +12,6 @@
 
 #include <QObject>
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -19,11 +19,7 @@ namespace quorvia::collections {
 
 bool PlaylistCommands::RunTool(const QString& sCommand)
 {
-    struct Row
-    {
-        QLatin1String name;
-        void (PlaylistCommands::*run)();
-    };
+    using Row = NamedCommand<PlaylistCommands>;
     static constexpr std::array rows{
         Row{QLatin1String("openplaylist"), &PlaylistCommands::open},
         Row{QLatin1String("saveplaylist"), &PlaylistCommands::save},
@@ -35,13 +31,7 @@ bool PlaylistCommands::RunTool(const QString& sCommand)
         Row{QLatin1String("movefilelisttoplaylist"), &PlaylistCommands::moveAll},
         Row{QLatin1String("moveselectedtoplaylist"), &PlaylistCommands::moveSelected},
     };
-    const QString command = sCommand.toLower();
-    const auto row = std::find_if(rows.begin(), rows.end(),
-                                  [&command](const Row& candidate) { return candidate.name == command; });
-    if (row == rows.end())
-        return false;
-    (this->*row->run)();
-    return true;
+    return runNamed<PlaylistCommands>(*this, rows, sCommand);
 }
 
 QWidget* PlaylistCommands::owner() const
