@@ -455,7 +455,7 @@ class TestWindowEdits : public QObject
         QCOMPARE(m_window->currentFile(), untitled);
     }
 
-    void aPasteThatCannotBeWrittenIsSeenAllTheSame()
+    void aPasteThatCannotBeWrittenCanBeSavedElsewhere()
     {
         open();
         QVERIFY(QDir().mkpath(app::InstallPath() + QStringLiteral("untitled.bmp"))); // in its place
@@ -464,6 +464,11 @@ class TestWindowEdits : public QObject
         QCOMPARE(m_window->currentFile(), QString());
         QVERIFY(logged("Not saved: "));
         QVERIFY(QFileInfo(app::InstallPath() + QStringLiteral("untitled.bmp")).isDir());
+        const platform::SaveChooserAnswerer chooser(
+            [this](const platform::SaveChooser&) { return in("pics/rescued.png"); });
+        run("miSave");
+        QCOMPARE(m_window->currentFile(), in("pics/rescued.png"));
+        QCOMPARE(QImage(in("pics/rescued.png")).size(), QSize(60, 30));
     }
 
     void theStripShowsWhatWasTurned_data()
