@@ -14,7 +14,7 @@ namespace quorvia::output {
 
 namespace {
 
-constexpr char ownFolder[] = "other-XXXXXX"; // of a program that did not get the folder
+constexpr char ownFolder[] = "other-"; // and some letters: of a program that did not get the folder
 
 /// The descriptor that holds `folder` against others; -1 when somebody else has it.
 int lockFolder(const QString& folder)
