@@ -1,8 +1,9 @@
 #include "platform/Clipboard.h"
 
+#include "platform/ReadLimit.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QImageReader>
 #include <QMimeData>
 
 #include <algorithm>
@@ -30,21 +31,6 @@ class Desktop
     bool m_isSilent = false;
 };
 
-/// While it lives, the toolkit reads images of up to so many MiB.
-class ImagesUpTo
-{
-  public:
-    explicit ImagesUpTo(int mebibytes) : m_before(QImageReader::allocationLimit())
-    {
-        QImageReader::setAllocationLimit(mebibytes);
-    }
-    ~ImagesUpTo() { QImageReader::setAllocationLimit(m_before); }
-    Q_DISABLE_COPY_MOVE(ImagesUpTo)
-
-  private:
-    const int m_before;
-};
-
 QString Desktop::text()
 {
     const QMimeData* const data = offered();
@@ -57,7 +43,7 @@ QImage Desktop::image()
     const QMimeData* const data = m_isSilent ? nullptr : offered();
     if (!data || !data->hasImage())
         return {};
-    const ImagesUpTo limit(m_mebibytes);
+    const ReadLimit limit(m_mebibytes);
     return qvariant_cast<QImage>(data->imageData());
 }
 

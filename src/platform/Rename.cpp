@@ -1,6 +1,7 @@
 #include "platform/Rename.h"
 
 #include "platform/FileStatus.h"
+#include "platform/Reason.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,13 +17,6 @@ namespace quorvia::platform {
 namespace {
 
 constexpr qsizetype longestName = 255; // bytes
-
-bool fail(QString* why, const QString& reason)
-{
-    if (why)
-        *why = reason;
-    return false;
-}
 
 bool isName(const QString& name)
 {

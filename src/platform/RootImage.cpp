@@ -1,5 +1,8 @@
 #include "platform/RootImage.h"
 
+#include "platform/ReadLimit.h"
+#include "platform/Reason.h"
+
 #include <QImageReader>
 #include <QPainter>
 
@@ -8,19 +11,6 @@
 namespace quorvia::platform {
 
 namespace {
-
-/// Takes the toolkit's bound on the size of a picture away while it lives.
-class AnySize
-{
-  public:
-    AnySize() { QImageReader::setAllocationLimit(0); }
-    ~AnySize() { QImageReader::setAllocationLimit(m_before); }
-    AnySize(const AnySize&) = delete;
-    AnySize& operator=(const AnySize&) = delete;
-
-  private:
-    int m_before = QImageReader::allocationLimit();
-};
 
 /// The rectangle of `size` with its middle in that of `around`.
 QRect centred(QSize size, const QRect& around)
@@ -70,11 +60,11 @@ int rowsPerRequest(qint64 limit, qint64 bytesPerRow)
 
 QImage wallpaperPicture(const QString& path, QString* why)
 {
-    const AnySize anySize;
+    const ReadLimit anySize(0);
     QImageReader reader(path);
     QImage picture = reader.read();
     if (picture.isNull())
-        failWallpaper(why, reader.errorString());
+        fail(why, reader.errorString());
     return picture;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/FileStatus.h"
 #include "platform/GioParts.h"
+#include "platform/Reason.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,13 +26,6 @@ QString fromRoot(const QString& path)
         return absolute;
     const QFileInfo file(absolute);
     return QDir(file.path()).canonicalPath() + u'/' + file.fileName();
-}
-
-bool fail(QString* why, const QString& reason)
-{
-    if (why)
-        *why = reason;
-    return false;
 }
 
 /// The name of a second "name.ext" beside it, "name (replaced).ext"; `number` counts on from 1.

@@ -1,6 +1,7 @@
 #include "platform/Wallpaper.h"
 
 #include "platform/FileStatus.h"
+#include "platform/Reason.h"
 #include "platform/WallpaperPlasma.h"
 #include "platform/WallpaperRoot.h"
 #include "platform/WallpaperSettings.h"
@@ -39,7 +40,7 @@ QStringList screenNames()
 bool setWallpaper(const QString& path, WallpaperStyle style, QString* why)
 {
     if (!path.startsWith(u'/') || !isRegularFile(path))
-        return failWallpaper(why, QStringLiteral("there is no file ") + path);
+        return fail(why, QStringLiteral("there is no file ") + path);
     const QString names = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
     const bool isX = QGuiApplication::platformName() == QLatin1String("xcb");
     const bool isWayland = !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -58,8 +59,7 @@ bool setWallpaper(const QString& path, WallpaperStyle style, QString* why)
     case WallpaperDesktop::Unknown:
         break;
     }
-    return failWallpaper(
-        why, QStringLiteral("no way is known to set the wallpaper of the desktop \"%1\"").arg(names));
+    return fail(why, QStringLiteral("no way is known to set the wallpaper of the desktop \"%1\"").arg(names));
 }
 
 } // namespace quorvia::platform

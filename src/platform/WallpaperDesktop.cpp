@@ -69,11 +69,4 @@ QString changedAddress(const QString& path, const QString& present)
     return present == address ? fileAddress(otherSpelling(path)) : address;
 }
 
-bool failWallpaper(QString* why, const QString& reason)
-{
-    if (why)
-        *why = reason;
-    return false;
-}
-
 } // namespace quorvia::platform

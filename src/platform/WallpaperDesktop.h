@@ -38,7 +38,4 @@ QString changedPath(const QString& path, const QString& present);
 /// The same for a value that is an address.
 QString changedAddress(const QString& path, const QString& present);
 
-/// Puts `reason` into `why` (may be null); always false.
-bool failWallpaper(QString* why, const QString& reason);
-
 } // namespace quorvia::platform

@@ -1,6 +1,7 @@
 #include "platform/WallpaperPlasma.h"
 
 #include "platform/GioParts.h"
+#include "platform/Reason.h"
 
 #include <array>
 
@@ -13,11 +14,11 @@ constexpr int patience = 2000; // milliseconds
 /// The fill modes of an image of Qt Quick, by style: stretched, tiled, padded.
 constexpr std::array<int, 3> fillModes = {0, 3, 6};
 
-bool fail(QString* why, GError* raw)
+bool failAs(QString* why, GError* raw)
 {
     const gio::Error error(raw);
-    return failWallpaper(why, QStringLiteral("Plasma: ") +
-                                  (error ? QString::fromUtf8(error->message).simplified() : QString()));
+    return fail(why, QStringLiteral("Plasma: ") +
+                         (error ? QString::fromUtf8(error->message).simplified() : QString()));
 }
 
 /// A connection of our own. The one that GIO shares ends the program together with the bus.
@@ -66,14 +67,14 @@ bool setPlasmaWallpaper(const QString& path, WallpaperStyle style, QString* why)
     GError* error = nullptr;
     const gio::Object<GDBusConnection> bus = sessionBus(&error);
     if (!bus)
-        return fail(why, error);
+        return failAs(why, error);
     const QByteArray script = plasmaScript(path, style).toUtf8();
     GVariant* const answer =
         g_dbus_connection_call_sync(bus.get(), "org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell",
                                     "evaluateScript", g_variant_new("(s)", script.constData()), nullptr,
                                     G_DBUS_CALL_FLAGS_NO_AUTO_START, patience, nullptr, &error);
     if (!answer)
-        return fail(why, error);
+        return failAs(why, error);
     g_variant_unref(answer);
     return true;
 }

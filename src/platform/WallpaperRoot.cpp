@@ -1,5 +1,6 @@
 #include "platform/WallpaperRoot.h"
 
+#include "platform/Reason.h"
 #include "platform/RootImage.h"
 
 #include <xcb/xcb.h>
@@ -140,24 +141,23 @@ bool setRootWallpaper(const QString& path, WallpaperStyle style, const QList<QRe
     QString reason;
     const QImage picture = wallpaperPicture(path, &reason);
     if (picture.isNull())
-        return failWallpaper(why, reason);
+        return fail(why, reason);
     int number = 0;
     const Connection connection(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &number));
     if (xcb_connection_has_error(connection.get()))
-        return failWallpaper(why, QStringLiteral("the X server cannot be reached"));
+        return fail(why, QStringLiteral("the X server cannot be reached"));
     const xcb_screen_t& screen = *screenOf(connection.get(), number);
     if (!takesOurPixels(xcb_get_setup(connection.get()), screen))
-        return failWallpaper(
+        return fail(
             why,
             QStringLiteral("the root window has pixels of another kind (depth %1)").arg(screen.root_depth));
     const QImage image =
         rootImage(picture, QSize(screen.width_in_pixels, screen.height_in_pixels), screens, style);
     const xcb_pixmap_t pixmap = image.isNull() ? 0 : upload(connection.get(), screen, image);
     if (!pixmap)
-        return failWallpaper(why, QStringLiteral("the X server does not take the picture"));
+        return fail(why, QStringLiteral("the X server does not take the picture"));
     show(connection.get(), screen.root, pixmap);
-    return !xcb_connection_has_error(connection.get()) ||
-           failWallpaper(why, QStringLiteral("the X server has gone"));
+    return !xcb_connection_has_error(connection.get()) || fail(why, QStringLiteral("the X server has gone"));
 }
 
 } // namespace quorvia::platform

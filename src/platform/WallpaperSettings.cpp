@@ -1,6 +1,7 @@
 #include "platform/WallpaperSettings.h"
 
 #include "platform/GioParts.h"
+#include "platform/Reason.h"
 
 #include <array>
 #include <vector>
@@ -141,11 +142,11 @@ bool setSettingsWallpaper(WallpaperDesktop desktop, const QString& path, Wallpap
 {
     const Place* const place = placeOf(desktop);
     if (!place)
-        return failWallpaper(why, QStringLiteral("this desktop keeps its wallpaper elsewhere"));
+        return fail(why, QStringLiteral("this desktop keeps its wallpaper elsewhere"));
     Schema schema = schemaOf(place->schema);
     if (!schema)
-        return failWallpaper(
-            why, QStringLiteral("the settings %1 are not installed").arg(QLatin1String(place->schema)));
+        return fail(why,
+                    QStringLiteral("the settings %1 are not installed").arg(QLatin1String(place->schema)));
     Writer writer(std::move(schema));
     QString obstacle = writer.plan("picture-options", QLatin1String(optionWords[size_t(style)]));
     if (obstacle.isEmpty())
@@ -153,8 +154,8 @@ bool setSettingsWallpaper(WallpaperDesktop desktop, const QString& path, Wallpap
     if (obstacle.isEmpty() && place->key2 && writer.has(place->key2))
         obstacle = planPicture(writer, *place, place->key2, path);
     if (!obstacle.isEmpty())
-        return failWallpaper(why, obstacle);
-    return writer.write() || failWallpaper(why, QStringLiteral("the desktop's settings cannot be written"));
+        return fail(why, obstacle);
+    return writer.write() || fail(why, QStringLiteral("the desktop's settings cannot be written"));
 }
 
 } // namespace quorvia::platform

@@ -1,5 +1,7 @@
 #include "platform/WallpaperXfce.h"
 
+#include "platform/Reason.h"
+
 #include <QDeadlineTimer>
 #include <QProcess>
 #include <QRegularExpression>
@@ -105,19 +107,19 @@ bool setXfceWallpaper(const QString& path, WallpaperStyle style, const QStringLi
                              QStringLiteral("--list"), QStringLiteral("--verbose")});
     QString obstacle = outcome(*list, deadline);
     if (!obstacle.isEmpty())
-        return failWallpaper(why, obstacle);
+        return fail(why, obstacle);
     std::vector<std::unique_ptr<QProcess>> runs; // side by side: the wait is that for the slowest
     const QString listing = QString::fromUtf8(list->readAllStandardOutput());
     for (const QStringList& arguments : xfceChanges(listing, path, style, screens))
         runs.push_back(query(arguments));
     if (runs.empty())
-        return failWallpaper(why, QStringLiteral("Xfce knows no screen"));
+        return fail(why, QStringLiteral("Xfce knows no screen"));
     for (const auto& run : runs) {
         const QString failure = outcome(*run, deadline);
         if (obstacle.isEmpty())
             obstacle = failure;
     }
-    return obstacle.isEmpty() || failWallpaper(why, obstacle);
+    return obstacle.isEmpty() || fail(why, obstacle);
 }
 
 } // namespace quorvia::platform
