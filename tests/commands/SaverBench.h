@@ -5,6 +5,7 @@
 #include "app/Paths.h"
 #include "commands/ImageSaver.h"
 #include "engine/ImageEngine.h"
+#include "support/FileContent.h"
 #include "support/ScratchTrash.h"
 
 #include <QImage>
@@ -33,12 +34,6 @@ inline QByteArray encoded(const QImage& image, const QString& name)
 {
     const QString extension = name.section(u'.', -1);
     return *engine::encoderFor(extension)->encode(image, extension, {});
-}
-
-inline QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not to be read");
 }
 
 /// The log's texts without date and time.

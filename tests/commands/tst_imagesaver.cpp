@@ -4,6 +4,7 @@
 #include "commands/SaverBench.h"
 #include "platform/Dialogs.h"
 #include "support/FullDisk.h"
+#include "support/OddNames.h"
 
 #include <QProcess>
 #include <QTest>
@@ -312,16 +313,7 @@ class TestImageSaver : public QObject
         QVERIFY(QFile::exists(in("a.png")));
     }
 
-    void names_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("quotes") << "\"a'.png";
-        QTest::newRow("percent") << "100%20 %1.png";
-        QTest::newRow("newline") << "a\nb.png";
-        QTest::newRow("dash") << "-rf.png";
-        QTest::newRow("wildcards") << "[a]*?.png";
-        QTest::newRow("umlauts") << "Äpfel – größer.png";
-    }
+    void names_data() { addOddNames(); }
 
     void names()
     {

@@ -7,6 +7,7 @@
 #include "engine/ImageEngine.h"
 #include "output/frmImageConvert.h"
 #include "platform/Dialogs.h"
+#include "support/FileContent.h"
 #include "support/ScratchHome.h"
 
 #include <QCheckBox>
@@ -21,12 +22,6 @@
 #include <memory>
 
 namespace quorvia::test {
-
-inline QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not to be read");
-}
 
 /// A picture in which JPEG leaves its marks; `shade` tells one from another.
 inline QImage noise(QSize size, int shade)

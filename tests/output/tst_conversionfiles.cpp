@@ -1,6 +1,7 @@
 // What a conversion says, and what it may do to files. The trash is the test's own.
 #include "output/ConversionFiles.h"
 #include "platform/FileStatus.h"
+#include "support/FileContent.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -12,16 +13,7 @@
 
 using namespace quorvia;
 using namespace quorvia::output;
-
-namespace {
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not to be read");
-}
-
-} // namespace
+using quorvia::test::contentOf;
 
 class TestConversionFiles : public QObject
 {

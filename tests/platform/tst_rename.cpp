@@ -1,5 +1,6 @@
 #include "platform/FileStatus.h"
 #include "platform/Rename.h"
+#include "support/FileContent.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,16 +11,7 @@
 #include <unistd.h>
 
 using namespace quorvia::platform;
-
-namespace {
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not to be read");
-}
-
-} // namespace
+using quorvia::test::contentOf;
 
 class TestRename : public QObject
 {

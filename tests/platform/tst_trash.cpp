@@ -4,6 +4,7 @@
 #include "../support/Unprivileged.h"
 #include "platform/FileStatus.h"
 #include "platform/Trash.h"
+#include "support/FileContent.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -17,6 +18,7 @@
 #include <algorithm>
 
 using namespace quorvia::platform;
+using quorvia::test::contentOf;
 
 namespace {
 
@@ -25,12 +27,6 @@ bool isThere(const QString& path)
 {
     struct stat status = {};
     return fileStatus(path, status, Links::Keep) == 0;
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not to be read");
 }
 
 } // namespace

@@ -9,10 +9,10 @@
 #include "controls/gnTab.h"
 #include "platform/NextDialog.h"
 #include "platform/ToolControl.h"
+#include "support/FileContent.h"
 #include "support/FullDisk.h"
-#include "support/ScratchTrash.h"
+#include "viewer/CommandStage.h"
 #include "viewer/PageNavigator.h"
-#include "viewer/ViewerBench.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -29,6 +29,7 @@
 #include <sys/stat.h>
 
 using namespace quorvia;
+using test::contentOf;
 using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
@@ -47,25 +48,13 @@ QImage halves(QSize size)
     return image;
 }
 
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not to be read");
-}
-
 } // namespace
 
-class TestWindowEdits : public QObject
+class TestWindowEdits : public QObject, private test::CommandStage
 {
     Q_OBJECT
 
   private:
-    test::ScratchTrash m_trash;
-    std::unique_ptr<ViewerBench> m_bench;
-    frmImageView* m_window = nullptr;
-
-    QString in(const char* name) const { return m_bench->in(name); }
-    void run(const char* command) const { m_window->RunTool(QLatin1String(command)); }
     engine::ImageEngine& ix1() const { return *m_window->ix1(); }
     QSize size() const { return {ix1().ImagePixelWidth(), ix1().ImagePixelHeight()}; }
     QString caption() const { return m_window->windowTitle(); }
@@ -79,9 +68,7 @@ class TestWindowEdits : public QObject
     QString open(const QString& name = QStringLiteral("pics/a.png"), QSize of = {40, 20})
     {
         QString path = write(name, halves(of));
-        m_window = &m_bench->load({path});
-        m_window->OpenMenuX(true);
-        m_window->list()->finishRebuild();
+        show({path});
         return path;
     }
     /// The colour in the viewport at `across` and `down` of its middle, in pixels.
@@ -91,7 +78,6 @@ class TestWindowEdits : public QObject
         return shot.pixelColor(shot.rect().center() + QPoint(across, down));
     }
     bool logged(const char* text) const { return m_bench->logTexts().join(u'\n').contains(text); }
-    QStringList failures() const { return m_bench->logTexts().filter(QStringLiteral("Not ")); }
     QString facts() const
     {
         return m_window->findChild<QPlainTextEdit*>(QStringLiteral("tImageInfo"))->toPlainText();
@@ -106,13 +92,8 @@ class TestWindowEdits : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_trash.clear();
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void rotating_data()
     {

@@ -6,8 +6,9 @@
 #include "controls/gnTab.h"
 #include "platform/ToolControl.h"
 #include "platform/ToolMenu.h"
-#include "support/ScratchTrash.h"
-#include "viewer/ViewerBench.h"
+#include "support/FileContent.h"
+#include "support/OddNames.h"
+#include "viewer/CommandStage.h"
 
 #include <QTest>
 #include <QTimer>
@@ -15,6 +16,7 @@
 #include <sys/stat.h>
 
 using namespace quorvia;
+using test::contentOf;
 using test::ViewerBench;
 using viewer::frmImageView;
 
@@ -22,35 +24,16 @@ namespace {
 
 constexpr int rightButton = 2;
 
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
-class TestWindowFiles : public QObject
+class TestWindowFiles : public QObject, private test::CommandStage
 {
     Q_OBJECT
 
   private:
-    test::ScratchTrash m_trash;
-    std::unique_ptr<ViewerBench> m_bench;
-    frmImageView* m_window = nullptr;
-
-    QString in(const char* name) const { return m_bench->in(name); }
-    void run(const char* command) const { m_window->RunTool(QLatin1String(command)); }
     QStringList listed() const { return m_window->list()->files(); }
     QString tab() const { return m_window->panes()->gTab()->tabs().at(1).Caption; }
-    QStringList failures() const { return m_bench->logTexts().filter(QStringLiteral("Not ")); }
-    frmImageView& open(const char* path = "pics")
-    {
-        m_window = &m_bench->load({in(path)});
-        m_window->OpenMenuX(true);
-        m_window->list()->finishRebuild();
-        return *m_window;
-    }
+    frmImageView& open(const char* path = "pics") { return show({in(path)}); }
     /// A window with the playlist of `names` (in the home) in front, the first of them on show.
     void openPlaylist(const QStringList& names)
     {
@@ -84,13 +67,8 @@ class TestWindowFiles : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_trash.clear();
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void deleting()
     {
@@ -275,15 +253,7 @@ class TestWindowFiles : public QObject
         QCOMPARE(failures().size(), 1);
     }
 
-    void names_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("quotes") << "\"a'.png";
-        QTest::newRow("percent") << "100%20 %1.png";
-        QTest::newRow("newline") << "a\nb.png";
-        QTest::newRow("dash") << "-rf.png";
-        QTest::newRow("wildcards") << "[a]*?.png";
-    }
+    void names_data() { test::addOddNames(); }
 
     void names()
     {
