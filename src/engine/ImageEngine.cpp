@@ -233,12 +233,7 @@ void ImageEngine::SetScaleOption(int option)
 
 void ImageEngine::SetPaintEnabled(bool enabled)
 {
-    if (std::exchange(d->paintEnabled, enabled) == enabled)
-        return;
-    if (enabled)
-        repaint(); // at once: an update would wait for the toolkit's frame timer, some milliseconds
-    else
-        d->heldBackAt = mapTo(window(), QPoint());
+    d->setPainting(enabled, d->covered);
 }
 
 bool ImageEngine::PaintEnabled() const
@@ -289,6 +284,31 @@ void ImageEngine::ClearRubberBand()
 {
     d->updateBand();
     d->content.band.reset();
+}
+
+// --- the picture on another surface
+
+QImage ImageEngine::PaintedPart(const QRect& target, const QRect& part, const QColor& back)
+{
+    d->settle();
+    QImage pixels;
+    if (!d->content.isEmpty() && !target.isEmpty())
+        d->unlessMemoryEnds([&] {
+            const DisplayView view{d->content.number, target, back.rgb()};
+            const auto conversion = ColorConversion::of(d->profile());
+            pixels = renderedPart(d->sourceFor(target.size()), view, part, conversion.get());
+        });
+    return pixels;
+}
+
+void ImageEngine::NotePainted()
+{
+    d->notePainted();
+}
+
+void ImageEngine::SetCovered(bool covered)
+{
+    d->setPainting(d->paintEnabled, covered);
 }
 
 // --- transforms
@@ -434,7 +454,7 @@ void ImageEngine::paintEvent(QPaintEvent* event)
     QRect exposed = toDevicePixels(event->rect(), ratio);
     if (ratio != std::floor(ratio))
         exposed.adjust(-1, -1, 1, 1); // the corner was moved to a whole pixel
-    if (!d->paintEnabled) {
+    if (d->isHeldBack()) {
         painter.fillRect(exposed, d->backColor);
         d->paintHeldBack(painter);
         return;

@@ -91,6 +91,17 @@ class ImageEngine : public QWidget
     void DrawRubberBand(int left, int top, int right, int bottom, const QColor& color, bool keep);
     void ClearRubberBand();
 
+    // --- the picture on another surface, as a window that fills the screen
+    /// The pixels of `part` of the held picture when it lies in `target`, both in device pixels of that
+    /// surface, with the transparent ones laid over `back`. Made from the cheapest picture that is enough, as
+    /// the control's own. RGB32; null when nothing is held, `part` is empty or reaches out of `target`, or no
+    /// memory is left.
+    QImage PaintedPart(const QRect& target, const QRect& part, const QColor& back);
+    /// What PaintedPart() gave last stands on the screen: the picture counts as painted on the control.
+    void NotePainted();
+    /// True: the window with that surface hides the control, which paints nothing anew until false.
+    void SetCovered(bool covered);
+
     // --- transforms of the held image, in place; nothing happens when none is held
     //     or when the result would be larger than Limits allow (LastError() tells)
     /// Turns by `degrees`, positive counter-clockwise; multiples of 90 are exact, others give a larger image
@@ -131,8 +142,9 @@ class ImageEngine : public QWidget
     /// The load of page PageNumber() of `path` has begun; what stands before it is still what FileName() and
     /// Picture() give.
     void LoadBegun(const QString& path);
-    /// The picture has been painted on the control for the first time since it was loaded or given. Comes
-    /// from the event loop, not from inside the paint; not for a picture that is already replaced.
+    /// The picture has been painted, on the control or in its place, for the first time since it was loaded
+    /// or given. Comes from the event loop, not from inside the paint; not for a picture that is already
+    /// replaced.
     void FirstPainted();
 
   protected:

@@ -177,15 +177,29 @@ QImage ImageEngine::Private::sourceFor(QSize target)
     return first ? first->image : QImage();
 }
 
+/// Takes the two reasons not to paint. What is on the screen stays from the first one on until both are gone.
+void ImageEngine::Private::setPainting(bool enabled, bool isCovered)
+{
+    const bool before = isHeldBack();
+    paintEnabled = enabled;
+    covered = isCovered;
+    if (isHeldBack() == before)
+        return;
+    if (before)
+        q->repaint(); // at once: an update would wait for the toolkit's frame timer, some milliseconds
+    else
+        heldBackAt = q->mapTo(q->window(), QPoint());
+}
+
 void ImageEngine::Private::repaintSoon()
 {
-    if (paintEnabled)
+    if (!isHeldBack())
         q->update();
 }
 
 void ImageEngine::Private::updateBand()
 {
-    if (!content.band || !paintEnabled)
+    if (!content.band || isHeldBack())
         return;
     const QRect frame =
         bandFrame(content.band->from, content.band->to, content.size, placed()).boundingRect();
@@ -259,7 +273,7 @@ void ImageEngine::Private::paintBand(QPainter& painter, const QRect& target)
 /// Once a content: tells that it stands on the screen, and lets the full decode follow.
 void ImageEngine::Private::notePainted()
 {
-    if (content.wasTold || std::exchange(content.isTelling, true))
+    if (content.isEmpty() || content.wasTold || std::exchange(content.isTelling, true))
         return;
     // From the event loop: what was painted then reaches the screen before anything else is begun.
     QTimer::singleShot(0, q, [this, number = content.number] {

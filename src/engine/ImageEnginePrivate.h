@@ -71,6 +71,8 @@ class ImageEngine::Private
     QSize deviceSize() const { return (QSizeF(q->size()) * ratio()).toSize(); }
     QRect placed() const { return placedImage(content.size, deviceSize(), display); }
     QImage sourceFor(QSize target);
+    bool isHeldBack() const { return !paintEnabled || covered; }
+    void setPainting(bool enabled, bool isCovered);
     void repaintSoon();
     void updateBand();
     void showHand(Qt::MouseButtons down);
@@ -93,6 +95,7 @@ class ImageEngine::Private
     QColor backColor = Qt::black;
     int pointer = 0;
     bool paintEnabled = true;
+    bool covered = false;
     QPoint heldBackAt; ///< where the control was in its window when painting was held back
     DisplayCache cache;
 
