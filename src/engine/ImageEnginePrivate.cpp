@@ -180,12 +180,12 @@ QImage ImageEngine::Private::sourceFor(QSize target)
 /// Takes the two reasons not to paint. What is on the screen stays from the first one on until both are gone.
 void ImageEngine::Private::setPainting(bool enabled, bool isCovered)
 {
-    const bool before = isHeldBack();
+    const bool wasHeldBack = isHeldBack();
     paintEnabled = enabled;
     covered = isCovered;
-    if (isHeldBack() == before)
+    if (isHeldBack() == wasHeldBack)
         return;
-    if (before)
+    if (wasHeldBack)
         q->repaint(); // at once: an update would wait for the toolkit's frame timer, some milliseconds
     else
         heldBackAt = q->mapTo(q->window(), QPoint());
