@@ -5,6 +5,7 @@
 // prints the time from picture to picture. The pictures are 3:2, in the order of their names, with marks in
 // the middle and towards the corners whose colours count: picture number i (from 0) has the colour of the
 // bits of i % 6 + 1, lowest bit red, then green, then blue. Keys are sent to the program's window as events.
+// With "full" behind, it goes to full screen first, prints how long that took, and walks there.
 #include "PictureProbes.h"
 
 #include <sys/resource.h>
@@ -87,14 +88,15 @@ Window programWindow(Display* display)
     return found;
 }
 
-void pressRight(Display* display, Window window)
+void press(Display* display, Window window, KeySym symbol, unsigned modifiers = 0)
 {
     XKeyEvent key = {};
     key.display = display;
     key.window = window;
     key.root = DefaultRootWindow(display);
     key.same_screen = True;
-    key.keycode = XKeysymToKeycode(display, XK_Right);
+    key.keycode = XKeysymToKeycode(display, symbol);
+    key.state = modifiers;
     for (const int type : {KeyPress, KeyRelease}) {
         key.type = type;
         XSendEvent(display, window, False, type == KeyPress ? KeyPressMask : KeyReleaseMask,
@@ -110,7 +112,7 @@ std::vector<double> walk(Display* display, Window window, const Points& points, 
     for (int number = 1; number < count; ++number) {
         usleep(static_cast<useconds_t>(pause) * 1000);
         const auto begin = Clock::now();
-        pressRight(display, window);
+        press(display, window, XK_Right);
         if (!stands(display, points, number))
             break;
         times.push_back(millisecondsSince(begin));
@@ -137,11 +139,11 @@ std::vector<double> hold(Display* display, Window window, const Points& points, 
     int shown = wholeColor(display, points);
     auto pressed = Clock::now();
     auto before = Clock::now();
-    pressRight(display, window);
+    press(display, window, XK_Right);
     while (static_cast<int>(times.size()) < count - 1 && millisecondsSince(before) < 10'000) {
         if (millisecondsSince(pressed) >= repeat) {
             pressed = Clock::now();
-            pressRight(display, window);
+            press(display, window, XK_Right);
         }
         const int color = wholeColor(display, points);
         if (color < 0 || color == shown) {
@@ -155,13 +157,27 @@ std::vector<double> hold(Display* display, Window window, const Points& points, 
     return times;
 }
 
+/// Brings picture `number`, which is on show, on the whole screen, where `points` tell it; the window that it
+/// is in then, or none.
+Window goFull(Display* display, Window window, const Points& points, int number)
+{
+    const auto begin = Clock::now();
+    press(display, window, XK_f, ControlMask);
+    if (!stands(display, points, number))
+        return None;
+    std::printf("%7.1f ms to full screen, ", millisecondsSince(begin));
+    usleep(1'500'000); // the neighbours are read ahead for it
+    return programWindow(display);
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
 {
     Display* display = XOpenDisplay(nullptr);
-    if (argc != 5 || !display) {
-        std::fprintf(stderr, "usage: next_picture PROGRAM FOLDER COUNT PAUSE|held, with a display\n");
+    const bool full = argc == 6 && std::string(argv[5]) == "full";
+    if (!(argc == 5 || full) || !display) {
+        std::fprintf(stderr, "usage: next_picture PROGRAM FOLDER COUNT PAUSE|held [full], with a display\n");
         return 2;
     }
     std::vector<std::string> files;
@@ -179,15 +195,20 @@ int main(int argc, char* argv[])
         execl(argv[1], argv[1], files[0].c_str(), nullptr);
         _exit(127);
     }
-    const Points points = placesOfPicture(display);
+    Points points = placesOfPicture(display);
     std::vector<double> times;
     if (stands(display, points, 0)) {
-        const Window window = programWindow(display);
-        usleep(1'500'000);           // the list stands, and what follows the first picture is done
-        pressRight(display, window); // makes the picture on show the list's current entry
+        Window window = programWindow(display);
+        usleep(1'500'000);                // the list stands, and what follows the first picture is done
+        press(display, window, XK_Right); // makes the picture on show the list's current entry
         usleep(1'500'000);
-        times = pause == "held" ? hold(display, window, points, count)
-                                : walk(display, window, points, count, std::atoi(argv[4]));
+        if (full) {
+            points = placesOfFullPicture(display);
+            window = goFull(display, window, points, 0);
+        }
+        if (window != None)
+            times = pause == "held" ? hold(display, window, points, count)
+                                    : walk(display, window, points, count, std::atoi(argv[4]));
     }
     kill(child, SIGTERM);
     rusage usage = {};

@@ -3,6 +3,7 @@
 
 #include "platform/Answerers.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -112,6 +113,18 @@ QLineEdit* fill(QDialog& widget, const TextQuestion& question)
     return line;
 }
 
+/// The window that a box of `owner` has to lie over: the active one when it belongs to `owner`, as a window does
+/// that fills the screen.
+QWidget* frontOf(QWidget* owner)
+{
+    QWidget* const active = QApplication::activeWindow();
+    for (const QWidget* each = active; owner && each; each = each->parentWidget()) {
+        if (each == owner->window())
+            return active;
+    }
+    return owner;
+}
+
 } // namespace
 
 BoxAnswer showMessage(QWidget* owner, const MessageBox& box)
@@ -119,7 +132,7 @@ BoxAnswer showMessage(QWidget* owner, const MessageBox& box)
     if (const auto answer = Answerers<MessageBox, BoxAnswer>::newest())
         return answer(box);
     // On the heap and watched: the owner may be destroyed, and the box with it, while the box waits.
-    const QPointer<QMessageBox> widget = new QMessageBox(owner);
+    const QPointer<QMessageBox> widget = new QMessageBox(frontOf(owner));
     fill(*widget, box);
     const int button = widget->exec();
     if (widget.isNull())

@@ -13,6 +13,7 @@
 #include "platform/Dialogs.h"
 #include "platform/MenuControl.h"
 #include "viewer/frmImageView.h"
+#include "viewer/PrintCommand.h"
 #include "viewer/RecentList.h"
 #include "viewer/ShellVerb.h"
 
@@ -235,6 +236,9 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miViewFilmstrip", [w] { showTab(*w, "Filmstrip"); }},
         {"miZoomIn", [w] { zoomBy(*w, zoomedIn); }},
         {"miZoomOut", [w] { miZoomOut(*w); }},
+        {"miFullScreen", [w] { w->full().LoadX(); }},
+        {"xSlideShow", [w] { w->slideshow()->startAlone(); }},
+        {"miPrint", [w] { miPrint(*w); }},
         {"miOpen", [w] { miOpen(*w); }},
         {"tOpenx", [w] { w->RunTool(QStringLiteral("miOpen")); }},
         {"miOpenMenu", [w] { w->RunTool(QStringLiteral("miOpen")); }},

@@ -52,6 +52,8 @@ void Opening::OpenX(const QString& path)
     if (const QString error = ix1->LastError(); !error.isEmpty())
         app::WriteLog(QStringLiteral("Not opened: %1: %2").arg(path, error));
     app::save(app::setting::ImageOpenCount, countAfter(app::read(app::setting::ImageOpenCount)));
+    if (m_parts.showFull())
+        app::letPendingEventsRunButInput();
 
     m_parts.list->setPath(app::SplitPathName(path, 1));
     rememberDirectory();

@@ -39,7 +39,8 @@ class Opening : public QObject
         std::function<PageNavigator*()> pTiff; ///< made at the first call
         controls::gnTab* gTab;
         std::function<void(const QString&)> runTool;
-        std::function<void()> updateStatus;    ///< what describes the current image
+        std::function<bool()> showFull;     ///< hands the image to the full-screen window; false: none shows
+        std::function<void()> updateStatus; ///< what describes the current image
         std::function<void()> showInFilmstrip; ///< the image that was opened
         std::function<void()> updateToolbar;   ///< the state of all tools
         QString commandLine;                   ///< the whole line that the program was started with

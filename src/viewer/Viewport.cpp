@@ -184,6 +184,8 @@ QSizeF Viewport::clearPanel() const
 
 QSize Viewport::loadBox() const
 {
+    if (const auto elsewhere = m_boxElsewhere ? m_boxElsewhere() : std::nullopt)
+        return *elsewhere;
     const bool fitted = m_fitToWindow && m_ix1->ZoomFactor() == 1.0;
     return fitted ? m_pContain->size() * m_pContain->devicePixelRatioF() : QSize();
 }

@@ -9,6 +9,9 @@
 #include <QObject>
 #include <QSize>
 
+#include <functional>
+#include <optional>
+
 class QWidget;
 
 namespace quorvia::controls {
@@ -58,6 +61,8 @@ class Viewport : public QObject
     void layout();
     /// How large the first picture of the next load must be, in device pixels; empty for every pixel.
     QSize loadBox() const;
+    /// `box` gives that size while the picture is shown elsewhere, and nothing while it is shown here.
+    void setLoadBoxElsewhere(std::function<std::optional<QSize>()> box) { m_boxElsewhere = std::move(box); }
     /// Tells the engine so.
     void announceLoadBox();
 
@@ -67,7 +72,7 @@ class Viewport : public QObject
     QWidget* pContain() const { return m_pContain; }
 
   Q_SIGNALS:
-    /// The layout step has run.
+    /// The layout step has run, or the picture is shown elsewhere, or no longer.
     void laidOut();
 
   private:
@@ -83,6 +88,7 @@ class Viewport : public QObject
     engine::ImageEngine* m_ix1;
     controls::ScrollBar* m_sb1; ///< vertical
     controls::ScrollBar* m_sb2; ///< horizontal
+    std::function<std::optional<QSize>()> m_boxElsewhere;
     bool m_fitToWindow = true;
 };
 

@@ -62,7 +62,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
       m_playlist(new collections::frmImageViewPlaylist(*this)),
       m_filmstrip(new FilmstripHost(filmstripParts())),
       m_slideshow(new output::Slideshow(slideshowSinks(), this)),
-      m_interface(new InterfaceTools(interfaceParts())),
+      m_interface(new InterfaceTools(interfaceParts())), m_full(*this),
       m_opening(new Opening({.owner = this,
                              .ix1 = m_ix1,
                              .viewport = m_viewport,
@@ -70,6 +70,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
                              .pTiff = [this] { return makeNavigator(); },
                              .gTab = m_panes->gTab(),
                              .runTool = [this](const QString& name) { RunTool(name); },
+                             .showFull = [this] { return m_full.GenImage(); },
                              .updateStatus = [this] { UpdateStatus(); },
                              .showInFilmstrip = [this] { m_filmstrip->showCurrent(); },
                              .updateToolbar = [this] { UpdateToolbar(); },
@@ -89,6 +90,7 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     m_ix1->hide();
 
     m_opening->setPlaylists(m_playlist);
+    m_viewport->setLoadBoxElsewhere([this] { return m_full.loadBox(); });
     m_playlist->setBatchServices(m_images.batchServices());
 
     new ReadAheadPlan(std::move(loader), m_ix1, list(), m_viewport, this);

@@ -10,6 +10,7 @@
 #include "engine/ImageEngine.h"
 #include "output/Slideshow.h"
 #include "viewer/FilmstripHost.h"
+#include "viewer/FullScreenHost.h"
 #include "viewer/ImageCommands.h"
 #include "viewer/ImageStatus.h"
 #include "viewer/InterfaceTools.h"
@@ -63,6 +64,7 @@ class frmImageView : public QWidget, public app::MainWindow
     FilmstripHost* filmstrip() const { return m_filmstrip; }
     ImageStatus* status() const { return m_status; }
     ImageCommands& images() { return m_images; }
+    FullScreenHost& full() { return m_full; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
     /// maximised.
     QPoint frameOffset() const { return m_frameOffset; }
@@ -127,6 +129,7 @@ class frmImageView : public QWidget, public app::MainWindow
     FilmstripHost* m_filmstrip;
     output::Slideshow* m_slideshow;
     InterfaceTools* m_interface = nullptr;
+    FullScreenHost m_full;
     Opening* m_opening;
     ImageCommands m_images;
     commands::Keyboard* m_keyboard;

@@ -115,8 +115,8 @@ output::SlideshowSinks frmImageView::slideshowSinks()
             .caption = [this] { return windowTitle(); },
             .setCaption = [this](const QString& caption) { setWindowTitle(caption); },
             .isAsking = [this] { return QApplication::activeModalWidget() || m_playlist->batch().isBusy(); },
-            .isFullVisible = [] { return false; },
-            .closeFull = [] {},
+            .isFullVisible = [this] { return m_full.isVisible(); },
+            .closeFull = [this] { m_full.close(); },
             .hideMain = [this] { hide(); },
             .closeMain = [this] { close(); }};
 }

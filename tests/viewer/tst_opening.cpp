@@ -324,6 +324,7 @@ class TestOpening : public QObject
                                  .pTiff = [] { return nullptr; },
                                  .gTab = window.panes()->gTab(),
                                  .runTool = [&](const QString& tool) { ran.append(tool); },
+                                 .showFull = [] { return false; },
                                  .updateStatus = [] {},
                                  .showInFilmstrip = [] {},
                                  .updateToolbar = [] {},

@@ -24,8 +24,6 @@ namespace {
 
 /// The commands that get a handler with their subject.
 const QStringList toCome = {
-    // full screen and printing
-    "miFullScreen", "xSlideShow", "miPrint",
     // preferences, web pages, sibling tools, updates, scanners
     "miPref", "miAutoUpdate", "miAutoUpdateInstall", "miWebsite", "miLindoraCenter", "miHVXAImageGallery",
     "miURLcomments", "miURLbugreport", "miURLfeature", "miHVXAWebsite", "miWebMorphane", "miWebTessary",
