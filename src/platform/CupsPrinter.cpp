@@ -1,0 +1,254 @@
+#include "platform/CupsPrinter.h"
+
+#include "platform/PrintDocument.h"
+#include "platform/Reason.h"
+
+#include <QTemporaryFile>
+
+#include <cups/pwg.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace quorvia::platform {
+
+namespace {
+
+constexpr int connectPatience = 2000;  // milliseconds
+constexpr double answerPatience = 4.0; // seconds without a byte
+constexpr int usualResolution = 300;
+
+using Connection = std::unique_ptr<http_t, CupsFree>;
+
+/// The options of a job.
+class Options
+{
+  public:
+    explicit Options(const cups_dest_t& queue)
+    {
+        for (int i = 0; i < queue.num_options; ++i) // the user's own for this queue among them
+            add(queue.options[i].name, queue.options[i].value);
+    }
+    ~Options() { cupsFreeOptions(m_count, m_options); }
+    Options(const Options&) = delete;
+    Options& operator=(const Options&) = delete;
+
+    void add(const char* name, const char* value)
+    {
+        m_count = cupsAddOption(name, value, m_count, &m_options);
+    }
+    int count() const { return m_count; }
+    cups_option_t* list() const { return m_options; }
+
+  private:
+    int m_count = 0;
+    cups_option_t* m_options = nullptr;
+};
+
+const char* noPassword(const char*, http_t*, const char*, const char*, void*)
+{
+    return nullptr;
+}
+
+/// Null when the server cannot be reached.
+Connection connectToServer()
+{
+    // Else it asks for one on the terminal, and waits there.
+    cupsSetPasswordCB2(noPassword, nullptr);
+    Connection connection(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                                       connectPatience, nullptr));
+    if (connection)
+        httpSetTimeout(connection.get(), answerPatience, nullptr, nullptr);
+    return connection;
+}
+
+/// The default queue, else the first; null when there is none or the server does not answer.
+cups_dest_t* findQueue(http_t* connection)
+{
+    // Never by a name: that one would look for it on a connection without an end.
+    if (cups_dest_t* const named = cupsGetNamedDest(connection, nullptr, nullptr))
+        return named;
+    if (httpError(connection) != 0)
+        return nullptr;
+    cups_dest_t* queues = nullptr;
+    const int count = cupsGetDests2(connection, &queues);
+    cups_dest_t* first = nullptr;
+    if (count > 0)
+        cupsCopyDest(queues, 0, &first);
+    cupsFreeDests(count, queues);
+    return first;
+}
+
+/// The paper that the user chose for this queue; empty when it is the queue's own.
+QByteArray chosenMedia(const cups_dest_t& queue)
+{
+    for (const char* option : {CUPS_MEDIA, "PageSize"}) {
+        if (const char* const value = cupsGetOption(option, queue.num_options, queue.options))
+            return QByteArray(value).split(',').constFirst(); // a tray may follow
+    }
+    return {};
+}
+
+QByteArray text(ipp_attribute_t* attribute)
+{
+    return {ippGetString(attribute, 0, nullptr)};
+}
+
+/// The paper of that name, whichever of its names it is; null when it is unknown.
+const pwg_media_t* mediaOf(const QByteArray& name)
+{
+    for (const auto look : {pwgMediaForPWG, pwgMediaForPPD, pwgMediaForLegacy}) {
+        if (const pwg_media_t* const media = look(name.constData()))
+            return media;
+    }
+    return nullptr;
+}
+
+QList<int> resolutions(ipp_attribute_t* attribute)
+{
+    constexpr double centimetresPerInch = 2.54;
+    QList<int> list;
+    for (int i = 0; i < ippGetCount(attribute); ++i) {
+        int down = 0;
+        ipp_res_t unit = IPP_RES_PER_INCH;
+        const int across = ippGetResolution(attribute, i, &down, &unit);
+        const int least = std::min(across, down);
+        list.append(unit == IPP_RES_PER_CM ? int(std::lround(least * centimetresPerInch)) : least);
+    }
+    return list;
+}
+
+bool failAs(QString* why, const QString& name)
+{
+    return fail(why, name + QStringLiteral(": ") + QString::fromUtf8(cupsLastErrorString()).simplified());
+}
+
+bool writeAll(http_t* connection, QIODevice& document)
+{
+    constexpr qint64 step = 65536;
+    if (!document.seek(0))
+        return false;
+    while (!document.atEnd()) {
+        const QByteArray part = document.read(step);
+        if (part.isEmpty() ||
+            cupsWriteRequestData(connection, part.constData(), size_t(part.size())) != HTTP_STATUS_CONTINUE)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int pageResolution(const QList<int>& supported)
+{
+    int best = 0;
+    for (const int resolution : supported) {
+        if (resolution <= usualResolution)
+            best = std::max(best, resolution);
+    }
+    return best > 0 ? best : usualResolution;
+}
+
+QSize paperTwips(const QSize& hundredths)
+{
+    constexpr double twips = 1440.0 / 2540;
+    return {int(std::lround(hundredths.width() * twips)), int(std::lround(hundredths.height() * twips))};
+}
+
+QSize usualPaper(const QLocale& locale)
+{
+    const bool isLetter = locale.measurementSystem() == QLocale::ImperialUSSystem;
+    return paperTwips(isLetter ? QSize(21590, 27940) : QSize(21000, 29700));
+}
+
+CupsPrinter::CupsPrinter() : m_resolution(usualResolution)
+{
+    const Connection connection = connectToServer();
+    if (connection)
+        m_queue.reset(findQueue(connection.get()));
+    if (!m_queue)
+        return;
+    m_paper = usualPaper(QLocale::system());
+    if (httpError(connection.get()) == 0)
+        readFacts(connection.get());
+}
+
+void CupsPrinter::readFacts(http_t* connection)
+{
+    m_facts.reset(cupsCopyDestInfo(connection, m_queue.get()));
+    if (!m_facts)
+        return;
+    const QByteArray chosen = chosenMedia(*m_queue);
+    const QByteArray usual = text(cupsFindDestDefault(connection, m_queue.get(), m_facts.get(), CUPS_MEDIA));
+    if (const pwg_media_t* const media = mediaOf(chosen.isEmpty() ? usual : chosen)) {
+        m_paper = paperTwips({media->width, media->length});
+        if (chosen.isEmpty())
+            m_media = usual;
+    }
+    m_resolution = pageResolution(
+        resolutions(cupsFindDestSupported(connection, m_queue.get(), m_facts.get(), "printer-resolution")));
+}
+
+QString CupsPrinter::deviceName() const
+{
+    if (!m_queue)
+        return {};
+    const QString name = QString::fromUtf8(m_queue->name);
+    return m_queue->instance ? name + u'/' + QString::fromUtf8(m_queue->instance) : name;
+}
+
+QSize CupsPrinter::pageSize() const
+{
+    return m_orientation == PageOrientation::Landscape ? m_paper.transposed() : m_paper;
+}
+
+void CupsPrinter::setCopies(int copies)
+{
+    if (copies > 0)
+        m_copies = copies;
+}
+
+bool CupsPrinter::printPage(const QImage& picture, const QRect& target, const QString& title, QString* why)
+{
+    if (!m_queue)
+        return fail(why, QStringLiteral("there is no printer"));
+    QTemporaryFile document;
+    if (!document.open())
+        return fail(why, QStringLiteral("no file for the page: ") + document.errorString().simplified());
+    return writePdfPage(document, pageSize(), picture, target, title, why) && send(document, title, why);
+}
+
+bool CupsPrinter::send(QIODevice& document, const QString& title, QString* why) const
+{
+    const Connection connection = connectToServer();
+    if (!connection)
+        return fail(why, deviceName() + QStringLiteral(": the print server cannot be reached"));
+    if (!m_facts)
+        return fail(why, deviceName() + QStringLiteral(": it told nothing about itself"));
+    Options options(*m_queue);
+    options.add(CUPS_COPIES, QByteArray::number(m_copies).constData());
+    if (!m_media.isEmpty())
+        options.add(CUPS_MEDIA, m_media.constData());
+    // Many a queue prints grey unless it is told otherwise.
+    if (cupsCheckDestSupported(connection.get(), m_queue.get(), m_facts.get(), CUPS_PRINT_COLOR_MODE,
+                               CUPS_PRINT_COLOR_MODE_COLOR))
+        options.add(CUPS_PRINT_COLOR_MODE, CUPS_PRINT_COLOR_MODE_COLOR);
+    const QByteArray name = title.toUtf8();
+    int job = 0;
+    if (cupsCreateDestJob(connection.get(), m_queue.get(), m_facts.get(), &job, name.constData(),
+                          options.count(), options.list()) > IPP_STATUS_OK_CONFLICTING)
+        return failAs(why, deviceName());
+    const bool isTaken =
+        cupsStartDestDocument(connection.get(), m_queue.get(), m_facts.get(), job, name.constData(),
+                              CUPS_FORMAT_PDF, 0, nullptr, 1) == HTTP_STATUS_CONTINUE &&
+        writeAll(connection.get(), document) &&
+        cupsFinishDestDocument(connection.get(), m_queue.get(), m_facts.get()) <= IPP_STATUS_OK_CONFLICTING;
+    if (isTaken)
+        return true;
+    failAs(why, deviceName());
+    if (httpError(connection.get()) == 0) // else nobody hears it
+        cupsCancelDestJob(connection.get(), m_queue.get(), job);
+    return false;
+}
+
+} // namespace quorvia::platform
