@@ -2,10 +2,13 @@
 // next one.
 #pragma once
 
+#include <QColor>
+#include <QFont>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 class QWidget;
 
@@ -81,6 +84,24 @@ struct TextQuestion
 /// accepted; empty when it was not.
 QString askText(QWidget* owner, const TextQuestion& question);
 
+/// A font with the colour of its text.
+struct ColoredFont
+{
+    QFont font = {};
+    QColor color = Qt::black;
+    bool operator==(const ColoredFont&) const = default;
+};
+
+/// A dialog in which a font is chosen.
+struct FontQuestion
+{
+    QString title = {};
+    ColoredFont start = {}; ///< what it shows first
+};
+
+/// Shows `question` modally over `owner` (may be null) and waits. Nothing when it was not accepted.
+std::optional<ColoredFont> askFont(QWidget* owner, const FontQuestion& question);
+
 /// Takes the place of the screen for one kind of dialog while it lives; for tests. The newest one is asked.
 /// The kinds are those below.
 template <class Asked, class Answer>
@@ -99,5 +120,6 @@ using FileChooserAnswerer = Answerer<FileChooser, QString>;
 using FilesChooserAnswerer = Answerer<FileChooser, QStringList>; ///< for chooseFiles
 using SaveChooserAnswerer = Answerer<SaveChooser, QString>;
 using TextQuestionAnswerer = Answerer<TextQuestion, QString>;
+using FontAnswerer = Answerer<FontQuestion, std::optional<ColoredFont>>;
 
 } // namespace quorvia::platform

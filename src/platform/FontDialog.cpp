@@ -1,0 +1,103 @@
+// The dialog for a font of Dialogs.h: the toolkit's, which knows no colour, in one that does.
+#include "platform/Answerers.h"
+#include "platform/Dialogs.h"
+
+#include <QColorDialog>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFontDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPixmap>
+#include <QPointer>
+#include <QPushButton>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace quorvia::platform {
+
+template class Answerer<FontQuestion, std::optional<ColoredFont>>;
+
+namespace {
+
+class FontDialog : public QDialog
+{
+  public:
+    FontDialog(QWidget* owner, const FontQuestion& question)
+        : QDialog(owner), m_fonts(new QFontDialog(question.start.font, this)), m_color(new QPushButton(this))
+    {
+        setObjectName(QStringLiteral("FontQuestion"));
+        setWindowTitle(question.title);
+        setAccessibleName(question.title);
+        m_fonts->setWindowFlags(Qt::Widget);
+        m_fonts->setOptions(QFontDialog::NoButtons | QFontDialog::DontUseNativeDialog);
+        m_fonts->setCurrentFont(question.start.font); // again: the options make it anew
+        m_color->setObjectName(QStringLiteral("Color"));
+        m_color->setAccessibleName(tr("Color of the text"));
+        m_color->setAutoDefault(false);
+        connect(m_color, &QPushButton::clicked, this, &FontDialog::askColor);
+        connect(m_fonts, &QDialog::rejected, this, &QDialog::reject); // Escape within it
+        setColor(question.start.color);
+
+        auto* const colorRow = new QHBoxLayout;
+        auto* const label = new QLabel(tr("Color:"), this);
+        label->setBuddy(m_color);
+        colorRow->addWidget(label);
+        colorRow->addWidget(m_color);
+        colorRow->addStretch();
+        auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+        connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        auto* const rows = new QVBoxLayout(this);
+        rows->addWidget(m_fonts, 1);
+        rows->addLayout(colorRow);
+        rows->addWidget(buttons);
+        m_fonts->show();
+    }
+
+    ColoredFont chosen() const { return {m_fonts->currentFont(), m_chosen}; }
+
+  private:
+    static QString tr(const char* text) { return QDialog::tr(text); }
+
+    void setColor(const QColor& color)
+    {
+        m_chosen = color;
+        const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
+        QPixmap swatch(side, side);
+        swatch.fill(color);
+        m_color->setIcon(swatch);
+        m_color->setText(color.name());
+    }
+
+    void askColor()
+    {
+        const QPointer<QDialog> alive = this;
+        const QColor color = QColorDialog::getColor(m_chosen, this);
+        if (alive && color.isValid())
+            setColor(color);
+    }
+
+    QFontDialog* m_fonts;
+    QPushButton* m_color;
+    QColor m_chosen;
+};
+
+} // namespace
+
+std::optional<ColoredFont> askFont(QWidget* owner, const FontQuestion& question)
+{
+    if (const auto answer = Answerers<FontQuestion, std::optional<ColoredFont>>::newest())
+        return answer(question);
+    // Watched: the owner may be destroyed, and the dialog with it, while the dialog waits.
+    auto* const dialog = new FontDialog(owner, question);
+    const QPointer<QDialog> watched = dialog;
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    if (watched.isNull())
+        return {};
+    const ColoredFont chosen = dialog->chosen();
+    delete dialog;
+    return accepted ? std::optional(chosen) : std::nullopt;
+}
+
+} // namespace quorvia::platform
