@@ -236,15 +236,20 @@ bool CupsPrinter::send(QIODevice& document, const QString& title, QString* why) 
     const QByteArray name = title.toUtf8();
     int job = 0;
     if (cupsCreateDestJob(connection.get(), m_queue.get(), m_facts.get(), &job, name.constData(),
-                          options.count(), options.list()) > IPP_STATUS_OK_CONFLICTING)
+                          options.count(), options.list()) > IPP_STATUS_OK_CONFLICTING ||
+        job <= 0)
         return failAs(why, deviceName());
     const bool isTaken =
         cupsStartDestDocument(connection.get(), m_queue.get(), m_facts.get(), job, name.constData(),
                               CUPS_FORMAT_PDF, 0, nullptr, 1) == HTTP_STATUS_CONTINUE &&
         writeAll(connection.get(), document) &&
         cupsFinishDestDocument(connection.get(), m_queue.get(), m_facts.get()) <= IPP_STATUS_OK_CONFLICTING;
-    if (isTaken)
+    // The last one calls it a success when no answer came.
+    const bool isAnswered = httpGetStatus(connection.get()) == HTTP_STATUS_OK;
+    if (isTaken && isAnswered)
         return true;
+    if (isTaken)
+        return fail(why, deviceName() + QStringLiteral(": the print server did not answer"));
     failAs(why, deviceName());
     if (httpError(connection.get()) == 0) // else nobody hears it
         cupsCancelDestJob(connection.get(), m_queue.get(), job);

@@ -2,6 +2,7 @@
 #include "../support/FullDisk.h"
 #include "../support/PrintServer.h"
 #include "../support/ScratchHome.h"
+#include "FailingServer.h"
 #include "platform/CupsPrinter.h"
 
 #include <QElapsedTimer>
@@ -12,7 +13,12 @@
 #include <optional>
 
 using namespace quorvia::platform;
+using quorvia::test::Failing;
+using quorvia::test::FailingServer;
 using quorvia::test::Print;
+
+Q_DECLARE_METATYPE(quorvia::test::Failing)
+Q_DECLARE_METATYPE(quorvia::platform::PageOrientation)
 
 namespace {
 
@@ -29,6 +35,20 @@ QImage quarters(const QSize& size)
     painter.fillRect(QRect(QPoint(), half), Qt::red);
     painter.fillRect(half.width(), 0, size.width(), half.height(), Qt::blue);
     painter.fillRect(0, half.height(), half.width(), size.height(), Qt::green);
+    return image;
+}
+
+/// Nothing that could be compressed.
+QImage noise()
+{
+    QImage image(400, 600, QImage::Format_RGB32);
+    quint32 value = 1;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            value = value * 1664525U + 1013904223U;
+            image.setPixel(x, y, value >> 8U);
+        }
+    }
     return image;
 }
 
@@ -269,7 +289,6 @@ class TestCupsPrinter : public QObject
         QElapsedTimer clock;
         clock.start();
         assertRefused(*printer, "");
-        qInfo("%lld ms", clock.elapsed());
         QVERIFY2(clock.elapsed() < bound, qPrintable(QString::number(clock.elapsed())));
         clock.start();
         assertNone(*systemPrinter());
@@ -280,14 +299,42 @@ class TestCupsPrinter : public QObject
         QVERIFY2(clock.elapsed() < bound, qPrintable(QString::number(clock.elapsed())));
     }
 
+    void aServerThatFails_data()
+    {
+        QTest::addColumn<Failing>("how");
+        QTest::addColumn<qint64>("limit"); // the document has 700 KB
+        QTest::newRow("stalls at the document") << Failing::Stalls << qint64(100'000);
+        QTest::newRow("cuts at the document") << Failing::Cuts << qint64(100'000);
+        QTest::newRow("never answers") << Failing::IsMute << qint64(100'000);
+        QTest::newRow("stalls at the job") << Failing::Stalls << qint64(0);
+        QTest::newRow("cuts at the job") << Failing::Cuts << qint64(0);
+    }
+    void aServerThatFails()
+    {
+        QFETCH(Failing, how);
+        QFETCH(qint64, limit);
+        QVERIFY(m_server->addQueue("Keeper"));
+        const auto printer = systemPrinter();
+        const QString socket = m_home.path("failing");
+        QFile::remove(socket);
+        const FailingServer failing(socket.toLocal8Bit(), m_server->socket().toLocal8Bit(), how, limit);
+        QVERIFY(failing.isListening());
+        toServer(socket);
+        QElapsedTimer clock;
+        clock.start();
+        QString why;
+        QVERIFY(!printer->printPage(noise(), inside(printer->pageSize()), "T", &why));
+        QVERIFY2(clock.elapsed() < bound, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(failing.hasFailed());
+        QVERIFY2(why.startsWith("Keeper: ") && why.size() > 12, qPrintable(why));
+    }
+
     void noSpaceForThePage()
     {
         QVERIFY(m_server->addQueue("Keeper"));
         const auto printer = systemPrinter();
         std::signal(SIGXFSZ, SIG_IGN); // as the program does
-        QImage picture = quarters({400, 600});
-        for (int i = 0; i < 100; ++i)
-            picture.setPixel(i % 400, i * 5, uint(i * 2654435761U)); // not to be pressed to nothing
+        const QImage picture = noise();
         const int before = m_server->count();
         QString why;
         bool isPrinted = true;
@@ -304,7 +351,7 @@ class TestCupsPrinter : public QObject
     {
         QVERIFY(m_server->addQueue("Keeper"));
         const auto printer = systemPrinter();
-        qputenv("TMPDIR", m_home.path("nothing").toLocal8Bit());
+        qputenv("TMPDIR", "/proc"); // where nobody may make a file
         QString why;
         QVERIFY(!printer->printPage(quarters({40, 60}), inside(printer->pageSize()), "T", &why));
         QVERIFY2(why.startsWith("no file for the page: "), qPrintable(why));

@@ -168,12 +168,19 @@ class TestPrintDocument : public QObject
         QVERIFY(writePdfPage(buffer, {11906, 16838}, pattern(5, 5), {0, 0, 100, 100}, "T"));
     }
 
+    void aFullDisk_data()
+    {
+        QTest::addColumn<int>("side");
+        QTest::newRow("the picture fits into a buffer") << 5;
+        QTest::newRow("the picture does not") << 500;
+    }
     void aFullDisk()
     {
+        QFETCH(int, side);
         QFile full("/dev/full");
         QVERIFY(full.open(QIODevice::WriteOnly));
         QString why;
-        QVERIFY(!writePdfPage(full, {11906, 16838}, pattern(500, 500), {0, 0, 9000, 9000}, "T", &why));
+        QVERIFY(!writePdfPage(full, {11906, 16838}, pattern(side, side), {0, 0, 9000, 9000}, "T", &why));
         QVERIFY2(why.contains("No space left"), qPrintable(why));
     }
 };
