@@ -44,6 +44,8 @@ class frmImagePrint : public QDialog
     void LoadPrint();
     /// Shows the page as it is.
     void GenPreview();
+    /// The page as it is composed.
+    const PageSurface& page() const { return m_pPrinter; }
 
     void done(int result) override;
     void reject() override;
