@@ -146,7 +146,16 @@ class ScreenSaver
             bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
             g_variant_new("(su)", "org.freedesktop.ScreenSaver", 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
             nullptr, nullptr));
-        ready.set_value();
+        GSource* const running = g_idle_source_new(); // ready when it can be ended
+        g_source_set_callback(
+            running,
+            [](gpointer promise) -> gboolean {
+                static_cast<std::promise<void>*>(promise)->set_value();
+                return G_SOURCE_REMOVE;
+            },
+            &ready, nullptr);
+        g_source_attach(running, context);
+        g_source_unref(running);
         g_main_loop_run(m_loop);
         g_dbus_connection_close_sync(bus.get(), nullptr, nullptr);
         g_dbus_node_info_unref(node);
