@@ -691,9 +691,11 @@ class TestFrmImageViewFull : public QObject
         QCOMPARE(bench().calls.size(), 1);
         bench().press(Qt::Key_Down); // a press of its own, behind a quick step
         QCOMPARE(bench().calls.size(), 2);
-        QTest::qWait(50); // nothing waits any more
-        bench().press(Qt::Key_Right, {}, true);
-        QCOMPARE(bench().calls.size(), 3);
+        const auto counts = [this] { // a repeat, once nothing waits any more
+            bench().press(Qt::Key_Right, {}, true);
+            return bench().calls.size() == 3;
+        };
+        QTRY_VERIFY(counts());
     }
 
     void keysBehindASlowStepAreDropped()
