@@ -135,7 +135,7 @@ class FullScreen(Journey):
         self.key("Return")
         wait_until(lambda: not self.windows("File Opening Error"), "the end of the box")
         self.assertTrue(self.full())
-        self.key("Right")
+        self.key("Right", "Right")  # from the end of the list, where the entry has gone, to its second one
         self.sees(MIDDLE, GREEN)
 
     def test_a_held_key_walks_and_stops_with_its_release(self):
