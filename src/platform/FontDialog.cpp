@@ -5,7 +5,9 @@
 #include <QColorDialog>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPixmap>
@@ -20,18 +22,50 @@ template class Answerer<FontQuestion, std::optional<ColoredFont>>;
 
 namespace {
 
+/// `font` with the name that its family has for this weight and slope, the shortest as others are condensed.
+/// Without one the toolkit's dialog takes the first style of a family that does not call it "Normal".
+QFont withStyleName(QFont font)
+{
+    const QString family = QFontInfo(font).family();
+    QString name;
+    for (const QString& style : QFontDatabase::styles(family)) {
+        const QFont styled = QFontDatabase::font(family, style, font.pointSize());
+        const bool fits = styled.weight() == font.weight() && styled.italic() == font.italic();
+        if (fits && (name.isEmpty() || style.size() < name.size()))
+            name = style;
+    }
+    if (!name.isEmpty()) {
+        font.setFamilies({family});
+        font.setStyleName(name);
+    }
+    return font;
+}
+
+/// What a program keeps of `font`: a style's own name would win over the rest.
+QFont withoutStyleName(const QFont& font)
+{
+    QFont plain(font.family());
+    plain.setPointSize(font.pointSize());
+    plain.setBold(font.bold());
+    plain.setItalic(font.italic());
+    plain.setUnderline(font.underline());
+    plain.setStrikeOut(font.strikeOut());
+    return plain;
+}
+
 class FontDialog : public QDialog
 {
   public:
     FontDialog(QWidget* owner, const FontQuestion& question)
-        : QDialog(owner), m_fonts(new QFontDialog(question.start.font, this)), m_color(new QPushButton(this))
+        : QDialog(owner), m_fonts(new QFontDialog(this)), m_color(new QPushButton(this))
     {
         setObjectName(QStringLiteral("FontQuestion"));
         setWindowTitle(question.title);
         setAccessibleName(question.title);
         m_fonts->setWindowFlags(Qt::Widget);
         m_fonts->setOptions(QFontDialog::NoButtons | QFontDialog::DontUseNativeDialog);
-        m_fonts->setCurrentFont(question.start.font); // again: the options make it anew
+        m_fonts->setSizeGripEnabled(false);
+        m_fonts->setCurrentFont(withStyleName(question.start.font));
         m_color->setObjectName(QStringLiteral("Color"));
         m_color->setAccessibleName(tr("Color of the text"));
         m_color->setAutoDefault(false);
@@ -55,7 +89,7 @@ class FontDialog : public QDialog
         m_fonts->show();
     }
 
-    ColoredFont chosen() const { return {m_fonts->currentFont(), m_chosen}; }
+    ColoredFont chosen() const { return {withoutStyleName(m_fonts->currentFont()), m_chosen}; }
 
   private:
     static QString tr(const char* text) { return QDialog::tr(text); }

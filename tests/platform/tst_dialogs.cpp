@@ -5,9 +5,11 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QtTest>
@@ -135,6 +137,82 @@ class TestDialogs : public QObject
         showMessage(nullptr, {.kind = kind, .title = "Fatial Error"});
         QTEST(icon, "icon");
         QCOMPARE(title, QStringLiteral("Fatial Error"));
+    }
+
+    void fonts_data()
+    {
+        QTest::addColumn<QFont::Weight>("weight");
+        QTest::addColumn<bool>("italic");
+        QTest::newRow("plain") << QFont::Normal << false;
+        QTest::newRow("bold") << QFont::Bold << false;
+        QTest::newRow("italic") << QFont::Normal << true;
+        QTest::newRow("both") << QFont::Bold << true;
+    }
+    /// Whatever names the family has for its styles.
+    void fonts()
+    {
+        QFETCH(QFont::Weight, weight);
+        QFETCH(bool, italic);
+        QFont font(QStringLiteral("DejaVu Sans"), 17, weight, italic);
+        font.setUnderline(true);
+        QString title;
+        quorvia::test::NextDialog<QDialog> accept([&](QDialog& dialog) {
+            title = dialog.windowTitle();
+            QTest::keyClick(dialog.findChild<QDialogButtonBox*>(QString(), Qt::FindDirectChildrenOnly)
+                                ->button(QDialogButtonBox::Ok),
+                            Qt::Key_Space);
+        });
+        const auto chosen = askFont(nullptr, {"Font", {font, Qt::red}});
+        QVERIFY(accept.seen() && chosen);
+        QCOMPARE(title, QStringLiteral("Font"));
+        QCOMPARE(chosen->font.family(), QStringLiteral("DejaVu Sans"));
+        QCOMPARE(chosen->font.pointSize(), 17);
+        QCOMPARE(chosen->font.bold(), weight == QFont::Bold);
+        QCOMPARE(chosen->font.italic(), italic);
+        QVERIFY(chosen->font.underline() && !chosen->font.strikeOut());
+        QVERIFY(chosen->font.styleName().isEmpty());
+        QCOMPARE(chosen->color, QColor(Qt::red));
+    }
+
+    void aFontThatIsNotAccepted()
+    {
+        quorvia::test::NextDialog<QDialog> escape(
+            [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+        QVERIFY(!askFont(nullptr, {"Font", {}}));
+        // The same from within the list of families.
+        quorvia::test::NextDialog<QDialog> within([](QDialog& dialog) {
+            QWidget* const list = dialog.findChild<QListView*>();
+            QTest::keyClick(list, Qt::Key_Escape);
+        });
+        QVERIFY(!askFont(nullptr, {"Font", {}}));
+        QVERIFY(escape.seen() && within.seen());
+    }
+
+    void theColourOfAFont()
+    {
+        quorvia::test::NextDialog<QDialog> next([](QDialog& dialog) {
+            quorvia::test::NextDialog<QColorDialog> colors([](QColorDialog& picker) {
+                picker.setCurrentColor(Qt::green);
+                picker.accept();
+            });
+            dialog.findChild<QPushButton*>(QStringLiteral("Color"))->click();
+            dialog.accept();
+        });
+        const auto chosen = askFont(nullptr, {"Font", {}});
+        QVERIFY(next.seen() && chosen);
+        QCOMPARE(chosen->color, QColor(Qt::green));
+    }
+
+    void anAnswererOfFonts()
+    {
+        FontQuestion asked;
+        const FontAnswerer answerer([&](const FontQuestion& question) {
+            asked = question;
+            return std::optional<ColoredFont>({QFont(), Qt::blue});
+        });
+        const auto chosen = askFont(nullptr, {"Font", {QFont(), Qt::red}});
+        QCOMPARE(asked.start.color, QColor(Qt::red));
+        QVERIFY(chosen && chosen->color == QColor(Qt::blue));
     }
 
     void standsOverItsOwner()
