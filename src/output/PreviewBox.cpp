@@ -128,11 +128,9 @@ void PreviewBox::keyPressEvent(QKeyEvent* event)
     QCoreApplication::sendEvent(bar, event);
 }
 
+/// With Ctrl the bars want none of it.
 void PreviewBox::wheelEvent(QWheelEvent* event)
 {
-    event->accept();
-    if (event->modifiers() & Qt::ControlModifier)
-        return;
     const QPoint turned = event->angleDelta();
     const bool across =
         (event->modifiers() & Qt::ShiftModifier) || std::abs(turned.x()) > std::abs(turned.y());

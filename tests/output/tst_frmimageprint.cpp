@@ -443,6 +443,20 @@ class TestFrmImagePrint : public QObject
         QCOMPARE(outside, white);
     }
 
+    void aSecondDragComposesOnceToo()
+    {
+        const Bench bench;
+        quint64 compositions = 0;
+        QVERIFY(bench.show([&] {
+            bench.drag({600, 900}, {1800, 1500});
+            const quint64 before = bench.composed();
+            bench.drag({900, 600}, {2400, 2400});
+            compositions = bench.composed() - before;
+        }));
+        QCOMPARE(compositions, quint64(1));
+        QCOMPARE(bench.boxes(), QStringLiteral("120 80 200 240"));
+    }
+
     void theFrameFollowsTheMouse()
     {
         const Bench bench;
