@@ -12,7 +12,7 @@ namespace quorvia::platform {
 
 /// Writes a PDF of one page to `file`, which is open: `picture` scaled into `target`, on paper of the size
 /// `paper`, both in twips, `target` from the upper left corner. True when all of it is written; else `why`,
-/// which may be null, gets one line.
+/// which may be null, gets one line. A picture of the format RGB32 is not copied.
 bool writePdfPage(QIODevice& file, const QSize& paper, const QImage& picture, const QRect& target,
                   const QString& title, QString* why = nullptr);
 
