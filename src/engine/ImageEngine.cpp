@@ -2,6 +2,7 @@
 
 #include "engine/ColorConversion.h"
 #include "engine/ColorCount.h"
+#include "engine/DevicePixels.h"
 #include "engine/ImageEnginePrivate.h"
 #include "engine/Resample.h"
 #include "engine/Transforms.h"
@@ -27,15 +28,6 @@ namespace {
 
 constexpr int selectionPointer = 30;
 constexpr int jpegSaveType = 8;
-
-/// Makes `painter` draw in device pixels from the control's corner; returns nothing to undo. At a fractional
-/// ratio the corner lies between two pixels, and the nearest one is taken.
-void useDevicePixels(QPainter& painter, double ratio)
-{
-    painter.scale(1 / ratio, 1 / ratio);
-    const QTransform& device = painter.deviceTransform();
-    painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
-}
 
 /// The profile of an image that was given; empty for sRGB and for one that has no colour space.
 QByteArray profileOf(const QImage& image)

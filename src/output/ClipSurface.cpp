@@ -1,25 +1,12 @@
 #include "output/ClipSurface.h"
 
+#include "engine/DevicePixels.h"
 #include "engine/ImagePlacement.h"
 
 #include <QPainter>
 #include <QPaintEvent>
 
-#include <cmath>
-
 namespace quorvia::output {
-
-namespace {
-
-/// Makes `painter` draw in device pixels; at a fractional ratio from the whole one nearest to the corner.
-void useDevicePixels(QPainter& painter, double ratio)
-{
-    painter.scale(1 / ratio, 1 / ratio);
-    const QTransform& device = painter.deviceTransform();
-    painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
-}
-
-} // namespace
 
 ClipSurface::ClipSurface(const char* name, QWidget* parent) : QWidget(parent)
 {
@@ -62,7 +49,7 @@ void ClipSurface::paintEvent(QPaintEvent* event)
     const QSize whole = (QSizeF(size()) * ratio).toSize();
     QPainter painter(this);
     painter.setClipRect(event->rect());
-    useDevicePixels(painter, ratio);
+    engine::useDevicePixels(painter, ratio);
     const QImage& shown = m_stretches ? stretched(whole) : m_picture;
     if (shown.hasAlphaChannel())
         painter.fillRect(shown.rect(), Qt::white);

@@ -1,14 +1,13 @@
 #include "output/PagePreview.h"
 
 #include "app/Twips.h"
+#include "engine/DevicePixels.h"
 #include "engine/ImagePlacement.h"
 #include "output/PageSurface.h"
 #include "output/PreviewLayout.h"
 
 #include <QMouseEvent>
 #include <QPainter>
-
-#include <cmath>
 
 namespace quorvia::output {
 
@@ -40,14 +39,6 @@ QPointF twipsOf(const QMouseEvent* event)
     return event->position() * app::twipsPerPixel;
 }
 
-/// Makes `painter` draw in device pixels; at a fractional ratio from the whole one nearest to the corner.
-void useDevicePixels(QPainter& painter, double ratio)
-{
-    painter.scale(1 / ratio, 1 / ratio);
-    const QTransform& device = painter.deviceTransform();
-    painter.translate(std::round(device.dx()) - device.dx(), std::round(device.dy()) - device.dy());
-}
-
 } // namespace
 
 PagePreview::PagePreview(const PageSurface& page, QWidget* parent)
@@ -63,7 +54,7 @@ void PagePreview::paintEvent(QPaintEvent* event)
     const double ratio = devicePixelRatioF();
     QPainter painter(this);
     painter.setClipRect(event->rect());
-    useDevicePixels(painter, ratio);
+    engine::useDevicePixels(painter, ratio);
     const engine::DisplayView view{m_page.number(), QRect(QPoint(), (QSizeF(size()) * ratio).toSize()),
                                    qRgb(255, 255, 255)};
     const auto seen = [&](QRect logical) { return engine::toDevicePixels(logical, ratio) & view.target; };

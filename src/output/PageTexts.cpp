@@ -29,9 +29,9 @@ QString pageText(QSize page, QSizeF twipsPerPixel)
 PageBoxes withDefaults(PageBoxes boxes, QSize image, QSizeF twipsPerPixel)
 {
     if (boxes.width.isEmpty())
-        boxes.width = plainDecimal(image.width() / twipsPerPixel.width());
+        boxes.width = QString::number(qRound(image.width() / twipsPerPixel.width()));
     if (boxes.height.isEmpty())
-        boxes.height = plainDecimal(image.height() / twipsPerPixel.height());
+        boxes.height = QString::number(qRound(image.height() / twipsPerPixel.height()));
     if (boxes.left.isEmpty())
         boxes.left = QStringLiteral("0");
     if (boxes.top.isEmpty())

@@ -22,7 +22,6 @@ namespace {
 
 constexpr QSize usual(900, 640); // pixels
 constexpr int titleDelay = 500;  // milliseconds
-constexpr QSizeF twipsPerPixel(app::twipsPerPixel, app::twipsPerPixel);
 
 /// The pointer waits while this lives.
 class WaitCursor
@@ -124,10 +123,10 @@ void frmImagePrint::LoadPrint()
         return;
     m_readyToDraw = false;
     m_tUpdate.stop(); // the title is on the page now
-    m_fPrintOptions->setBoxes(withDefaults(m_fPrintOptions->boxes(), m_pImage.size, twipsPerPixel));
+    m_fPrintOptions->setBoxes(withDefaults(m_fPrintOptions->boxes(), m_pImage.size, twipsPerPixel()));
     if (!m_pPrinter.compose(content()))
         app::WriteLog(QStringLiteral("Page not composed: out of memory"));
-    m_fPrintOptions->sayPage(pageText(m_pPrinter.layout().page, twipsPerPixel));
+    m_fPrintOptions->sayPage(pageText(m_pPrinter.layout().page, twipsPerPixel()));
     if (m_fPrintOptions->withName() || m_fPrintOptions->withDirectory())
         setWindowTitle(platform::oneLine(captionText(m_pImage.path)));
     m_readyToDraw = true;
@@ -148,7 +147,7 @@ PageContent frmImagePrint::content() const
             .titleAlign = chosen.titleAlign(),
             .area = chosen.area(),
             .custom = isCustom ? boxesRect(chosen.boxes()) : QRectF(), // else it changes nothing
-            .twipsPerPixel = twipsPerPixel,
+            .twipsPerPixel = twipsPerPixel(),
             .decorations = chosen.decorations(),
             .font = m_settings.font,
             .textColor = m_settings.color};
@@ -160,6 +159,12 @@ void frmImagePrint::GenPreview()
 }
 
 // --- the window
+
+QSizeF frmImagePrint::twipsPerPixel() const
+{
+    const double twips = app::twipsPerPixel / devicePixelRatioF();
+    return {twips, twips};
+}
 
 void frmImagePrint::layOut()
 {
@@ -207,9 +212,9 @@ void frmImagePrint::takeDrawn(const QRectF& drawn)
 {
     const double zoom = m_fPrintOptions->zoom();
     const QRectF rect =
-        isClick(drawn) ? withBoxSize(drawn, m_fPrintOptions->boxes(), twipsPerPixel, zoom) : drawn;
+        isClick(drawn) ? withBoxSize(drawn, m_fPrintOptions->boxes(), twipsPerPixel(), zoom) : drawn;
     m_loading = true; // one composition for all five
-    m_fPrintOptions->setBoxes(boxesOf(rect, twipsPerPixel, zoom));
+    m_fPrintOptions->setBoxes(boxesOf(rect, twipsPerPixel(), zoom));
     m_fPrintOptions->chooseArea(AreaMode::Custom);
     m_loading = false;
     UpdatePage();

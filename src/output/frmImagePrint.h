@@ -67,6 +67,8 @@ class frmImagePrint : public QDialog
     QString printPage();
     void sayPrinter();
     PageContent content() const;
+    /// Of a device pixel of the screen, in which the boxes count.
+    QSizeF twipsPerPixel() const;
 
     std::shared_ptr<platform::Printer> m_printer;
     PrintedImage m_pImage;

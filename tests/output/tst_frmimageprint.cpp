@@ -70,12 +70,24 @@ class Bench
         return part<QRadioButton>(qPrintable(QStringLiteral("oA%1").arg(line)));
     }
     QPushButton& button(const char* name) const { return part<QPushButton>(name); }
+    /// What the boxes hold, their numbers as on a screen of 15 twips a pixel.
     QString boxes() const
     {
         QStringList texts;
-        for (const char* name : {"txtLeft", "txtTop", "txtWidth", "txtHeight"})
-            texts << box(name).text();
+        for (const char* name : {"txtLeft", "txtTop", "txtWidth", "txtHeight"}) {
+            bool isNumber = false;
+            const double number = box(name).text().toDouble(&isNumber) / window->devicePixelRatioF();
+            texts << (isNumber ? QString::number(number) : box(name).text());
+        }
         return texts.join(u' ');
+    }
+    /// What the window says of a page of `width` x `height` twips.
+    QString pageSaid(int width, int height) const
+    {
+        const double pixels = window->devicePixelRatioF() / app::twipsPerPixel;
+        return QStringLiteral("Page Dimensions: %1x%2")
+            .arg(qRound(width * pixels))
+            .arg(qRound(height * pixels));
     }
     quint64 composed() const { return window->page().number(); }
     QString device() const { return part<QLabel>("lPrinter").text(); }
@@ -154,7 +166,7 @@ class TestFrmImagePrint : public QObject
                                      "0 0 400 300",
                                      "Center",
                                      "50%",
-                                     "Page Dimensions: 720x1049",
+                                     bench.pageSaid(10806, 15738),
                                      "  Office   Copies: 1",
                                      "Center Image and Resize",
                                      "Align Top-Center and Resize",
@@ -337,7 +349,7 @@ class TestFrmImagePrint : public QObject
             bench.part<QRadioButton>("oLayout0").click();
             see();
         }));
-        QCOMPARE(seen, (QStringList{"1 0 0", "2 1 1", "Page Dimensions: 1049x720", "1 0 0"}));
+        QCOMPARE(seen, (QStringList{"1 0 0", "2 1 1", bench.pageSaid(15738, 10806), "1 0 0"}));
     }
 
     // --- settings

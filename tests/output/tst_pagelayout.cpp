@@ -331,7 +331,7 @@ class TestPageLayout : public QObject
     void emptyBoxes()
     {
         const QSizeF pixel(15, 20);
-        QCOMPARE(withDefaults({}, {4000, 3000}, pixel), (PageBoxes{"0", "0", "266.6667", "150"}));
+        QCOMPARE(withDefaults({}, {4000, 3000}, pixel), (PageBoxes{"0", "0", "267", "150"}));
         QCOMPARE(withDefaults({"1", "x", "", "4"}, {4500, 3000}, pixel), (PageBoxes{"1", "x", "300", "4"}));
         QCOMPARE(boxesRect({"-1.5", "abc", " 2e2px", ""}), QRectF(-1.5, 0, 200, 0));
         QCOMPARE(boxesRect({"1e999", "-1e999", "0", "0"}), QRectF(1e8, -1e8, 0, 0));
