@@ -5,8 +5,6 @@
 
 #include <QTemporaryFile>
 
-#include <cups/pwg.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -17,6 +15,12 @@ namespace {
 constexpr int connectPatience = 2000;  // milliseconds
 constexpr double answerPatience = 4.0; // seconds without a byte
 constexpr int usualResolution = 300;
+
+/// Only with a connection to the server, or what came by one.
+const CupsLibrary& cups()
+{
+    return *CupsLibrary::get();
+}
 
 using Connection = std::unique_ptr<http_t, CupsFree>;
 
@@ -29,13 +33,13 @@ class Options
         for (int i = 0; i < queue.num_options; ++i) // the user's own for this queue among them
             add(queue.options[i].name, queue.options[i].value);
     }
-    ~Options() { cupsFreeOptions(m_count, m_options); }
+    ~Options() { cups().cupsFreeOptions(m_count, m_options); }
     Options(const Options&) = delete;
     Options& operator=(const Options&) = delete;
 
     void add(const char* name, const char* value)
     {
-        m_count = cupsAddOption(name, value, m_count, &m_options);
+        m_count = cups().cupsAddOption(name, value, m_count, &m_options);
     }
     int count() const { return m_count; }
     cups_option_t* list() const { return m_options; }
@@ -53,12 +57,14 @@ const char* noPassword(const char*, http_t*, const char*, const char*, void*)
 /// Null when the server cannot be reached.
 Connection connectToServer()
 {
+    if (!CupsLibrary::get())
+        return nullptr;
     // Else it asks for one on the terminal, and waits there.
-    cupsSetPasswordCB2(noPassword, nullptr);
-    Connection connection(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                                       connectPatience, nullptr));
+    cups().cupsSetPasswordCB2(noPassword, nullptr);
+    Connection connection(cups().httpConnect2(cups().cupsServer(), cups().ippPort(), nullptr, AF_UNSPEC,
+                                              cups().cupsEncryption(), 1, connectPatience, nullptr));
     if (connection)
-        httpSetTimeout(connection.get(), answerPatience, nullptr, nullptr);
+        cups().httpSetTimeout(connection.get(), answerPatience, nullptr, nullptr);
     return connection;
 }
 
@@ -66,16 +72,16 @@ Connection connectToServer()
 cups_dest_t* findQueue(http_t* connection)
 {
     // Never by a name: that one would look for it on a connection without an end.
-    if (cups_dest_t* const named = cupsGetNamedDest(connection, nullptr, nullptr))
+    if (cups_dest_t* const named = cups().cupsGetNamedDest(connection, nullptr, nullptr))
         return named;
-    if (httpError(connection) != 0)
+    if (cups().httpError(connection) != 0)
         return nullptr;
     cups_dest_t* queues = nullptr;
-    const int count = cupsGetDests2(connection, &queues);
+    const int count = cups().cupsGetDests2(connection, &queues);
     cups_dest_t* first = nullptr;
     if (count > 0)
-        cupsCopyDest(queues, 0, &first);
-    cupsFreeDests(count, queues);
+        cups().cupsCopyDest(queues, 0, &first);
+    cups().cupsFreeDests(count, queues);
     return first;
 }
 
@@ -83,7 +89,7 @@ cups_dest_t* findQueue(http_t* connection)
 QByteArray chosenMedia(const cups_dest_t& queue)
 {
     for (const char* option : {CUPS_MEDIA, "PageSize"}) {
-        if (const char* const value = cupsGetOption(option, queue.num_options, queue.options))
+        if (const char* const value = cups().cupsGetOption(option, queue.num_options, queue.options))
             return QByteArray(value).split(',').constFirst(); // a tray may follow
     }
     return {};
@@ -91,13 +97,13 @@ QByteArray chosenMedia(const cups_dest_t& queue)
 
 QByteArray text(ipp_attribute_t* attribute)
 {
-    return {ippGetString(attribute, 0, nullptr)};
+    return {cups().ippGetString(attribute, 0, nullptr)};
 }
 
 /// The paper of that name, whichever of its names it is; null when it is unknown.
 const pwg_media_t* mediaOf(const QByteArray& name)
 {
-    for (const auto look : {pwgMediaForPWG, pwgMediaForPPD, pwgMediaForLegacy}) {
+    for (const auto look : {cups().pwgMediaForPWG, cups().pwgMediaForPPD, cups().pwgMediaForLegacy}) {
         if (const pwg_media_t* const media = look(name.constData()))
             return media;
     }
@@ -108,10 +114,10 @@ QList<int> resolutions(ipp_attribute_t* attribute)
 {
     constexpr double centimetresPerInch = 2.54;
     QList<int> list;
-    for (int i = 0; i < ippGetCount(attribute); ++i) {
+    for (int i = 0; i < cups().ippGetCount(attribute); ++i) {
         int down = 0;
         ipp_res_t unit = IPP_RES_PER_INCH;
-        const int across = ippGetResolution(attribute, i, &down, &unit);
+        const int across = cups().ippGetResolution(attribute, i, &down, &unit);
         const int least = std::min(across, down);
         list.append(unit == IPP_RES_PER_CM ? int(std::lround(least * centimetresPerInch)) : least);
     }
@@ -120,7 +126,8 @@ QList<int> resolutions(ipp_attribute_t* attribute)
 
 bool failAs(QString* why, const QString& name)
 {
-    return fail(why, name + QStringLiteral(": ") + QString::fromUtf8(cupsLastErrorString()).simplified());
+    return fail(why,
+                name + QStringLiteral(": ") + QString::fromUtf8(cups().cupsLastErrorString()).simplified());
 }
 
 bool writeAll(http_t* connection, QIODevice& document)
@@ -130,14 +137,29 @@ bool writeAll(http_t* connection, QIODevice& document)
         return false;
     while (!document.atEnd()) {
         const QByteArray part = document.read(step);
-        if (part.isEmpty() ||
-            cupsWriteRequestData(connection, part.constData(), size_t(part.size())) != HTTP_STATUS_CONTINUE)
+        if (part.isEmpty() || cups().cupsWriteRequestData(connection, part.constData(),
+                                                          size_t(part.size())) != HTTP_STATUS_CONTINUE)
             return false;
     }
     return true;
 }
 
 } // namespace
+
+void CupsFree::operator()(http_t* connection) const
+{
+    cups().httpClose(connection);
+}
+
+void CupsFree::operator()(cups_dest_t* queue) const
+{
+    cups().cupsFreeDests(1, queue);
+}
+
+void CupsFree::operator()(cups_dinfo_t* facts) const
+{
+    cups().cupsFreeDestInfo(facts);
+}
 
 int pageResolution(const QList<int>& supported)
 {
@@ -169,24 +191,25 @@ CupsPrinter::CupsPrinter() : m_resolution(usualResolution)
     if (!m_queue)
         return;
     m_paper = usualPaper(QLocale::system());
-    if (httpError(connection.get()) == 0)
+    if (cups().httpError(connection.get()) == 0)
         readFacts(connection.get());
 }
 
 void CupsPrinter::readFacts(http_t* connection)
 {
-    m_facts.reset(cupsCopyDestInfo(connection, m_queue.get()));
+    m_facts.reset(cups().cupsCopyDestInfo(connection, m_queue.get()));
     if (!m_facts)
         return;
     const QByteArray chosen = chosenMedia(*m_queue);
-    const QByteArray usual = text(cupsFindDestDefault(connection, m_queue.get(), m_facts.get(), CUPS_MEDIA));
+    const QByteArray usual =
+        text(cups().cupsFindDestDefault(connection, m_queue.get(), m_facts.get(), CUPS_MEDIA));
     if (const pwg_media_t* const media = mediaOf(chosen.isEmpty() ? usual : chosen)) {
         m_paper = paperTwips({media->width, media->length});
         if (chosen.isEmpty())
             m_media = usual;
     }
-    m_resolution = pageResolution(
-        resolutions(cupsFindDestSupported(connection, m_queue.get(), m_facts.get(), "printer-resolution")));
+    m_resolution = pageResolution(resolutions(
+        cups().cupsFindDestSupported(connection, m_queue.get(), m_facts.get(), "printer-resolution")));
 }
 
 QString CupsPrinter::deviceName() const
@@ -230,29 +253,30 @@ bool CupsPrinter::send(QIODevice& document, const QString& title, QString* why) 
     if (!m_media.isEmpty())
         options.add(CUPS_MEDIA, m_media.constData());
     // Many a queue prints grey unless it is told otherwise.
-    if (cupsCheckDestSupported(connection.get(), m_queue.get(), m_facts.get(), CUPS_PRINT_COLOR_MODE,
-                               CUPS_PRINT_COLOR_MODE_COLOR))
+    if (cups().cupsCheckDestSupported(connection.get(), m_queue.get(), m_facts.get(), CUPS_PRINT_COLOR_MODE,
+                                      CUPS_PRINT_COLOR_MODE_COLOR))
         options.add(CUPS_PRINT_COLOR_MODE, CUPS_PRINT_COLOR_MODE_COLOR);
     const QByteArray name = title.toUtf8();
     int job = 0;
-    if (cupsCreateDestJob(connection.get(), m_queue.get(), m_facts.get(), &job, name.constData(),
-                          options.count(), options.list()) > IPP_STATUS_OK_CONFLICTING ||
+    if (cups().cupsCreateDestJob(connection.get(), m_queue.get(), m_facts.get(), &job, name.constData(),
+                                 options.count(), options.list()) > IPP_STATUS_OK_CONFLICTING ||
         job <= 0)
         return failAs(why, deviceName());
     const bool isTaken =
-        cupsStartDestDocument(connection.get(), m_queue.get(), m_facts.get(), job, name.constData(),
-                              CUPS_FORMAT_PDF, 0, nullptr, 1) == HTTP_STATUS_CONTINUE &&
+        cups().cupsStartDestDocument(connection.get(), m_queue.get(), m_facts.get(), job, name.constData(),
+                                     CUPS_FORMAT_PDF, 0, nullptr, 1) == HTTP_STATUS_CONTINUE &&
         writeAll(connection.get(), document) &&
-        cupsFinishDestDocument(connection.get(), m_queue.get(), m_facts.get()) <= IPP_STATUS_OK_CONFLICTING;
+        cups().cupsFinishDestDocument(connection.get(), m_queue.get(), m_facts.get()) <=
+            IPP_STATUS_OK_CONFLICTING;
     // The last one calls it a success when no answer came.
-    const bool isAnswered = httpGetStatus(connection.get()) == HTTP_STATUS_OK;
+    const bool isAnswered = cups().httpGetStatus(connection.get()) == HTTP_STATUS_OK;
     if (isTaken && isAnswered)
         return true;
     if (isTaken)
         return fail(why, deviceName() + QStringLiteral(": the print server did not answer"));
     failAs(why, deviceName());
-    if (httpError(connection.get()) == 0) // else nobody hears it
-        cupsCancelDestJob(connection.get(), m_queue.get(), job);
+    if (cups().httpError(connection.get()) == 0) // else nobody hears it
+        cups().cupsCancelDestJob(connection.get(), m_queue.get(), job);
     return false;
 }
 

@@ -2,20 +2,19 @@
 // never longer: a server that is stopped would hold the window for ever otherwise.
 #pragma once
 
+#include "platform/CupsLibrary.h"
 #include "platform/Printer.h"
 
 #include <QList>
 #include <QLocale>
 
-#include <cups/cups.h>
-
 namespace quorvia::platform {
 
 struct CupsFree
 {
-    void operator()(http_t* connection) const { httpClose(connection); }
-    void operator()(cups_dest_t* queue) const { cupsFreeDests(1, queue); }
-    void operator()(cups_dinfo_t* facts) const { cupsFreeDestInfo(facts); }
+    void operator()(http_t* connection) const;
+    void operator()(cups_dest_t* queue) const;
+    void operator()(cups_dinfo_t* facts) const;
 };
 
 class CupsPrinter : public Printer
