@@ -28,6 +28,7 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using quorvia::bench::placesOfFullPicture;
 using quorvia::bench::placesOfPicture;
 using quorvia::bench::Points;
 

@@ -286,6 +286,25 @@ void copyPart(const RowReader& reader, QRect part, QRgb opaque, QImage& result)
     }
 }
 
+/// True when the fourth bytes of an RGB32 image are set, as painting takes for granted.
+bool isFilled(const QImage& image)
+{
+    QRgb all = ~0U;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x)
+            all &= row[x];
+    }
+    return qAlpha(all) == 0xff;
+}
+
+/// True when `image` is already what resampled() would make of all of it.
+bool isResult(const QImage& image)
+{
+    return image.devicePixelRatio() == 1 && (image.format() == QImage::Format_ARGB32_Premultiplied ||
+                                             (image.format() == QImage::Format_RGB32 && isFilled(image)));
+}
+
 } // namespace
 
 QImage resampled(const QImage& source, QSize target, QRect part, Filter across, Filter down)
@@ -293,6 +312,8 @@ QImage resampled(const QImage& source, QSize target, QRect part, Filter across, 
     if (source.isNull() || part.isEmpty() || !QRect(QPoint(), target).contains(part))
         return {};
     const QImage image = source.format() == QImage::Format_ARGB32_Premultiplied ? source : normalized(source);
+    if (image.size() == target && part.size() == target && isResult(image))
+        return image;
     const bool alpha = image.hasAlphaChannel();
     QImage result(part.size(), alpha ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
     if (image.isNull() || result.isNull())

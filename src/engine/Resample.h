@@ -22,8 +22,8 @@ bool isGrayByFormat(const QImage& image);
 
 /// The pixels of `part` (in result pixels) of `source` brought to the size `target`, filtered by `across` and
 /// `down`. RGB32 when `source` has no alpha, else ARGB32_Premultiplied (alpha is filtered premultiplied, so
-/// transparent colours do not bleed). Null when `source` is null, `part` is empty or reaches out of `target`,
-/// or no memory is left.
+/// transparent colours do not bleed). Shares the pixels of `source` where those are the result. Null when
+/// `source` is null, `part` is empty or reaches out of `target`, or no memory is left.
 QImage resampled(const QImage& source, QSize target, QRect part, Filter across, Filter down);
 
 } // namespace quorvia::engine

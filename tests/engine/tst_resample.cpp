@@ -145,6 +145,36 @@ class tst_Resample : public QObject
         QCOMPARE(result, source.convertToFormat(QImage::Format_RGB32));
     }
 
+    void whatIsTheResultAlreadyIsShared_data()
+    {
+        QTest::addColumn<QImage>("source");
+        QTest::addColumn<QRect>("part");
+        QTest::addColumn<bool>("shared");
+        const QImage opaque = noise(QSize(37, 11), QImage::Format_RGB32);
+        const QRect all = opaque.rect();
+        QTest::newRow("all of an opaque one") << opaque << all << true;
+        QTest::newRow("all of one with alpha")
+            << opaque.convertToFormat(QImage::Format_ARGB32_Premultiplied) << all << true;
+        QTest::newRow("a part") << opaque << all.adjusted(0, 0, -1, 0) << false;
+        QImage unfilled = opaque;
+        unfilled.bits()[3] = 0;
+        QTest::newRow("a fourth byte that is not set") << unfilled << all << false;
+        QImage fine = opaque;
+        fine.setDevicePixelRatio(2);
+        QTest::newRow("of finer pixels") << fine << all << false;
+    }
+
+    void whatIsTheResultAlreadyIsShared()
+    {
+        QFETCH(QImage, source);
+        QFETCH(QRect, part);
+        QFETCH(bool, shared);
+        const QImage result = resampled(source, source.size(), part, Filter::Area, Filter::Area);
+        QCOMPARE(result.cacheKey() == source.cacheKey(), shared);
+        QCOMPARE(result.devicePixelRatio(), 1.0);
+        QCOMPARE(qAlpha(result.pixel(0, 0)), 255);
+    }
+
     void partsMeetWithoutASeam_data()
     {
         QTest::addColumn<Filter>("filter");
