@@ -1,7 +1,6 @@
 #include "output/frmImageViewFull.h"
 
 #include "app/Colors.h"
-#include "app/KeyCodes.h"
 #include "app/Log.h"
 #include "app/mFile.h"
 #include "app/PendingEvents.h"
@@ -12,15 +11,12 @@
 #include "output/FullScreenBar.h"
 #include "platform/OneLine.h"
 
-#include <QElapsedTimer>
+#include <QCloseEvent>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -28,13 +24,7 @@ namespace quorvia::output {
 
 namespace {
 
-constexpr int slowStep = 100; // milliseconds
 constexpr int captionPoints = 12;
-
-FitMode presentMode()
-{
-    return fitModeOf(app::read(app::setting::cFView));
-}
 
 const QScreen& primary()
 {
@@ -48,54 +38,17 @@ double ratioBeside()
     return (beside ? *beside : primary()).devicePixelRatio();
 }
 
-/// The command that an action runs; null for one that does something of its own.
-const char* toolOf(FullScreenAction action)
+/// The whole pixels that a size of the toolkit stands for: it has rounded what the display told it.
+QSize devicePixels(QSize size, double ratio)
 {
-    struct Row
-    {
-        FullScreenAction action;
-        const char* tool;
-    };
-    static constexpr std::array rows = {
-        Row{FullScreenAction::Random, "miRandom"},
-        Row{FullScreenAction::Next, "miNext"},
-        Row{FullScreenAction::Previous, "miPrevious"},
-        Row{FullScreenAction::SlideShow, "miSlideShow"},
-    };
-    const auto found =
-        std::find_if(rows.begin(), rows.end(), [action](const Row& row) { return row.action == action; });
-    return found == rows.end() ? nullptr : found->tool;
+    return (QSizeF(size) * ratio).toSize();
 }
 
 } // namespace
 
-/// Something that takes its time, from its begin to its end.
-class frmImageViewFull::Step
-{
-  public:
-    explicit Step(frmImageViewFull* window) : m_window(window)
-    {
-        window->beginStep();
-        m_clock.start();
-    }
-    ~Step()
-    {
-        if (m_window)
-            m_window->endStep(m_clock.hasExpired(slowStep));
-    }
-    Step(const Step&) = delete;
-    Step& operator=(const Step&) = delete;
-
-    /// False when the step ended the window.
-    bool isAlive() const { return m_window; }
-
-  private:
-    QPointer<frmImageViewFull> m_window;
-    QElapsedTimer m_clock;
-};
-
 frmImageViewFull::frmImageViewFull(Sinks sinks, QWidget* parent)
-    : QWidget(parent, Qt::Window | Qt::FramelessWindowHint), m_sinks(std::move(sinks)),
+    // A dialog, since only those are told to the window manager as belonging to another window.
+    : QWidget(parent, Qt::Dialog | Qt::FramelessWindowHint), m_sinks(std::move(sinks)),
       m_saver(
           {app::productTitle(), QStringLiteral("Pictures fill the screen")},
           [](const QString& why) { app::WriteLog(QStringLiteral("Screen saver not held back: ") + why); }),
@@ -127,7 +80,7 @@ void frmImageViewFull::LoadX(engine::ImageEngine* image, QWidget* parentView)
     const auto goesOn = [this, &alive] { return alive && m_open; };
     m_back = app::fromColorNumber(app::read(app::setting::FullBackColor));
     m_exitMouseX = 0;
-    m_parentView = parentView;
+    follow(parentView);
     m_viewedImage = nullptr;
     if (!std::exchange(m_open, true)) { // nothing of what was shown the last time
         m_pixels = {};
@@ -174,7 +127,7 @@ void frmImageViewFull::place()
     const FullScreenPlace placed = fullScreenPlace(mainLeft, screen, ratioBeside());
     m_placing = true; // it is composed in the end
     if (placed.isSecond) {
-        setWindowState(windowState() & ~Qt::WindowFullScreen);
+        setWindowState(Qt::WindowNoState);
         setFixedSize(placed.geometry.size());
     } else {
         setMinimumSize(0, 0);
@@ -188,8 +141,7 @@ void frmImageViewFull::place()
     }
     connect(windowHandle(), &QWindow::screenChanged, this, &frmImageViewFull::composeAnew,
             Qt::UniqueConnection);
-    if (!placed.isSecond)
-        setWindowState(windowState() | Qt::WindowFullScreen); // panels stay below
+    setWindowState(placed.isSecond ? Qt::WindowNoState : Qt::WindowFullScreen); // panels stay below
     if (isVisible())
         raise();
     show();
@@ -197,11 +149,52 @@ void frmImageViewFull::place()
     m_placing = false;
 }
 
+/// Looks at what becomes of the main window from now on.
+void frmImageViewFull::follow(QWidget* parentView)
+{
+    if (m_parentView)
+        m_parentView->window()->removeEventFilter(this);
+    m_parentView = parentView;
+    if (parentView)
+        parentView->window()->installEventFilter(this);
+}
+
+bool frmImageViewFull::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::ActivationChange: // it may have been brought to the front
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::WindowStateChange:
+        coverMain();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmImageViewFull::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange)
+        coverMain();
+    if (event->type() != QEvent::WindowStateChange || !m_open || m_placing)
+        return;
+    coverMain();
+    if (isMinimized())
+        m_saver.release();
+    else
+        m_saver.hold();
+}
+
 /// The control in the main window is not worth painting while nothing of it can be seen.
 void frmImageViewFull::coverMain()
 {
     QWidget* const owner = m_parentView ? m_parentView->window() : nullptr;
-    const bool covers = m_open && owner && geometry().contains(owner->frameGeometry());
+    const bool covers = m_open && !isMinimized() && owner && !owner->isActiveWindow() &&
+                        geometry().contains(owner->frameGeometry());
     if (m_viewedImage && covers != (m_covered == m_viewedImage))
         m_viewedImage->SetCovered(covers);
     m_covered = covers ? m_viewedImage : nullptr;
@@ -216,9 +209,14 @@ void frmImageViewFull::uncoverMain()
 
 // --- composing
 
+FitMode frmImageViewFull::presentMode()
+{
+    return fitModeOf(app::read(app::setting::cFView));
+}
+
 QSize frmImageViewFull::deviceSize() const
 {
-    return (QSizeF(size()) * devicePixelRatioF()).toSize();
+    return devicePixels(size(), devicePixelRatioF());
 }
 
 QSize frmImageViewFull::loadBox() const
@@ -242,9 +240,10 @@ void frmImageViewFull::compose(engine::ImageEngine* image)
         return;
     const double pixel = twipsPerDevicePixel(m_ratio);
     const FullScreenView view{
-        .window = app::inTwips(size()),
+        .window = QSizeF(deviceSize()) * pixel,
         .image = QSizeF(image->ImagePixelWidth(), image->ImagePixelHeight()) * pixel,
-        .screen = app::inTwips(primary().size()),
+        .screen = QSizeF(devicePixels(primary().size(), primary().devicePixelRatio())) *
+                  twipsPerDevicePixel(primary().devicePixelRatio()),
     };
     const QRect target = inDevicePixels(composedRect(presentMode(), view), pixel);
     const QRect part = target & QRect(QPoint(), deviceSize());
@@ -338,151 +337,9 @@ void frmImageViewFull::closingStep()
         return;
     m_saver.release();
     uncoverMain();
+    m_pixels = {}; // as large as the screen
     if (m_sinks.startedForShow)
         m_sinks.closeMain();
-}
-
-// --- what the user does
-
-void frmImageViewFull::beginStep()
-{
-    ++m_steps;
-}
-
-void frmImageViewFull::endStep(bool slow)
-{
-    --m_steps;
-    m_slow = slow;
-    m_waiting.letPass();
-}
-
-/// Keys do not queue behind a step: a held one would go on when it is let go. The press that closes always
-/// counts, its repeats never: what opened the window may still be held.
-bool frmImageViewFull::isDropped(bool isRepeat, FullScreenAction action) const
-{
-    if (closes(action))
-        return isRepeat;
-    return m_steps > 0 || (m_waiting.isPassing() && (m_slow || isRepeat));
-}
-
-void frmImageViewFull::keyPressEvent(QKeyEvent* event)
-{
-    const int code = app::virtualKeyCode(event->key(), event->nativeScanCode());
-    const FullScreenAction action =
-        keyAction(code, app::modifierMask(event->modifiers()), m_sinks.isSlideShowOnly());
-    if (!isDropped(event->isAutoRepeat(), action))
-        perform(action);
-}
-
-void frmImageViewFull::perform(FullScreenAction action)
-{
-    if (!m_open || action == FullScreenAction::None)
-        return;
-    if (action == FullScreenAction::Close)
-        close();
-    else if (action == FullScreenAction::Exit)
-        leaveProgram();
-    else if (m_steps == 0)
-        performSlowly(action);
-}
-
-/// The steps are those of keys, which all close while the slideshow runs alone.
-void frmImageViewFull::performOfBar(FullScreenAction action)
-{
-    const bool isKey = action == FullScreenAction::PressNext || action == FullScreenAction::PressPrevious;
-    perform(isKey && m_sinks.isSlideShowOnly() ? FullScreenAction::Close : action);
-}
-
-void frmImageViewFull::performSlowly(FullScreenAction action)
-{
-    const Step step(this);
-    if (const char* const tool = toolOf(action))
-        m_sinks.runTool(QLatin1String(tool));
-    else if (action == FullScreenAction::Mode)
-        changeMode();
-    else if (action == FullScreenAction::Caption)
-        toggleCaption();
-    else
-        pressAndRun(action == FullScreenAction::PressNext);
-}
-
-void frmImageViewFull::pressAndRun(bool forward)
-{
-    const QPointer<QWidget> button = m_iFull->stepButton(forward);
-    const QPointer<frmImageViewFull> alive(this);
-    button->hide();
-    app::letPendingEventsRunButInput();
-    if (alive)
-        m_sinks.runTool(forward ? QStringLiteral("miNext") : QStringLiteral("miPrevious"));
-    if (button)
-        button->show();
-}
-
-void frmImageViewFull::leaveProgram()
-{
-    const QPointer<frmImageViewFull> alive(this);
-    close();
-    if (alive)
-        m_sinks.runTool(QStringLiteral("miExit"));
-}
-
-void frmImageViewFull::changeMode()
-{
-    app::save(app::setting::cFView, nextFitMode(app::read(app::setting::cFView)));
-    m_iFull->showMode(presentMode());
-    GenImage(m_viewedImage);
-    Q_EMIT composingChanged();
-}
-
-void frmImageViewFull::toggleCaption()
-{
-    m_showCaption = !m_showCaption;
-    GenImage(m_viewedImage);
-}
-
-/// The command turns the show on or off; the tag does not ask which.
-void frmImageViewFull::clickPlay()
-{
-    if (!m_open || m_steps > 0)
-        return;
-    const Step step(this);
-    const bool playing = !m_iFull->isTaggedPlaying();
-    m_iFull->tagPlaying(playing);
-    m_sinks.runTool(QStringLiteral("miSlideShow"));
-    if (step.isAlive())
-        m_iFull->showPlayPicture(playing);
-}
-
-void frmImageViewFull::mousePressEvent(QMouseEvent*)
-{
-    if (m_sinks.isSlideShowOnly())
-        close();
-}
-
-void frmImageViewFull::mouseReleaseEvent(QMouseEvent* event)
-{
-    perform(mouseUpAction(event->button(), app::modifierMask(event->modifiers()), m_sinks.isSlideShowOnly()));
-}
-
-void frmImageViewFull::mouseDoubleClickEvent(QMouseEvent* event)
-{
-    if (event->button() == Qt::LeftButton || m_sinks.isSlideShowOnly())
-        close();
-}
-
-void frmImageViewFull::mouseMoveEvent(QMouseEvent* event)
-{
-    const QPointF at = event->position() * app::twipsPerPixel;
-    if (!m_sinks.isSlideShowOnly())
-        m_iFull->setVisible(isNearBar(at.y()));
-    else if (leavesByMouse(m_exitMouseX, at.x()))
-        close();
-}
-
-/// Tab is a key like others: nothing here takes the focus.
-bool frmImageViewFull::focusNextPrevChild(bool)
-{
-    return false;
 }
 
 } // namespace quorvia::output

@@ -63,6 +63,8 @@ class frmImageViewFull : public QWidget
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -74,6 +76,8 @@ class frmImageViewFull : public QWidget
   private:
     class Step;
 
+    static FitMode presentMode();
+    void follow(QWidget* parentView);
     void place();
     void composeAnew();
     void compose(engine::ImageEngine* image);
@@ -93,7 +97,7 @@ class frmImageViewFull : public QWidget
     void toggleCaption();
     void clickPlay();
     void beginStep();
-    void endStep(bool slow);
+    void endStep();
     bool isDropped(bool isRepeat, FullScreenAction action) const;
 
     Sinks m_sinks;
@@ -116,7 +120,6 @@ class frmImageViewFull : public QWidget
 
     app::WaitingInput m_waiting; ///< after a step: the keys that came while it ran
     int m_steps = 0;             ///< that are running
-    bool m_slow = false;         ///< the last one
 };
 
 } // namespace quorvia::output

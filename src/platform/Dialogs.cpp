@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace quorvia::platform {
 
 template class Answerer<MessageBox, BoxAnswer>;
@@ -113,16 +115,26 @@ QLineEdit* fill(QDialog& widget, const TextQuestion& question)
     return line;
 }
 
-/// The window that a box of `owner` has to lie over: the active one when it belongs to `owner`, as a window does
-/// that fills the screen.
+bool belongsTo(const QWidget* window, const QWidget* owner)
+{
+    for (const QWidget* each = window; owner && each; each = each->parentWidget()) {
+        if (each == owner->window())
+            return true;
+    }
+    return false;
+}
+
+/// The window that a box of `owner` has to lie over: the active one of those that belong to it, else one that
+/// fills the screen, else itself.
 QWidget* frontOf(QWidget* owner)
 {
-    QWidget* const active = QApplication::activeWindow();
-    for (const QWidget* each = active; owner && each; each = each->parentWidget()) {
-        if (each == owner->window())
-            return active;
-    }
-    return owner;
+    if (QWidget* const active = QApplication::activeWindow(); belongsTo(active, owner))
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto full = std::find_if(windows.begin(), windows.end(), [owner](const QWidget* window) {
+        return window->isVisible() && window->isFullScreen() && belongsTo(window, owner);
+    });
+    return full == windows.end() ? owner : *full;
 }
 
 } // namespace

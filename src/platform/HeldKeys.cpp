@@ -19,7 +19,23 @@ constexpr ulong fastestFinger = 25; // milliseconds
 
 void HeldKeys::watch()
 {
+    look(true);
+}
+
+void HeldKeys::observe()
+{
+    look(false);
+}
+
+void HeldKeys::look(bool dropsAll)
+{
+    m_dropsAll = dropsAll;
     QCoreApplication::instance()->installEventFilter(this);
+}
+
+void HeldKeys::dropHeld()
+{
+    m_dropped = m_key;
 }
 
 void HeldKeys::rest()
@@ -54,10 +70,13 @@ bool HeldKeys::eventFilter(QObject*, QEvent* event)
         m_isHeld = isRepeat(key);
         m_key = key.key();
         m_time = key.timestamp();
+        if (!m_isHeld)
+            m_dropped = 0;
     }
-    if (m_isHeld && type == QEvent::ShortcutOverride)
+    const bool isDropped = m_isHeld && (m_dropsAll || m_dropped == m_key);
+    if (isDropped && type == QEvent::ShortcutOverride)
         event->accept(); // as a key of whoever has the focus, to whom it will not come either
-    return m_isHeld;
+    return isDropped;
 }
 
 } // namespace quorvia::platform

@@ -1,4 +1,5 @@
-// Keys that are held down while one question comes after the other. Costs a look at each key that is pressed.
+// Keys that are held down while windows come and go: the repeats of one window are a first press to the next.
+// Costs a look at each key that is pressed.
 #pragma once
 
 #include <QObject>
@@ -7,22 +8,30 @@ class QKeyEvent;
 
 namespace quorvia::platform {
 
-/// While it watches, a key that is held down counts once in the whole program, whatever windows come and go
-/// meanwhile: the repeats of one window are a first press to the next.
 class HeldKeys : public QObject
 {
   public:
     using QObject::QObject;
 
+    /// From now on a key that is held down counts once in the whole program, whatever windows come and go.
     void watch();
+    /// From now on keys are only looked at, so that dropHeld() knows which one is down.
+    void observe();
+    /// Nothing is looked at any more.
     void rest();
+    /// A window has come or gone: the key that is down now, if one is, counts no more until it is pressed
+    /// anew. Only while keys are looked at.
+    void dropHeld();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void look(bool dropsAll);
     bool isRepeat(const QKeyEvent& press) const;
 
+    bool m_dropsAll = false;
+    int m_dropped = 0; ///< the key that counts no more
     int m_key = 0;
     ulong m_time = 0;      ///< of its press: milliseconds of the display's clock; 0 when nobody told
     ulong m_released = 0;  ///< when it was let go last, likewise

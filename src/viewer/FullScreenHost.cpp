@@ -3,7 +3,14 @@
 #include "output/frmImageViewFull.h"
 #include "viewer/frmImageView.h"
 
+#include <utility>
+
 namespace quorvia::viewer {
+
+FullScreenHost::FullScreenHost(frmImageView& window) : m_window(window)
+{
+    m_heldKeys.observe();
+}
 
 void FullScreenHost::LoadX()
 {
@@ -49,9 +56,16 @@ output::frmImageViewFull* FullScreenHost::makeView()
                                       .startedHidden = line.mentions(QStringLiteral("/miHide")),
                                       .startedForShow = line.mentions(QStringLiteral("xSlideShow"))},
                                      w);
-    // What is read ahead, and how large, depends on where the picture is shown.
-    QObject::connect(view, &output::frmImageViewFull::composingChanged, w->viewport(), &Viewport::laidOut);
+    QObject::connect(view, &output::frmImageViewFull::composingChanged, w, [this] { noteChange(); });
     return view;
+}
+
+void FullScreenHost::noteChange()
+{
+    if (std::exchange(m_wasVisible, isVisible()) != isVisible())
+        m_heldKeys.dropHeld();
+    // What is read ahead, and how large, depends on where the picture is shown.
+    Q_EMIT m_window.viewport()->laidOut();
 }
 
 /// Behind the window that fills the screen, which keeps the keys.

@@ -2,6 +2,8 @@
 // and kept from then on.
 #pragma once
 
+#include "platform/HeldKeys.h"
+
 #include <QSize>
 
 #include <optional>
@@ -18,7 +20,7 @@ class FullScreenHost
 {
   public:
     /// Works for `window`, which it is a part of; nothing of it is touched yet.
-    explicit FullScreenHost(frmImageView& window) : m_window(window) {}
+    explicit FullScreenHost(frmImageView& window);
 
     /// `miFullScreen`: shows the current image on the whole screen.
     void LoadX();
@@ -33,10 +35,13 @@ class FullScreenHost
 
   private:
     output::frmImageViewFull* makeView();
+    void noteChange();
     void showMain();
 
     frmImageView& m_window;
     output::frmImageViewFull* m_view = nullptr;
+    platform::HeldKeys m_heldKeys; ///< a key that opened or closed the window goes no further
+    bool m_wasVisible = false;
 };
 
 } // namespace quorvia::viewer

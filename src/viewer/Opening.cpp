@@ -85,6 +85,7 @@ void Opening::openMissing(const QString& path)
         m_parts.ix1->SetFileName(QString());
         CheckTiff();
         m_parts.viewport->layout();
+        m_parts.showFull();
     }
     m_parts.updateToolbar();
 }

@@ -149,6 +149,43 @@ class FullScreen(Journey):
         time.sleep(0.5)
         self.assertEqual(self.setting("ImageOpenCount"), after)
 
+    def hold(self, key, seconds, *before_release):
+        self.output("xdotool", "keydown", key)
+        for other in before_release:
+            self.output("xdotool", "keyup", other)
+        time.sleep(seconds)
+        self.output("xdotool", "keyup", key)
+
+    def test_a_held_key_that_closes_goes_no_further(self):
+        _, window = self.enter()
+        self.hold("Delete", 1.6)
+        self.left(window)
+        self.key("Right")
+        self.shows(window, GREEN)
+        self.assertEqual(len(list(self.pictures.iterdir())), 3)  # in the main window it deletes
+
+    def test_a_held_key_that_opens_does_not_close(self):
+        process, window = self.open(self.pictures)
+        self.shows(window, RED)
+        self.output("xdotool", "keydown", "ctrl")
+        self.hold("Return", 1.6, "ctrl")
+        self.filled()
+        time.sleep(0.5)  # a press that comes at once could be another repeat
+        self.key("Return")
+        self.left(window)
+
+    def test_other_windows_in_front(self):
+        _, window = self.enter()
+        full = self.full()[0]
+        self.assertIn(hex(int(window)), self.output("xprop", "-id", full, "WM_TRANSIENT_FOR"))
+        self.output("xdotool", "windowminimize", full)
+        self.focus(window)
+        self.key("Right")
+        self.shows(window, GREEN)  # it is not taken for hidden
+        self.key("ctrl+f")
+        self.filled()
+        self.sees(MIDDLE, GREEN)
+
     # --- mouse and bar
 
     def test_the_mouse(self):

@@ -60,6 +60,39 @@ class TestHeldKeys : public QObject
         QCOMPARE(second.presses, 1);
     }
 
+    void onlyTheDroppedKeyIsHeldBack()
+    {
+        HeldKeys held;
+        held.observe();
+        Counted first;
+        Counted second;
+        press(first, Qt::Key_Right, 500);
+        press(first, Qt::Key_Right, 900, true);
+        QCOMPARE(first.presses, 2); // as long as no window comes or goes
+        press(first, Qt::Key_K, 1000);
+        held.dropHeld();
+        for (ulong time = 1500; time < 3000; time += 40)
+            press(second, Qt::Key_K, time);
+        QCOMPARE(second.presses, 0);
+        letGo(second, Qt::Key_K, 3100);
+        press(second, Qt::Key_K, 3600);
+        press(second, Qt::Key_K, 4000, true);
+        QCOMPARE(second.presses, 2); // pressed anew, it counts, and repeats
+    }
+
+    void anotherKeyEndsIt()
+    {
+        HeldKeys held;
+        held.observe();
+        Counted window;
+        press(window, Qt::Key_K, 1000);
+        held.dropHeld();
+        press(window, Qt::Key_Right, 1100);
+        press(window, Qt::Key_Right, 1500, true);
+        press(window, Qt::Key_Right, 1540, true);
+        QCOMPARE(window.presses, 4);
+    }
+
     void theFirstRepeatMayBeLongInComing()
     {
         HeldKeys held;
