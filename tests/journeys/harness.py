@@ -243,13 +243,17 @@ class Journey(unittest.TestCase):
 
     def screen(self):
         """The screen as a function from x, y to (red, green, blue)."""
-        data = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"],
-                              env=self.environment, check=True, timeout=PATIENCE, stdout=subprocess.PIPE).stdout
+        data = self.screen_bytes()
 
         def pixel(x, y):
             at = (y * SCREEN[0] + x) * 3
             return tuple(data[at:at + 3])
         return pixel
+
+    def screen_bytes(self):
+        """The screen's rows, three bytes a pixel."""
+        return subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "rgb:-"],
+                              env=self.environment, check=True, timeout=PATIENCE, stdout=subprocess.PIPE).stdout
 
     def pixel(self, x, y):
         return self.screen()(x, y)

@@ -1,7 +1,8 @@
 """A print server of a test's own: on a socket in a directory of its own, with queues that keep what they print.
+And a printer of a test's own, which such a queue reaches by IPP.
 
-Nothing of the machine's own printing is read or changed; it needs no network, no other daemon and no root. Run as a
-program it starts one, prints its directory and its process id in a line, and ends it when the standard input closes: so
+Nothing of the machine's own printing is read or changed; they need no network, no daemon of the machine and no root.
+Run as a program it starts a server, prints its directory and its process id in a line, and ends it when the standard input closes: so
 it goes together with the test that started it, however that one ends.
 """
 
@@ -11,6 +12,7 @@ import os
 import pathlib
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -25,6 +27,27 @@ to="{prints}/$1"
 cat -- ${{6:+"$6"}} > "$to.part" || exit 1
 printf '%s\\n' "$PRINTER" "$4" "$3" "$5" > "$to.txt"
 mv "$to.part" "$to.pdf"
+"""
+
+# What the printer runs to print: keeps the document and the attributes of its job, complete once the name is there.
+COMMAND = """#!/bin/sh
+to="{prints}/$IPP_JOB_ID"
+cp -- "$1" "$to.part" || exit 1
+env | grep '^IPP_' > "$to.txt"
+mv "$to.part" "$to.pdf"
+"""
+
+# The printer wants a message bus, even when it is told to announce nothing there.
+BUS = """<busconfig>
+  <type>session</type>
+  <listen>unix:path={home}/bus</listen>
+  <policy context="default">
+    <allow user="*"/>
+    <allow own="*"/>
+    <allow send_destination="*"/>
+    <allow receive_sender="*"/>
+  </policy>
+</busconfig>
 """
 
 # A printer that takes PDF, prints grey unless told otherwise and has two papers.
@@ -47,24 +70,25 @@ DESCRIPTION = """*PPD-Adobe: "4.3"
 *Throughput: "1"
 *TTRasterizer: Type42
 *cupsVersion: 2.4
-*cupsFilter: "application/pdf 0 -"
+*cupsFilter2: "application/pdf application/pdf 0 -"
+*cupsSNMPSupplies: False
 *OpenUI *PageSize: PickOne
 *OrderDependency: 10 AnySetup *PageSize
 *DefaultPageSize: {paper}
-*PageSize A4/A4: "<</PageSize[595 842]>>setpagedevice"
+*PageSize A4/A4: "<</PageSize[{a4}]>>setpagedevice"
 *PageSize Letter/Letter: "<</PageSize[612 792]>>setpagedevice"
 *CloseUI: *PageSize
 *OpenUI *PageRegion: PickOne
 *OrderDependency: 10 AnySetup *PageRegion
 *DefaultPageRegion: {paper}
-*PageRegion A4/A4: "<</PageSize[595 842]>>setpagedevice"
+*PageRegion A4/A4: "<</PageSize[{a4}]>>setpagedevice"
 *PageRegion Letter/Letter: "<</PageSize[612 792]>>setpagedevice"
 *CloseUI: *PageRegion
 *DefaultImageableArea: {paper}
 *ImageableArea A4/A4: "9 9 586 833"
 *ImageableArea Letter/Letter: "9 9 603 783"
 *DefaultPaperDimension: {paper}
-*PaperDimension A4/A4: "595 842"
+*PaperDimension A4/A4: "{a4}"
 *PaperDimension Letter/Letter: "612 792"
 *OpenUI *ColorModel/Color: PickOne
 *OrderDependency: 10 AnySetup *ColorModel
@@ -82,6 +106,9 @@ DESCRIPTION = """*PPD-Adobe: "4.3"
 *DefaultFont: Courier
 *Font Courier: Standard "(1.05)" Standard ROM
 """
+
+# Its usual paper and the points of A4: whole ones, as many a driver has them, or those that an IPP printer takes for A4.
+PAPERS = {"A4": ("A4", "595 842"), "Letter": ("Letter", "595 842"), "ExactA4": ("A4", "595.276 841.89")}
 
 SERVER = """Listen {socket}
 LogLevel debug
@@ -129,6 +156,23 @@ def tool(name):
     return path
 
 
+def end(process):
+    """Ends what was started here, also when it is stopped."""
+    if process and process.poll() is None:
+        process.terminate()
+        process.send_signal(signal.SIGCONT)
+        try:
+            process.wait(timeout=5)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+def printed(folder):
+    """The PDF files in a folder that a printer keeps them in, in the order of their jobs; each is complete."""
+    return sorted(folder.glob("*.pdf"), key=lambda path: int(path.stem))
+
+
 class PrintServer:
     """Runs until close()."""
 
@@ -154,9 +198,12 @@ class PrintServer:
         os.symlink("/usr/share/cups/mime/mime.types", self.home / "share" / "mime" / "mime.types")
         backend = self.home / "bin" / "backend" / "keep"
         backend.write_text(BACKEND.format(prints=self.prints))
-        backend.chmod(0o700)  # so that it is run by the server's own user
-        for paper in ("A4", "Letter"):
-            self.description(paper).write_text(DESCRIPTION.format(paper=paper))
+        # The server's own user is to run it: another one does not reach this directory.
+        backend.chmod(0o700)
+        shutil.copyfile("/usr/lib/cups/backend/ipp", backend.with_name("ipp"))
+        backend.with_name("ipp").chmod(0o700)
+        for name, (paper, a4) in PAPERS.items():
+            self.description(name).write_text(DESCRIPTION.format(paper=paper, a4=a4))
         own = grp.getgrgid(os.getgid()).gr_name
         (self.home / "etc" / "cupsd.conf").write_text(SERVER.format(socket=self.socket))
         (self.home / "etc" / "cups-files.conf").write_text(
@@ -170,23 +217,16 @@ class PrintServer:
             self.process = subprocess.Popen(
                 [program, "-f", "-c", self.home / "etc" / "cupsd.conf", "-s", self.home / "etc" / "cups-files.conf"],
                 stdin=subprocess.DEVNULL, stdout=output, stderr=output, env={"PATH": os.environ["PATH"]})
-        end = time.monotonic() + PATIENCE
+        finish = time.monotonic() + PATIENCE
         while "scheduler is running" not in self.ask("lpstat", "-r"):
-            if self.process.poll() is not None or time.monotonic() > end:
+            if self.process.poll() is not None or time.monotonic() > finish:
                 said = [path.read_text() for path in (self.home / "output", self.home / "error.log") if path.exists()]
                 raise RuntimeError("the print server did not start: " + "".join(said))
             time.sleep(0.03)
 
     def close(self):
         """Ends the server and removes all that it kept."""
-        if self.process and self.process.poll() is None:
-            self.process.terminate()
-            self.process.send_signal(signal.SIGCONT)  # it may be stopped
-            try:
-                self.process.wait(timeout=5)
-            except subprocess.TimeoutExpired:
-                self.process.kill()
-                self.process.wait()
+        end(self.process)
         shutil.rmtree(self.home, ignore_errors=True)
 
     def environment(self):
@@ -202,18 +242,18 @@ class PrintServer:
         return ""
 
     def description(self, paper):
-        """The file that describes a printer with A4 or Letter in it."""
+        """The file that describes a printer with that one of PAPERS in it."""
         return self.home / "etc" / (paper + ".ppd")
 
-    def add_queue(self, name, paper="A4"):
-        """A queue that accepts jobs and prints at once."""
-        said = self.ask("lpadmin", "-p", name, "-v", "keep:/", "-P", self.description(paper), "-E")
+    def add_queue(self, name, paper="A4", device="keep:/"):
+        """A queue that accepts jobs and prints at once: to a file, or to the device of that address."""
+        said = self.ask("lpadmin", "-p", name, "-v", device, "-P", self.description(paper), "-E")
         if name not in self.ask("lpstat", "-e").split():
             raise RuntimeError("no queue: " + said)
 
     def documents(self):
-        """The PDF files that were printed, in that order; each is complete."""
-        return sorted(self.prints.glob("*.pdf"), key=lambda path: int(path.stem))
+        """The PDF files that were printed to files, in that order; each is complete."""
+        return printed(self.prints)
 
     @staticmethod
     def ticket(document):
@@ -228,6 +268,76 @@ class PrintServer:
         subprocess.run(["pdftoppm", "-png", "-singlefile", "-r", str(dots), str(document), str(target)], check=True,
                        timeout=60)
         return target.with_suffix(".png")
+
+
+class IppPrinter:
+    """Takes PDF by IPP on the loopback until close(). It has no paper: it keeps the documents."""
+
+    def __init__(self):
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix="quorvia-printer-"))
+        self.prints = self.home / "prints"
+        self.bus = self.process = None
+        try:
+            self._furnish()
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+
+    def _furnish(self):
+        for name in ("prints", "spool"):
+            (self.home / name).mkdir()
+        (self.home / "bus.conf").write_text(BUS.format(home=self.home))
+        command = self.home / "command"
+        command.write_text(COMMAND.format(prints=self.prints))
+        command.chmod(0o700)
+
+    def _start(self):
+        self.bus = subprocess.Popen(
+            [tool("dbus-daemon"), "--config-file=%s" % (self.home / "bus.conf"), "--nofork", "--print-address"],
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        with self.bus.stdout as answer:
+            bus = answer.readline().strip()
+        with socket.socket() as free:
+            free.bind(("127.0.0.1", 0))
+            self.port = free.getsockname()[1]
+        self.device = "ipp://localhost:%d/ipp/print" % self.port
+        with open(self.home / "output", "wb") as output:
+            self.process = subprocess.Popen(
+                [tool("ippeveprinter"), "-r", "off", "-n", "localhost", "-p", str(self.port), "-f", "application/pdf",
+                 "-s", "10,10", "-d", self.home / "spool", "-c", self.home / "command", "-v", "Loopback"],
+                stdin=subprocess.DEVNULL, stdout=output, stderr=output,
+                env={"PATH": os.environ["PATH"], "HOME": str(self.home), "DBUS_SYSTEM_BUS_ADDRESS": bus})
+        finish = time.monotonic() + PATIENCE
+        while not self.answers():
+            if self.process.poll() is not None or time.monotonic() > finish:
+                raise RuntimeError("the printer did not start: " + (self.home / "output").read_text())
+            time.sleep(0.03)
+
+    def answers(self):
+        """Whether it tells of itself when it is asked."""
+        return subprocess.run([tool("ipptool"), "-q", self.device, "get-printer-attributes.test"], check=False,
+                              timeout=PATIENCE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+    def vanish(self):
+        """Ends it at once; what it got is kept until close()."""
+        end(self.process)
+        end(self.bus)
+
+    def close(self):
+        """Ends it and removes all that it kept."""
+        self.vanish()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    def documents(self):
+        """The PDF files that it got, in that order; each is complete."""
+        return printed(self.prints)
+
+    @staticmethod
+    def ticket(document):
+        """The attributes of its job by their names there: JOB_NAME, COPIES, ..."""
+        lines = document.with_suffix(".txt").read_text().splitlines()
+        return dict(line[len("IPP_"):].split("=", 1) for line in lines)
 
 
 def main():
