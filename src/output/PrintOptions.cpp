@@ -23,6 +23,13 @@ QLabel* captionOf(QWidget* parent, const QString& text, QWidget* buddy = nullptr
     return label;
 }
 
+/// The tabulator comes to the chosen one, also before any of them has had the focus.
+void leadToChosen(const QButtonGroup& group)
+{
+    for (QAbstractButton* const button : group.buttons())
+        button->setFocusPolicy(button->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
 /// Buttons of which one is chosen, named `name` and the number of each, the first one chosen.
 QButtonGroup* addChoices(QWidget* parent, QBoxLayout& box, const char* name, const QStringList& texts)
 {
@@ -35,6 +42,7 @@ QButtonGroup* addChoices(QWidget* parent, QBoxLayout& box, const char* name, con
         group->addButton(choice, line);
         box.addWidget(choice);
     }
+    QObject::connect(group, &QButtonGroup::idToggled, group, [group] { leadToChosen(*group); });
     group->button(0)->setChecked(true);
     return group;
 }

@@ -70,25 +70,24 @@ DESCRIPTION = """*PPD-Adobe: "4.3"
 *Throughput: "1"
 *TTRasterizer: Type42
 *cupsVersion: 2.4
-*cupsFilter2: "application/pdf application/pdf 0 -"
-*cupsSNMPSupplies: False
+*cupsFilter: "application/pdf 0 -"
 *OpenUI *PageSize: PickOne
 *OrderDependency: 10 AnySetup *PageSize
 *DefaultPageSize: {paper}
-*PageSize A4/A4: "<</PageSize[{a4}]>>setpagedevice"
+*PageSize A4/A4: "<</PageSize[595 842]>>setpagedevice"
 *PageSize Letter/Letter: "<</PageSize[612 792]>>setpagedevice"
 *CloseUI: *PageSize
 *OpenUI *PageRegion: PickOne
 *OrderDependency: 10 AnySetup *PageRegion
 *DefaultPageRegion: {paper}
-*PageRegion A4/A4: "<</PageSize[{a4}]>>setpagedevice"
+*PageRegion A4/A4: "<</PageSize[595 842]>>setpagedevice"
 *PageRegion Letter/Letter: "<</PageSize[612 792]>>setpagedevice"
 *CloseUI: *PageRegion
 *DefaultImageableArea: {paper}
 *ImageableArea A4/A4: "9 9 586 833"
 *ImageableArea Letter/Letter: "9 9 603 783"
 *DefaultPaperDimension: {paper}
-*PaperDimension A4/A4: "{a4}"
+*PaperDimension A4/A4: "595 842"
 *PaperDimension Letter/Letter: "612 792"
 *OpenUI *ColorModel/Color: PickOne
 *OrderDependency: 10 AnySetup *ColorModel
@@ -106,9 +105,6 @@ DESCRIPTION = """*PPD-Adobe: "4.3"
 *DefaultFont: Courier
 *Font Courier: Standard "(1.05)" Standard ROM
 """
-
-# Its usual paper and the points of A4: whole ones, as many a driver has them, or those that an IPP printer takes for A4.
-PAPERS = {"A4": ("A4", "595 842"), "Letter": ("Letter", "595 842"), "ExactA4": ("A4", "595.276 841.89")}
 
 SERVER = """Listen {socket}
 LogLevel debug
@@ -196,14 +192,16 @@ class PrintServer:
             if os.path.isdir("/usr/lib/cups/" + name):
                 os.symlink("/usr/lib/cups/" + name, self.home / "bin" / name)
         os.symlink("/usr/share/cups/mime/mime.types", self.home / "share" / "mime" / "mime.types")
+        # PDF goes to a printer as it is.
+        (self.home / "share" / "mime" / "own.convs").write_text("application/pdf application/vnd.cups-pdf 0 -\n")
         backend = self.home / "bin" / "backend" / "keep"
         backend.write_text(BACKEND.format(prints=self.prints))
         # The server's own user is to run it: another one does not reach this directory.
         backend.chmod(0o700)
         shutil.copyfile("/usr/lib/cups/backend/ipp", backend.with_name("ipp"))
         backend.with_name("ipp").chmod(0o700)
-        for name, (paper, a4) in PAPERS.items():
-            self.description(name).write_text(DESCRIPTION.format(paper=paper, a4=a4))
+        for paper in ("A4", "Letter"):
+            self.description(paper).write_text(DESCRIPTION.format(paper=paper))
         own = grp.getgrgid(os.getgid()).gr_name
         (self.home / "etc" / "cupsd.conf").write_text(SERVER.format(socket=self.socket))
         (self.home / "etc" / "cups-files.conf").write_text(
@@ -226,8 +224,12 @@ class PrintServer:
 
     def close(self):
         """Ends the server and removes all that it kept."""
-        end(self.process)
+        self.vanish()
         shutil.rmtree(self.home, ignore_errors=True)
+
+    def vanish(self):
+        """Ends the server at once; what it kept stays until close()."""
+        end(self.process)
 
     def environment(self):
         """What leads a program to this server, and away from the machine's own choices."""
@@ -242,14 +244,25 @@ class PrintServer:
         return ""
 
     def description(self, paper):
-        """The file that describes a printer with that one of PAPERS in it."""
+        """The file that describes a printer with A4 or Letter in it."""
         return self.home / "etc" / (paper + ".ppd")
 
-    def add_queue(self, name, paper="A4", device="keep:/"):
-        """A queue that accepts jobs and prints at once: to a file, or to the device of that address."""
-        said = self.ask("lpadmin", "-p", name, "-v", device, "-P", self.description(paper), "-E")
+    def add_queue(self, name, paper="A4"):
+        """A queue that accepts jobs and prints at once, to files."""
+        said = self.ask("lpadmin", "-p", name, "-v", "keep:/", "-P", self.description(paper), "-E")
         if name not in self.ask("lpstat", "-e").split():
             raise RuntimeError("no queue: " + said)
+
+    def add_ipp_queue(self, name, device):
+        """A queue that accepts jobs and hands them to the printer at that address, which it asks what it can; A4."""
+        said = self.ask("lpadmin", "-p", name, "-v", device, "-m", "everywhere", "-E")
+        description = self.home / "etc" / "ppd" / (name + ".ppd")
+        finish = time.monotonic() + PATIENCE
+        while not description.exists():  # the server asks the printer after it has answered
+            if time.monotonic() > finish:
+                raise RuntimeError("no queue: " + said)
+            time.sleep(0.03)
+        self.ask("lpadmin", "-p", name, "-o", "PageSize=A4")
 
     def documents(self):
         """The PDF files that were printed to files, in that order; each is complete."""

@@ -13,6 +13,7 @@ CONTROLS = ("title", "title align", "file name", "path", "layout", "alignment", 
             "effects", "zoom", "preview", "print", "close", "copies")
 EFFECTS = ("shadow", "light frame", "frame", "circle", "square", "tile", "trail")  # from top to bottom
 
+SIZE = 980, 640  # of the window: a page that lies finds room at 50%
 MARGIN = 13  # pixels between the preview's box and the window's right and upper edge
 DOTS = 144  # to the inch, of a page that is read back: three to a pixel of the preview at 50%
 PAPER_MARGIN = 55  # of those dots
@@ -83,7 +84,7 @@ class PrintJourney(Journey):
 
     def start_viewer(self, picture=None):
         """The program with a picture, and the queue to print it on."""
-        self.server.add_queue(QUEUE, "ExactA4", device=self.printer.device)
+        self.server.add_ipp_queue(QUEUE, self.printer.device)
         self.process, self.viewer = self.open(picture or self.quarters)
 
     def end_viewer(self):
@@ -94,9 +95,16 @@ class PrintJourney(Journey):
 
     def open_print(self):
         """Opens the print window and waits for its page."""
-        self.focus(self.viewer)
-        self.output("xdotool", "mousemove", "2", "2", "key", "ctrl+p")
-        self.dialog = self.window(WINDOW)
+        def comes():
+            # A key that comes while the last window still ends is lost.
+            self.focus(self.viewer)
+            self.output("xdotool", "mousemove", "2", "2", "key", "ctrl+p")
+            try:
+                return wait_until(lambda: self.windows(WINDOW), "the window", 3)
+            except AssertionError:
+                return None
+        self.dialog = wait_until(comes, "the print window")[0]
+        self.resize(self.dialog, *SIZE)
         self.focus(self.dialog)
         self.place = 0
         return self.settled()

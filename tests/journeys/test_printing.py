@@ -1,122 +1,217 @@
-"""One page from the picture to the paper, on a print server of the journey's own."""
+"""From the picture to the paper: what the printer gets is what the window showed."""
 
 import unittest
 
-from harness import BLUE, RED, Journey, wait_until
-from printing import PrintServer
+from harness import BLUE, RED, wait_until
+from printwindow import CONTROLS, DOTS, EFFECTS, PAPER_MARGIN, PrintJourney, difference
 
-WINDOW = "Print Image"
-TWIPS_PER_PIXEL = 15
-ZOOM = 0.5  # of the preview at first
+YELLOW = (255, 255, 0)
+BAR = 17  # pixels that a scroll bar of the preview is thick
+PIXEL_DOTS = DOTS / 96  # of the paper, to a pixel of the preview at 100%
 
 
-class PrintingTest(Journey):
+def is_ink(pixel):
+    return sum(pixel) < 300 and max(pixel) < 128
 
-    def setUp(self):
-        super().setUp()
-        self.server = PrintServer()
-        self.addCleanup(self.server.close)
-        self.environment.update(self.server.environment())
-        self.halves = self.pictures / "halves.png"
-        self.make("convert", "-size", "120x200", "xc:red", "xc:blue", "+append", self.halves)
 
-    def open_print(self):
-        process, window = self.open(self.halves)
-        self.key("ctrl+p")
-        dialog = self.window(WINDOW)
-        self.focus(dialog)
-        return process, dialog
+def is_red(pixel):
+    return all(abs(one - other) < 100 for one, other in zip(pixel, RED))
 
-    def accept(self, dialog):
-        """A click on "Print", in the lower left corner."""
-        self.press(dialog, (37, self.geometry(dialog)[3] - 27))
 
-    def printed(self):
-        return wait_until(self.server.documents, "the printed document")[-1]
+class PrintingTest(PrintJourney):
 
-    @staticmethod
-    def extent(pixel, colour, left, top, width, height):
-        """Left, top, width, height of what has about that colour within an area; None when nothing has."""
-        def has(x, y):
-            return all(abs(one - other) < 100 for one, other in zip(pixel(x, y), colour))
-        places = [(x, y) for y in range(top, top + height) for x in range(left, left + width) if has(x, y)]
-        if not places:
-            return None
-        columns, rows = [x for x, _ in places], [y for _, y in places]
-        return min(columns), min(rows), max(columns) - min(columns) + 1, max(rows) - min(rows) + 1
+    def is_blank(self, paper, top, bottom):
+        """Whether the paper is white between two hundredths of its height."""
+        start, end = (paper.height * place // 100 for place in (top, bottom))
+        return min(paper.part(0, start, paper.width, end - start).data) > 250
 
-    def page_pixel(self, document):
-        """The page at 72 dots to the inch as a function from x, y to (red, green, blue), and its size."""
-        page = str(self.server.page(document))
-        size = tuple(map(int, self.output("identify", "-format", "%w %h", page).split()))
-        plain = self.home / "page.rgb"
-        self.make("convert", page, "-depth", "8", "rgb:" + str(plain))
-        data = plain.read_bytes()
-        return (lambda x, y: tuple(data[(y * size[0] + x) * 3:(y * size[0] + x) * 3 + 3])), size
+    def test_layout_title_and_footer(self):
+        self.start_viewer()
+        shown = self.open_print()
+        plain, ticket = self.assert_printed(shown, "portrait")
+        self.assertEqual((ticket["JOB_NAME"], ticket["DOCUMENT_FORMAT_SUPPLIED"], ticket["PRINT_COLOR_MODE"]),
+                         ("quarters.png", "application/pdf", "color"))
+        self.assertIn(ticket.get("COPIES"), (None, "1"))
+        self.assertIn("x-dimension=21000 y-dimension=29700", ticket["MEDIA_COL"])
+        self.assertTrue(self.is_blank(plain, 0, 30) and self.is_blank(plain, 70, 100))
+        self.assertLess(plain.width, plain.height)
 
-    def assert_near(self, one, other, tolerance, what):
-        self.assertTrue(abs(one - other) <= tolerance, "%s: %s, %s" % (what, one, other))
+        self.open_print()
+        shown = self.change("layout", "Right")
+        self.assertGreater(shown.width, shown.height)
+        paper, _ = self.assert_printed(shown, "landscape")
+        self.assertEqual((paper.width, paper.height), (plain.height, plain.width))
 
-    def test_paper_and_preview_agree(self):
-        self.server.add_queue("Keeper")
-        process, dialog = self.open_print()
-        area = self.geometry(dialog)
-        wait_until(lambda: self.extent(self.screen(), RED, *area), "the picture in the preview")
-        shown = {colour: self.extent(self.screen(), colour, *area) for colour in (RED, BLUE)}
-        self.accept(dialog)
-        wait_until(lambda: not self.windows(WINDOW), "the end of the window")
-        document = self.printed()
-        self.assertEqual(self.server.ticket(document)[:2], ("Keeper", 1))
-        pixel, size = self.page_pixel(document)
-        self.assertEqual(size, (595, 842))
-        paper = {colour: self.extent(pixel, colour, 0, 0, *size) for colour in (RED, BLUE)}
-        for colour in (RED, BLUE):
-            for side in (2, 3):  # both in twips
-                self.assert_near(shown[colour][side] * TWIPS_PER_PIXEL / ZOOM, paper[colour][side] * 20, 60, "a side")
-        for side in (0, 1):  # what lies between them
-            self.assert_near((shown[BLUE][side] - shown[RED][side]) * TWIPS_PER_PIXEL / ZOOM,
-                             (paper[BLUE][side] - paper[RED][side]) * 20, 60, "the distance")
-        self.assert_near(paper[BLUE][0], size[0] / 2, 2, "the middle of the page")
-        self.send(process)
-        self.ended(process)
-        self.assertFalse([line for line in self.log_lines() if "rinted" in line])
+        self.open_print()  # which lies, as it was left
+        before = self.change("layout", "Left")
+        self.write("title", "Four quarters")
+        paper, ticket = self.assert_printed(self.settled(before.data), "a title")
+        self.assertEqual(ticket["JOB_NAME"], "Four quarters")
+        self.assertFalse(self.is_blank(paper, 0, 5))
+        self.assert_differ(before, paper, "the preview without the title passes for the one with it")
 
-    def test_a_title(self):
-        self.server.add_queue("Keeper")
-        process, dialog = self.open_print()
-        self.output("xdotool", "type", "--delay", "4", "Two halves")
-        self.accept(dialog)  # at once: what was typed is on the paper
-        document = self.printed()
-        words = self.output("pdftotext", str(document), "-")
-        self.assertEqual(words.strip(), "")  # the page is one picture
-        pixel, size = self.page_pixel(document)
-        head = [(x, y) for y in range(20, 80) for x in range(size[0]) if sum(pixel(x, y)) < 300]
-        self.assertTrue(head, "no title on the paper")
-        self.assert_near((min(head)[0] + max(head)[0]) / 2, size[0] / 2, 4, "the middle of the title")
-        self.send(process)
-        self.ended(process)
+        before = self.open_print()
+        name = self.change("file name", "space")
+        self.assertTrue(self.windows("Print Image: quarters.png"))
+        name_paper, _ = self.assert_printed(name, "a footer with the name")
+        self.assertFalse(self.is_blank(name_paper, 95, 100))
+        self.assert_differ(before, name_paper, "the preview without the footer passes for the one with it")
+        self.open_print()
+        both = self.change("path", "space")
+        both_paper, _ = self.assert_printed(both, "a footer with directory and name")
+        self.assert_differ(name, both_paper, "the name passes for the whole path")
+        self.open_print()
+        directory = self.change("file name", "space")
+        directory_paper, _ = self.assert_printed(directory, "a footer with the directory")
+        self.assert_differ(both, directory_paper, "the whole path passes for the directory")
+        self.end_viewer()
 
-    def test_a_queue_that_rejects(self):
-        self.server.add_queue("Keeper")
-        process, dialog = self.open_print()
-        self.server.ask("cupsreject", "Keeper")
-        self.accept(dialog)
-        wait_until(lambda: not self.windows(WINDOW), "the end of the window")
-        wait_until(lambda: [line for line in self.log_lines() if line.startswith("Not printed: Keeper: ")], "the log's line")
-        self.assertFalse(self.server.documents())
-        self.send(process)
-        self.ended(process)
+    def test_a_title_at_the_last_moment(self):
+        self.start_viewer()
+        before = self.open_print()
+        self.type("Four quarters")
+        paper = self.paper(self.print())  # at once: what was typed is on the paper
+        left, top, right, bottom = paper.extent(is_ink)
+        self.assertLessEqual(abs((left + right) / 2 - paper.width / 2), 4, "the middle of the title")
+        self.assertLess(bottom, paper.height // 20)
+        self.assert_differ(before, paper, "the title is not seen")
+        self.end_viewer()
 
-    def test_without_a_printer(self):
-        process, window = self.open(self.halves)
-        before = self.top_windows()
-        self.key("ctrl+p")
-        wait_until(lambda: self.top_windows() > before, "the message")
-        self.assertFalse(self.windows(WINDOW))
-        self.key("Escape")
-        wait_until(lambda: self.top_windows() == before, "the end of the message")
-        self.send(process)
-        self.ended(process)
+    def test_three_copies(self):
+        self.start_viewer()
+        shown = self.open_print()
+        self.reach("copies")
+        self.keys("space")
+        self.answer("Printer Copies", 3)
+        self.focus(self.dialog)
+        _, ticket = self.assert_printed(shown, "three copies")
+        self.assertEqual(ticket["COPIES"], "3")
+        self.end_viewer()
+
+    def test_each_effect(self):
+        self.start_viewer()
+        before = plain = self.open_print()
+        self.leave()
+        for name in EFFECTS:
+            with self.subTest(name):
+                self.open_print()
+                shown = self.effect(name)
+                paper, _ = self.assert_printed(shown, name)
+                self.assert_differ(plain, paper, "the page without passes for the one with " + name)
+                self.assert_differ(before, paper, "the page with another effect passes for the one with " + name)
+                before = shown
+        self.end_viewer()
+
+    def test_all_effects(self):
+        self.start_viewer()
+        self.open_print()
+        for name in EFFECTS:
+            if name != "tile":
+                without_tiles = self.effect(name)
+        tiled = self.effect("tile")  # the last one: it covers the others
+        paper, _ = self.assert_printed(tiled, "all effects")
+        self.assert_differ(without_tiles, paper, "the page without tiles passes for the one with them")
+        self.open_print()
+        for name in EFFECTS:
+            if name != "tile":
+                without_tiles = self.effect(name)
+        self.assert_printed(without_tiles, "all effects but the tiles")
+        self.end_viewer()
+
+    def test_alignments(self):
+        self.start_viewer()
+        centred = before = self.open_print()
+        self.leave()
+        for keys, name in ((("Down",), "top centre"), (("Down",), "top left"), (("Up", "Up", "Up"), "natural centre")):
+            self.open_print()
+            if name == "natural centre":  # from the first to the last one
+                self.reach("alignment")
+                self.keys("Up", "Up", "Up")
+                shown = self.settled(before.data)
+                self.assertEqual(difference(shown, centred)[0], 0)  # this picture fits
+            else:
+                shown = self.change("alignment", *keys)
+            paper, _ = self.assert_printed(shown, name)
+            self.assert_differ(before, paper, "the alignment before passes for " + name)
+            before = shown
+        self.end_viewer()
+
+    def test_a_drawn_rectangle(self):
+        self.start_viewer()
+        before = self.open_print()
+        left, top = self.corner
+        self.output("xdotool", "mousemove", str(left + 200), str(top + 300), "mousedown", "1",
+                    "mousemove", str(left + 150), str(top + 200), "mousemove", str(left + 40), str(top + 60))
+        # Its frame is red while the button is down.
+        wait_until(lambda: is_red(self.pixel(left + 120, top + 60)), "the frame")
+        self.output("xdotool", "mouseup", "1", "mousemove", "2", "2")
+        self.place = CONTROLS.index("preview")
+        shown = self.settled(before.data)
+        for near, far, colour in (((42, 62), (118, 178), RED), ((122, 62), (198, 178), BLUE),
+                                  ((122, 182), (198, 298), YELLOW)):
+            for place in (near, far):
+                self.assertEqual(shown.pixel(*place), colour, place)
+        for place in ((37, 100), (203, 100), (100, 57), (100, 303)):
+            self.assertEqual(shown.pixel(*place), (255, 255, 255), place)
+        paper, _ = self.assert_printed(shown, "the drawn rectangle")
+        self.assert_differ(before, paper, "the page without the rectangle passes for the one with it")
+        self.end_viewer()
+    def test_both_bars(self):
+        self.start_viewer()
+        whole = self.open_print()
+        self.reach("zoom")
+        ground = self.box()[2]
+        self.keys("Down", "Down")
+
+        def zoomed():
+            screen, (left, top, width, height), colour = self.box()
+            # The box's corner is a bar's now: the page's part begins left of that bar.
+            return (screen, left, top, width, height) if colour != ground else None
+        screen, right_bar, top, thickness, height = wait_until(zoomed, "the bars")
+        self.assertLessEqual(thickness, BAR)
+        self.output("import", "-silent", "-window", "root", "/tmp/i9Pt/bars.png")
+        document = self.print()
+        paper = self.paper(document)
+        self.assert_agree(whole, paper, "100%")
+        self.end_viewer()
+
+    # --- the font
+
+    def title_height(self, shown):
+        _, top, _, bottom = shown.part(0, 0, shown.width, shown.height // 5).extent(is_ink)
+        return bottom + 1 - top
+
+    def test_the_font(self):
+        self.start_viewer()
+        untitled = self.open_print()
+        self.write("title", "HHH")
+        before = self.settled(untitled.data)
+        self.reach("font")
+        self.keys("space")
+        self.focus(self.window("Font"))
+        self.keys("alt+s", "ctrl+a")
+        self.type("36")
+        self.keys("Escape")
+        wait_until(lambda: not self.windows("Font"), "the end of the dialog")
+        self.focus(self.dialog)
+        self.assertEqual(self.settled().data, before.data)
+
+        self.keys("space")
+        self.focus(self.window("Font"))
+        self.keys("alt+s", "ctrl+a")
+        self.type("36")
+        self.keys("Return")
+        wait_until(lambda: not self.windows("Font"), "the end of the dialog")
+        self.focus(self.dialog)
+        shown = self.settled(before.data)
+        paper, _ = self.assert_printed(shown, "a larger font")
+        self.assert_differ(before, paper, "the smaller title passes for the larger one")
+        small, large = self.title_height(before), self.title_height(shown)
+        self.assertTrue(2.5 <= large / small <= 3.5, (small, large))
+        on_paper = self.title_height(paper) / paper.height
+        self.assertLess(abs(on_paper - large / shown.height), 0.005)
+        self.assertEqual(self.setting("PrintFontSize", "Print Settings"), 36)
+        self.end_viewer()
 
 
 if __name__ == "__main__":
