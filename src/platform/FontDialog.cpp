@@ -9,6 +9,7 @@
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QPointer>
@@ -71,6 +72,8 @@ class FontDialog : public QDialog
         m_color->setAutoDefault(false);
         connect(m_color, &QPushButton::clicked, this, &FontDialog::askColor);
         connect(m_fonts, &QDialog::rejected, this, &QDialog::reject); // Escape within it
+        connect(m_fonts, &QDialog::accepted, this, &QDialog::accept); // Enter in two of its lists
+        m_fonts->installEventFilter(this);
         setColor(question.start.color);
 
         auto* const colorRow = new QHBoxLayout;
@@ -90,6 +93,20 @@ class FontDialog : public QDialog
     }
 
     ColoredFont chosen() const { return {withoutStyleName(m_fonts->currentFont()), m_chosen}; }
+
+  protected:
+    /// Enter elsewhere within it, which it would keep: it has no button of its own.
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched == m_fonts && event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                accept();
+                return true;
+            }
+        }
+        return QDialog::eventFilter(watched, event);
+    }
 
   private:
     static QString tr(const char* text) { return QDialog::tr(text); }

@@ -188,6 +188,38 @@ class TestDialogs : public QObject
         QVERIFY(escape.seen() && within.seen());
     }
 
+    void enterAcceptsAFont_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::newRow("the list of families") << QStringLiteral("QListView");
+        QTest::newRow("the line of the size") << QStringLiteral("QLineEdit");
+    }
+
+    void enterAcceptsAFont()
+    {
+        QFETCH(QString, where);
+        const QFont font(QStringLiteral("DejaVu Sans"), 17);
+        quorvia::test::NextDialog<QDialog> next([&](QDialog& dialog) {
+            QWidget* found = dialog.findChild<QListView*>();
+            if (where == QLatin1String("QLineEdit")) {
+                for (QLineEdit* const line : dialog.findChildren<QLineEdit*>()) {
+                    if (line->text() == QLatin1String("17"))
+                        found = line;
+                }
+            }
+            const QByteArray kind = where.toLatin1();
+            QVERIFY(found->inherits(kind.constData()));
+            QTest::keyClick(found, Qt::Key_Return);
+            const bool ended = !dialog.isVisible();
+            if (!ended)
+                dialog.reject(); // else the test would wait for ever
+            QVERIFY(ended);
+        });
+        const auto chosen = askFont(nullptr, {"Font", {font, Qt::red}});
+        QVERIFY(next.seen() && chosen);
+        QCOMPARE(chosen->font.pointSize(), 17);
+    }
+
     void theColourOfAFont()
     {
         quorvia::test::NextDialog<QDialog> next([](QDialog& dialog) {
