@@ -60,9 +60,9 @@ def read_ppm(path):
     return Picture(*map(int, size.split()), data)
 
 
-def difference(one, other):
+def difference(one, other, cell=CELL):
     """How much the worst cell of two pictures of the same thing differs, and where: x and y in hundredths."""
-    columns, rows = one.width // CELL, one.height // CELL
+    columns, rows = one.width // cell, one.height // cell
     pairs = zip(one.cells(columns, rows).data, other.cells(columns, rows).data)
     worst, at = max((abs(a - b), index // 3) for index, (a, b) in enumerate(pairs))
     return worst, (at % columns * 100 // columns, at // columns * 100 // rows)
@@ -95,19 +95,23 @@ class PrintJourney(Journey):
 
     def open_print(self):
         """Opens the print window and waits for its page."""
-        def comes():
-            # A key that comes while the last window still ends is lost.
-            self.focus(self.viewer)
-            self.output("xdotool", "mousemove", "2", "2", "key", "ctrl+p")
-            try:
-                return wait_until(lambda: self.windows(WINDOW), "the window", 3)
-            except AssertionError:
-                return None
-        self.dialog = wait_until(comes, "the print window")[0]
+        self.dialog = self.summon(WINDOW)
         self.resize(self.dialog, *SIZE)
         self.focus(self.dialog)
         self.place = 0
         return self.settled()
+
+    def summon(self, title):
+        """The id of the window of that title, which Ctrl+P brings."""
+        def comes():
+            # A key that arrives while the last window still ends is lost.
+            self.focus(self.viewer)
+            self.output("xdotool", "mousemove", "2", "2", "key", "ctrl+p")
+            try:
+                return wait_until(lambda: self.windows(title), "the window", 3)
+            except AssertionError:
+                return None
+        return wait_until(comes, "the window " + title)[0]
 
     def keys(self, *names):
         self.output("xdotool", "key", "--delay", "20", *names)
@@ -209,12 +213,12 @@ class PrintJourney(Journey):
             self.assertEqual(set(whole.part(*strip).data), {255}, "the margin %s" % (strip,))
         return whole.part(PAPER_MARGIN, PAPER_MARGIN, *inner)
 
-    def assert_agree(self, shown, paper, what):
-        worst, at = difference(shown, paper)
+    def assert_agree(self, shown, paper, what, cell=CELL):
+        worst, at = difference(shown, paper, cell)
         self.assertLessEqual(worst, TOLERANCE, "%s: preview and paper differ by %d at %s" % (what, worst, at))
 
-    def assert_differ(self, shown, paper, what):
-        worst, _ = difference(shown, paper)
+    def assert_differ(self, shown, paper, what, cell=CELL):
+        worst, _ = difference(shown, paper, cell)
         self.assertGreater(worst, 2 * TOLERANCE, what)
 
     def assert_printed(self, shown, what):

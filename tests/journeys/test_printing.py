@@ -3,10 +3,9 @@
 import unittest
 
 from harness import BLUE, RED, wait_until
-from printwindow import CONTROLS, DOTS, EFFECTS, PAPER_MARGIN, PrintJourney, difference
+from printwindow import CELL, CONTROLS, DOTS, EFFECTS, PrintJourney, difference
 
 YELLOW = (255, 255, 0)
-BAR = 17  # pixels that a scroll bar of the preview is thick
 PIXEL_DOTS = DOTS / 96  # of the paper, to a pixel of the preview at 100%
 
 
@@ -164,15 +163,26 @@ class PrintingTest(PrintJourney):
         self.keys("Down", "Down")
 
         def zoomed():
-            screen, (left, top, width, height), colour = self.box()
-            # The box's corner is a bar's now: the page's part begins left of that bar.
-            return (screen, left, top, width, height) if colour != ground else None
-        screen, right_bar, top, thickness, height = wait_until(zoomed, "the bars")
-        self.assertLessEqual(thickness, BAR)
-        self.output("import", "-silent", "-window", "root", "/tmp/i9Pt/bars.png")
-        document = self.print()
-        paper = self.paper(document)
-        self.assert_agree(whole, paper, "100%")
+            screen, place, colour = self.box()
+            return (screen, place) if colour != ground else None
+        # The upper right corner is a bar's now, as high as the page's part.
+        screen, (bar, top, thickness, height) = wait_until(zoomed, "the bars")
+        row = top + height // 4  # where the page is white
+        right = next(x for x in range(bar - 2, 0, -1) if screen.pixel(x, row) != ground) + 1
+        left = next(x for x in range(right - 1, 0, -1) if screen.pixel(x, row) != (255, 255, 255)) + 1
+        start = next(y for y in range(top + 2, row) if screen.pixel(right - 2, y) != ground)
+        self.assertEqual(start - top, 23)  # the margin of the paper less two steps
+        self.assertTrue(33 <= bar + thickness - right <= 40, "the margin of the paper, to a step")
+        shown = screen.part(left, start, right - left, top + height - start)
+        self.reach("preview")
+        self.keys("Down")
+        wait_until(lambda: self.pixel(right - 2, start - 1) == (255, 255, 255), "the page to move")
+        paper = self.paper(self.print())
+        self.assert_agree(whole, paper, "at 50%")
+        width, depth = round(shown.width * PIXEL_DOTS), round(shown.height * PIXEL_DOTS)
+        self.assert_agree(shown, paper.part(paper.width - width, 0, width, depth), "at 100%", 2 * CELL)
+        self.assert_differ(shown, paper.part(paper.width - width - 16, 0, width, depth), "1% aside passes",
+                           2 * CELL)
         self.end_viewer()
 
     # --- the font
@@ -204,10 +214,16 @@ class PrintingTest(PrintJourney):
         wait_until(lambda: not self.windows("Font"), "the end of the dialog")
         self.focus(self.dialog)
         shown = self.settled(before.data)
+        self.keys("space")
+        self.focus(self.window("Font"))
+        self.keys("alt+f", "Return")  # in the list of fonts, with nothing changed
+        wait_until(lambda: not self.windows("Font"), "the end of the dialog")
+        self.focus(self.dialog)
+        self.assertEqual(self.settled().data, shown.data)
         paper, _ = self.assert_printed(shown, "a larger font")
         self.assert_differ(before, paper, "the smaller title passes for the larger one")
         small, large = self.title_height(before), self.title_height(shown)
-        self.assertTrue(2.5 <= large / small <= 3.5, (small, large))
+        self.assertTrue(5 <= small <= 7 and 16 <= large <= 19, (small, large))  # 8.7 and 26.2 points
         on_paper = self.title_height(paper) / paper.height
         self.assertLess(abs(on_paper - large / shown.height), 0.005)
         self.assertEqual(self.setting("PrintFontSize", "Print Settings"), 36)
