@@ -17,7 +17,7 @@ import unittest
 PROGRAM = os.environ["QUORVIA_PROGRAM"]
 SHOTS = os.environ.get("QUORVIA_SHOTS")  # where the screens of failed journeys go
 SCREEN = (1280, 800)
-PATIENCE = 8.0  # seconds that a condition may take; none of them does on a machine at rest
+PATIENCE = 20.0  # seconds that a condition may take; none of them does on a machine at rest
 
 
 def wait_until(condition, what, patience=PATIENCE):

@@ -1,9 +1,9 @@
 """A print server of a test's own: on a socket in a directory of its own, with queues that keep what they print.
 And a printer of a test's own, which such a queue reaches by IPP.
 
-Nothing of the machine's own printing is read or changed; they need no network, no daemon of the machine and no root. Run
-as a program it starts a server, prints its directory and its process id in a line, and ends it when the standard input
-closes: so it goes together with the test that started it, however that one ends.
+Nothing of the machine's own printing is read or changed; they need no network, no daemon of the machine and no root.
+Run as a program it starts a server, prints its directory and its process id in a line, and ends it when the standard
+input closes: so it goes together with the test that started it, however that one ends.
 """
 
 import contextlib

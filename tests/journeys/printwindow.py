@@ -9,8 +9,8 @@ WINDOW = "Print Image"
 QUEUE = "Loopback"
 
 # The way of the tabulator. A group of options is one place, at the chosen one.
-CONTROLS = ("title", "title align", "file name", "path", "layout", "alignment", "left", "top", "width", "height", "font",
-            "effects", "zoom", "preview", "print", "close", "copies")
+CONTROLS = ("title", "title align", "file name", "path", "layout", "alignment", "left", "top", "width", "height",
+            "font", "effects", "zoom", "preview", "print", "close", "copies")
 EFFECTS = ("shadow", "light frame", "frame", "circle", "square", "tile", "trail")  # from top to bottom
 
 SIZE = 980, 640  # of the window: a page that lies finds room at 50%

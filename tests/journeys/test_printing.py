@@ -155,6 +155,7 @@ class PrintingTest(PrintJourney):
         paper, _ = self.assert_printed(shown, "the drawn rectangle")
         self.assert_differ(before, paper, "the page without the rectangle passes for the one with it")
         self.end_viewer()
+
     def test_both_bars(self):
         self.start_viewer()
         whole = self.open_print()
