@@ -96,6 +96,13 @@ void PagePreview::mouseReleaseEvent(QMouseEvent* event)
     Q_EMIT drawn(m_drawn);
 }
 
+bool PagePreview::giveUpDrawing()
+{
+    const bool isDrawing = !m_sDraw->isHidden();
+    m_sDraw->hide();
+    return isDrawing;
+}
+
 void PagePreview::hideEvent(QHideEvent* event)
 {
     m_sDraw->hide();

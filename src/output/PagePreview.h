@@ -18,6 +18,9 @@ class PagePreview : public QWidget
     /// Shows what `page`, which must live as long, holds when it is painted.
     PagePreview(const PageSurface& page, QWidget* parent);
 
+    /// Forgets the rectangle that is being drawn. False when none is.
+    bool giveUpDrawing();
+
   Q_SIGNALS:
     /// The mouse was let go: the rectangle it drew, in twips of the preview; 1 by 1 when it has not moved.
     void drawn(const QRectF& twips);

@@ -184,7 +184,8 @@ void PageSurface::drawPictures(QPainter& painter)
         drawTiles(painter);
         return;
     }
-    const QSize size(qRound(toDevice(m_layout.image.width())), qRound(toDevice(m_layout.image.height())));
+    const auto shown = [this](double twips) { return std::max(qRound(toDevice(twips)), 1); }; // however flat
+    const QSize size(shown(m_layout.image.width()), shown(m_layout.image.height()));
     std::vector<QPoint> corners;
     for (const QPointF& corner : m_layout.pictures)
         corners.emplace_back(qRound(toDevice(corner.x())), qRound(toDevice(corner.y())));

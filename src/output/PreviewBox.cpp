@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QWheelEvent>
 
 #include <cstdlib>
@@ -115,7 +116,8 @@ void PreviewBox::paintEvent(QPaintEvent*)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-/// The bars have the keys, the frame has the focus.
+/// The bars have the keys, the frame has the focus. What a bar does not take comes back here, on its way to
+/// the window.
 void PreviewBox::keyPressEvent(QKeyEvent* event)
 {
     const bool isAcross = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
@@ -123,9 +125,14 @@ void PreviewBox::keyPressEvent(QKeyEvent* event)
     ScrollBar* bar = isAcross ? m_sWidth : m_sHeight;
     if (!isAcross && !isDown && bar->isHidden())
         bar = m_sWidth; // page keys
-    if (bar->isHidden())
+    if (m_isPassing || bar->isHidden())
         return QWidget::keyPressEvent(event);
+    const QPointer<PreviewBox> alive(this); // the window may close
+    m_isPassing = true;
     QCoreApplication::sendEvent(bar, event);
+    event->accept(); // it has been everywhere
+    if (alive)
+        m_isPassing = false;
 }
 
 /// With Ctrl the bars want none of it.

@@ -41,7 +41,8 @@ class PreviewBox : public QWidget
     controls::ScrollBar* m_sWidth;
     controls::ScrollBar* m_sHeight;
     QWidget* m_pHold;
-    QPoint m_centred; ///< pixels; of an axis without a bar
+    QPoint m_centred;         ///< pixels; of an axis without a bar
+    bool m_isPassing = false; ///< a key is with a bar
 };
 
 } // namespace quorvia::output

@@ -23,9 +23,9 @@ QFont readFont(QFont font)
     const QString name = app::read(setting::PrintFontName, font.family());
     if (name != font.family())
         font.setFamilies({name});
-    const int points = app::read(setting::PrintFontSize, font.pointSize());
+    const double points = app::read(setting::PrintFontSize, QString()).toDouble();
     if (points >= 1 && points <= mostPoints)
-        font.setPointSize(points);
+        font.setPointSizeF(points);
     font.setBold(app::read(setting::PrintFontBold, font.bold()) != 0);
     font.setItalic(app::read(setting::PrintFontItalic, font.italic()) != 0);
     font.setStrikeOut(app::read(setting::PrintFontStrike, font.strikeOut()) != 0);
@@ -62,7 +62,7 @@ void savePrintSettings(const PrintSettings& settings)
 {
     const QFont& font = settings.font;
     app::save(setting::PrintFontName, font.family());
-    app::save(setting::PrintFontSize, font.pointSize());
+    app::save(setting::PrintFontSize, QString::number(font.pointSizeF()));
     app::save(setting::PrintFontBold, font.bold());
     app::save(setting::PrintFontItalic, font.italic());
     app::save(setting::PrintFontStrike, font.strikeOut());

@@ -10,9 +10,10 @@
 #include "output/PrintOptions.h"
 #include "platform/Dialogs.h"
 #include "platform/OneLine.h"
+#include "platform/WaitCursor.h"
 
-#include <QApplication>
 #include <QPointer>
+#include <QScreen>
 
 #include <utility>
 
@@ -20,17 +21,9 @@ namespace quorvia::output {
 
 namespace {
 
-constexpr QSize usual(900, 640); // pixels
-constexpr int titleDelay = 500;  // milliseconds
-
-/// The pointer waits while this lives.
-class WaitCursor
-{
-  public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    Q_DISABLE_COPY_MOVE(WaitCursor)
-};
+constexpr QSize usual(900, 640);  // pixels, as the next
+constexpr QSize aroundIt(16, 48); // for frame and title
+constexpr int titleDelay = 500;   // milliseconds
 
 } // namespace
 
@@ -56,7 +49,7 @@ frmImagePrint::frmImagePrint(std::shared_ptr<platform::Printer> printer, Printed
         app::toPixels(QRect(QPoint(), smallestPrintWindow(app::inTwips(m_fPrintOptions->sizeHint()),
                                                           app::toTwips(row.height()))))
             .size());
-    resize(usual);
+    resize(usual.boundedTo(screen()->availableSize() - aroundIt));
     m_loading = false;
 }
 
@@ -264,7 +257,7 @@ void frmImagePrint::print()
 /// Why it was not printed; empty when it was.
 QString frmImagePrint::printPage()
 {
-    const WaitCursor waiting;
+    const platform::WaitCursor waiting;
     UpdatePage(); // a title that was typed just now
     m_pPrinter.dropScaled();
     if (m_pPrinter.page().isNull())
@@ -281,7 +274,7 @@ QString frmImagePrint::printPage()
 
 void frmImagePrint::reject()
 {
-    if (!m_printed)
+    if (!m_printed && !m_pBox->preview().giveUpDrawing())
         QDialog::reject();
 }
 

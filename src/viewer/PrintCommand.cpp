@@ -5,15 +5,26 @@
 #include "output/frmImagePrint.h"
 #include "platform/Dialogs.h"
 #include "platform/Printer.h"
+#include "platform/WaitCursor.h"
 #include "viewer/frmImageView.h"
 
 #include <QPointer>
 
 namespace quorvia::viewer {
 
+namespace {
+
+std::shared_ptr<platform::Printer> askForPrinter()
+{
+    const platform::WaitCursor waiting; // some seconds for a server that does not answer
+    return platform::systemPrinter();
+}
+
+} // namespace
+
 void miPrint(frmImageView& window)
 {
-    std::shared_ptr<platform::Printer> printer = platform::systemPrinter();
+    std::shared_ptr<platform::Printer> printer = askForPrinter();
     if (!platform::isUsablePrinter(*printer)) {
         const QString title = app::productTitle();
         platform::showMessage(&window,

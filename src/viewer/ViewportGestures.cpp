@@ -5,7 +5,9 @@
 #include "engine/ImageEngine.h"
 #include "viewer/Viewport.h"
 
+#include <QGuiApplication>
 #include <QMouseEvent>
+#include <QStyleHints>
 #include <QWheelEvent>
 #include <QWidget>
 
@@ -82,6 +84,8 @@ bool ViewportGestures::eventFilter(QObject* watched, QEvent* event)
 void ViewportGestures::press(const QMouseEvent& event)
 {
     m_panned = false;
+    if (event.button() == Qt::LeftButton)
+        m_leftPress = event.timestamp();
     engine::ImageEngine* const ix1 = m_viewport->ix1();
     ix1->ClearRubberBand(); // of a rectangle that was dropped
     if (m_viewport->FitToWindow() || event.button() != Qt::LeftButton)
@@ -95,10 +99,14 @@ void ViewportGestures::press(const QMouseEvent& event)
     }
 }
 
-/// Two presses of another button soon after each other are two presses.
+/// Two presses of another button soon after each other are two presses. So are two of which the first was for
+/// a window that it closed.
 void ViewportGestures::clickTwice(const QMouseEvent& event)
 {
-    if (event.button() == Qt::LeftButton)
+    const int longest = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    const bool both = m_leftPress && event.timestamp() - *m_leftPress <= quint64(longest);
+    m_leftPress.reset();
+    if (event.button() == Qt::LeftButton && both)
         m_sinks.runTool(QStringLiteral("miFullScreen"));
     else
         press(event);

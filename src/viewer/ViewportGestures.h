@@ -51,9 +51,10 @@ class ViewportGestures : public QObject
 
     Viewport* m_viewport;
     Sinks m_sinks;
-    QPointF m_panStart;      ///< pointer position at the last pan step, in the panel
-    QPointF m_scrollLeft;    ///< of a device pixel of scrolling
-    QPoint m_selectionStart; ///< image pixel
+    QPointF m_panStart;                 ///< pointer position at the last pan step, in the panel
+    QPointF m_scrollLeft;               ///< of a device pixel of scrolling
+    QPoint m_selectionStart;            ///< image pixel
+    std::optional<quint64> m_leftPress; ///< the last one, milliseconds of the display's clock
     bool m_inMouseStep = false;
     bool m_panned = false;
     int m_wheelLeft = 0; ///< of a step of the wheel, eighths of a degree

@@ -96,7 +96,7 @@ constexpr Expected expectedRows[] = {
     {"Settings", "PlaylistEditorHeight", 'n', nullptr},
     {"Settings", "PlaylistEditorWindowState", 'n', "0"},
     {"Print Settings", "PrintFontName", 't', nullptr},
-    {"Print Settings", "PrintFontSize", 'n', nullptr},
+    {"Print Settings", "PrintFontSize", 't', nullptr},
     {"Print Settings", "PrintFontBold", 'n', nullptr},
     {"Print Settings", "PrintFontItalic", 'n', nullptr},
     {"Print Settings", "PrintFontStrike", 'n', nullptr},

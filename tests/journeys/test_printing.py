@@ -227,7 +227,7 @@ class PrintingTest(PrintJourney):
         self.assertTrue(5 <= small <= 7 and 16 <= large <= 19, (small, large))  # 8.7 and 26.2 points
         on_paper = self.title_height(paper) / paper.height
         self.assertLess(abs(on_paper - large / shown.height), 0.005)
-        self.assertEqual(self.setting("PrintFontSize", "Print Settings"), 36)
+        self.assertEqual(self.setting("PrintFontSize", "Print Settings"), "36")
         self.end_viewer()
 
 

@@ -19,9 +19,11 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTest>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
@@ -367,7 +369,11 @@ class TestFrmImagePrint : public QObject
     {
         QFETCH(std::function<void(const Bench&)>, close);
         app::save(setting::PrintFontName, QStringLiteral("DejaVu Serif"));
-        app::save(setting::PrintFontSize, 20);
+        app::save(setting::PrintFontSize, QStringLiteral("20"));
+        for (const app::OpenNumberKey& style : {setting::PrintFontBold, setting::PrintFontItalic,
+                                                setting::PrintFontStrike, setting::PrintFontUnderline})
+            app::save(style, 1);
+        app::save(setting::PrintFontColor, 0x0000ff);
         app::save(setting::PrintLayout, 1);
         app::save(setting::PrintArea, 5);
         app::save(setting::PrintTitleA, 2);
@@ -395,7 +401,11 @@ class TestFrmImagePrint : public QObject
         QCOMPARE(shown, (QStringList{"Right", "25%", "all"}));
         QVERIFY(!bench.window->isVisible());
         QCOMPARE(app::read(setting::PrintFontName, QString()), QStringLiteral("DejaVu Serif"));
-        QCOMPARE(app::read(setting::PrintFontSize, 0), 20);
+        QCOMPARE(app::read(setting::PrintFontSize, QString()), QStringLiteral("20"));
+        for (const app::OpenNumberKey& style : {setting::PrintFontBold, setting::PrintFontItalic,
+                                                setting::PrintFontStrike, setting::PrintFontUnderline})
+            QCOMPARE(app::read(style, 0), 1);
+        QCOMPARE(app::read(setting::PrintFontColor, 0), 0x0000ff);
         QCOMPARE(app::read(setting::PrintLayout), 0);
         QCOMPARE(app::read(setting::PrintArea), 2);
         QCOMPARE(app::read(setting::PrintTitleA), 0);
@@ -622,6 +632,67 @@ class TestFrmImagePrint : public QObject
         QVERIFY(moved < 0);
     }
 
+    void otherKeysGoOnToTheWindow_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<Qt::KeyboardModifiers>("held");
+        QTest::addColumn<bool>("closes");
+        QTest::newRow("escape") << int(Qt::Key_Escape) << Qt::KeyboardModifiers() << true;
+        QTest::newRow("letter") << int(Qt::Key_A) << Qt::KeyboardModifiers() << false;
+        QTest::newRow("function key") << int(Qt::Key_F1) << Qt::KeyboardModifiers() << false;
+        QTest::newRow("modifier") << int(Qt::Key_Control) << Qt::KeyboardModifiers() << false;
+        QTest::newRow("Ctrl+P") << int(Qt::Key_P) << Qt::KeyboardModifiers(Qt::ControlModifier) << false;
+        QTest::newRow("Enter") << int(Qt::Key_Return) << Qt::KeyboardModifiers() << false;
+        QTest::newRow("Space") << int(Qt::Key_Space) << Qt::KeyboardModifiers() << false;
+        QTest::newRow("an arrow with Ctrl")
+            << int(Qt::Key_Down) << Qt::KeyboardModifiers(Qt::ControlModifier) << false;
+    }
+
+    /// The bars show, the frame has the focus, and neither wants the key.
+    void otherKeysGoOnToTheWindow()
+    {
+        QFETCH(int, key);
+        QFETCH(Qt::KeyboardModifiers, held);
+        QFETCH(bool, closes);
+        const Bench bench;
+        bool isOpen = true;
+        QVERIFY(bench.show([&] {
+            bench.part<QComboBox>("cboZoom").setCurrentIndex(6);
+            bench.part("pBox").setFocus();
+            QTest::keyClick(&bench.part("pBox"), Qt::Key(key), held);
+            isOpen = bench.window->isVisible();
+        }));
+        QCOMPARE(isOpen, !closes);
+        QVERIFY(bench.printer->jobs.empty());
+    }
+
+    void escapeGivesUpARectangle()
+    {
+        const Bench bench;
+        bool open = false;
+        QVERIFY(bench.show([&] {
+            QWidget& preview = bench.part("pPreview");
+            QTest::mousePress(&preview, Qt::LeftButton, {}, QPoint(50, 50));
+            QTest::mouseMove(&preview, QPoint(150, 150));
+            QTest::keyClick(bench.window, Qt::Key_Escape);
+            open = bench.window->isVisible();
+            QTest::mouseRelease(&preview, Qt::LeftButton, {}, QPoint(150, 150));
+        }));
+        QVERIFY(open);
+        QCOMPARE(bench.boxes(), QStringLiteral("0 0 400 300"));
+        QVERIFY(bench.area(0).isChecked());
+    }
+
+    void fitsOnTheScreen()
+    {
+        const Bench bench;
+        QVERIFY(bench.show([&] {}));
+        const QSize room = bench.window->screen()->availableSize();
+        const QSize least = bench.window->minimumSize();
+        QVERIFY(bench.window->width() < std::max(room.width(), least.width() + 1));
+        QVERIFY(bench.window->height() < std::max(room.height(), least.height() + 1));
+    }
+
     // --- dialogs
 
     void copies_data()
@@ -687,7 +758,7 @@ class TestFrmImagePrint : public QObject
         QCOMPARE(asked.start.font.pointSize(), 12);
         QCOMPARE(compositions, quint64(accepts ? 1 : 0));
         QCOMPARE(app::read(setting::PrintFontName, QString()), accepts ? "DejaVu Serif" : "Verdana");
-        QCOMPARE(app::read(setting::PrintFontSize, 0), accepts ? 30 : 12);
+        QCOMPARE(app::read(setting::PrintFontSize, QString()), QString::number(accepts ? 30 : 12));
         QCOMPARE(app::read(setting::PrintFontBold, 9), int(accepts));
         QCOMPARE(app::read(setting::PrintFontItalic, 9), int(accepts));
         QCOMPARE(app::read(setting::PrintFontUnderline, 9), int(accepts));

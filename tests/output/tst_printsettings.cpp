@@ -68,6 +68,15 @@ class TestPrintSettings : public QObject
         QCOMPARE(readPrintSettings().font, designedPrintSettings().font);
     }
 
+    void sizesKeepTheirFraction()
+    {
+        const test::SettingsHome home;
+        app::save(setting::PrintFontSize, QStringLiteral("8.25"));
+        savePrintSettings(readPrintSettings());
+        QCOMPARE(readPrintSettings().font.pointSizeF(), 8.25);
+        QCOMPARE(app::read(setting::PrintFontSize, QString()), QStringLiteral("8.25"));
+    }
+
     void nonsense_data()
     {
         QTest::addColumn<int>("value");
@@ -82,7 +91,7 @@ class TestPrintSettings : public QObject
         app::save(setting::PrintArea, value);
         app::save(setting::PrintTitleA, value);
         app::save(setting::PrintZoom, value);
-        app::save(setting::PrintFontSize, value);
+        app::save(setting::PrintFontSize, QString::number(value));
         const PrintSettings settings = readPrintSettings();
         QCOMPARE(settings.layout, 0);
         QCOMPARE(settings.area, 0);

@@ -202,8 +202,21 @@ class TestViewportGestures : public QObject
     {
         for (const bool fit : {true, false}) {
             ViewStage stage(QSize(2000, 1500), fit);
-            QTest::mouseDClick(&stage.ix1, Qt::LeftButton, {}, QPoint(50, 50));
+            const auto send = [&stage](QEvent::Type type, quint64 milliseconds) {
+                QMouseEvent event(type, QPointF(50, 50), QPointF(50, 50), Qt::LeftButton, Qt::LeftButton, {});
+                event.setTimestamp(milliseconds);
+                QCoreApplication::sendEvent(&stage.ix1, &event);
+            };
+            send(QEvent::MouseButtonPress, 1000);
+            send(QEvent::MouseButtonRelease, 1050);
+            send(QEvent::MouseButtonDblClick, 1100);
             QCOMPARE(stage.tools, QStringList{QStringLiteral("miFullScreen")});
+            // The second click of two, the first of which closed a window in front.
+            send(QEvent::MouseButtonDblClick, 1200);
+            send(QEvent::MouseButtonPress, 2000);
+            send(QEvent::MouseButtonRelease, 2050);
+            send(QEvent::MouseButtonDblClick, 9000);
+            QCOMPARE(stage.tools.size(), 1);
         }
     }
 
