@@ -186,6 +186,21 @@ class FullScreen(Journey):
         self.filled()
         self.sees(MIDDLE, GREEN)
 
+    def test_ended_from_outside(self):
+        process, _ = self.enter()
+        self.send(process)
+        self.ended(process)
+
+    def test_a_broken_file_leaves_the_picture_before_it(self):
+        (self.pictures / "2.bmp").write_bytes(b"BM and no more")
+        self.enter()
+        opened = self.setting("ImageOpenCount")
+        self.key("Right")
+        wait_until(lambda: self.setting("ImageOpenCount") > opened, "the try")
+        self.sees(MIDDLE, RED)
+        self.key("Right")
+        self.sees(MIDDLE, BLUE)
+
     # --- mouse and bar
 
     def test_the_mouse(self):
@@ -270,6 +285,15 @@ class FullScreen(Journey):
         self.filled()
         self.output("xdotool", "click", "2")
         self.ended(process)
+
+    def test_without_pictures(self):
+        (self.home / "nothing").mkdir()
+        for command in ("/miFullScreen", "/xSlideShow"):
+            process = self.start(self.home / "nothing", command)
+            self.filled()
+            self.sees(MIDDLE, BLACK)
+            self.key("Escape")
+            self.ended(process)
 
     def test_at_start_by_the_preference(self):
         self.start(self.pictures)
