@@ -42,33 +42,23 @@ void setWidth(Size& size, double width)
     size.width = whole(width);
 }
 
-/// A high picture. The first ratio is the wrong way up, and so changes its shape.
-void shrinkPortrait(Size& size, const Room& room)
+/// The ratio is that of the sides as they are now, the shorter one over the longer one at first, for both
+/// steps: the right way up for one of them, and the wrong way up for the other, which so changes the
+/// picture's shape.
+void shrinkOblong(Size& size, const Room& room)
 {
+    const bool isHigh = size.height > size.width;
+    const auto ratio = [&size, isHigh] {
+        return isHigh ? size.width / size.height : size.height / size.width;
+    };
     if (size.width > room.width) {
-        const double ratio = size.width / size.height;
-        size.height = (room.width - sideMargin) * ratio;
+        size.height = (room.width - sideMargin) * ratio();
         setWidth(size, room.width - sideMargin);
     }
     if (size.height > room.free()) {
-        const double ratio = size.width / size.height;
+        const double now = ratio();
         size.height = room.free();
-        setWidth(size, ratio * room.free());
-    }
-}
-
-/// A wide picture. The second ratio is the wrong way up, and so changes its shape.
-void shrinkLandscape(Size& size, const Room& room)
-{
-    if (size.width > room.width) {
-        const double ratio = size.height / size.width;
-        size.height = (room.width - sideMargin) * ratio;
-        setWidth(size, room.width - sideMargin);
-    }
-    if (size.height > room.free()) {
-        const double ratio = size.height / size.width;
-        size.height = room.free();
-        setWidth(size, ratio * room.free());
+        setWidth(size, now * room.free());
     }
 }
 
@@ -88,12 +78,10 @@ void shrink(Size& size, const Room& room)
 {
     if (size.width <= room.width && size.height <= room.height)
         return;
-    if (size.height > size.width)
-        shrinkPortrait(size, room);
-    else if (size.width > size.height)
-        shrinkLandscape(size, room);
-    else
+    if (size.height == size.width)
         shrinkSquare(size, room);
+    else
+        shrinkOblong(size, room);
 }
 
 bool resizes(AreaMode area)
