@@ -1,24 +1,12 @@
 #include "output/FlatButton.h"
 
+#include "platform/Contrast.h"
+
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
 
 namespace quorvia::output {
-
-namespace {
-
-/// A share of the text's colour, in hundredths, over the ground's.
-QColor tinted(const QPalette& palette, int share)
-{
-    const QColor ground = palette.color(QPalette::Window);
-    const QColor text = palette.color(QPalette::WindowText);
-    const auto mix = [share](int from, int to) { return from + (to - from) * share / 100; };
-    return {mix(ground.red(), text.red()), mix(ground.green(), text.green()),
-            mix(ground.blue(), text.blue())};
-}
-
-} // namespace
 
 FlatButton::FlatButton(const char* name, const QString& text, QWidget* parent) : QPushButton(text, parent)
 {
@@ -53,12 +41,12 @@ void FlatButton::keyPressEvent(QKeyEvent* event)
 
 void FlatButton::paintEvent(QPaintEvent*)
 {
-    constexpr int usual = 9;
-    constexpr int hovered = 16;
-    constexpr int pressed = 24;
+    constexpr double usual = 0.09;
+    constexpr double hovered = 0.16;
+    constexpr double pressed = 0.24;
     constexpr int focusInset = 2;
     QPainter painter(this);
-    painter.fillRect(rect(), tinted(palette(), isDown() ? pressed : underMouse() ? hovered : usual));
+    painter.fillRect(rect(), platform::tint(palette(), isDown() ? pressed : underMouse() ? hovered : usual));
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
     if (!hasFocus())
