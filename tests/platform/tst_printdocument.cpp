@@ -1,11 +1,18 @@
-// The page that goes to a printer, read back by other programs, and what a printer is asked.
-#include "platform/CupsPrinter.h"
+// The page that goes to a printer, read back by other programs.
+#include "../support/ChildCheck.h"
+#include "../support/FullDisk.h"
 #include "platform/PrintDocument.h"
 
 #include <QBuffer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 using namespace quorvia::platform;
 
@@ -30,22 +37,54 @@ QByteArray output(const QString& program, const QStringList& arguments)
                                                                 : QByteArray();
 }
 
-class Usable : public Printer
+/// The document of `picture` on A4; empty when it could not be written.
+QByteArray written(const QImage& picture, const QString& title = QStringLiteral("T"))
+{
+    QBuffer buffer;
+    const bool isWritten = buffer.open(QIODevice::WriteOnly) &&
+                           writePdfPage(buffer, {11906, 16838}, picture, {550, 550, 10806, 15738}, title);
+    return isWritten ? buffer.data() : QByteArray();
+}
+
+/// The same as a file in `folder`.
+QString saved(const QTemporaryDir& folder, const QByteArray& document)
+{
+    QFile file(folder.filePath("page.pdf"));
+    const bool isSaved = file.open(QIODevice::WriteOnly) && file.write(document) == document.size();
+    return isSaved ? file.fileName() : QString();
+}
+
+/// The pixels of a document's picture, by another program.
+QImage held(const QTemporaryDir& folder, const QByteArray& document)
+{
+    output("pdfimages", {"-png", saved(folder, document), folder.filePath("held")});
+    return QImage(folder.filePath("held-000.png")).convertToFormat(QImage::Format_RGB32);
+}
+
+/// The bytes of a line of /proc/self/status; -1 when it has none. Takes no memory to speak of.
+qint64 memory(const char* name)
+{
+    qint64 kibibytes = -1;
+    if (FILE* const status = std::fopen("/proc/self/status", "r")) {
+        std::array<char, 256> line = {};
+        while (std::fgets(line.data(), int(line.size()), status)) {
+            if (std::strncmp(line.data(), name, std::strlen(name)) == 0)
+                kibibytes = std::strtoll(line.data() + std::strlen(name), nullptr, 10);
+        }
+        std::fclose(status);
+    }
+    return kibibytes < 0 ? -1 : kibibytes * 1024;
+}
+
+/// Takes what is written, and keeps nothing.
+class Nowhere : public QIODevice
 {
   public:
-    Usable(QSize page, const QString& name) : m_page(page), m_name(name) {}
-    QString deviceName() const override { return m_name; }
-    QSize pageSize() const override { return m_page; }
-    int resolution() const override { return 300; }
-    PageOrientation orientation() const override { return PageOrientation::Portrait; }
-    void setOrientation(PageOrientation) override {}
-    int copies() const override { return 1; }
-    void setCopies(int) override {}
-    bool printPage(const QImage&, const QRect&, const QString&, QString*) override { return false; }
+    Nowhere() { open(WriteOnly | Unbuffered); }
 
-  private:
-    QSize m_page;
-    QString m_name;
+  protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char*, qint64 count) override { return count; }
 };
 
 } // namespace
@@ -55,53 +94,6 @@ class TestPrintDocument : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void usable_data()
-    {
-        QTest::addColumn<QSize>("page");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("usable");
-        QTest::newRow("nothing") << QSize() << "" << false;
-        QTest::newRow("both 100") << QSize(100, 100) << "Name" << false;
-        QTest::newRow("the first above") << QSize(101, 0) << "" << true;
-        QTest::newRow("the second above") << QSize(0, 101) << "" << false;
-        QTest::newRow("the second above, with a name") << QSize(0, 101) << "Name" << true;
-        QTest::newRow("the second 100, with a name") << QSize(0, 100) << "Name" << false;
-        QTest::newRow("A4") << QSize(11906, 16838) << "Name" << true;
-    }
-    void usable()
-    {
-        QFETCH(QSize, page);
-        QFETCH(QString, name);
-        QTEST(isUsablePrinter(page.width(), page.height(), name), "usable");
-        QTEST(isUsablePrinter(Usable(page, name)), "usable");
-    }
-
-    void resolutions_data()
-    {
-        QTest::addColumn<QList<int>>("supported");
-        QTest::addColumn<int>("chosen");
-        QTest::newRow("none told") << QList<int>{} << 300;
-        QTest::newRow("300 among them") << QList<int>{600, 300, 150} << 300;
-        QTest::newRow("below") << QList<int>{100, 200, 600} << 200;
-        QTest::newRow("all above") << QList<int>{600, 1200} << 300;
-        QTest::newRow("one below") << QList<int>{203} << 203;
-        QTest::newRow("nonsense") << QList<int>{0, -5} << 300;
-    }
-    void resolutions()
-    {
-        QFETCH(QList<int>, supported);
-        QTEST(pageResolution(supported), "chosen");
-    }
-
-    void papers()
-    {
-        QCOMPARE(paperTwips({21000, 29700}), QSize(11906, 16838));
-        QCOMPARE(paperTwips({21590, 27940}), QSize(12240, 15840));
-        QCOMPARE(usualPaper(QLocale(QLocale::German, QLocale::Germany)), QSize(11906, 16838));
-        QCOMPARE(usualPaper(QLocale(QLocale::English, QLocale::UnitedKingdom)), QSize(11906, 16838));
-        QCOMPARE(usualPaper(QLocale(QLocale::English, QLocale::UnitedStates)), QSize(12240, 15840));
-    }
-
     void pages_data()
     {
         QTest::addColumn<QSize>("paper");
@@ -128,10 +120,9 @@ class TestPrintDocument : public QObject
         const QString facts = QString::fromUtf8(output("pdfinfo", {path}));
         QVERIFY2(facts.contains(QStringLiteral("Grüße (1)\\\n")), qPrintable(facts));
         QVERIFY2(facts.contains(QRegularExpression("Pages: +1\n")), qPrintable(facts));
-        QVERIFY2(facts.contains(QRegularExpression(QStringLiteral("Page size: +%1 x %2 pts")
-                                                       .arg(qRound(paper.width() / 20.0))
-                                                       .arg(qRound(paper.height() / 20.0)))),
-                 qPrintable(facts));
+        QVERIFY2(facts.contains("PDF version:     1.4\n"), qPrintable(facts));
+        const QString size = QString("%1 x %2 pts").arg(paper.width() / 20.0).arg(paper.height() / 20.0);
+        QVERIFY2(facts.contains(QRegularExpression("Page size: +" + size)), qPrintable(facts));
 
         // The very pixels.
         output("pdfimages", {"-png", path, folder.filePath("held")});
@@ -156,6 +147,127 @@ class TestPrintDocument : public QObject
             QVERIFY(page.pixel(corner) != qRgb(255, 255, 255));
     }
 
+    void titles_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::newRow("brackets") << "a) b( \\ <c>";
+        QTest::newRow("Chinese") << QStringLiteral("\u56fe\u50cf \u6253\u5370");
+        QTest::newRow("Hebrew") << QStringLiteral("\u05ea\u05de\u05d5\u05e0\u05d4");
+        QTest::newRow("beyond 16 bits") << QStringLiteral("\U0001F600 x");
+    }
+    void titles()
+    {
+        QFETCH(QString, title);
+        const QTemporaryDir folder;
+        const QString path = saved(folder, written(pattern(5, 5), title));
+        const QString facts = QString::fromUtf8(output("pdfinfo", {"-enc", "UTF-8", path}));
+        QVERIFY2(facts.contains(QRegularExpression("Title: +" + QRegularExpression::escape(title) + '\n')),
+                 qPrintable(facts));
+    }
+
+    void theTableOfObjects()
+    {
+        const QByteArray document = written(pattern(301, 199));
+        QVERIFY(document.endsWith("\n%%EOF\n"));
+        const qsizetype start = document.lastIndexOf("startxref\n") + 10;
+        const qint64 table = document.mid(start, document.indexOf('\n', start) - start).toLongLong();
+        const QList<QByteArray> lines = document.mid(table).split('\n');
+        QCOMPARE(lines.value(0), QByteArray("xref"));
+        const int count = lines.value(1).split(' ').value(1).toInt();
+        QCOMPARE(lines.value(1), "0 " + QByteArray::number(count));
+        QCOMPARE(count, int(document.count(" 0 obj\n")) + 1);
+        QCOMPARE(lines.value(2), QByteArray("0000000000 65535 f "));
+        for (int number = 1; number < count; ++number) {
+            const QByteArray line = lines.value(2 + number);
+            QCOMPARE(line.size(), 19); // 20 with its end
+            QVERIFY(line.endsWith(" 00000 n "));
+            const QByteArray head = QByteArray::number(number) + " 0 obj\n";
+            QCOMPARE(document.mid(line.left(10).toLongLong(), head.size()), head);
+        }
+        QVERIFY(lines.value(2 + count).startsWith("trailer"));
+    }
+
+    void theLengthsOfStreams()
+    {
+        const QByteArray document = written(pattern(301, 199));
+        const qsizetype begin = document.indexOf("stream\n") + 7;
+        const qsizetype end = document.indexOf("\nendstream", begin);
+        QVERIFY(begin > 7 && end > begin);
+        QVERIFY(document.mid(end).startsWith("\nendstream\nendobj\n2 0 obj\n" +
+                                             QByteArray::number(end - begin) + "\nendobj\n"));
+        QVERIFY(document.contains("/Length 2 0 R"));
+    }
+
+    void formats_data()
+    {
+        QTest::addColumn<QImage>("picture");
+        const QImage base = pattern(61, 43);
+        const auto as = [&base](QImage::Format format) { return base.convertToFormat(format); };
+        QTest::newRow("RGB32") << base;
+        QTest::newRow("ARGB32") << as(QImage::Format_ARGB32);
+        QTest::newRow("ARGB32 premultiplied") << as(QImage::Format_ARGB32_Premultiplied);
+        QTest::newRow("RGB888") << as(QImage::Format_RGB888);
+        QTest::newRow("BGR888") << as(QImage::Format_BGR888);
+        QTest::newRow("RGB16") << as(QImage::Format_RGB16);
+        QTest::newRow("RGBX64") << as(QImage::Format_RGBX64);
+        QTest::newRow("grey") << as(QImage::Format_Grayscale8);
+        QTest::newRow("256 colours") << as(QImage::Format_Indexed8);
+        QTest::newRow("two colours") << as(QImage::Format_Mono);
+        QImage dense = base;
+        dense.setDevicePixelRatio(2);
+        QTest::newRow("two pixels for one") << dense;
+        QTest::newRow("one pixel") << pattern(1, 1);
+        QTest::newRow("one row") << pattern(70'001, 1);
+        QTest::newRow("one column") << pattern(1, 70'001);
+        QTest::newRow("a part of another")
+            << QImage(base.constBits(), 20, 43, base.bytesPerLine(), base.format());
+    }
+    void formats()
+    {
+        QFETCH(QImage, picture);
+        const QTemporaryDir folder;
+        QImage wanted = picture.convertToFormat(QImage::Format_RGB32);
+        wanted.setDevicePixelRatio(1);
+        QCOMPARE(held(folder, written(picture)), wanted);
+    }
+
+    void transparencyIsPaper()
+    {
+        QImage picture(9, 9, QImage::Format_ARGB32);
+        picture.fill(qRgba(0, 0, 0, 0));
+        picture.setPixel(4, 4, qRgba(255, 0, 0, 255));
+        picture.setPixel(5, 4, qRgba(0, 0, 0, 128));
+        const QTemporaryDir folder;
+        const QImage seen = held(folder, written(picture));
+        QCOMPARE(seen.pixel(0, 0), qRgb(255, 255, 255));
+        QCOMPARE(seen.pixel(4, 4), qRgb(255, 0, 0));
+        QCOMPARE(seen.pixel(5, 4), qRgb(127, 127, 127));
+        QCOMPARE(seen.pixel(8, 8), qRgb(255, 255, 255));
+    }
+
+    void theMemoryIsBounded()
+    {
+        QImage picture(2251, 3278, QImage::Format_RGB32); // A4 at 300 pixels to the inch
+        quint32 value = 1;
+        for (int y = 0; y < picture.height(); ++y) {
+            auto* const row = reinterpret_cast<QRgb*>(picture.scanLine(y));
+            for (int x = 0; x < picture.width(); ++x) {
+                value = value * 1664525U + 1013904223U;
+                row[x] = value >> 8U;
+            }
+        }
+        const auto stays = [&picture] {
+            constexpr qint64 most = 1 << 20;
+            written(pattern(5, 5)); // what it needs of the libraries is no part of it
+            Nowhere nowhere;
+            const qint64 before = memory("VmRSS:");
+            const bool isWritten =
+                writePdfPage(nowhere, {11906, 16838}, picture, {550, 550, 10806, 15738}, QStringLiteral("T"));
+            return isWritten && before > 0 && memory("VmHWM:") - before < most;
+        };
+        QCOMPARE(quorvia::test::heldInChild(stays), 1);
+    }
+
     void nothingToPrint()
     {
         QBuffer buffer;
@@ -166,6 +278,34 @@ class TestPrintDocument : public QObject
         QVERIFY(!writePdfPage(buffer, {11906, 16838}, pattern(5, 5), QRect(), "T"));
         QVERIFY(!writePdfPage(buffer, QSize(), pattern(5, 5), {0, 0, 100, 100}, "T"));
         QVERIFY(writePdfPage(buffer, {11906, 16838}, pattern(5, 5), {0, 0, 100, 100}, "T"));
+    }
+
+    void aDiskThatFills_data()
+    {
+        QTest::addColumn<int>("bytes");
+        QTest::newRow("at the header") << 0;
+        QTest::newRow("in the picture") << 100'000;
+        QTest::newRow("at the end") << -1;
+    }
+    void aDiskThatFills()
+    {
+        QFETCH(int, bytes);
+        const QImage picture = pattern(500, 500);
+        const auto whole = rlim_t(written(picture).size());
+        std::signal(SIGXFSZ, SIG_IGN); // as the program does
+        const QTemporaryDir folder;
+        QFile file(folder.filePath("page.pdf"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QString why;
+        bool isWritten = true;
+        {
+            const quorvia::test::FullDisk full(bytes < 0 ? whole - 1 : rlim_t(bytes));
+            QVERIFY(full.isFull());
+            isWritten = writePdfPage(file, {11906, 16838}, picture, {550, 550, 10806, 15738}, "T", &why);
+        }
+        QVERIFY(!isWritten);
+        QVERIFY2(why.startsWith("the page cannot be written: ") && why.contains("File too large"),
+                 qPrintable(why));
     }
 
     void aFullDisk_data()
