@@ -25,6 +25,7 @@ namespace quorvia::platform {
     EACH(cupsGetDests2)                                                                                      \
     EACH(cupsGetNamedDest)                                                                                   \
     EACH(cupsGetOption)                                                                                      \
+    EACH(cupsLastError)                                                                                      \
     EACH(cupsLastErrorString)                                                                                \
     EACH(cupsServer)                                                                                         \
     EACH(cupsSetPasswordCB2)                                                                                 \

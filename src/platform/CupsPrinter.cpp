@@ -1,6 +1,7 @@
 #include "platform/CupsPrinter.h"
 
 #include "platform/PrintDocument.h"
+#include "platform/PrintJob.h"
 #include "platform/Reason.h"
 
 #include <QTemporaryFile>
@@ -11,10 +12,6 @@
 namespace quorvia::platform {
 
 namespace {
-
-constexpr int connectPatience = 2000;  // milliseconds
-constexpr double answerPatience = 4.0; // seconds without a byte
-constexpr int usualResolution = 300;
 
 /// Only with a connection to the server, or what came by one.
 const CupsLibrary& cups()
@@ -30,8 +27,10 @@ class Options
   public:
     explicit Options(const cups_dest_t& queue)
     {
-        for (int i = 0; i < queue.num_options; ++i) // the user's own for this queue among them
-            add(queue.options[i].name, queue.options[i].value);
+        for (int i = 0; i < queue.num_options; ++i) { // the user's own for this queue among them
+            if (isKeptOption(queue.options[i].name))
+                add(queue.options[i].name, queue.options[i].value);
+        }
     }
     ~Options() { cups().cupsFreeOptions(m_count, m_options); }
     Options(const Options&) = delete;
@@ -55,16 +54,16 @@ const char* noPassword(const char*, http_t*, const char*, const char*, void*)
 }
 
 /// Null when the server cannot be reached.
-Connection connectToServer()
+Connection connectToServer(const CupsPatience& patience)
 {
     if (!CupsLibrary::get())
         return nullptr;
     // Else it asks for one on the terminal, and waits there.
     cups().cupsSetPasswordCB2(noPassword, nullptr);
     Connection connection(cups().httpConnect2(cups().cupsServer(), cups().ippPort(), nullptr, AF_UNSPEC,
-                                              cups().cupsEncryption(), 1, connectPatience, nullptr));
+                                              cups().cupsEncryption(), 1, patience.connect, nullptr));
     if (connection)
-        cups().httpSetTimeout(connection.get(), answerPatience, nullptr, nullptr);
+        cups().httpSetTimeout(connection.get(), patience.answer, nullptr, nullptr);
     return connection;
 }
 
@@ -124,12 +123,6 @@ QList<int> resolutions(ipp_attribute_t* attribute)
     return list;
 }
 
-bool failAs(QString* why, const QString& name)
-{
-    return fail(why,
-                name + QStringLiteral(": ") + QString::fromUtf8(cups().cupsLastErrorString()).simplified());
-}
-
 bool writeAll(http_t* connection, QIODevice& document)
 {
     constexpr qint64 step = 65536;
@@ -161,36 +154,16 @@ void CupsFree::operator()(cups_dinfo_t* facts) const
     cups().cupsFreeDestInfo(facts);
 }
 
-int pageResolution(const QList<int>& supported)
+CupsPrinter::CupsPrinter(const CupsPatience& patience)
+    : m_patience(patience), m_resolution(pageResolution({}, {}))
 {
-    int best = 0;
-    for (const int resolution : supported) {
-        if (resolution <= usualResolution)
-            best = std::max(best, resolution);
-    }
-    return best > 0 ? best : usualResolution;
-}
-
-QSize paperTwips(const QSize& hundredths)
-{
-    constexpr double twips = 1440.0 / 2540;
-    return {int(std::lround(hundredths.width() * twips)), int(std::lround(hundredths.height() * twips))};
-}
-
-QSize usualPaper(const QLocale& locale)
-{
-    const bool isLetter = locale.measurementSystem() == QLocale::ImperialUSSystem;
-    return paperTwips(isLetter ? QSize(21590, 27940) : QSize(21000, 29700));
-}
-
-CupsPrinter::CupsPrinter() : m_resolution(usualResolution)
-{
-    const Connection connection = connectToServer();
+    const Connection connection = connectToServer(m_patience);
     if (connection)
         m_queue.reset(findQueue(connection.get()));
     if (!m_queue)
         return;
     m_paper = usualPaper(QLocale::system());
+    m_copies = firstCopies(cups().cupsGetOption(CUPS_COPIES, m_queue->num_options, m_queue->options));
     if (cups().httpError(connection.get()) == 0)
         readFacts(connection.get());
 }
@@ -208,8 +181,9 @@ void CupsPrinter::readFacts(http_t* connection)
         if (chosen.isEmpty())
             m_media = usual;
     }
-    m_resolution = pageResolution(resolutions(
-        cups().cupsFindDestSupported(connection, m_queue.get(), m_facts.get(), "printer-resolution")));
+    m_resolution = pageResolution(resolutions(cups().cupsFindDestSupported(
+                                      connection, m_queue.get(), m_facts.get(), "printer-resolution")),
+                                  m_paper);
 }
 
 QString CupsPrinter::deviceName() const
@@ -241,27 +215,47 @@ bool CupsPrinter::printPage(const QImage& picture, const QRect& target, const QS
     return writePdfPage(document, pageSize(), picture, target, title, why) && send(document, title, why);
 }
 
-bool CupsPrinter::send(QIODevice& document, const QString& title, QString* why) const
+/// Makes the job for a document; its number, above 0, into `job`. False when the server made none.
+bool CupsPrinter::create(http_t* connection, const QByteArray& name, int* job) const
 {
-    const Connection connection = connectToServer();
-    if (!connection)
-        return fail(why, deviceName() + QStringLiteral(": the print server cannot be reached"));
-    if (!m_facts)
-        return fail(why, deviceName() + QStringLiteral(": it told nothing about itself"));
     Options options(*m_queue);
     options.add(CUPS_COPIES, QByteArray::number(m_copies).constData());
     if (!m_media.isEmpty())
         options.add(CUPS_MEDIA, m_media.constData());
-    // Many a queue prints grey unless it is told otherwise.
-    if (cups().cupsCheckDestSupported(connection.get(), m_queue.get(), m_facts.get(), CUPS_PRINT_COLOR_MODE,
-                                      CUPS_PRINT_COLOR_MODE_COLOR))
-        options.add(CUPS_PRINT_COLOR_MODE, CUPS_PRINT_COLOR_MODE_COLOR);
-    const QByteArray name = title.toUtf8();
+    // Many a queue prints grey unless it is told otherwise, and many a printer fits a page into its margins.
+    for (const auto& [option, value] : {std::pair(CUPS_PRINT_COLOR_MODE, CUPS_PRINT_COLOR_MODE_COLOR),
+                                        std::pair("print-scaling", "none")}) {
+        if (cups().cupsCheckDestSupported(connection, m_queue.get(), m_facts.get(), option, value))
+            options.add(option, value);
+    }
+    return cups().cupsCreateDestJob(connection, m_queue.get(), m_facts.get(), job, name.constData(),
+                                    options.count(), options.list()) <= IPP_STATUS_OK_CONFLICTING &&
+           *job > 0;
+}
+
+/// One line about what failed last on this connection. The library has none for an answer that never came: it
+/// then gives the text of the error number 0, or of another that tells the user nothing.
+QString CupsPrinter::failure(http_t* connection) const
+{
+    const bool isAnswered =
+        cups().httpError(connection) == 0 && cups().httpGetStatus(connection) >= HTTP_STATUS_OK;
+    const QString said = QString::fromUtf8(cups().cupsLastErrorString()).simplified();
+    const bool isRefused = isAnswered && cups().cupsLastError() > IPP_STATUS_OK_CONFLICTING;
+    return deviceName() + QStringLiteral(": ") +
+           (isRefused && !said.isEmpty() ? said : QStringLiteral("the print server did not answer"));
+}
+
+bool CupsPrinter::send(QFileDevice& document, const QString& title, QString* why) const
+{
+    const Connection connection = connectToServer(m_patience);
+    if (!connection)
+        return fail(why, deviceName() + QStringLiteral(": the print server cannot be reached"));
+    if (!m_facts)
+        return fail(why, deviceName() + QStringLiteral(": it told nothing about itself"));
+    const QByteArray name = jobName(title);
     int job = 0;
-    if (cups().cupsCreateDestJob(connection.get(), m_queue.get(), m_facts.get(), &job, name.constData(),
-                                 options.count(), options.list()) > IPP_STATUS_OK_CONFLICTING ||
-        job <= 0)
-        return failAs(why, deviceName());
+    if (!create(connection.get(), name, &job))
+        return fail(why, failure(connection.get()));
     const bool isTaken =
         cups().cupsStartDestDocument(connection.get(), m_queue.get(), m_facts.get(), job, name.constData(),
                                      CUPS_FORMAT_PDF, 0, nullptr, 1) == HTTP_STATUS_CONTINUE &&
@@ -269,13 +263,13 @@ bool CupsPrinter::send(QIODevice& document, const QString& title, QString* why) 
         cups().cupsFinishDestDocument(connection.get(), m_queue.get(), m_facts.get()) <=
             IPP_STATUS_OK_CONFLICTING;
     // The last one calls it a success when no answer came.
-    const bool isAnswered = cups().httpGetStatus(connection.get()) == HTTP_STATUS_OK;
-    if (isTaken && isAnswered)
+    if (isTaken && cups().httpGetStatus(connection.get()) == HTTP_STATUS_OK)
         return true;
-    if (isTaken)
-        return fail(why, deviceName() + QStringLiteral(": the print server did not answer"));
-    failAs(why, deviceName());
-    if (cups().httpError(connection.get()) == 0) // else nobody hears it
+    const bool isHeard = !isTaken && cups().httpError(connection.get()) == 0;
+    fail(why, document.error() == QFileDevice::NoError
+                  ? failure(connection.get())
+                  : QStringLiteral("the page cannot be read: ") + document.errorString().simplified());
+    if (isHeard)
         cups().cupsCancelDestJob(connection.get(), m_queue.get(), job);
     return false;
 }

@@ -5,8 +5,7 @@
 #include "platform/CupsLibrary.h"
 #include "platform/Printer.h"
 
-#include <QList>
-#include <QLocale>
+#include <QFileDevice>
 
 namespace quorvia::platform {
 
@@ -17,11 +16,18 @@ struct CupsFree
     void operator()(cups_dinfo_t* facts) const;
 };
 
+/// How long a server is waited for.
+struct CupsPatience
+{
+    int connect = 2000;  ///< milliseconds
+    double answer = 4.0; ///< seconds without a byte
+};
+
 class CupsPrinter : public Printer
 {
   public:
     /// Asks the server for the queue that the user or the server names as default, else for the first one.
-    CupsPrinter();
+    explicit CupsPrinter(const CupsPatience& patience = {});
 
     QString deviceName() const override;
     QSize pageSize() const override;
@@ -34,7 +40,11 @@ class CupsPrinter : public Printer
 
   private:
     void readFacts(http_t* connection);
-    bool send(QIODevice& document, const QString& title, QString* why) const;
+    bool send(QFileDevice& document, const QString& title, QString* why) const;
+    bool create(http_t* connection, const QByteArray& name, int* job) const;
+    QString failure(http_t* connection) const;
+
+    CupsPatience m_patience;
 
     std::unique_ptr<cups_dest_t, CupsFree> m_queue; ///< null: there is none
     std::unique_ptr<cups_dinfo_t, CupsFree> m_facts;
@@ -44,15 +54,5 @@ class CupsPrinter : public Printer
     PageOrientation m_orientation = PageOrientation::Portrait;
     int m_copies = 1;
 };
-
-/// The resolution for composing a page on a printer with these, pixels to the inch: the highest that is not
-/// above 300, else 300. More would take memory that a photo gains nothing from.
-int pageResolution(const QList<int>& supported);
-
-/// Width and height in twips of paper measured in hundredths of a millimetre, as the server does.
-QSize paperTwips(const QSize& hundredths);
-
-/// The paper of a printer that tells none, in twips: Letter where inches are used, else A4.
-QSize usualPaper(const QLocale& locale);
 
 } // namespace quorvia::platform
