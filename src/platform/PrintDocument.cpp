@@ -67,12 +67,12 @@ class Rows
 {
   public:
     explicit Rows(const QImage& picture)
-        : m_picture(picture), m_row(picture.width(), 1, QImage::Format_RGB888)
+        : m_picture(picture), m_row(picture.width(), 1, QImage::Format_RGB888), m_painter(&m_row)
     {
     }
 
     /// False when there was no memory for it.
-    bool isReady() const { return !m_row.isNull(); }
+    bool isReady() const { return m_painter.isActive(); }
     /// The row `y`, to be used up to the next call.
     const uchar* at(int y)
     {
@@ -80,14 +80,15 @@ class Rows
                     m_picture.format());
         line.setColorTable(m_picture.colorTable());
         if (line.hasAlphaChannel())
-            m_row.fill(Qt::white);
-        QPainter(&m_row).drawImage(0, 0, line);
+            m_painter.fillRect(m_row.rect(), Qt::white);
+        m_painter.drawImage(0, 0, line);
         return m_row.constScanLine(0);
     }
 
   private:
     const QImage& m_picture;
     QImage m_row;
+    QPainter m_painter; ///< one for all rows, which takes no memory with each
 };
 
 /// Packs `picture`; false when there is no memory. Each row is the difference to the one above, with a 2
