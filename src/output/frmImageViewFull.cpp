@@ -226,10 +226,12 @@ QSize frmImageViewFull::loadBox() const
 
 void frmImageViewFull::GenImage(engine::ImageEngine* image)
 {
-    showTexts(image);
+    const QString path = image ? image->FileName() : QString(); // known once it is known what is held
+    m_name = platform::oneLine(app::SplitPathName(path, 2));
     compose(image);
     m_unpainted = image;
     repaint(); // an update would wait for the toolkit's frame timer
+    showTexts(image, path);
 }
 
 void frmImageViewFull::compose(engine::ImageEngine* image)
@@ -253,12 +255,10 @@ void frmImageViewFull::compose(engine::ImageEngine* image)
         app::WriteLog(QStringLiteral("Picture not composed: ") + image->LastError());
 }
 
-/// Before the composition: the name is known when the picture is, and with it the size.
-void frmImageViewFull::showTexts(engine::ImageEngine* image)
+/// After the picture, which is waited for.
+void frmImageViewFull::showTexts(const engine::ImageEngine* image, const QString& path)
 {
-    const QString path = image ? image->FileName() : QString();
     const QSize pixels = image ? QSize(image->ImagePixelWidth(), image->ImagePixelHeight()) : QSize();
-    m_name = platform::oneLine(app::SplitPathName(path, 2));
     m_iFull->showName(m_name, pixels, path);
     setWindowTitle(m_name.isEmpty() ? app::GetAppDisplayName()
                                     : app::GetAppDisplayName() + QStringLiteral(" - ") + m_name);

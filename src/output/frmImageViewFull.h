@@ -81,7 +81,7 @@ class frmImageViewFull : public QWidget
     void place();
     void composeAnew();
     void compose(engine::ImageEngine* image);
-    void showTexts(engine::ImageEngine* image);
+    void showTexts(const engine::ImageEngine* image, const QString& path);
     void paintCaption(QPainter& painter) const;
     void coverMain();
     void uncoverMain();
