@@ -319,7 +319,7 @@ QImage resampled(const QImage& source, QSize target, QRect part, Filter across, 
 {
     if (source.isNull() || part.isEmpty() || !QRect(QPoint(), target).contains(part))
         return {};
-    const QImage image = source.format() == QImage::Format_ARGB32_Premultiplied ? source : normalized(source);
+    QImage image = source.format() == QImage::Format_ARGB32_Premultiplied ? source : normalized(source);
     if (image.size() == target && part.size() == target && isResult(image))
         return image;
     const bool alpha = image.hasAlphaChannel();
