@@ -46,7 +46,7 @@ namespace quorvia::platform {
 
 struct CupsLibrary
 {
-#define QUORVIA_CUPS_MEMBER(name) decltype (&::name)(name) = nullptr;
+#define QUORVIA_CUPS_MEMBER(name) decltype(&::name) name{};
     QUORVIA_CUPS_FUNCTIONS(QUORVIA_CUPS_MEMBER)
 #undef QUORVIA_CUPS_MEMBER
 
