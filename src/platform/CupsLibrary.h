@@ -8,47 +8,42 @@
 namespace quorvia::platform {
 
 /// The functions of the library that are used, by their names there.
-#define QUORVIA_CUPS_FUNCTIONS(EACH)                                                                         \
-    EACH(cupsAddOption)                                                                                      \
-    EACH(cupsCancelDestJob)                                                                                  \
-    EACH(cupsCheckDestSupported)                                                                             \
-    EACH(cupsCopyDest)                                                                                       \
-    EACH(cupsCopyDestInfo)                                                                                   \
-    EACH(cupsCreateDestJob)                                                                                  \
-    EACH(cupsEncryption)                                                                                     \
-    EACH(cupsFindDestDefault)                                                                                \
-    EACH(cupsFindDestSupported)                                                                              \
-    EACH(cupsFinishDestDocument)                                                                             \
-    EACH(cupsFreeDestInfo)                                                                                   \
-    EACH(cupsFreeDests)                                                                                      \
-    EACH(cupsFreeOptions)                                                                                    \
-    EACH(cupsGetDests2)                                                                                      \
-    EACH(cupsGetNamedDest)                                                                                   \
-    EACH(cupsGetOption)                                                                                      \
-    EACH(cupsLastError)                                                                                      \
-    EACH(cupsLastErrorString)                                                                                \
-    EACH(cupsServer)                                                                                         \
-    EACH(cupsSetPasswordCB2)                                                                                 \
-    EACH(cupsStartDestDocument)                                                                              \
-    EACH(cupsWriteRequestData)                                                                               \
-    EACH(httpClose)                                                                                          \
-    EACH(httpConnect2)                                                                                       \
-    EACH(httpError)                                                                                          \
-    EACH(httpGetStatus)                                                                                      \
-    EACH(httpSetTimeout)                                                                                     \
-    EACH(ippGetCount)                                                                                        \
-    EACH(ippGetResolution)                                                                                   \
-    EACH(ippGetString)                                                                                       \
-    EACH(ippPort)                                                                                            \
-    EACH(pwgMediaForLegacy)                                                                                  \
-    EACH(pwgMediaForPPD)                                                                                     \
-    EACH(pwgMediaForPWG)
-
 struct CupsLibrary
 {
-#define QUORVIA_CUPS_MEMBER(name) decltype(&::name) name{};
-    QUORVIA_CUPS_FUNCTIONS(QUORVIA_CUPS_MEMBER)
-#undef QUORVIA_CUPS_MEMBER
+    decltype(&::cupsAddOption) cupsAddOption = nullptr;
+    decltype(&::cupsCancelDestJob) cupsCancelDestJob = nullptr;
+    decltype(&::cupsCheckDestSupported) cupsCheckDestSupported = nullptr;
+    decltype(&::cupsCopyDest) cupsCopyDest = nullptr;
+    decltype(&::cupsCopyDestInfo) cupsCopyDestInfo = nullptr;
+    decltype(&::cupsCreateDestJob) cupsCreateDestJob = nullptr;
+    decltype(&::cupsEncryption) cupsEncryption = nullptr;
+    decltype(&::cupsFindDestDefault) cupsFindDestDefault = nullptr;
+    decltype(&::cupsFindDestSupported) cupsFindDestSupported = nullptr;
+    decltype(&::cupsFinishDestDocument) cupsFinishDestDocument = nullptr;
+    decltype(&::cupsFreeDestInfo) cupsFreeDestInfo = nullptr;
+    decltype(&::cupsFreeDests) cupsFreeDests = nullptr;
+    decltype(&::cupsFreeOptions) cupsFreeOptions = nullptr;
+    decltype(&::cupsGetDests2) cupsGetDests2 = nullptr;
+    decltype(&::cupsGetNamedDest) cupsGetNamedDest = nullptr;
+    decltype(&::cupsGetOption) cupsGetOption = nullptr;
+    decltype(&::cupsLastError) cupsLastError = nullptr;
+    decltype(&::cupsLastErrorString) cupsLastErrorString = nullptr;
+    decltype(&::cupsServer) cupsServer = nullptr;
+    decltype(&::cupsSetPasswordCB2) cupsSetPasswordCB2 = nullptr;
+    decltype(&::cupsStartDestDocument) cupsStartDestDocument = nullptr;
+    decltype(&::cupsWriteRequestData) cupsWriteRequestData = nullptr;
+    decltype(&::httpClose) httpClose = nullptr;
+    decltype(&::httpConnect2) httpConnect2 = nullptr;
+    decltype(&::httpError) httpError = nullptr;
+    decltype(&::httpGetStatus) httpGetStatus = nullptr;
+    decltype(&::httpSetTimeout) httpSetTimeout = nullptr;
+    decltype(&::ippGetCount) ippGetCount = nullptr;
+    decltype(&::ippGetResolution) ippGetResolution = nullptr;
+    decltype(&::ippGetString) ippGetString = nullptr;
+    decltype(&::ippPort) ippPort = nullptr;
+    decltype(&::pwgMediaForLegacy) pwgMediaForLegacy = nullptr;
+    decltype(&::pwgMediaForPPD) pwgMediaForPPD = nullptr;
+    decltype(&::pwgMediaForPWG) pwgMediaForPWG = nullptr;
 
     /// The library, made ready once; null when it is not there. It stays loaded to the end.
     static const CupsLibrary* get();
