@@ -39,7 +39,7 @@ using Source = std::unique_ptr<GSource, EndSource>;
 /// Where the session bus listens; empty when there is none. To ask GIO could start one.
 QByteArray sessionAddress()
 {
-    const QByteArray named = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray named = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     const QByteArray directory = qgetenv("XDG_RUNTIME_DIR");
     const QByteArray socket = directory + "/bus";
     if (!named.isEmpty() || directory.isEmpty() || !QFile::exists(QFile::decodeName(socket)))
