@@ -79,7 +79,10 @@ class FullScreen(Journey):
     def test_the_caption(self):
         self.enter()
         self.rest()
-        white = lambda: sum(self.screen()(x, y) == (255, 255, 255) for x in range(0, 80) for y in range(0, 30))
+
+        def white():
+            pixel = self.screen()
+            return sum(pixel(x, y) == (255, 255, 255) for x in range(0, 80) for y in range(0, 30))
         self.assertEqual(white(), 0)
         self.key("t")
         wait_until(lambda: white() > 20, "the name")
@@ -94,8 +97,11 @@ class FullScreen(Journey):
             self.key(key)
             self.sees(MIDDLE, colour)
         opened = self.setting("ImageOpenCount")
-        self.key("space")
-        wait_until(lambda: self.setting("ImageOpenCount") > opened, "a random picture")
+
+        def another():
+            self.key("space")
+            return self.setting("ImageOpenCount") > opened
+        wait_until(another, "a picture by chance that is another one")
 
     def test_the_other_keys(self):
         _, window = self.enter()
@@ -210,7 +216,9 @@ class FullScreen(Journey):
         self.sees(MIDDLE, GREEN)
         self.output("xdotool", "keydown", "shift", "click", "1", "keyup", "shift")
         self.sees(MIDDLE, RED)
+        time.sleep(0.6)  # or it is a double click
         self.output("xdotool", "click", "1")
+        time.sleep(0.6)
         self.assertTrue(self.full())
         self.output("xdotool", "click", "--repeat", "2", "--delay", "60", "1")
         self.left(window)
