@@ -564,6 +564,7 @@ class TestFrmImagePrint : public QObject
                             .arg(bench.bar("sHeight").isVisible())
                             .arg(bench.part("pHold").isVisible());
             };
+            bench.window->resize(900, 640); // whatever the screen
             see();
             bench.part<QComboBox>("cboZoom").setCurrentIndex(6); // 300%
             see();

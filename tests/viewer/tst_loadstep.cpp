@@ -118,7 +118,7 @@ class TestLoadStep : public QObject
         QTest::newRow("plain") << QStringList{} << true;
         QTest::newRow("hide") << QStringList{"/miHide"} << false;
         QTest::newRow("hide among others") << QStringList{"/miCmd", "/miHide"} << false;
-        QTest::newRow("full screen hides it while loading") << QStringList{"/miFullScreen"} << false;
+        QTest::newRow("full screen, behind which it comes") << QStringList{"/miFullScreen"} << true;
         QTest::newRow("a longer name that holds it") << QStringList{"/miHideInterface"} << false;
         QTest::newRow("another case") << QStringList{"/mihide"} << true;
         QTest::newRow("shown by a command") << QStringList{"/miHide", "/miShow"} << true;
