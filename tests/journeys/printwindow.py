@@ -219,7 +219,7 @@ class PrintJourney(Journey):
 
     def assert_differ(self, shown, paper, what, cell=CELL):
         worst, _ = difference(shown, paper, cell)
-        self.assertGreater(worst, 2 * TOLERANCE, what)
+        self.assertGreater(worst, 1.5 * TOLERANCE, what)
 
     def assert_printed(self, shown, what):
         """Prints, and compares the paper with what was shown. The paper and its job's attributes."""
