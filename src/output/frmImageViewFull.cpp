@@ -7,6 +7,7 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "engine/DevicePixels.h"
 #include "engine/ImageEngine.h"
 #include "output/FullScreenBar.h"
 #include "platform/OneLine.h"
@@ -281,7 +282,7 @@ void frmImageViewFull::paintEvent(QPaintEvent*)
         QMetaObject::invokeMethod(this, &frmImageViewFull::composeAnew, Qt::QueuedConnection);
     QPainter painter(this);
     painter.save();
-    painter.scale(1 / ratio, 1 / ratio);
+    engine::useDevicePixels(painter, ratio);
     const QRect picture(m_at, m_pixels.size());
     const QRect whole(0, 0, int(std::ceil(width() * ratio)), int(std::ceil(height() * ratio)));
     for (const QRect& rest : QRegion(whole).subtracted(picture))

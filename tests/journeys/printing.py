@@ -169,12 +169,11 @@ def printed(folder):
     return sorted(folder.glob("*.pdf"), key=lambda path: int(path.stem))
 
 
-class PrintServer:
-    """Runs until close()."""
+class Furnished:
+    """A directory of its own and the programs that run in it. Subclasses furnish, start and close it."""
 
-    def __init__(self):
-        self.home = pathlib.Path(tempfile.mkdtemp(prefix="quorvia-print-"))
-        self.socket = self.home / "socket"
+    def __init__(self, prefix):
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix=prefix))
         self.prints = self.home / "prints"
         self.process = None
         try:
@@ -183,6 +182,17 @@ class PrintServer:
         except BaseException:
             self.close()
             raise
+
+
+class PrintServer(Furnished):
+    """Runs until close()."""
+
+    def __init__(self):
+        super().__init__("quorvia-print-")
+
+    @property
+    def socket(self):
+        return self.home / "socket"
 
     def _furnish(self):
         for name in ("etc/ppd", "bin/backend", "bin/filter", "share/mime", "spool/tmp", "cache", "state", "prints"):
@@ -283,19 +293,12 @@ class PrintServer:
         return target.with_suffix(".png")
 
 
-class IppPrinter:
+class IppPrinter(Furnished):
     """Takes PDF by IPP on the loopback until close(). It has no paper: it keeps the documents."""
 
     def __init__(self):
-        self.home = pathlib.Path(tempfile.mkdtemp(prefix="quorvia-printer-"))
-        self.prints = self.home / "prints"
-        self.bus = self.process = None
-        try:
-            self._furnish()
-            self._start()
-        except BaseException:
-            self.close()
-            raise
+        self.bus = None
+        super().__init__("quorvia-printer-")
 
     def _furnish(self):
         for name in ("prints", "spool"):
