@@ -7,7 +7,7 @@
 #include "app/Paths.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
-#include "app/WebAddresses.h"
+#include "app/WebPages.h"
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "platform/FileStatus.h"
@@ -38,7 +38,7 @@ bool makePrivate(const QString& path)
 QString promotionalLine()
 {
     return QStringLiteral("<BRX><BRX>- This mail was sent with %1, the image viewer. You can get it at %2")
-        .arg(app::productTitle(), QLatin1String(app::address::productPage));
+        .arg(app::productTitle(), app::webAddress(app::WebPage::Product));
 }
 
 ImageMail::ImageMail(Sinks sinks) : m_sinks(std::move(sinks)) {}

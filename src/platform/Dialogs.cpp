@@ -4,6 +4,7 @@
 #include "platform/Answerers.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -18,6 +19,7 @@ namespace quorvia::platform {
 
 template class Answerer<MessageBox, BoxAnswer>;
 template class Answerer<TextQuestion, QString>;
+template class Answerer<ColorQuestion, std::optional<QColor>>;
 
 namespace {
 
@@ -28,10 +30,27 @@ QMessageBox::Icon iconOf(BoxKind kind)
         return QMessageBox::Information;
     case BoxKind::Question:
         return QMessageBox::Question;
+    case BoxKind::Critical:
+        return QMessageBox::Critical;
     case BoxKind::Plain:
         break;
     }
     return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons buttonsOf(BoxButtons buttons)
+{
+    switch (buttons) {
+    case BoxButtons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case BoxButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case BoxButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case BoxButtons::Ok:
+        break;
+    }
+    return QMessageBox::Ok;
 }
 
 /// The button that Escape and the window's close button stand for.
@@ -40,6 +59,7 @@ QMessageBox::StandardButton closingButton(BoxButtons buttons)
     switch (buttons) {
     case BoxButtons::YesNo:
         return QMessageBox::No;
+    case BoxButtons::OkCancel:
     case BoxButtons::YesNoCancel:
         return QMessageBox::Cancel;
     case BoxButtons::Ok:
@@ -71,18 +91,9 @@ void fill(QMessageBox& widget, const MessageBox& box)
     widget.setTextFormat(Qt::PlainText); // before the text: a path may hold "<"
     widget.setText(box.text);
     widget.setIcon(iconOf(box.kind));
-    switch (box.buttons) {
-    case BoxButtons::Ok:
-        widget.setStandardButtons(QMessageBox::Ok);
-        break;
-    case BoxButtons::YesNo:
-        widget.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-        break;
-    case BoxButtons::YesNoCancel:
-        widget.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-        break;
-    }
-    widget.setDefaultButton(box.buttons == BoxButtons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
+    widget.setStandardButtons(buttonsOf(box.buttons));
+    const bool asksYes = box.buttons == BoxButtons::YesNo || box.buttons == BoxButtons::YesNoCancel;
+    widget.setDefaultButton(asksYes ? QMessageBox::Yes : QMessageBox::Ok);
     widget.setEscapeButton(closingButton(box.buttons));
 }
 
@@ -166,6 +177,22 @@ QString askText(QWidget* owner, const TextQuestion& question)
     QString text = accepted ? line->text() : QString();
     delete widget.data();
     return text;
+}
+
+std::optional<QColor> askColor(QWidget* owner, const ColorQuestion& question)
+{
+    if (const auto answer = Answerers<ColorQuestion, std::optional<QColor>>::newest())
+        return answer(question);
+    const QPointer<QColorDialog> widget = new QColorDialog(question.start, frontOf(owner)); // watched, too
+    widget->setObjectName(QStringLiteral("ColorQuestion"));
+    widget->setWindowTitle(question.title);
+    widget->setAccessibleName(question.title);
+    const bool accepted = widget->exec() == QDialog::Accepted;
+    if (widget.isNull())
+        return {};
+    const QColor color = widget->selectedColor();
+    delete widget.data();
+    return accepted ? std::optional(color) : std::nullopt;
 }
 
 } // namespace quorvia::platform

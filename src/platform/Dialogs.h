@@ -14,8 +14,8 @@ class QWidget;
 
 namespace quorvia::platform {
 
-enum class BoxKind { Plain, Information, Question };
-enum class BoxButtons { Ok, YesNo, YesNoCancel };
+enum class BoxKind { Plain, Information, Question, Critical };
+enum class BoxButtons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class BoxAnswer { Ok, Yes, No, Cancel };
 
 struct MessageBox
@@ -102,6 +102,16 @@ struct FontQuestion
 /// Shows `question` modally over `owner` (may be null) and waits. Nothing when it was not accepted.
 std::optional<ColoredFont> askFont(QWidget* owner, const FontQuestion& question);
 
+/// A dialog in which a colour is chosen.
+struct ColorQuestion
+{
+    QString title = {};
+    QColor start = Qt::black; ///< what it shows first
+};
+
+/// Shows `question` modally over `owner` (may be null) and waits. Nothing when it was not accepted.
+std::optional<QColor> askColor(QWidget* owner, const ColorQuestion& question);
+
 /// Takes the place of the screen for one kind of dialog while it lives; for tests. The newest one is asked.
 /// The kinds are those below.
 template <class Asked, class Answer>
@@ -121,5 +131,6 @@ using FilesChooserAnswerer = Answerer<FileChooser, QStringList>; ///< for choose
 using SaveChooserAnswerer = Answerer<SaveChooser, QString>;
 using TextQuestionAnswerer = Answerer<TextQuestion, QString>;
 using FontAnswerer = Answerer<FontQuestion, std::optional<ColoredFont>>;
+using ColorAnswerer = Answerer<ColorQuestion, std::optional<QColor>>;
 
 } // namespace quorvia::platform

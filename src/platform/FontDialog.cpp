@@ -2,7 +2,6 @@
 #include "platform/Answerers.h"
 #include "platform/Dialogs.h"
 
-#include <QColorDialog>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
@@ -124,9 +123,9 @@ class FontDialog : public QDialog
     void askColor()
     {
         const QPointer<QDialog> alive = this;
-        const QColor color = QColorDialog::getColor(m_chosen, this);
-        if (alive && color.isValid())
-            setColor(color);
+        const std::optional<QColor> color = platform::askColor(this, {tr("Color"), m_chosen});
+        if (alive && color)
+            setColor(*color);
     }
 
     QFontDialog* m_fonts;

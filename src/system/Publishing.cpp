@@ -5,7 +5,7 @@
 #include "app/Paths.h"
 #include "app/Product.h"
 #include "app/Settings.h"
-#include "system/WebAddresses.h"
+#include "app/WebPages.h"
 
 namespace quorvia::system {
 
@@ -31,9 +31,9 @@ void PublishProgram(bool isComponent)
 
     publish(app::common::WebSites, GetHomeUrl());
     const QString home = storedHomePage();
-    if (!home.contains(QLatin1String("app=")) && home != QLatin1String(address::frontPage))
+    if (!home.contains(QLatin1String("app=")) && home != app::webAddress(app::WebPage::Front))
         publish(app::common::WebSites, GetHomeUrl() + BuildAppQuery());
-    app::save(app::common::MenuShellReg, QLatin1String(address::shellMenuPage));
+    app::save(app::common::MenuShellReg, app::webAddress(app::WebPage::ShellMenu));
 
     if (isComponent) {
         publish(app::common::ComponentPaths, program);
@@ -47,8 +47,8 @@ QString GetHomeUrl()
 {
     QString home = storedHomePage();
     if (home.isEmpty())
-        home = QLatin1String(address::productPage);
-    return home.trimmed().isEmpty() ? QString(QLatin1String(address::frontPage)) : home;
+        home = app::webAddress(app::WebPage::Product);
+    return home.trimmed().isEmpty() ? app::webAddress(app::WebPage::Front) : home;
 }
 
 QString BuildAppQuery()

@@ -52,6 +52,9 @@ class TestDialogs : public QObject
         QTest::newRow("yes of three") << BoxButtons::YesNoCancel << int(QMessageBox::Yes) << BoxAnswer::Yes;
         QTest::newRow("no of three") << BoxButtons::YesNoCancel << int(QMessageBox::No) << BoxAnswer::No;
         QTest::newRow("cancel") << BoxButtons::YesNoCancel << int(QMessageBox::Cancel) << BoxAnswer::Cancel;
+        QTest::newRow("ok, not cancel") << BoxButtons::OkCancel << int(QMessageBox::Ok) << BoxAnswer::Ok;
+        QTest::newRow("cancel, not ok")
+            << BoxButtons::OkCancel << int(QMessageBox::Cancel) << BoxAnswer::Cancel;
     }
     void answers()
     {
@@ -67,6 +70,7 @@ class TestDialogs : public QObject
         QTest::addColumn<BoxButtons>("buttons");
         QTest::addColumn<BoxAnswer>("answer");
         QTest::newRow("ok") << BoxButtons::Ok << BoxAnswer::Ok;
+        QTest::newRow("ok, cancel") << BoxButtons::OkCancel << BoxAnswer::Cancel;
         QTest::newRow("yes, no") << BoxButtons::YesNo << BoxAnswer::No;
         QTest::newRow("yes, no, cancel") << BoxButtons::YesNoCancel << BoxAnswer::Cancel;
     }
@@ -85,6 +89,7 @@ class TestDialogs : public QObject
         QTest::addColumn<BoxButtons>("buttons");
         QTest::addColumn<BoxAnswer>("answer");
         QTest::newRow("ok") << BoxButtons::Ok << BoxAnswer::Ok;
+        QTest::newRow("ok, cancel") << BoxButtons::OkCancel << BoxAnswer::Ok;
         QTest::newRow("yes, no") << BoxButtons::YesNo << BoxAnswer::Yes;
         QTest::newRow("yes, no, cancel") << BoxButtons::YesNoCancel << BoxAnswer::Yes;
     }
@@ -123,6 +128,7 @@ class TestDialogs : public QObject
         QTest::newRow("plain") << BoxKind::Plain << int(QMessageBox::NoIcon);
         QTest::newRow("information") << BoxKind::Information << int(QMessageBox::Information);
         QTest::newRow("question") << BoxKind::Question << int(QMessageBox::Question);
+        QTest::newRow("critical") << BoxKind::Critical << int(QMessageBox::Critical);
     }
     void kinds()
     {
@@ -233,6 +239,31 @@ class TestDialogs : public QObject
         const auto chosen = askFont(nullptr, {"Font", {}});
         QVERIFY(next.seen() && chosen);
         QCOMPARE(chosen->color, QColor(Qt::green));
+    }
+
+    void colors()
+    {
+        QString title;
+        quorvia::test::NextDialog<QColorDialog> accept([&](QColorDialog& picker) {
+            title = picker.windowTitle();
+            QCOMPARE(picker.currentColor(), QColor(1, 2, 3));
+            picker.setCurrentColor(QColor(4, 5, 6));
+            picker.accept();
+        });
+        QCOMPARE(askColor(nullptr, {"Ground", QColor(1, 2, 3)}), std::optional(QColor(4, 5, 6)));
+        QCOMPARE(title, QStringLiteral("Ground"));
+        quorvia::test::NextDialog<QColorDialog> escape(
+            [](QColorDialog& picker) { QTest::keyClick(&picker, Qt::Key_Escape); });
+        QCOMPARE(askColor(nullptr, {"Ground", Qt::red}), std::optional<QColor>());
+        QVERIFY(accept.seen() && escape.seen());
+    }
+
+    void anAnswererOfColors()
+    {
+        const ColorAnswerer answerer(
+            [](const ColorQuestion& question) { return std::optional(question.start.lighter()); });
+        QCOMPARE(askColor(nullptr, {"Ground", QColor(40, 40, 40)}),
+                 std::optional(QColor(40, 40, 40).lighter()));
     }
 
     void anAnswererOfFonts()

@@ -2,8 +2,8 @@
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
 #include "app/SettingsHome.h"
+#include "app/WebPages.h"
 #include "system/Publishing.h"
-#include "system/WebAddresses.h"
 
 #include <QTest>
 
@@ -34,8 +34,8 @@ class TestPublishing : public QObject
         QCOMPARE(common("Common\\ProgramShortPaths"), app::programPath());
         QCOMPARE(common("Common\\ComponentPaths"), QString());
         QCOMPARE(common("Web Sites"),
-                 QLatin1String(system::address::productPage) + QStringLiteral("?app=Quorvia100"));
-        QCOMPARE(common("Web Sites", "MenuShellReg"), QLatin1String(system::address::shellMenuPage));
+                 app::webAddress(app::WebPage::Product) + QStringLiteral("?app=Quorvia100"));
+        QCOMPARE(common("Web Sites", "MenuShellReg"), app::webAddress(app::WebPage::ShellMenu));
     }
 
     void aComponent()
@@ -51,7 +51,7 @@ class TestPublishing : public QObject
     {
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("after");
-        const QString front = QLatin1String(system::address::frontPage);
+        const QString front = app::webAddress(app::WebPage::Front);
         const QString query = QStringLiteral("?app=Quorvia100");
         QTest::newRow("own page gets the query") << "https://mine.example/"
                                                  << "https://mine.example/" + query;
@@ -73,7 +73,7 @@ class TestPublishing : public QObject
     void aBlankHomePageIsTheFrontPage()
     {
         app::SaveCommonSetting(QStringLiteral("Web Sites"), QStringLiteral("Quorvia"), QStringLiteral("  "));
-        QCOMPARE(system::GetHomeUrl(), QLatin1String(system::address::frontPage));
+        QCOMPARE(system::GetHomeUrl(), app::webAddress(app::WebPage::Front));
     }
 };
 
