@@ -7,12 +7,14 @@
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
 #include "app/Product.h"
+#include "app/Resources.h"
 #include "app/Settings.h"
 #include "engine/ImageLoader.h"
 #include "engine/Limits.h"
 #include "engine/Toolkit.h"
 #include "platform/InstanceGuard.h"
 #include "platform/TerminationSignals.h"
+#include "system/Companions.h"
 #include "viewer/frmImageView.h"
 #include "viewer/LoadStep.h"
 
@@ -115,6 +117,7 @@ int main(int argc, char* argv[])
     if (!app::probeMachineStore())
         return 0;
     if (line.isUninstall()) {
+        system::withdrawCompanions(app::companionDirectories());
         app::removeSettings(app::InstallPath());
         return 0;
     }

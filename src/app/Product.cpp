@@ -7,6 +7,11 @@ QString productTitle()
     return QStringLiteral("Quorvia");
 }
 
+QString makerName()
+{
+    return QStringLiteral("Halvexa");
+}
+
 Version productVersion()
 {
     return {QUORVIA_VERSION_MAJOR, QUORVIA_VERSION_MINOR, QUORVIA_VERSION_REVISION};

@@ -14,6 +14,8 @@ struct Version
 
 /// The application title, "Quorvia".
 QString productTitle();
+/// The maker's name, "Halvexa".
+QString makerName();
 /// The version record of the running program.
 Version productVersion();
 /// `version` as major, minor and revision joined by `separator`.

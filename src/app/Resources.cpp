@@ -26,6 +26,12 @@ QStringList resourceDirectories()
 
 } // namespace
 
+QStringList companionDirectories()
+{
+    const QString program = QFileInfo(programPath()).path() + u'/';
+    return {program, QDir::cleanPath(program + QStringLiteral(QUORVIA_COMPANIONS)) + u'/'};
+}
+
 QString resourcePathIn(const QStringList& directories, const QString& name)
 {
     const auto found = std::find_if(directories.begin(), directories.end(), [&name](const QString& each) {

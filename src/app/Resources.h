@@ -10,6 +10,9 @@ namespace quorvia::app {
 /// the installed share directory and, for a program that runs from its build tree, of the source tree. When
 /// there is none, the path in InstallPath().
 QString resourcePath(const QString& name);
+/// Where the small programs that come with this one may lie, each ending in "/": beside it, else where an
+/// installation puts them.
+QStringList companionDirectories();
 /// The rule behind resourcePath(): the first of `directories`, each ending in "/", that holds the file
 /// `name`; else the first of them.
 QString resourcePathIn(const QStringList& directories, const QString& name);

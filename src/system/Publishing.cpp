@@ -21,6 +21,16 @@ void publish(const app::CommonSubkey& subkey, const QString& value)
     app::saveOfTool(subkey, app::productTitle(), value);
 }
 
+QString runTogether(QString text)
+{
+    return text.remove(u'.').remove(u' ');
+}
+
+QString versionText(const QString& separator)
+{
+    return app::versionText(app::productVersion(), separator);
+}
+
 } // namespace
 
 void PublishProgram(bool isComponent)
@@ -47,15 +57,29 @@ QString GetHomeUrl()
 {
     QString home = storedHomePage();
     if (home.isEmpty())
-        home = app::webAddress(app::WebPage::Product);
+        home = builtInHomeUrl(app::productTitle());
     return home.trimmed().isEmpty() ? app::webAddress(app::WebPage::Front) : home;
+}
+
+QString builtInHomeUrl(const QString& title)
+{
+    if (title == app::productTitle())
+        return app::webAddress(app::WebPage::Product);
+    if (title == QLatin1String("Morphane"))
+        return app::webAddress(app::WebPage::ProductMorphane);
+    return app::readOfTool(app::common::WebSites, QString());
 }
 
 QString BuildAppQuery()
 {
-    QString title = app::productTitle();
-    title.remove(QLatin1Char('.')).remove(QLatin1Char(' '));
-    return QStringLiteral("?app=") + title + app::versionText(app::productVersion(), QString());
+    return QStringLiteral("?app=") + runTogether(app::productTitle()) + versionText(QString());
+}
+
+QString BuildToolQuery(const QString& tag)
+{
+    return QStringLiteral("programname=") + app::productTitle().remove(u'.') + QStringLiteral("&version=") +
+           versionText(QStringLiteral(".")) + QStringLiteral("&app=") +
+           runTogether(app::productTitle() + versionText(QString()) + tag) + QStringLiteral("&check=1");
 }
 
 } // namespace quorvia::system

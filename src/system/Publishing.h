@@ -11,9 +11,16 @@ void PublishProgram(bool isComponent);
 
 /// The program's home page: the address in the store, else the built-in one.
 QString GetHomeUrl();
+/// The address that is built in for the tool `title`: this program's and Morphane's own pages; for any other
+/// the one in the store that bears no name.
+QString builtInHomeUrl(const QString& title);
 
 /// "?app=", the title without points and blanks, and the version's three numbers without anything between
 /// them.
 QString BuildAppQuery();
+
+/// The long query of a request whose origin `tag` names, as in "AppMenuItem": title, version and tag, each
+/// without the points and blanks that the maker's pages do not take.
+QString BuildToolQuery(const QString& tag);
 
 } // namespace quorvia::system

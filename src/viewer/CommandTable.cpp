@@ -12,6 +12,7 @@
 #include "controls/gnTab.h"
 #include "platform/Dialogs.h"
 #include "platform/MenuControl.h"
+#include "viewer/FamilyCommands.h"
 #include "viewer/frmImageView.h"
 #include "viewer/PrintCommand.h"
 #include "viewer/RecentList.h"
@@ -278,6 +279,7 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miShow", [w] { w->show(); }},
         {"miExit", [w] { w->closeAll(); }},
     };
+    addFamilyCommands(table, window);
     for (const commands::FixedSize& size : commands::fixedSizes())
         table.push_back({size.command, [w, &size] { w->images().edits().resize(size); }});
     return table;

@@ -6,6 +6,7 @@
 #include "app/mFile.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
+#include "app/Resources.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "app/WindowGeometry.h"
@@ -14,6 +15,7 @@
 #include "controls/ScrollBar.h"
 #include "output/StartTools.h"
 #include "platform/MenuControl.h"
+#include "system/Companions.h"
 #include "system/Publishing.h"
 #include "viewer/BandSettings.h"
 #include "viewer/frmImageView.h"
@@ -171,6 +173,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     colourChrome(window);
     log("Init: Form_Load: frmImageView");
     system::PublishProgram(false);
+    system::publishCompanions(app::companionDirectories());
     if (line.isInstall())
         return false;
 

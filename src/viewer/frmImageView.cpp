@@ -11,6 +11,7 @@
 #include "platform/MenuControl.h"
 #include "platform/ToolControl.h"
 #include "viewer/CommandTable.h"
+#include "viewer/FamilyCommands.h"
 #include "viewer/PageNavigator.h"
 #include "viewer/ReadAheadPlan.h"
 #include "viewer/UnloadStep.h"
@@ -131,7 +132,10 @@ void frmImageView::UpdateToolbar()
 void frmImageView::buildInterfaceSoon()
 {
     constexpr int delay = 100; // milliseconds
-    QTimer::singleShot(delay, this, [this] { OpenMenuX(true); });
+    QTimer::singleShot(delay, this, [this] {
+        checkVersionAfterStart(*this);
+        OpenMenuX(true);
+    });
 }
 
 void frmImageView::showTab()

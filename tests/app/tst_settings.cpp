@@ -110,6 +110,7 @@ constexpr Expected expectedRows[] = {
     {"Print Settings", "PrintPath", 'n', "0"},
     {"SettingsNet", "AutoUpdate", 'n', "1"},
     {"SettingsNet", "LastCheck", 't', ""},
+    {"SettingsNet", "StartedVersion", 't', ""},
 };
 
 const CatalogueRow* rowOf(const Expected& expected)

@@ -24,12 +24,8 @@ namespace {
 
 /// The commands that get a handler with their subject.
 const QStringList toCome = {
-    // preferences, web pages, sibling tools, updates, scanners
-    "miPref",          "miAutoUpdate",       "miAutoUpdateInstall", "miWebsite",
-    "miLindoraCenter", "miHVXAImageGallery", "miURLcomments",       "miURLbugreport",
-    "miURLfeature",    "miHVXAWebsite",      "miWebMorphane",       "miWebTessary",
-    "miWebNomalux",    "miRunMorphane",      "miRunTessary",        "miRunNomalux",
-    "miScan"};
+    // preferences, scanners
+    "miPref", "miScan"};
 
 } // namespace
 

@@ -1,0 +1,39 @@
+#include "system/Companions.h"
+
+#include "app/Settings.h"
+#include "platform/Shell.h"
+#include "system/ToolPaths.h"
+
+#include <algorithm>
+
+namespace quorvia::system {
+
+namespace {
+
+QString mailTool()
+{
+    return QStringLiteral("postrel");
+}
+
+} // namespace
+
+void publishCompanions(const QStringList& directories)
+{
+    if (!GetToolPath(mailTool(), false).isEmpty())
+        return;
+    const auto found = std::find_if(directories.begin(), directories.end(), [](const QString& directory) {
+        return platform::isProgramFile(directory + mailTool());
+    });
+    if (found != directories.end())
+        app::saveOfTool(app::common::ComponentPaths, mailTool(), *found + mailTool());
+}
+
+void withdrawCompanions(const QStringList& directories)
+{
+    const QString stored = app::readOfTool(app::common::ComponentPaths, mailTool());
+    if (std::any_of(directories.begin(), directories.end(),
+                    [&](const QString& directory) { return stored == directory + mailTool(); }))
+        app::removeOfTool(app::common::ComponentPaths, mailTool());
+}
+
+} // namespace quorvia::system
