@@ -4,6 +4,7 @@
 #include "app/SettingsHome.h"
 #include "system/ToolPaths.h"
 
+#include <QFile>
 #include <QTest>
 
 using namespace quorvia;
@@ -47,6 +48,32 @@ class TestToolPaths : public QObject
         QVERIFY(app::RegWriteValue(app::Root::LocalMachine, key, name, program + QStringLiteral(".gone")));
         QCOMPARE(system::GetToolPath(postrel(), false), QString());
         QCOMPARE(system::GetToolPath(postrel(), true), QString());
+    }
+
+    void theOrder()
+    {
+        const std::pair<const char*, const char*> places[] = {
+            {"Software\\Halvexa\\Common\\ProgramPaths", "postrel"},
+            {"Software\\Halvexa\\Common\\ProgramAssoPaths", "postrel"},
+            {"Software\\Halvexa\\Common\\ProgramShortPaths", "postrel"},
+            {"Software\\Halvexa\\Common\\ResourcePaths", "postrel"},
+            {"Software\\Halvexa\\Common\\ComponentPaths", "postrel"},
+            {"Software\\Halvexa\\Common\\Product IDs", "postrel path"},
+            {"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\postrel", ""},
+        };
+        const auto programOf = [this](std::size_t place) {
+            return m_home->path(QStringLiteral("tool%1").arg(place));
+        };
+        for (std::size_t i = 0; i < std::size(places); ++i) {
+            m_home->write(QStringLiteral("tool%1").arg(i), "#!");
+            QVERIFY(app::RegWriteValue(app::Root::LocalMachine, QLatin1String(places[i].first),
+                                       QLatin1String(places[i].second), programOf(i)));
+        }
+        for (std::size_t i = 0; i < std::size(places); ++i) {
+            QCOMPARE(system::GetToolPath(postrel(), false), programOf(i));
+            QVERIFY(QFile::remove(programOf(i))); // the next place is looked at
+        }
+        QCOMPARE(system::GetToolPath(postrel(), false), QString());
     }
 
     void theFirstThatExistsWins()
