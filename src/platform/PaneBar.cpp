@@ -25,7 +25,7 @@ bool sameRows(const Pane& one, const Pane& other)
     return one.key == other.key && one.title == other.title &&
            std::equal(one.items.begin(), one.items.end(), other.items.begin(), other.items.end(),
                       [](const PaneItem& a, const PaneItem& b) {
-                          return a.key == b.key && a.tag == b.tag && a.kind == b.kind;
+                          return a.key == b.key && a.tag == b.tag && a.kind == b.kind && a.icon == b.icon;
                       });
 }
 
@@ -59,6 +59,32 @@ void PaneBar::setPanes(const QList<Pane>& panes)
         makeAnew();
 }
 
+void PaneBar::setItemText(const QString& key, const QString& text)
+{
+    for (Pane& pane : m_panes) {
+        for (PaneItem& item : pane.items) {
+            if (item.key != key || item.text == text)
+                continue;
+            item.text = text;
+            m_column->findChild<PaneRow*>(key)->showItem(item);
+        }
+    }
+}
+
+void PaneBar::setLook(const PaneLook& look)
+{
+    if (look == m_look)
+        return;
+    m_look = look;
+    makeAnew();
+}
+
+void PaneBar::setFooter(QWidget* footer)
+{
+    m_footer = footer;
+    m_layout->addWidget(footer, 0, Qt::AlignRight | Qt::AlignBottom);
+}
+
 bool PaneBar::differsInTextsOnly(const QList<Pane>& panes) const
 {
     return std::equal(panes.begin(), panes.end(), m_panes.begin(), m_panes.end(), sameRows);
@@ -68,9 +94,7 @@ void PaneBar::showTexts()
 {
     for (const Pane& pane : std::as_const(m_panes)) {
         for (const PaneItem& item : pane.items) {
-            auto* const row = m_column->findChild<PaneRow*>(item.key);
-            if (row->text() != item.text)
-                row->showItem(item);
+            m_column->findChild<PaneRow*>(item.key)->showItem(item);
         }
     }
 }
@@ -80,6 +104,8 @@ void PaneBar::makeAnew()
     const QString focused = focusedName();
     const QList<QWidget*> before = m_column->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
     for (QWidget* const pane : before) {
+        if (pane == m_footer)
+            continue;
         pane->hide();
         pane->setParent(nullptr); // out of every search at once; one of its rows may be amid a click
         pane->deleteLater();
@@ -98,15 +124,17 @@ QWidget* PaneBar::makePane(const Pane& pane)
     auto* const column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(rowGap);
-    auto* const head = new PaneHead(pane.title, box);
+    auto* const head = new PaneHead(pane.title, m_look, box);
     head->setObjectName(headName(pane.key));
     column->addWidget(head);
     auto* const rows = new QWidget(box);
     auto* const rowColumn = new QVBoxLayout(rows);
     rowColumn->setContentsMargins(0, 0, 0, 0);
     rowColumn->setSpacing(rowGap);
+    const bool icons = std::any_of(pane.items.begin(), pane.items.end(),
+                                   [](const PaneItem& item) { return !item.icon.isEmpty(); });
     for (const PaneItem& item : pane.items)
-        rowColumn->addWidget(makeRow(item));
+        rowColumn->addWidget(makeRow(item, icons));
     column->addWidget(rows);
     head->setChecked(!isFolded(pane.key));
     rows->setVisible(head->isChecked());
@@ -120,9 +148,9 @@ QWidget* PaneBar::makePane(const Pane& pane)
     return box;
 }
 
-PaneRow* PaneBar::makeRow(const PaneItem& item)
+PaneRow* PaneBar::makeRow(const PaneItem& item, bool besideIcons)
 {
-    auto* const row = new PaneRow(item, nullptr);
+    auto* const row = new PaneRow(item, m_look, besideIcons);
     row->setObjectName(item.key);
     connect(row, &PaneRow::clicked, this,
             [this, key = item.key, tag = item.tag] { Q_EMIT itemClicked(key, tag); });

@@ -2,6 +2,7 @@
 // change of panes or rows makes all anew, and keeps what was folded and what had the focus.
 #pragma once
 
+#include <QColor>
 #include <QList>
 #include <QScrollArea>
 #include <QSet>
@@ -17,13 +18,16 @@ enum class PaneItemKind {
     Text
 };
 
-/// A row. Keys are one of a kind within the bar; a text may have several lines.
+/// A row. Keys are one of a kind within the bar; a text may have several lines. Blanks that it begins with
+/// set it in, all its lines alike; in a pane with icons every text stands at least where those beside an icon
+/// do.
 struct PaneItem
 {
     QString key;
     QString text;
     QString tag = {}; ///< what the host makes of it
     PaneItemKind kind = PaneItemKind::Link;
+    QString icon = {}; ///< a drawing of platform/Icons to its left; empty for none
     bool operator==(const PaneItem&) const = default;
 };
 
@@ -33,6 +37,16 @@ struct Pane
     QString title;
     QList<PaneItem> items;
     bool operator==(const Pane&) const = default;
+};
+
+/// Colours of a bar; one that is not valid is taken from the palette.
+struct PaneLook
+{
+    QColor headGround;
+    QColor headText;
+    QColor link; ///< with its icon
+    QColor text; ///< of rows that are texts
+    bool operator==(const PaneLook&) const = default;
 };
 
 class PaneRow;
@@ -46,6 +60,12 @@ class PaneBar : public QScrollArea
 
     const QList<Pane>& panes() const { return m_panes; }
     void setPanes(const QList<Pane>& panes);
+    /// Gives the row `key` another text; cheaper than all panes anew. Does nothing when there is no such row.
+    void setItemText(const QString& key, const QString& text);
+    void setLook(const PaneLook& look);
+    /// Puts `footer`, which becomes the bar's, at the right end below the panes: at the bottom of the bar
+    /// while there is room.
+    void setFooter(QWidget* footer);
 
     /// Whether the rows of the pane `key` are put away. Kept over changes of the panes, also while there is
     /// no pane of that key.
@@ -64,12 +84,14 @@ class PaneBar : public QScrollArea
     void showTexts();
     void makeAnew();
     QWidget* makePane(const Pane& pane);
-    PaneRow* makeRow(const PaneItem& item);
+    PaneRow* makeRow(const PaneItem& item, bool besideIcons);
     QString focusedName() const;
     void focusOn(const QString& name);
 
     QWidget* m_column;
     QVBoxLayout* m_layout;
+    QWidget* m_footer = nullptr;
+    PaneLook m_look;
     QList<Pane> m_panes;
     QSet<QString> m_folded;
 };

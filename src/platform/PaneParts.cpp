@@ -1,12 +1,14 @@
 #include "platform/PaneParts.h"
 
 #include "platform/Contrast.h"
+#include "platform/Icons.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
+#include <algorithm>
 #include <utility>
 
 namespace quorvia::platform {
@@ -16,6 +18,8 @@ namespace {
 constexpr int inset = 6;      // pixels, as all below
 constexpr int arrowSide = 12; // of the sign that tells whether a pane is open
 constexpr int headSpace = 8;  // above and below a title, together
+constexpr int iconSide = 24;
+constexpr int iconGap = 10; // between an icon and the text beside it
 
 bool isChoosingKey(const QKeyEvent& key)
 {
@@ -30,17 +34,18 @@ QFont boldFont()
     return font;
 }
 
-void frameFocus(const QWidget& part, QPainter& painter)
+void frameFocus(const QWidget& part, QPainter& painter, const QColor& ink)
 {
     if (!part.hasFocus())
         return;
-    painter.setPen(QPen(part.palette().color(QPalette::WindowText), 1, Qt::DotLine));
+    painter.setPen(QPen(ink, 1, Qt::DotLine));
     painter.drawRect(part.rect().adjusted(1, 1, -2, -2));
 }
 
 } // namespace
 
-PaneHead::PaneHead(const QString& title, QWidget* parent) : QAbstractButton(parent)
+PaneHead::PaneHead(const QString& title, const PaneLook& look, QWidget* parent)
+    : QAbstractButton(parent), m_ground(look.headGround), m_ink(look.headText)
 {
     setText(title);
     setAccessibleName(title.trimmed());
@@ -61,21 +66,26 @@ void PaneHead::paintEvent(QPaintEvent*)
 {
     constexpr double atRest = 0.14;
     constexpr double underPointer = 0.24;
+    constexpr int lighter = 115; // percent
     QStylePainter painter(this);
-    painter.fillRect(rect(), tint(palette(), underMouse() ? underPointer : atRest));
+    if (m_ground.isValid())
+        painter.fillRect(rect(), underMouse() ? m_ground.lighter(lighter) : m_ground);
+    else
+        painter.fillRect(rect(), tint(palette(), underMouse() ? underPointer : atRest));
+    const QColor ink = m_ink.isValid() ? m_ink : palette().color(QPalette::WindowText);
     const QRect place = rect().adjusted(inset, 0, -inset - arrowSide, 0);
-    painter.setPen(palette().color(QPalette::WindowText));
+    painter.setPen(ink);
     painter.drawText(place, int(Qt::AlignLeft | Qt::AlignVCenter),
-                     fontMetrics().elidedText(text().trimmed(), Qt::ElideRight, place.width()));
+                     fontMetrics().elidedText(text(), Qt::ElideRight, place.width()));
     painter.setRenderHint(QPainter::Antialiasing);
     const double left = width() - inset - arrowSide + 2.5;
     const double middle = height() / 2.0;
     const double rise = isChecked() ? -2 : 2; // the sign points to where the rows go at a click
     const QPointF sign[] = {{left, middle - rise}, {left + 4, middle + rise}, {left + 8, middle - rise}};
-    painter.setPen(QPen(palette().color(QPalette::WindowText), 1.5, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(ink, 1.5, Qt::SolidLine, Qt::RoundCap));
     painter.drawPolyline(sign, int(std::size(sign)));
     painter.setRenderHint(QPainter::Antialiasing, false);
-    frameFocus(*this, painter);
+    frameFocus(*this, painter, ink);
 }
 
 void PaneHead::keyPressEvent(QKeyEvent* event)
@@ -86,11 +96,11 @@ void PaneHead::keyPressEvent(QKeyEvent* event)
         click();
 }
 
-PaneRow::PaneRow(const PaneItem& item, QWidget* parent) : QLabel(parent), m_kind(item.kind)
+PaneRow::PaneRow(const PaneItem& item, const PaneLook& look, bool besideIcons)
+    : m_kind(item.kind), m_icon(item.icon), m_textLeft(besideIcons ? inset + iconSide + iconGap : inset)
 {
     setTextFormat(Qt::PlainText);
     setWordWrap(true);
-    setContentsMargins(inset, 1, inset, 1);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     if (m_kind == PaneItemKind::Link) {
         setFocusPolicy(Qt::TabFocus);
@@ -98,20 +108,43 @@ PaneRow::PaneRow(const PaneItem& item, QWidget* parent) : QLabel(parent), m_kind
     }
     if (m_kind == PaneItemKind::Header)
         setFont(boldFont());
+    if (!m_icon.isEmpty())
+        setMinimumHeight(iconSide + 2);
+    const QColor ink = m_kind == PaneItemKind::Link   ? look.link
+                       : m_kind == PaneItemKind::Text ? look.text
+                                                      : QColor();
+    if (ink.isValid()) {
+        QPalette colors; // of which only this role is the row's own
+        colors.setColor(QPalette::WindowText, ink);
+        setPalette(colors);
+    }
     showItem(item);
 }
 
 void PaneRow::showItem(const PaneItem& item)
 {
-    setText(item.text);
-    setAccessibleName(item.text);
+    const auto begin = std::find_if(item.text.begin(), item.text.end(), [](QChar c) { return c != u' '; });
+    const auto blanks = int(begin - item.text.begin());
+    const int left = std::max(m_textLeft, inset + blanks * fontMetrics().horizontalAdvance(u' '));
+    const QString words = item.text.mid(blanks);
+    if (words == text() && left == contentsMargins().left())
+        return;
+    setContentsMargins(left, 1, inset, 1);
+    setText(words);
+    setAccessibleName(text());
 }
 
 void PaneRow::paintEvent(QPaintEvent* event)
 {
     QLabel::paintEvent(event);
     QPainter painter(this);
-    frameFocus(*this, painter);
+    const QColor ink = palette().color(QPalette::WindowText);
+    if (!m_icon.isEmpty()) {
+        QPixmap icon = drawing(m_icon, qRound(iconSide * devicePixelRatioF()), ink);
+        icon.setDevicePixelRatio(devicePixelRatioF());
+        painter.drawPixmap(inset, (height() - iconSide) / 2, icon);
+    }
+    frameFocus(*this, painter, ink);
 }
 
 void PaneRow::mousePressEvent(QMouseEvent* event)

@@ -15,13 +15,17 @@ class PaneHead : public QAbstractButton
     Q_OBJECT
 
   public:
-    PaneHead(const QString& title, QWidget* parent);
+    PaneHead(const QString& title, const PaneLook& look, QWidget* parent);
 
     QSize sizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    QColor m_ground; ///< not valid: a tint of the bar's
+    QColor m_ink;
 };
 
 class PaneRow : public QLabel
@@ -29,7 +33,8 @@ class PaneRow : public QLabel
     Q_OBJECT
 
   public:
-    PaneRow(const PaneItem& item, QWidget* parent);
+    /// With `besideIcons` the text leaves room for an icon, whether the row has one or not.
+    PaneRow(const PaneItem& item, const PaneLook& look, bool besideIcons);
 
     void showItem(const PaneItem& item);
 
@@ -50,6 +55,8 @@ class PaneRow : public QLabel
     void underline();
 
     PaneItemKind m_kind;
+    QString m_icon;
+    int m_textLeft;         ///< pixels
     bool m_pressed = false; ///< a click has begun here
 };
 

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QScrollBar>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -283,6 +284,110 @@ class TestPaneBar : public QObject
         const int letter = m_bar->fontMetrics().horizontalAdvance(u'&');
         QVERIFY(drawn(misread) > 0);
         QVERIFY(drawn(text) > drawn(misread) + letter / 2);
+    }
+
+    void oneTextAloneCanChange()
+    {
+        const QPointer<QLabel> before = row("c");
+        m_bar->setItemText(QStringLiteral("c"), QStringLiteral("more"));
+        m_bar->setItemText(QStringLiteral("none"), QStringLiteral("of this"));
+        QCOMPARE(row("c"), before.data());
+        QCOMPARE(row("c")->text(), QStringLiteral("more"));
+        QCOMPARE(m_bar->panes(), twoPanes(QStringLiteral("more")));
+    }
+
+    /// All lines of a text are set in as far as its leading blanks reach.
+    void leadingBlanksSetATextIn()
+    {
+        QCOMPARE(row("c")->contentsMargins().left(), row("a")->contentsMargins().left());
+        m_bar->setPanes(twoPanes(QStringLiteral("     far in")));
+        QCOMPARE(row("c")->text(), QStringLiteral("far in"));
+        QCOMPARE(row("c")->accessibleName(), QStringLiteral("far in"));
+        const int blanks = 5 * row("c")->fontMetrics().horizontalAdvance(u' ');
+        QCOMPARE(row("c")->contentsMargins().left(), row("a")->contentsMargins().left() + blanks);
+    }
+
+    void textsOfAPaneStandBesideItsIcons()
+    {
+        QList<Pane> panes = twoPanes();
+        const int without = row("a")->contentsMargins().left();
+        panes[0].items[0].icon = QStringLiteral("open");
+        m_bar->setPanes(panes);
+        QVERIFY(row("a")->contentsMargins().left() >= without + 24);
+        QCOMPARE(row("b")->contentsMargins().left(), row("a")->contentsMargins().left());
+        QCOMPARE(row("c")->contentsMargins().left(), without); // another pane
+        const auto leftOfText = [this](const char* key) {
+            const QImage picture = row(key)->grab().toImage();
+            const int width = int(row("a")->contentsMargins().left() * picture.devicePixelRatio());
+            return picture.copy(0, 0, width, picture.height());
+        };
+        const auto isPlain = [](const QImage& part) {
+            QImage plain = part;
+            plain.fill(part.pixelColor(0, 0));
+            return part == plain;
+        };
+        QVERIFY(!isPlain(leftOfText("a")));
+        QVERIFY(isPlain(leftOfText("b")));
+    }
+
+    void aBarCanHaveColoursOfItsOwn()
+    {
+        const PaneLook look{.headGround = QColor(0, 85, 170),
+                            .headText = Qt::white,
+                            .link = Qt::darkGreen,
+                            .text = Qt::darkRed};
+        m_bar->setLook(look);
+        const QImage picture = head("one")->grab().toImage();
+        QCOMPARE(picture.pixelColor(1, 1), look.headGround);
+        QSet<QRgb> seen;
+        for (int x = 0; x < picture.width(); ++x)
+            seen.insert(picture.pixel(x, picture.height() / 2));
+        QVERIFY(seen.contains(QColor(Qt::white).rgb()));
+        QCOMPARE(row("a")->palette().color(QPalette::WindowText), look.link);
+        QCOMPARE(row("c")->palette().color(QPalette::WindowText), look.text);
+    }
+
+    void theFooterStandsBelowAllPanes()
+    {
+        auto* const footer = new QLabel(QStringLiteral("the end"));
+        m_bar->setFooter(footer);
+        QTRY_VERIFY(footer->isVisible() && footer->y() > 300); // at the bottom of 400 pixels
+        QCOMPARE(footer->geometry().right(), footer->parentWidget()->width() - 1 - 6);
+        m_bar->setPanes(twoPanes(QString(QStringLiteral("many words ")).repeated(500)));
+        QTRY_VERIFY(footer->y() > 400);
+        m_bar->setPanes({twoPanes().at(0)}); // made anew
+        QTRY_VERIFY(footer->y() > 300 && footer->y() < 400);
+    }
+
+    /// Beside the rows a right click is for whatever the bar stands on; on a row it is for nobody.
+    void aRightClickBesideTheRowsGoesOn_data()
+    {
+        QTest::addColumn<QString>("part");
+        QTest::addColumn<bool>("goesOn");
+        QTest::newRow("link") << "a" << false;
+        QTest::newRow("text") << "c" << false;
+        QTest::newRow("head") << "oneHead" << true;
+        QTest::newRow("free ground") << "" << true;
+    }
+
+    void aRightClickBesideTheRowsGoesOn()
+    {
+        QFETCH(QString, part);
+        struct : QObject
+        {
+            bool eventFilter(QObject*, QEvent* event) override
+            {
+                releases += event->type() == QEvent::MouseButtonRelease;
+                return false;
+            }
+            int releases = 0;
+        } below;
+        m_window->installEventFilter(&below);
+        if (part.isEmpty())
+            QTest::mouseClick(m_bar->widget(), Qt::RightButton, {}, QPoint(100, 390));
+        else
+            QTest::mouseClick(m_bar->findChild<QWidget*>(part), Qt::RightButton);
+        QTEST(below.releases > 0, "goesOn");
     }
 
     void theHeadsStandOutFromTheGround()
