@@ -178,6 +178,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
         return false;
 
     log("Start: Sizing");
+    fillLink(*window.panes()->uLink());
     restoreGeometry(window, othersWereRunning);
     window.panes()->setInterfaceFlag(app::read(app::setting::ToggleInterface) != 0);
     restoreBand(window);
@@ -214,6 +215,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
         return false;
 
     window.layoutPanes();
+    window.welcome().build();
     window.ix1()->show();
     window.opening()->setRecent(recentFromText(app::read(app::setting::Recent)));
     window.slideshow()->readSettings();

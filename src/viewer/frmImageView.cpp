@@ -116,6 +116,7 @@ void frmImageView::RunTool(const QString& name)
 void frmImageView::SetUpdate(bool visible, int delay)
 {
     m_ix1->setVisible(visible);
+    m_welcome.setUpdate(visible);
     if (!visible && delay >= 1)
         m_tUpdate.start(delay);
 }
@@ -123,7 +124,7 @@ void frmImageView::SetUpdate(bool visible, int delay)
 void frmImageView::UpdateToolbar()
 {
     const commands::CommandFacts now = facts();
-    m_panes->showWelcome(commands::showsWelcome(now));
+    m_welcome.show(commands::showsWelcome(now));
     m_interface->apply(now);
     m_playlist->SetUpdateInterval(commands::listUpdateInterval(now.listShown));
     m_panes->aP()->recalcLayout();

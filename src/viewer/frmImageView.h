@@ -18,6 +18,7 @@
 #include "viewer/Panes.h"
 #include "viewer/Viewport.h"
 #include "viewer/ViewportGestures.h"
+#include "viewer/WelcomeHost.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -43,8 +44,8 @@ class frmImageView : public QWidget, public app::MainWindow
     void OpenDirX(const QString& directory) override;
     QStringList recentDirectories() const override { return m_opening->recent(); }
 
-    /// Shows or hides the picture while the window changes its size; hidden with a `delay` of at least 1
-    /// millisecond, it comes back by itself after that.
+    /// Shows or hides picture and welcome panel while the window changes its size; hidden with a `delay` of
+    /// at least 1 millisecond, it comes back by itself after that.
     void SetUpdate(bool visible, int delay);
     /// Closes the other windows, this one last, and ends the process.
     void closeAll();
@@ -65,6 +66,7 @@ class frmImageView : public QWidget, public app::MainWindow
     ImageStatus* status() const { return m_status; }
     ImageCommands& images() { return m_images; }
     FullScreenHost& full() { return m_full; }
+    WelcomeHost& welcome() { return m_welcome; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
     /// maximised.
     QPoint frameOffset() const { return m_frameOffset; }
@@ -130,6 +132,7 @@ class frmImageView : public QWidget, public app::MainWindow
     output::Slideshow* m_slideshow;
     InterfaceTools* m_interface = nullptr;
     FullScreenHost m_full;
+    WelcomeHost m_welcome{*this};
     Opening* m_opening;
     ImageCommands m_images;
     commands::Keyboard* m_keyboard;

@@ -1,0 +1,38 @@
+// The sign of the maker's media portal at the foot of the welcome panel, painted in the panel's text colour.
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+namespace quorvia::commands {
+
+/// The command that a click of `button` with `modifiers` on the sign runs; empty when it runs none. A right
+/// click without modifier is for the context menu.
+QString logoCommand(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+
+class WelcomeLogo : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    explicit WelcomeLogo(QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+  Q_SIGNALS:
+    void commandChosen(const QString& name);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+  private:
+    QFont nameFont() const;
+
+    Qt::MouseButton m_pressed = Qt::NoButton; ///< with which a click has begun here
+};
+
+} // namespace quorvia::commands
