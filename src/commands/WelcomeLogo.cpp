@@ -37,7 +37,7 @@ WelcomeLogo::WelcomeLogo(QWidget* parent) : QWidget(parent)
     setAccessibleName(portal());
     setToolTip(portal());
     setCursor(Qt::PointingHandCursor);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
 }
 
 QFont WelcomeLogo::nameFont() const

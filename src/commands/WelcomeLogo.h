@@ -18,6 +18,8 @@ class WelcomeLogo : public QWidget
     explicit WelcomeLogo(QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
+    /// Any width: in a narrow column the name is cut off, not the column widened.
+    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
 
   Q_SIGNALS:
     void commandChosen(const QString& name);

@@ -30,7 +30,8 @@ platform::PaneLook lookOn(const QPalette& ground)
     return {.headGround = head,
             .headText = Qt::white,
             .link = dark ? QColor(120, 190, 250) : head,
-            .text = platform::tint(ground, quiet)};
+            .text = platform::tint(ground, quiet),
+            .gap = 14};
 }
 
 } // namespace
@@ -126,7 +127,7 @@ bool WelcomePanel::eventFilter(QObject*, QEvent* event)
 {
     if (event->type() == QEvent::Resize)
         place();
-    else if (event->type() == QEvent::ApplicationPaletteChange)
+    else if (event->type() == QEvent::PaletteChange)
         takeDesktopColors();
     return false;
 }

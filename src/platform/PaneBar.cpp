@@ -11,9 +11,8 @@ namespace quorvia::platform {
 
 namespace {
 
-constexpr int margin = 6; // pixels, as all below
-constexpr int paneGap = 8;
-constexpr int rowGap = 2;
+constexpr int rowGap = 2;  // pixels, as all below
+constexpr int slimmer = 2; // than the gap, or half of it, are the margin and what is below a head
 
 QString headName(const QString& key)
 {
@@ -39,8 +38,7 @@ PaneBar::PaneBar(QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
     setWidget(m_column);
-    m_layout->setContentsMargins(margin, margin, margin, margin);
-    m_layout->setSpacing(paneGap);
+    setGaps();
     m_layout->addStretch();
     // The ground is that of whatever the bar stands on.
     m_column->setAutoFillBackground(false);
@@ -76,7 +74,15 @@ void PaneBar::setLook(const PaneLook& look)
     if (look == m_look)
         return;
     m_look = look;
+    setGaps();
     makeAnew();
+}
+
+void PaneBar::setGaps()
+{
+    const int margin = m_look.gap - slimmer;
+    m_layout->setContentsMargins(margin, margin, margin, margin);
+    m_layout->setSpacing(m_look.gap);
 }
 
 void PaneBar::setFooter(QWidget* footer)
@@ -123,7 +129,7 @@ QWidget* PaneBar::makePane(const Pane& pane)
     box->setObjectName(pane.key);
     auto* const column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(rowGap);
+    column->setSpacing(m_look.gap / 2 - slimmer);
     auto* const head = new PaneHead(pane.title, m_look, box);
     head->setObjectName(headName(pane.key));
     column->addWidget(head);

@@ -39,13 +39,14 @@ struct Pane
     bool operator==(const Pane&) const = default;
 };
 
-/// Colours of a bar; one that is not valid is taken from the palette.
+/// Colours and gaps of a bar; a colour that is not valid is taken from the palette.
 struct PaneLook
 {
     QColor headGround;
     QColor headText;
     QColor link; ///< with its icon
     QColor text; ///< of rows that are texts
+    int gap = 8; ///< between the panes and around them all, pixels
     bool operator==(const PaneLook&) const = default;
 };
 
@@ -82,6 +83,7 @@ class PaneBar : public QScrollArea
   private:
     bool differsInTextsOnly(const QList<Pane>& panes) const;
     void showTexts();
+    void setGaps();
     void makeAnew();
     QWidget* makePane(const Pane& pane);
     PaneRow* makeRow(const PaneItem& item, bool besideIcons);

@@ -125,7 +125,7 @@ void PaneRow::showItem(const PaneItem& item)
 {
     const auto begin = std::find_if(item.text.begin(), item.text.end(), [](QChar c) { return c != u' '; });
     const auto blanks = int(begin - item.text.begin());
-    const int left = std::max(m_textLeft, inset + blanks * fontMetrics().horizontalAdvance(u' '));
+    const int left = std::max(m_textLeft, blanks * fontMetrics().horizontalAdvance(u' '));
     const QString words = item.text.mid(blanks);
     if (words == text() && left == contentsMargins().left())
         return;

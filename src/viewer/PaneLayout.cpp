@@ -63,7 +63,9 @@ TopPanes layoutTop(const TopState& state)
         panes.viewport = below(y, height - y);
         break;
     }
-    panes.link = QPoint(width - state.link.width() - linkMargin, 0);
+    const QRect& strip = panes.filebar.isNull() ? panes.tabs : panes.filebar;
+    panes.link = QPoint(width - state.link.width() - linkMargin,
+                        std::max(strip.height() - state.link.height(), 0) / 2);
     return panes;
 }
 

@@ -56,7 +56,7 @@ struct TopPanes
     QRect splitter; ///< pSize
     QRect filmstrip;
     QRect capture;
-    QPoint link;
+    QPoint link; ///< uLink, at the right end of the strip on top
     bool operator==(const TopPanes&) const = default;
 };
 

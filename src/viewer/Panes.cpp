@@ -247,7 +247,11 @@ void Panes::placeTop()
         label->setGeometry(0, 0, label->sizeHint().width(), m_pFilebar->height());
     placeAt(m_gTab, panes.tabs);
     m_uLink->move(app::toPixels(panes.link.x()), app::toPixels(panes.link.y()));
-    m_uLink->raise();
+    // Where there is no room for both, the tabs are the ones that are needed.
+    if (m_uLink->x() < m_gTab->sizeHint().width() && panes.filebar.isNull())
+        m_uLink->stackUnder(m_gTab);
+    else
+        m_uLink->raise();
     placeAt(m_pContain, panes.viewport);
     if (!m_pWelcome->isHidden())
         m_pWelcome->setGeometry(m_pContain->rect());

@@ -304,7 +304,8 @@ class TestPaneBar : public QObject
         QCOMPARE(row("c")->text(), QStringLiteral("far in"));
         QCOMPARE(row("c")->accessibleName(), QStringLiteral("far in"));
         const int blanks = 5 * row("c")->fontMetrics().horizontalAdvance(u' ');
-        QCOMPARE(row("c")->contentsMargins().left(), row("a")->contentsMargins().left() + blanks);
+        QCOMPARE(row("c")->contentsMargins().left(), blanks);
+        QVERIFY(blanks > row("a")->contentsMargins().left());
     }
 
     void textsOfAPaneStandBesideItsIcons()

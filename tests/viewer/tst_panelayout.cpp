@@ -97,7 +97,7 @@ void TestPaneLayout::tops_data()
     QTest::addColumn<TopPanes>("panes");
     TopPanes panes;
     panes.tabs = QRect(0, 0, 12000, 330);
-    panes.link = QPoint(10400, 0);
+    panes.link = QPoint(10400, (330 - 250) / 2);
     panes.viewport = QRect(0, 330, 12000, 8670);
     for (const TabPane pane : {TabPane::Image, TabPane::Information, TabPane::Filmstrip, TabPane::Capture})
         QTest::addRow("the viewport in front, pane %d", int(pane)) << topState(pane, true) << panes;
@@ -124,6 +124,7 @@ void TestPaneLayout::tops_data()
     TopPanes withStrip = filmstrip;
     withStrip.filebar = QRect(0, 0, 12000, 300);
     withStrip.tabs = QRect(0, 300, 12000, 330);
+    withStrip.link = QPoint(10400, (300 - 250) / 2);
     withStrip.viewport = QRect(0, 630, 12000, 9000 - 2500 - 630 - 90);
     QTest::newRow("filmstrip below the strip") << strip << withStrip;
 
