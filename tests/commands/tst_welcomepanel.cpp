@@ -252,6 +252,7 @@ class TestWelcomePanel : public QObject
         desktop.setColor(QPalette::Text, text);
         QApplication::setPalette(desktop);
         QTRY_COMPARE(m_pane->grab().toImage().pixelColor(2, 690), base);
+        QTRY_VERIFY(row("OPEN")->isVisible() && row("TIP2")->isVisible());
         for (const char* key : {"OPEN", "OPENTIP", "INFO", "TE", "TIP2"}) {
             const QColor ink = row(key)->palette().color(QPalette::WindowText);
             QVERIFY2(platform::contrast(base, ink) >= 4.5, key);
