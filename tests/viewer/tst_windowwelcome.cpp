@@ -11,6 +11,7 @@
 #include "viewer/ViewerBench.h"
 
 #include <QLabel>
+#include <QPushButton>
 #include <QTest>
 
 using namespace quorvia;
@@ -154,6 +155,8 @@ class TestWindowWelcome : public QObject
         frmImageView& window = m_bench->load();
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
+        QPushButton next(&window); // in the order of the keys
+        next.show();
         row(window, "OPEN")->setFocus();
         window.OpenX(in("pics/a.png"));
         QCOMPARE(window.focusWidget(), &window);
