@@ -68,15 +68,6 @@ MessageBox engineBox()
                 QCoreApplication::translate("KeyBoxes", "Opens images of the types %1.").arg(imageTypes())};
 }
 
-MessageBox eraseBox()
-{
-    return {BoxKind::Question, BoxButtons::YesNoCancel, app::productTitle(),
-            QStringLiteral("Are your sure you want to purge your registry settings for ") +
-                app::productTitle() +
-                QStringLiteral("?\n\nNote: Selecting yes will cause all settings to be erased and exit the "
-                               "program.")};
-}
-
 QString fileData(const QString& path)
 {
     constexpr int inKilobytes = 1;

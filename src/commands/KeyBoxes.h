@@ -24,8 +24,6 @@ platform::MessageBox shortcutHelpBox();
 platform::MessageBox informationBox(const ProgramFacts& facts);
 /// Tells of the imaging control: its version and the types that it opens.
 platform::MessageBox engineBox();
-/// Asks whether to erase the settings.
-platform::MessageBox eraseBox();
 
 /// Path, size and last-written time of the file at `path`, in one line; without the time when it cannot be
 /// read.

@@ -1,7 +1,7 @@
 #include "commands/Keyboard.h"
 
+#include "app/EraseSettings.h"
 #include "app/KeyCodes.h"
-#include "app/mWindowsAPI.h"
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "commands/KeyBoxes.h"
@@ -252,12 +252,7 @@ void Keyboard::fitWindowToImage()
 void Keyboard::askToErase()
 {
     const QPointer<Keyboard> alive(this);
-    if (!saysYes(m_sinks.owner, eraseBox()))
-        return;
-    for (const char* section :
-         {app::section::Settings, app::section::PrintSettings, app::section::SettingsNet})
-        app::DeleteAppSection(QLatin1String(section));
-    if (alive)
+    if (app::askToErase(m_sinks.owner) && alive)
         m_sinks.endProcess();
 }
 

@@ -1,6 +1,6 @@
 // What the rooms ask of the main window, each in its own words.
+#include "app/EraseSettings.h"
 #include "app/mFile.h"
-#include "app/mWindowsAPI.h"
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "collections/EntryText.h"
@@ -12,8 +12,6 @@
 #include "viewer/frmImageView.h"
 
 #include <QApplication>
-
-#include <cstdlib>
 
 namespace quorvia::viewer {
 
@@ -64,11 +62,7 @@ commands::KeyboardSinks frmImageView::keyboardSinks()
                 },
             .fitWindowToImage = [this] { FitWindowToImage(); },
             .interfaceVersions = [] { return platform::ToolControl::version(); },
-            .endProcess =
-                [] {
-                    app::closeSettings();
-                    std::_Exit(EXIT_SUCCESS);
-                }};
+            .endProcess = &app::endProcess};
 }
 
 commands::PrefixTools frmImageView::prefixTools()
