@@ -73,6 +73,11 @@ QString read(const OpenTextKey& key, const QString& present)
     return readText(key, present);
 }
 
+QString readAsText(const NumberKey& key)
+{
+    return readText(key, QString::number(key.fallback));
+}
+
 bool save(const NumberKey& key, int value)
 {
     return saveValue(key, value);

@@ -69,6 +69,10 @@ int read(const OpenNumberKey& key, int present);
 QString read(const TextKey& key);
 QString read(const OpenTextKey& key, const QString& present);
 
+/// The stored value of a number as text, for who reads it by a rule of his own; the default's decimal text
+/// when it is absent or empty.
+QString readAsText(const NumberKey& key);
+
 /// True when written. A yes or no goes in as 0 or 1.
 bool save(const NumberKey& key, int value);
 bool save(const OpenNumberKey& key, int value);

@@ -243,6 +243,13 @@ void TestSettings::textReads()
     QCOMPARE(read(setting::BrowserRoot), QStringLiteral("Desktop"));
     store("Settings", "BrowserRoot", 12);
     QCOMPARE(read(setting::BrowserRoot), QStringLiteral("12"));
+    QCOMPARE(readAsText(setting::Interval), QStringLiteral("2000"));
+    store("Settings", "Interval", QStringLiteral("slow 12"));
+    QCOMPARE(readAsText(setting::Interval), QStringLiteral("slow 12"));
+    store("Settings", "Interval", QStringLiteral(""));
+    QCOMPARE(readAsText(setting::Interval), QStringLiteral("2000"));
+    store("Settings", "Interval", -3);
+    QCOMPARE(readAsText(setting::Interval), QStringLiteral("-3"));
     store("Settings", "Path", QStringLiteral(""));
     QCOMPARE(read(setting::Path, QStringLiteral("/present")), QStringLiteral("/present"));
 }
