@@ -47,6 +47,7 @@ struct FileChooser
     QString title = {};
     QString filters = {}; ///< rows "caption|patterns", the patterns apart by ";", all joined by "|"
     QString start = {};   ///< as in FolderBrowser
+    int shownRow = 0;     ///< of the filters at first, 0-based
 };
 
 /// Shows `chooser` modally over `owner` (may be null) and waits. The path of the file that was chosen; empty

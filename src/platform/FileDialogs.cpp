@@ -40,7 +40,9 @@ QFileDialog* openDialog(QWidget* owner, const FileChooser& chooser)
 {
     auto* const dialog = dialogAt(chooser.start, owner, chooser.title);
     dialog->setFileMode(QFileDialog::ExistingFile);
-    dialog->setNameFilters(nameFilters(chooser.filters));
+    const QStringList filters = nameFilters(chooser.filters);
+    dialog->setNameFilters(filters);
+    dialog->selectNameFilter(filters.value(chooser.shownRow));
     return dialog;
 }
 

@@ -125,6 +125,27 @@ class TestFileDialogs : public QObject
         QCOMPARE(filters, QStringList({"Pictures (*.png *.jpg)", "All (*)"}));
     }
 
+    void aRowOfTheFiltersIsShownFirst_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("usually") << 0 << "Pictures (*.png)";
+        QTest::newRow("another") << 1 << "All (*)";
+        QTest::newRow("one that is not there") << 2 << "Pictures (*.png)";
+    }
+
+    void aRowOfTheFiltersIsShownFirst()
+    {
+        QFETCH(int, row);
+        QString shown;
+        NextDialog next([&](QFileDialog& dialog) {
+            shown = dialog.selectedNameFilter();
+            dialog.reject();
+        });
+        chooseFile(nullptr, {.filters = "Pictures|*.png|All|*", .shownRow = row});
+        QTEST(shown, "shown");
+    }
+
     void severalFilesAreChosen_data()
     {
         QTest::addColumn<QString>("typed");
