@@ -42,18 +42,32 @@ bool hasThumbnail(const QString& thumbnail)
     return !thumbnail.isEmpty() && QFileInfo(thumbnail).isFile();
 }
 
+QStringList listThumbnails(const QString& directory)
+{
+    QStringList files;
+    app::ListFiles(app::AddBackslash(directory), QStringLiteral("*.thb"), false, files);
+    return files;
+}
+
+double megabytesOf(const QString& file)
+{
+    return double(QFileInfo(file).size()) / bytesOfMegabyte;
+}
+
 ThumbnailCount countThumbnails(const QString& directory)
 {
-    ThumbnailCount count;
-    app::ListFiles(app::AddBackslash(directory), QStringLiteral("*.thb"), false, count.files);
+    ThumbnailCount count{.files = listThumbnails(directory)};
     for (const QString& file : count.files)
-        count.megabytes += double(QFileInfo(file).size()) / bytesOfMegabyte;
+        count.megabytes += megabytesOf(file);
     return count;
 }
 
-void deleteThumbnails(const QStringList& files)
+void deleteThumbnails(const QStringList& files, const std::function<bool(int done)>& goOn)
 {
+    int done = 0;
     for (const QString& file : files) {
+        if (goOn && !goOn(done++))
+            return;
         const QFileInfo there(file);
         if (file.endsWith(QLatin1String(extension), Qt::CaseInsensitive) &&
             (there.isSymLink() || there.isFile()))

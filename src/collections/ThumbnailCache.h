@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 namespace quorvia::collections {
 
 /// Name of the thumbnail of an image `name` (without directory) last written at `modified` (local time): its
@@ -31,11 +33,16 @@ struct ThumbnailCount
     double megabytes = 0; ///< of all of them, 1024 * 1024 bytes each
 };
 
-/// Counts the "*.thb" in `directory` (a "/" at its end may be missing), not below it. Costs a look at each.
+/// The full paths of the "*.thb" in `directory` (a "/" at its end may be missing), not below it. Some tens of
+/// milliseconds for 50,000.
+QStringList listThumbnails(const QString& directory);
+/// The size of `file`; 0 when it has gone. Costs a look at it.
+double megabytesOf(const QString& file);
+/// Both at once.
 ThumbnailCount countThumbnails(const QString& directory);
 
 /// Deletes those of `files` that are thumbnails by their name and no directories; all others stay. What
-/// cannot be deleted is passed over.
-void deleteThumbnails(const QStringList& files);
+/// cannot be deleted is passed over. `goOn` is asked before each, with how many are done; false ends it.
+void deleteThumbnails(const QStringList& files, const std::function<bool(int done)>& goOn = {});
 
 } // namespace quorvia::collections
