@@ -14,6 +14,7 @@
 #include "platform/MenuControl.h"
 #include "viewer/FamilyCommands.h"
 #include "viewer/frmImageView.h"
+#include "viewer/PreferencesCommand.h"
 #include "viewer/PrintCommand.h"
 #include "viewer/RecentList.h"
 #include "viewer/ShellVerb.h"
@@ -240,6 +241,7 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miFullScreen", [w] { w->full().LoadX(); }},
         {"xSlideShow", [w] { w->slideshow()->startAlone(); }},
         {"miPrint", [w] { miPrint(*w); }},
+        {"miPref", [w] { miPref(*w); }},
         {"miOpen", [w] { miOpen(*w); }},
         {"tOpenx", [w] { w->RunTool(QStringLiteral("miOpen")); }},
         {"miOpenMenu", [w] { w->RunTool(QStringLiteral("miOpen")); }},

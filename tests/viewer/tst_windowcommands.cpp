@@ -24,8 +24,8 @@ namespace {
 
 /// The commands that get a handler with their subject.
 const QStringList toCome = {
-    // preferences, scanners
-    "miPref", "miScan"};
+    // scanners
+    "miScan"};
 
 } // namespace
 
