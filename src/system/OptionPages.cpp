@@ -106,6 +106,8 @@ QFrame* makeJpegPage(QWidget* parent)
     auto* const rows = new QVBoxLayout(page);
     QGroupBox* const group = makeGroup(QStringLiteral("JPEG Settings (Save JPEG Settings)"), page);
     auto* const form = new QFormLayout(group);
+    constexpr int betweenRows = 10; // pixels: sliders are low
+    form->setVerticalSpacing(betweenRows);
     form->addRow(translated("Sampling:"),
                  makeList("cboSample", translated("Sampling"),
                           {QStringLiteral("1:1:1 - None"), QStringLiteral("2:1:1 - 2 to 1 Horizontal"),

@@ -16,7 +16,8 @@ namespace {
 
 constexpr int mostQuality = 255;
 constexpr int largeChange = 5;
-constexpr QSize patchSize(48, 24); // pixels
+constexpr int aroundText = 8; // pixels, as the next
+constexpr QSize patchSize(48, 24);
 
 } // namespace
 
@@ -78,6 +79,7 @@ QPushButton* makeButton(const char* name, const QString& text, QWidget* parent)
     auto* const button = new QPushButton(text, parent);
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(text);
+    button->setMinimumWidth(button->sizeHint().width() + 2 * aroundText);
     button->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     return button;
 }

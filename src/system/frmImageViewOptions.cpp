@@ -11,6 +11,7 @@
 #include "system/OptionParts.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QFrame>
 #include <QLabel>
 #include <QPointer>
@@ -29,6 +30,29 @@ namespace {
 bool saysYes(QWidget* owner, const platform::MessageBox& box)
 {
     return platform::showMessage(owner, box) == platform::BoxAnswer::Yes;
+}
+
+/// A colour that lies `part` (0 to 1) of the way from one to the other.
+QColor between(const QColor& from, const QColor& to, double part)
+{
+    const auto mix = [part](int one, int other) { return qRound(one + (other - one) * part); };
+    return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
+}
+
+/// The selected tab joins the page below it; the others lie on a ground a little apart from it.
+void colorTabs(controls::gnTab& tabs, const QPalette& palette)
+{
+    constexpr double ground = 0.15;
+    constexpr double line = 0.5;
+    const QColor page = palette.color(QPalette::Window);
+    const QColor ink = palette.color(QPalette::WindowText);
+    const auto number = [](const QColor& color) { return quint32(app::toColorNumber(color)); };
+    controls::TabProperties colors = tabs.properties();
+    colors.BackColor = colors.TabBackColor = number(between(page, ink, ground));
+    colors.ActiveTabBackColor = colors.SelectedTabHoverColor = number(page);
+    colors.TabTextColor = colors.ActiveTabTextColor = colors.HoverColour = number(ink);
+    colors.SeperatorLineColor = number(between(page, ink, line));
+    tabs.setProperties(colors);
 }
 
 } // namespace
@@ -68,6 +92,7 @@ void frmImageViewOptions::addPages()
                                    {"Advanced", "Advanced", &makeAdvancedPage}};
     m_gTab->setObjectName(QStringLiteral("gTab"));
     m_gTab->setAccessibleName(tr("Pages"));
+    colorTabs(*m_gTab, palette());
     connect(m_gTab, &controls::gnTab::TabSelected, m_pages,
             [this](const QString&, const QString&, int index) { m_pages->setCurrentIndex(index - 1); });
     for (const Tab& tab : tabs) {
@@ -75,6 +100,13 @@ void frmImageViewOptions::addPages()
             app::WriteLog(QStringLiteral("No tab ") + QLatin1String(tab.key));
         m_pages->addWidget(tab.makePage(m_pages));
     }
+    fitTabs();
+}
+
+/// So wide that all tabs are seen.
+void frmImageViewOptions::fitTabs()
+{
+    m_gTab->setMinimumWidth(m_gTab->sizeHint().width());
 }
 
 void frmImageViewOptions::addButtons()
@@ -83,6 +115,7 @@ void frmImageViewOptions::addButtons()
     const auto margin = [this](QStyle::PixelMetric side) { return style()->pixelMetric(side); };
     row->setContentsMargins(margin(QStyle::PM_LayoutLeftMargin), 0, margin(QStyle::PM_LayoutRightMargin),
                             margin(QStyle::PM_LayoutBottomMargin));
+    row->setSpacing(margin(QStyle::PM_LayoutHorizontalSpacing));
     row->addStretch();
     for (const auto& [name, text] : {std::pair("Command2", "Accept"), std::pair("Command1", "Cancel")})
         row->addWidget(makeButton(name, QLatin1String(text), this));
@@ -174,6 +207,15 @@ void frmImageViewOptions::showEvent(QShowEvent* event)
     QDialog::showEvent(event);
     if (!std::exchange(m_isCounted, true))
         countThumbnails();
+}
+
+void frmImageViewOptions::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        colorTabs(*m_gTab, palette());
+    else if (event->type() == QEvent::FontChange)
+        fitTabs();
 }
 
 void frmImageViewOptions::countThumbnails()

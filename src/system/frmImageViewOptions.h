@@ -44,9 +44,11 @@ class frmImageViewOptions : public QDialog
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     void addPages();
+    void fitTabs();
     void addButtons();
     void connectButtons();
     void addKeys();

@@ -214,6 +214,35 @@ class TestFrmImageViewOptions : public QObject
         QVERIFY2(texts.contains(text), qPrintable(texts.join(u'\n')));
     }
 
+    void allTabsAreSeen()
+    {
+        m_bench->show();
+        const controls::TabRecord last = gTab().tabs().at(gTab().tabs().count());
+        QVERIFY(last.Left + last.Width <= gTab().width());
+        QVERIFY(!m_bench->part("cmdScroll1").isVisible());
+        QFont large = m_bench->window->font();
+        large.setPointSizeF(large.pointSizeF() * 2);
+        m_bench->window->setFont(large);
+        QTRY_VERIFY(gTab().tabs().at(4).Left + gTab().tabs().at(4).Width <= gTab().width());
+    }
+
+    void theTabsFollowTheDesktopsColors()
+    {
+        m_bench->show();
+        for (const auto& [page, ink] : {std::pair(Qt::black, Qt::white), {Qt::white, Qt::black}}) {
+            QPalette palette;
+            palette.setColor(QPalette::Window, page);
+            palette.setColor(QPalette::WindowText, ink);
+            m_bench->window->setPalette(palette);
+            const auto number = [](const QColor& color) { return quint32(app::toColorNumber(color)); };
+            QCOMPARE(gTab().ActiveTabBackColor(), number(page));
+            QCOMPARE(gTab().ActiveTabTextColor(), number(ink));
+            QCOMPARE(gTab().TabTextColor(), number(ink));
+            QVERIFY(gTab().BackColor() != number(page));
+            QVERIFY(gTab().BackColor() != number(ink));
+        }
+    }
+
     void sliders()
     {
         m_bench->open();
