@@ -1,0 +1,181 @@
+// The preferences over the main window: what they take from it and give to it.
+#include "app/Colors.h"
+#include "app/Settings.h"
+#include "platform/Dialogs.h"
+#include "platform/NextDialog.h"
+#include "system/frmImageViewOptions.h"
+#include "viewer/ViewerBench.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+using namespace quorvia;
+using system::frmImageViewOptions;
+using test::ViewerBench;
+using viewer::frmImageView;
+namespace setting = app::setting;
+
+namespace {
+
+constexpr QColor chosen(200, 100, 50);
+
+template <class Kind>
+Kind* part(frmImageViewOptions& options, const char* name)
+{
+    return options.findChild<Kind*>(QLatin1String(name));
+}
+
+void click(frmImageViewOptions& options, const char* button)
+{
+    part<QPushButton>(options, button)->click();
+}
+
+/// Runs the command and lets `act` use the window that comes, which it need not close. True when it came.
+bool runPreferences(frmImageView& window, const std::function<void(frmImageViewOptions&)>& act)
+{
+    test::NextDialog<frmImageViewOptions> next([&act](frmImageViewOptions& options) {
+        const QPointer<frmImageViewOptions> open = &options;
+        act(options);
+        if (frmImageViewOptions* const left = open.data(); left && left->isVisible())
+            left->reject();
+    });
+    window.RunTool(QStringLiteral("miPref"));
+    return next.seen();
+}
+
+} // namespace
+
+class TestWindowPreferences : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<ViewerBench> m_bench;
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_bench = std::make_unique<ViewerBench>();
+        m_bench->threePictures();
+    }
+    void cleanup() { m_bench.reset(); }
+
+    void theColorIsTheViewportsAtOnce_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<bool>("colored");
+        QTest::newRow("accepted") << "Command2" << true;
+        QTest::newRow("cancelled") << "Command1" << false;
+    }
+
+    void theColorIsTheViewportsAtOnce()
+    {
+        QFETCH(QString, button);
+        QFETCH(bool, colored);
+        frmImageView& window = m_bench->load({m_bench->in("pics")});
+        const QColor before = app::paneColor(window.pContain());
+        QVERIFY(before != chosen);
+        const platform::ColorAnswerer answerer([](const platform::ColorQuestion&) { return chosen; });
+        QVERIFY(runPreferences(window, [&](frmImageViewOptions& options) {
+            QCOMPARE(app::paneColor(part<QWidget>(options, "pBack")), before);
+            click(options, "cmdColor");
+            QCOMPARE(app::paneColor(window.pContain()), before);
+            click(options, qPrintable(button));
+        }));
+        const QColor after = colored ? chosen : before;
+        QCOMPARE(app::paneColor(window.pContain()), after);
+        QCOMPARE(window.ix1()->BackColor(), after);
+        QCOMPARE(app::read(setting::MainBackColor, -1), colored ? app::toColorNumber(chosen) : -1);
+        QVERIFY(!window.findChild<frmImageViewOptions*>());
+    }
+
+    void thePresentColorIsShownAndNotTheStoredOne()
+    {
+        frmImageView& window = m_bench->load();
+        QVERIFY(app::save(setting::MainBackColor, 255));
+        const QColor present = app::paneColor(window.pContain());
+        QVERIFY(runPreferences(window, [&](frmImageViewOptions& options) {
+            QCOMPARE(app::paneColor(part<QWidget>(options, "pBack")), present);
+        }));
+    }
+
+    void otherOptionsWaitForTheNextUse()
+    {
+        frmImageView& window = m_bench->load({m_bench->in("pics")});
+        QVERIFY(window.viewport()->FitToWindow());
+        QVERIFY(runPreferences(window, [](frmImageViewOptions& options) {
+            part<QComboBox>(options, "cView")->setCurrentIndex(1);
+            click(options, "Command2");
+        }));
+        QCOMPARE(app::read(setting::cView), 1);
+        QVERIFY(window.viewport()->FitToWindow());
+    }
+
+    void thumbnailsAreCountedAndCleared()
+    {
+        frmImageView& window = m_bench->load();
+        m_bench->home.write(QStringLiteral("cache/1.thb"), QByteArray(512 * 1024, 'x'));
+        m_bench->home.write(QStringLiteral("cache/2.thb"), QByteArray(256 * 1024, 'x'));
+        m_bench->home.write(QStringLiteral("cache/other.jpg"), "x");
+        QVERIFY(app::save(app::common::ThumbnailPath, m_bench->in("cache"))); // without its "/"
+        const platform::MessageBoxAnswerer yes(
+            [](const platform::MessageBox&) { return platform::BoxAnswer::Yes; });
+        QVERIFY(runPreferences(window, [](frmImageViewOptions& options) {
+            const QLabel* const statistics = part<QLabel>(options, "lThumbstats");
+            QTRY_COMPARE(statistics->text(),
+                         QStringLiteral("Current Number of Files: 2\r\nDisk Space Used: 0.75 MB"));
+            click(options, "cmdClearThumbs");
+            QTRY_COMPARE(statistics->text(),
+                         QStringLiteral("Current Number of Files: 0\r\nDisk Space Used: 0.00 MB"));
+        }));
+        QCOMPARE(QDir(m_bench->in("cache")).entryList(QDir::Files), QStringList{"other.jpg"});
+    }
+
+    void thereIsOneAtATime()
+    {
+        frmImageView& window = m_bench->load();
+        QVERIFY(runPreferences(window, [&window](frmImageViewOptions& options) {
+            window.RunTool(QStringLiteral("miPref")); // returns at once
+            QCOMPARE(window.findChildren<frmImageViewOptions*>(), QList<frmImageViewOptions*>({&options}));
+            QVERIFY(options.isVisible());
+        }));
+        QVERIFY(runPreferences(window, [](frmImageViewOptions&) {})); // and once more later
+    }
+
+    void slidesWaitForItsEnd()
+    {
+        frmImageView& window = m_bench->load({m_bench->in("pics")});
+        QTRY_COMPARE(window.currentFile(), m_bench->in("pics/a.png"));
+        window.RunTool(QStringLiteral("miSlideShow"));
+        auto* const tSlide = window.slideshow()->findChild<QTimer*>(QStringLiteral("tSlide"));
+        QVERIFY(tSlide);
+        constexpr int often = 10; // milliseconds
+        QVERIFY(runPreferences(window, [&](frmImageViewOptions&) {
+            tSlide->setInterval(often);
+            QSignalSpy ticks(tSlide, &QTimer::timeout);
+            QTRY_VERIFY(ticks.size() >= 3);
+            QCOMPARE(window.currentFile(), m_bench->in("pics/a.png"));
+        }));
+        QTRY_VERIFY(window.currentFile() != m_bench->in("pics/a.png"));
+    }
+
+    void theWindowMayEndMeanwhile()
+    {
+        frmImageView& window = m_bench->load();
+        QPointer<QObject> options;
+        QVERIFY(runPreferences(window, [&](frmImageViewOptions& open) {
+            options = &open;
+            m_bench->forget();
+        }));
+        QVERIFY(!options);
+    }
+};
+
+QTEST_MAIN(TestWindowPreferences)
+#include "tst_windowpreferences.moc"
