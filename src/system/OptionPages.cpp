@@ -3,7 +3,6 @@
 #include "system/OptionParts.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QFormLayout>
 #include <QFrame>
@@ -68,8 +67,8 @@ QFrame* makeInterfacePage(QWidget* parent)
     auto* const rows = new QVBoxLayout(page);
     auto* const view = new QFormLayout;
     addList(*view, QStringLiteral("Defualt View:"),
-            makeList("cView", QStringLiteral("Defualt View"),
-                     {QStringLiteral("Best Fit"), QStringLiteral("Actual  Size")}, page));
+            new OptionList("cView", QStringLiteral("Defualt View"),
+                           {QStringLiteral("Best Fit"), QStringLiteral("Actual  Size")}, page));
     rows->addLayout(view);
     addColor(*rows, "pBack", "cmdColor", page);
     rows->addWidget(
@@ -87,10 +86,11 @@ QFrame* makeFullscreenPage(QWidget* parent)
     QFrame* const page = makePage("fFullscreen", QStringLiteral("Fullscreen Settings"), parent);
     auto* const rows = new QVBoxLayout(page);
     auto* const view = new QFormLayout;
-    addList(*view, translated("View:"),
-            makeList("cFView", translated("Fullscreen View"),
-                     {QStringLiteral("Actual Size"), QStringLiteral("Best Fit"), QStringLiteral("Stretch")},
-                     page));
+    addList(
+        *view, translated("View:"),
+        new OptionList("cFView", translated("Fullscreen View"),
+                       {QStringLiteral("Actual Size"), QStringLiteral("Best Fit"), QStringLiteral("Stretch")},
+                       page));
     rows->addLayout(view);
     addColor(*rows, "pFullBack", "cmdBackFullColor", page);
     rows->addWidget(makeCheck("chkBorder", QStringLiteral("Enable Border"), page));
@@ -109,11 +109,11 @@ QFrame* makeJpegPage(QWidget* parent)
     constexpr int betweenRows = 10; // pixels: sliders are low
     form->setVerticalSpacing(betweenRows);
     form->addRow(translated("Sampling:"),
-                 makeList("cboSample", translated("Sampling"),
-                          {QStringLiteral("1:1:1 - None"), QStringLiteral("2:1:1 - 2 to 1 Horizontal"),
-                           QStringLiteral("4:1:1 - 2 to 1 Horizontal and Vertical"),
-                           QStringLiteral("2:1:1 - 2 to 1 Vertical")},
-                          group));
+                 new OptionList("cboSample", translated("Sampling"),
+                                {QStringLiteral("1:1:1 - None"), QStringLiteral("2:1:1 - 2 to 1 Horizontal"),
+                                 QStringLiteral("4:1:1 - 2 to 1 Horizontal and Vertical"),
+                                 QStringLiteral("2:1:1 - 2 to 1 Vertical")},
+                                group));
     addSlider(*form, QStringLiteral("Luminance Quality:"), "sLum", "lLum", group);
     addSlider(*form, QStringLiteral("Chrome Factor:"), "sChrome", "lChrome", group);
     form->addRow(QStringLiteral("Grayscale:"), makeSwitch("chkGray", QStringLiteral("Grayscale"), group));

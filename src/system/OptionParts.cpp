@@ -1,10 +1,10 @@
 #include "system/OptionParts.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QFormLayout>
 #include <QFrame>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
@@ -42,6 +42,22 @@ void QualityBar::paintEvent(QPaintEvent* event)
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
+OptionList::OptionList(const char* name, const QString& accessible, const QStringList& lines, QWidget* parent)
+    : QComboBox(parent)
+{
+    setObjectName(QLatin1String(name));
+    setAccessibleName(accessible);
+    addItems(lines);
+}
+
+void OptionList::keyPressEvent(QKeyEvent* event)
+{
+    if (event->modifiers().testFlag(Qt::ControlModifier))
+        event->ignore();
+    else
+        QComboBox::keyPressEvent(event);
+}
+
 QFrame* makePage(const char* name, const QString& accessible, QWidget* parent)
 {
     auto* const page = new QFrame(parent);
@@ -63,15 +79,6 @@ QCheckBox* makeCheck(const char* name, const QString& text, QWidget* parent)
     check->setObjectName(QLatin1String(name));
     check->setAccessibleName(text);
     return check;
-}
-
-QComboBox* makeList(const char* name, const QString& accessible, const QStringList& lines, QWidget* parent)
-{
-    auto* const list = new QComboBox(parent);
-    list->setObjectName(QLatin1String(name));
-    list->setAccessibleName(accessible);
-    list->addItems(lines);
-    return list;
 }
 
 QPushButton* makeButton(const char* name, const QString& text, QWidget* parent)

@@ -2,13 +2,13 @@
 // where it is made.
 #pragma once
 
+#include <QComboBox>
 #include <QScrollBar>
 #include <QString>
 #include <QStringList>
 
 class QBoxLayout;
 class QCheckBox;
-class QComboBox;
 class QFormLayout;
 class QFrame;
 class QGroupBox;
@@ -29,11 +29,22 @@ class QualityBar : public QScrollBar
     void paintEvent(QPaintEvent* event) override;
 };
 
+/// A list that leaves what is pressed with Ctrl to the window.
+class OptionList : public QComboBox
+{
+    Q_OBJECT
+
+  public:
+    OptionList(const char* name, const QString& accessible, const QStringList& lines, QWidget* parent);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+};
+
 /// An empty page.
 QFrame* makePage(const char* name, const QString& accessible, QWidget* parent);
 QGroupBox* makeGroup(const QString& heading, QWidget* parent);
 QCheckBox* makeCheck(const char* name, const QString& text, QWidget* parent);
-QComboBox* makeList(const char* name, const QString& accessible, const QStringList& lines, QWidget* parent);
 /// A button that is as wide as its text wants it.
 QPushButton* makeButton(const char* name, const QString& text, QWidget* parent);
 /// A text of several lines, which shows what it holds letter for letter.

@@ -11,8 +11,8 @@
 #include "system/OptionParts.h"
 
 #include <QCheckBox>
-#include <QEvent>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -144,10 +144,20 @@ void frmImageViewOptions::addKeys()
     const auto add = [this](const QKeySequence& keys, int step) {
         connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, step] { stepTab(step); });
     };
-    add(Qt::CTRL | Qt::Key_Tab, 1);
-    add(Qt::CTRL | Qt::Key_PageDown, 1);
-    add(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, -1);
+    add(Qt::CTRL | Qt::Key_PageDown, 1); // the sliders would take them
     add(Qt::CTRL | Qt::Key_PageUp, -1);
+}
+
+/// Ctrl+Tab and, with Shift, the way back. No shortcuts: keyboards name the tabulator with Shift in two ways.
+void frmImageViewOptions::keyPressEvent(QKeyEvent* event)
+{
+    const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+    if (!isTab || !event->modifiers().testFlag(Qt::ControlModifier)) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    const bool back = event->key() == Qt::Key_Backtab || event->modifiers().testFlag(Qt::ShiftModifier);
+    stepTab(back ? -1 : 1);
 }
 
 // --- the options

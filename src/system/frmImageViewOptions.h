@@ -45,6 +45,7 @@ class frmImageViewOptions : public QDialog
   protected:
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void addPages();

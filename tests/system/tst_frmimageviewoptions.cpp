@@ -721,23 +721,32 @@ class TestFrmImageViewOptions : public QObject
 
     void keysTurnThePages_data()
     {
+        QTest::addColumn<QString>("where");
         QTest::addColumn<int>("key");
         QTest::addColumn<int>("modifiers");
         QTest::addColumn<QString>("page");
-        QTest::newRow("Ctrl+Tab") << int(Qt::Key_Tab) << int(Qt::ControlModifier) << "fFullscreen";
-        QTest::newRow("Ctrl+Shift+Tab")
-            << int(Qt::Key_Backtab) << int(Qt::ControlModifier | Qt::ShiftModifier) << "fAdvanced";
-        QTest::newRow("Ctrl+PageDown") << int(Qt::Key_PageDown) << int(Qt::ControlModifier) << "fFullscreen";
-        QTest::newRow("Ctrl+PageUp") << int(Qt::Key_PageUp) << int(Qt::ControlModifier) << "fAdvanced";
+        const int ctrl = Qt::ControlModifier;
+        const int shift = Qt::ShiftModifier;
+        for (const char* where : {"gTab", "cView", "cLoad", "cmdColor"}) {
+            const auto add = [where](const char* name, int key, int modifiers, const char* page) {
+                QTest::addRow("%s, %s", where, name) << where << key << modifiers << page;
+            };
+            add("Ctrl+Tab", Qt::Key_Tab, ctrl, "fFullscreen");
+            add("Ctrl+Shift+Tab", Qt::Key_Tab, ctrl | shift, "fAdvanced");
+            add("Ctrl+Shift+Backtab", Qt::Key_Backtab, ctrl | shift, "fAdvanced");
+            add("Ctrl+PageDown", Qt::Key_PageDown, ctrl, "fFullscreen");
+            add("Ctrl+PageUp", Qt::Key_PageUp, ctrl, "fAdvanced");
+        }
     }
 
     void keysTurnThePages()
     {
+        QFETCH(QString, where);
         QFETCH(int, key);
         QFETCH(int, modifiers);
         QFETCH(QString, page);
         m_bench->show();
-        m_bench->part("cLoad").setFocus();
+        m_bench->part(qPrintable(where)).setFocus();
         QTest::keyClick(m_bench->window->windowHandle(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
         QCOMPARE(shownPages(*m_bench), QStringList{page});
     }
