@@ -122,7 +122,6 @@ void addSlider(QFormLayout& rows, const QString& caption, const char* slider, co
     auto* const bar = new QualityBar(slider, name, parent);
     auto* const shown = new QLabel(QString::number(bar->value()), parent);
     shown->setObjectName(QLatin1String(number));
-    shown->setAccessibleName(name);
     shown->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     shown->setMinimumWidth(shown->fontMetrics().horizontalAdvance(QString::number(mostQuality)));
     shown->setBuddy(bar);
