@@ -13,6 +13,20 @@ QString baseDirectory(const char* variable, QLatin1String below)
     return QDir::isAbsolutePath(named) ? QDir::cleanPath(named) : QDir::homePath() + below;
 }
 
+QStringList searchDirectories(const char* variable, QLatin1String usual)
+{
+    QStringList directories;
+    QString named = QFile::decodeName(qgetenv(variable));
+    if (named.isEmpty())
+        named = usual;
+    const QStringList parts = named.split(u':', Qt::SkipEmptyParts);
+    for (const QString& each : parts) {
+        if (QDir::isAbsolutePath(each))
+            directories.append(QDir::cleanPath(each));
+    }
+    return directories;
+}
+
 } // namespace
 
 QString configHome()
@@ -28,6 +42,16 @@ QString dataHome()
 QString stateHome()
 {
     return baseDirectory("XDG_STATE_HOME", QLatin1String("/.local/state"));
+}
+
+QStringList configDirectories()
+{
+    return searchDirectories("XDG_CONFIG_DIRS", QLatin1String("/etc/xdg"));
+}
+
+QStringList dataDirectories()
+{
+    return searchDirectories("XDG_DATA_DIRS", QLatin1String("/usr/local/share:/usr/share"));
 }
 
 } // namespace quorvia::platform

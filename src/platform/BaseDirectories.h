@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace quorvia::platform {
 
@@ -13,5 +14,11 @@ QString configHome();
 QString dataHome();
 /// `$XDG_STATE_HOME`, else `~/.local/state`.
 QString stateHome();
+
+/// The directories of the whole machine, in the order in which they count: `$XDG_CONFIG_DIRS`, else
+/// `/etc/xdg`.
+QStringList configDirectories();
+/// `$XDG_DATA_DIRS`, else `/usr/local/share` and `/usr/share`.
+QStringList dataDirectories();
 
 } // namespace quorvia::platform

@@ -1,0 +1,125 @@
+#include "platform/DesktopEntries.h"
+
+#include "platform/BaseDirectories.h"
+#include "platform/FileStatus.h"
+#include "platform/GioParts.h"
+
+#include <QFileInfo>
+
+#include <gio/gdesktopappinfo.h>
+
+#include <algorithm>
+
+namespace quorvia::platform {
+
+namespace {
+
+/// The entry `id` below `directory`, which ends in "/"; with each "-" taken for a subdirectory where there is
+/// one.
+QString entryBelow(const QString& directory, const QString& id)
+{
+    if (isRegularFile(directory + id))
+        return directory + id;
+    for (qsizetype at = id.indexOf(u'-'); at > 0; at = id.indexOf(u'-', at + 1)) {
+        const QString below = directory + id.left(at) + u'/';
+        if (!isDirectory(below))
+            continue;
+        if (QString found = entryBelow(below, id.mid(at + 1)); !found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+bool isPlain(char character)
+{
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+           (character >= '0' && character <= '9') || QByteArray("/._+-@:,").contains(character) ||
+           static_cast<unsigned char>(character) >= 0x80;
+}
+
+/// Where the first word of a command ends: at a blank, unless it is quoted.
+qsizetype endOfWord(const QByteArray& command)
+{
+    if (!command.startsWith('"')) {
+        const qsizetype blank = command.indexOf(' ');
+        return blank < 0 ? command.size() : blank;
+    }
+    const qsizetype quote = command.indexOf('"', 1);
+    return quote < 0 ? command.size() : quote + 1;
+}
+
+} // namespace
+
+QStringList applicationsDirectories()
+{
+    QStringList directories{dataHome() + QStringLiteral("/applications")};
+    for (const QString& each : dataDirectories())
+        directories.append(each + QStringLiteral("/applications"));
+    directories.removeDuplicates();
+    return directories;
+}
+
+QString entryPath(const QString& id)
+{
+    if (id.isEmpty() || id.contains(u'/'))
+        return {};
+    for (const QString& directory : applicationsDirectories()) {
+        if (QString found = entryBelow(directory + u'/', id); !found.isEmpty())
+            return found;
+    }
+    return {};
+}
+
+QString entryId(const QString& path)
+{
+    for (const QString& directory : applicationsDirectories()) {
+        if (path.startsWith(directory + u'/'))
+            return path.mid(directory.size() + 1).replace(u'/', u'-');
+    }
+    return QFileInfo(path).fileName();
+}
+
+bool isUsableEntry(const QString& path)
+{
+    if (!isRegularFile(path)) // a pipe would be waited for
+        return false;
+    const gio::Object<GDesktopAppInfo> entry(
+        g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData()));
+    return entry && !g_desktop_app_info_get_is_hidden(entry.get());
+}
+
+QByteArray execWord(const QString& program)
+{
+    const QByteArray path = QFile::encodeName(program);
+    if (std::all_of(path.begin(), path.end(), isPlain))
+        return path;
+    // Two layers: within quotes a backslash stands before four characters, and the file doubles every
+    // backslash.
+    QByteArray word = "\"";
+    for (const char character : path) {
+        if (character == '\\')
+            word += "\\\\\\\\";
+        else if (character == '"' || character == '`' || character == '$')
+            word += QByteArray("\\\\") + character;
+        else if (character == '%')
+            word += "%%";
+        else
+            word += character;
+    }
+    return word + '"';
+}
+
+QByteArray withProgram(const QByteArray& text, const QString& program)
+{
+    QList<QByteArray> lines = text.split('\n');
+    const QByteArray key = "Exec=";
+    for (QByteArray& line : lines) {
+        if (!line.startsWith(key))
+            continue;
+        const QByteArray command = line.mid(key.size());
+        line = key + execWord(program) + command.mid(endOfWord(command));
+    }
+    return lines.join('\n');
+}
+
+} // namespace quorvia::platform
