@@ -15,6 +15,7 @@
 #include "platform/InstanceGuard.h"
 #include "platform/TerminationSignals.h"
 #include "system/Companions.h"
+#include "system/mAssociation.h"
 #include "viewer/frmImageView.h"
 #include "viewer/LoadStep.h"
 
@@ -55,7 +56,7 @@ bool answeredOnOutput(const QStringList& arguments)
             "  /miActualSize        one pixel of the image is one of the screen\n"
             "  /miMsg_TEXT          show TEXT in a message box\n"
             "  /install             register the program and end\n"
-            "  /uninstall           remove the program's settings and end\n"
+            "  /uninstall           give the image types back, remove the program's settings and end\n"
             "  --help, --version    answer here and end\n");
         return true;
     }
@@ -117,6 +118,7 @@ int main(int argc, char* argv[])
     if (!app::probeMachineStore())
         return 0;
     if (line.isUninstall()) {
+        system::RestoreAssociations();
         system::withdrawCompanions(app::companionDirectories());
         app::removeSettings(app::InstallPath());
         return 0;

@@ -153,12 +153,18 @@ QByteArray usualEnd(const Lines& lines)
     return lines.isEmpty() || lines.first().end.isEmpty() ? QByteArray("\n") : lines.first().end;
 }
 
+/// The end that an open last line gets. Behind a return, a line feed alone would make one end of both.
+QByteArray endBehind(const Lines& lines)
+{
+    return lines.last().content.endsWith('\r') ? QByteArray("\r\n") : usualEnd(lines);
+}
+
 void appendGroup(Lines& lines, const QByteArray& group)
 {
     const QByteArray end = usualEnd(lines);
     const bool open = !lines.isEmpty() && lines.last().end.isEmpty();
     if (open)
-        lines.last().end = end;
+        lines.last().end = endBehind(lines);
     lines.append({groupComment, end});
     lines.append({'[' + group + ']', open ? QByteArray() : end});
 }
@@ -166,8 +172,8 @@ void appendGroup(Lines& lines, const QByteArray& group)
 void insertBelow(Lines& lines, qsizetype head, const QByteArray& content)
 {
     const QByteArray end = lines[head].end;
-    if (end.isEmpty())
-        lines[head].end = usualEnd(lines);
+    if (end.isEmpty()) // it is the last line then
+        lines[head].end = endBehind(lines);
     lines.insert(head + 1, {content, end});
 }
 
@@ -176,8 +182,11 @@ void takeEmptyGroups(Lines& lines, const QByteArray& group)
     QList<Range> groups = groupsIn(lines, group);
     std::reverse(groups.begin(), groups.end());
     for (const Range& range : std::as_const(groups)) {
-        const bool empty = std::all_of(lines.begin() + range.first + 1, lines.begin() + range.last,
-                                       [](const Line& line) { return line.content.trimmed().isEmpty(); });
+        // Our comment at its end belongs to the group that follows.
+        const bool beforeOurs = lines[range.last - 1].content == groupComment && range.last < lines.size();
+        const bool empty =
+            std::all_of(lines.begin() + range.first + 1, lines.begin() + range.last - (beforeOurs ? 1 : 0),
+                        [](const Line& line) { return line.content.trimmed().isEmpty(); });
         if (!empty || range.first == 0 || lines[range.first - 1].content != groupComment)
             continue;
         takeLine(lines, range.first);

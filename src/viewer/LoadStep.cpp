@@ -16,6 +16,7 @@
 #include "output/StartTools.h"
 #include "platform/MenuControl.h"
 #include "system/Companions.h"
+#include "system/mAssociation.h"
 #include "system/Publishing.h"
 #include "viewer/BandSettings.h"
 #include "viewer/frmImageView.h"
@@ -174,6 +175,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     log("Init: Form_Load: frmImageView");
     system::PublishProgram(false);
     system::publishCompanions(app::companionDirectories());
+    system::ApplyAssociations();
     if (line.isInstall())
         return false;
 
