@@ -67,7 +67,9 @@ bool replaceTextFile(const QString& path, const QByteArray& text, QString* why)
     if (!QDir().mkpath(QFileInfo(target).path()))
         return fail(why, QStringLiteral("its directory cannot be made"));
     QSaveFile file(target);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+    // commit() alone would not see that the last bytes found no room.
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.flush() ||
+        !file.commit())
         return fail(why, file.errorString());
     return true;
 }
