@@ -3,16 +3,51 @@
 #include "platform/BaseDirectories.h"
 #include "platform/FileStatus.h"
 #include "platform/GioParts.h"
+#include "platform/TextFile.h"
 
 #include <QFileInfo>
 
-#include <gio/gdesktopappinfo.h>
-
 #include <algorithm>
+#include <memory>
 
 namespace quorvia::platform {
 
 namespace {
+
+constexpr char entryGroup[] = "Desktop Entry";
+
+struct FreeKeys
+{
+    void operator()(GKeyFile* keys) const { g_key_file_free(keys); }
+};
+using KeyFile = std::unique_ptr<GKeyFile, FreeKeys>;
+
+struct FreeWords
+{
+    void operator()(gchar** words) const { g_strfreev(words); }
+};
+
+gio::Text valueOf(const KeyFile& keys, const char* key)
+{
+    return gio::Text(g_key_file_get_string(keys.get(), entryGroup, key, nullptr));
+}
+
+bool isFound(const char* program)
+{
+    return gio::Text(g_find_program_in_path(program)) != nullptr;
+}
+
+/// True when the first word of `command` is a program. An entry without a command is started over the bus.
+bool hasProgram(const gio::Text& command)
+{
+    if (!command || !*command.get())
+        return true;
+    gchar** raw = nullptr;
+    if (!g_shell_parse_argv(command.get(), nullptr, &raw, nullptr))
+        return false;
+    const std::unique_ptr<gchar*, FreeWords> words(raw);
+    return isFound(*words.get());
+}
 
 /// The entry `id` below `directory`, which ends in "/"; with each "-" taken for a subdirectory where there is
 /// one.
@@ -81,11 +116,18 @@ QString entryId(const QString& path)
 
 bool isUsableEntry(const QString& path)
 {
-    if (!isRegularFile(path)) // a pipe would be waited for
+    QByteArray text;
+    if (readTextFile(path, text) != TextRead::Done)
         return false;
-    const gio::Object<GDesktopAppInfo> entry(
-        g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData()));
-    return entry && !g_desktop_app_info_get_is_hidden(entry.get());
+    const KeyFile keys(g_key_file_new());
+    if (!g_key_file_load_from_data(keys.get(), text.constData(), gsize(text.size()), G_KEY_FILE_NONE,
+                                   nullptr))
+        return false;
+    const gio::Text kind = valueOf(keys, "Type");
+    const gio::Text tried = valueOf(keys, "TryExec");
+    const bool isHidden = g_key_file_get_boolean(keys.get(), entryGroup, "Hidden", nullptr);
+    return kind && qstrcmp(kind.get(), "Application") == 0 && !isHidden &&
+           (!tried || !*tried.get() || isFound(tried.get())) && hasProgram(valueOf(keys, "Exec"));
 }
 
 QByteArray execWord(const QString& program)

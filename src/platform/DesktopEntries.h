@@ -17,7 +17,8 @@ QString entryPath(const QString& id);
 /// The id of the entry at `path`: its way below an applications directory with "-" between, else its name.
 QString entryId(const QString& path);
 /// True when the desktop takes the entry at `path` for a program that can be started: it is whole, not
-/// hidden, and its program is there. Reads the file.
+/// hidden, and its program is there. Reads the
+/// file itself: GIO would read all lists beside it, and wait for ever for one that is a pipe.
 bool isUsableEntry(const QString& path);
 
 /// `program`, a full path, as the first word of an entry's "Exec=" line, with all that such a line asks for.
