@@ -1,0 +1,313 @@
+// Taking the image types over and giving them back, on a desktop of the test's own.
+#include "app/Log.h"
+#include "app/mWindowsAPI.h"
+#include "app/Paths.h"
+#include "app/Settings.h"
+#include "app/SettingsHome.h"
+#include "platform/DesktopEntries.h"
+#include "platform/MimeApps.h"
+#include "support/FileContent.h"
+#include "system/AssociationTable.h"
+#include "system/DesktopPresence.h"
+#include "system/mAssociation.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace quorvia;
+using platform::MimeApps;
+using test::contentOf;
+
+namespace {
+
+const QString own = "quorvia.desktop";
+const QStringList ownerOrder{".jpg", ".gif", ".bmp", ".dcx", ".dib",  ".jif", ".ljp",
+                             ".pbm", ".pcx", ".pgm", ".pic", ".png",  ".ppm", ".rle",
+                             ".tga", ".tif", ".wmf", ".wpg", ".jpeg", ".tiff"};
+
+} // namespace
+
+/// No content type is known to the desktop here: the table's own stand for all of them.
+class TestAssociation : public QObject
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<test::SettingsHome> m_home;
+
+    QString addEntry(const QString& name, const QString& share = "share") const
+    {
+        return m_home->write(share + "/applications/" + name,
+                             "[Desktop Entry]\nType=Application\nName=A\nExec=true %f\n");
+    }
+    QString list() const { return m_home->path(".config/mimeapps.list"); }
+    QByteArray log() const { return contentOf(app::logPath()); }
+    QString copy() const { return m_home->path(".local/share/applications/quorvia.desktop"); }
+
+    static QString used(const QString& extension, const QString& verb = "Open")
+    {
+        MimeApps desktop;
+        return system::GetAssociation(desktop, extension, verb);
+    }
+    static void takeOver()
+    {
+        app::save(app::setting::Associate, 1);
+        system::ApplyAssociations();
+    }
+
+  private Q_SLOTS:
+    void init()
+    {
+        m_home = std::make_unique<test::SettingsHome>();
+        qputenv("XDG_DATA_DIRS", m_home->path("share").toLocal8Bit());
+        qputenv("XDG_CONFIG_DIRS", m_home->path("etc").toLocal8Bit());
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        m_home->write(".config/.keep", "");
+    }
+    void cleanup() { m_home.reset(); }
+
+    void theTable()
+    {
+        const QStringList rows{".jpg", ".bmp", ".dcx", ".dib", ".gif",  ".jif", ".ljp",
+                               ".pbm", ".pcx", ".pgm", ".pic", ".png",  ".ppm", ".rle",
+                               ".tga", ".tif", ".wmf", ".wpg", ".jpeg", ".tiff"};
+        QStringList extensions;
+        for (const system::AssociationRow& row : system::associationTable())
+            extensions.append(row.extension);
+        QCOMPARE(extensions, rows);
+        QCOMPARE(system::extensionsOfOwners(), ownerOrder);
+        QVERIFY(!rows.contains(".ico"));
+    }
+
+    /// What the desktop is told about a type says what the table says.
+    void theFilesForTheDesktopAgreeWithTheTable()
+    {
+        const QByteArray entry = contentOf(DATA_FOLDER "/quorvia.desktop");
+        const QByteArray pattern = contentOf(DATA_FOLDER "/AssociationImages.dat");
+        const QByteArray types = contentOf(DATA_FOLDER "/quorvia-mime.xml");
+        for (const system::AssociationRow& row : system::associationTable()) {
+            QVERIFY2(QByteArray(entry).replace('=', ';').contains(';' + QByteArray(row.mimeType) + ';'),
+                     row.mimeType);
+            QVERIFY2(QByteArray(pattern).replace('=', ';').contains(';' + QByteArray(row.mimeType) + ';'),
+                     row.mimeType);
+        }
+        for (const char* name : {".dcx", ".pic"}) {
+            const auto rows = system::associationTable();
+            const auto row =
+                std::find_if(rows.begin(), rows.end(), [name](const system::AssociationRow& each) {
+                    return qstrcmp(each.extension, name) == 0;
+                });
+            QVERIFY(types.contains("<mime-type type=\"" + QByteArray(row->mimeType) + "\">\n    <comment>" +
+                                   row->className + "</comment>"));
+        }
+    }
+
+    void onlyWhenAsked()
+    {
+        addEntry("a.desktop");
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/jpeg=a.desktop\n");
+        for (const int value : {0, 2}) {
+            app::save(app::setting::Associate, value);
+            system::ApplyAssociations();
+            QCOMPARE(used(".jpg"), "a.desktop");
+            QVERIFY(!QFile::exists(copy()));
+            QCOMPARE(app::read(app::setting::Associate), value);
+        }
+    }
+
+    void takesOverAndGivesBack()
+    {
+        const QString owner = addEntry("a.desktop");
+        const QString offered = addEntry("b.desktop");
+        const QByteArray before = "[Default Applications]\nimage/jpeg=a.desktop\nimage/x-icon=a.desktop\n"
+                                  "[Added Associations]\nimage/jpeg=b.desktop;\nimage/png=b.desktop;";
+        m_home->write(".config/mimeapps.list", before);
+        takeOver();
+        QCOMPARE(app::read(app::setting::Associate), 0);
+        for (const QString& extension : ownerOrder) {
+            QCOMPARE(used(extension), own);
+            QCOMPARE(used(extension, "Preview"), own);
+        }
+        QVERIFY(contentOf(list()).contains("\nimage/jpeg=quorvia.desktop;a.desktop\n"));
+        QVERIFY(contentOf(list()).contains("\nimage/x-icon=a.desktop\n")); // ".ico" is left alone
+        QVERIFY(contentOf(copy()).contains("\nExec=" + platform::execWord(app::programPath()) + " %f\n"));
+        for (const char* extension : {".jpg", ".jif", ".ljp", ".jpeg"}) {
+            QCOMPARE(app::readEarlierOwner("Open", extension), owner);
+            QCOMPARE(app::readEarlierOwner("Preview", extension), offered);
+        }
+        QCOMPARE(app::readEarlierOwner("Open", ".png"), offered); // offered, and so what opened them
+        QCOMPARE(app::readEarlierOwner("Open", ".gif"), "(none)");
+        takeOver();
+        QCOMPARE(app::readEarlierOwner("Open", ".jpg"), owner); // a second time records nothing
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()), before);
+        QVERIFY(!QFile::exists(copy()));
+        QCOMPARE(used(".gif"), QString());
+        QVERIFY2(!log().contains("Associations"), log().constData());
+    }
+
+    void owners_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("none") << ""
+                              << "";
+        QTest::newRow("an entry") << "a.desktop"
+                                  << "a.desktop";
+        QTest::newRow("what follows is cut off") << "a.desktop --x"
+                                                 << "a.desktop";
+        QTest::newRow("at the first") << "a.desktop.desktop"
+                                      << "a.desktop";
+        QTest::newRow("no entry") << "script.sh"
+                                  << "";
+        QTest::newRow("is not there") << "gone.desktop"
+                                      << "";
+        QTest::newRow("this program") << own << "";
+        QTest::newRow("with its name in it") << "org.quorvia.desktop"
+                                             << "";
+        QTest::newRow("in capitals") << "a.DESKTOP"
+                                     << "a.desktop";
+    }
+    void owners()
+    {
+        QFETCH(QString, id);
+        QFETCH(QString, expected);
+        for (const char* name : {"a.desktop", "quorvia.desktop", "org.quorvia.desktop", "script.sh"})
+            addEntry(name);
+        QCOMPARE(system::earlierOwnerPath(id),
+                 expected.isEmpty() ? QString() : m_home->path("share/applications/" + expected));
+    }
+
+    /// Nobody else brings an earlier owner back: it is written down.
+    void theEarlierOwnerIsSetExplicitly()
+    {
+        const QString owner = addEntry("a.desktop");
+        addEntry("b.desktop");
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        takeOver();
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=quorvia.desktop\n"
+                                               "image/gif=b.desktop;quorvia.desktop\n");
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()),
+                 QByteArray("[Default Applications]\nimage/png=a.desktop\nimage/gif=b.desktop\n"));
+        QCOMPARE(app::readEarlierOwner("Open", ".png"), owner);
+    }
+
+    void notGivenBack_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("is not there") << "share/applications/gone.desktop";
+        QTest::newRow("this program") << "share/applications/quorvia.desktop";
+    }
+    void notGivenBack()
+    {
+        QFETCH(QString, stored);
+        addEntry("quorvia.desktop");
+        app::saveEarlierOwner("Open", ".png", m_home->path(stored));
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=quorvia.desktop\n");
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()), QByteArray("[Default Applications]\n"));
+    }
+
+    void singleOperations()
+    {
+        const QString entry = addEntry("kde/a.desktop");
+        MimeApps desktop;
+        system::SetAssociation(desktop, "png", entry, "Open");
+        QCOMPARE(system::GetAssociation(desktop, ".png", "Open"), "kde-a.desktop");
+        QCOMPARE(system::GetAssociation(desktop, "PNG", "Open"), "kde-a.desktop");
+        QCOMPARE(system::GetAssociation(desktop, "png", "Preview"), QString());
+        QVERIFY(!QFile::exists(list())); // not yet saved
+        QCOMPARE(desktop.save(), QStringList());
+        QCOMPARE(contentOf(list()), QByteArray("# File added by Quorvia\n# Group added by Quorvia\n"
+                                               "[Default Applications]\nimage/png=kde-a.desktop\n"));
+        system::SetAssociation(desktop, "xyz", entry, "Open"); // a type that nobody knows
+        QCOMPARE(desktop.save(), QStringList());
+        QVERIFY(!contentOf(list()).contains("xyz"));
+        addEntry(own);
+        system::SetAssociation(desktop, "png", platform::entryPath(own), "Preview");
+        system::RemoveExtensionClass(desktop, "png");
+        QCOMPARE(system::GetAssociation(desktop, "png", "Open"), "kde-a.desktop");
+        QCOMPARE(system::GetAssociation(desktop, "png", "Preview"), QString());
+    }
+
+    void anInstalledEntryIsUsed()
+    {
+        takeOver(); // from a build tree: leaves a copy
+        QVERIFY(QFile::exists(copy()));
+        const QString installed = addEntry(own);
+        takeOver();
+        QVERIFY(!QFile::exists(copy()));
+        QCOMPARE(platform::entryPath(own), installed);
+        system::RestoreAssociations();
+        QVERIFY(QFile::exists(installed));
+    }
+
+    void anEntryOfTheUsersOwnStays()
+    {
+        const QString mine = addEntry(own, ".local/share");
+        const QByteArray text = contentOf(mine);
+        takeOver();
+        QCOMPARE(used(".png"), own);
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(mine), text);
+    }
+
+    void aCopyOfAnotherPlaceIsMadeAnew()
+    {
+        m_home->write(".local/share/applications/quorvia.desktop",
+                      "[Desktop Entry]\nType=Application\nExec=/gone/quorvia %f\nX-Quorvia-Copy=true\n");
+        takeOver();
+        QCOMPARE(used(".png"), own);
+        QVERIFY(!contentOf(copy()).contains("/gone/"));
+    }
+
+    void theTypesThatTheDesktopLacks()
+    {
+        const QString package = m_home->path(".local/share/mime/packages/quorvia-mime.xml");
+        takeOver();
+        QCOMPARE(contentOf(package), contentOf(DATA_FOLDER "/quorvia-mime.xml"));
+        QVERIFY(contentOf(m_home->path(".local/share/mime/globs2")).contains("50:image/x-dcx:*.dcx\n"));
+        QVERIFY(
+            contentOf(m_home->path(".local/share/applications/mimeinfo.cache")).contains("quorvia.desktop"));
+        system::RestoreAssociations();
+        QVERIFY(!QFile::exists(package));
+        QVERIFY(!contentOf(m_home->path(".local/share/mime/globs2")).contains("dcx"));
+        QVERIFY(
+            !contentOf(m_home->path(".local/share/applications/mimeinfo.cache")).contains("quorvia.desktop"));
+    }
+
+    void whatCannotBeWrittenIsLogged()
+    {
+        addEntry("a.desktop");
+        const QByteArray before = "[Default Applications]\nimage/png=a.desktop\n";
+        m_home->write(".config/mimeapps.list", before);
+        QVERIFY(QFile::setPermissions(list(), QFile::ReadOwner));
+        takeOver();
+        QCOMPARE(contentOf(list()), before);
+        QCOMPARE(log().count("Associations: " + list().toLocal8Bit() + ": the file is read only"), 1);
+        QCOMPARE(app::read(app::setting::Associate), 0); // it is not tried at each start
+    }
+
+    void withoutTheToolsOfTheDesktop()
+    {
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", m_home->path("nothing").toLocal8Bit());
+        takeOver();
+        qputenv("PATH", path);
+        QCOMPARE(used(".png"), own);
+        QVERIFY2(log().contains("update-mime-database: "), log().constData());
+        QVERIFY2(log().contains("update-desktop-database: "), log().constData());
+    }
+
+    void withoutAPlaceForTheEntry()
+    {
+        m_home->write(".local/share/applications", "a file where a directory should be");
+        takeOver();
+        QVERIFY(!QFile::exists(list()));
+        QVERIFY2(log().contains("Associations: " + copy().toLocal8Bit()), log().constData());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestAssociation)
+#include "tst_massociation.moc"
