@@ -15,6 +15,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -235,6 +236,8 @@ bool ImageEngine::PaintEnabled() const
 
 void ImageEngine::Refresh()
 {
+    if (d->autoAcquireView)
+        d->content.isUnseen = false;
     d->repaintSoon();
 }
 
@@ -284,7 +287,7 @@ QImage ImageEngine::PaintedPart(const QRect& target, const QRect& part, const QC
 {
     d->settle();
     QImage pixels;
-    if (!d->content.isEmpty() && !target.isEmpty())
+    if (!d->content.isEmpty() && !d->content.isUnseen && !target.isEmpty())
         d->unlessMemoryEnds([&] {
             const DisplayView view{d->content.number, target, back.rgb()};
             const auto conversion = ColorConversion::of(d->profile());
@@ -416,6 +419,36 @@ void ImageEngine::SetJPEGGrayscale(bool gray)
     d->encodeOptions.jpeg.gray = gray;
 }
 
+// --- scanning
+
+void ImageEngine::SetAcquisitionSource(AcquisitionSource source)
+{
+    d->acquisition = std::move(source);
+}
+
+void ImageEngine::TwainSelectSource()
+{
+    const auto select = d->acquisition.select; // a copy: anything may happen while it waits
+    if (select)
+        select();
+}
+
+void ImageEngine::TwainAcquire()
+{
+    const auto acquire = d->acquisition.acquire;
+    const QPointer<ImageEngine> alive = this;
+    const QImage picture = acquire ? acquire() : QImage();
+    if (!alive)
+        return;
+    SetPicture(picture);
+    d->content.isUnseen = !d->autoAcquireView;
+}
+
+void ImageEngine::SetAutoAcquireView(bool shown)
+{
+    d->autoAcquireView = shown;
+}
+
 void ImageEngine::SetLoadBox(QSize box)
 {
     d->loadBox = box;
@@ -452,7 +485,7 @@ void ImageEngine::paintEvent(QPaintEvent* event)
         return;
     }
     d->settle();
-    const QRect target = d->placed();
+    const QRect target = d->content.isUnseen ? QRect() : d->placed();
     for (const QRect& around : QRegion(exposed).subtracted(target))
         painter.fillRect(around, d->backColor);
     if (!exposed.intersects(target)) {

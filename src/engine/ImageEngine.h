@@ -11,9 +11,17 @@
 #include <QRect>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace quorvia::engine {
+
+/// Where pictures come from that no file holds yet. A function that is not set does nothing.
+struct AcquisitionSource
+{
+    std::function<void()> select;    ///< lets the user choose a device
+    std::function<QImage()> acquire; ///< takes one picture from it; null when none was taken
+};
 
 class ImageEngine : public QWidget
 {
@@ -77,7 +85,7 @@ class ImageEngine : public QWidget
     /// window even when the control is moved. True releases it.
     void SetPaintEnabled(bool enabled);
     bool PaintEnabled() const;
-    /// Repaints.
+    /// Repaints; see SetAutoAcquireView() as well.
     void Refresh();
     /// Colour around the image and behind transparent pixels.
     void SetBackColor(const QColor& color);
@@ -133,6 +141,18 @@ class ImageEngine : public QWidget
     void SetJPEGChrominance(int strength);
     void SetJPEGSubSampling(int mode);
     void SetJPEGGrayscale(bool gray);
+
+    // --- scanning
+    /// From now on pictures are acquired from `source`.
+    void SetAcquisitionSource(AcquisitionSource source);
+    /// Lets the user choose the device of the next acquisition, and returns when that is done.
+    void TwainSelectSource();
+    /// Acquires one image from the device that was chosen; FileName() becomes empty. When none came the
+    /// control is cleared, so that UniqueColors() is below 2. Events may run while it waits.
+    void TwainAcquire();
+    /// An acquired image is held without being painted; with true the next Refresh() shows it, and those that
+    /// come later are shown at once.
+    void SetAutoAcquireView(bool shown);
 
     /// The size in device pixels that the first picture of the next load must cover; empty asks for every
     /// pixel.

@@ -37,6 +37,7 @@ struct HeldContent
     bool unproven = false;  ///< a load whose pixels nobody has waited for
     bool isTelling = false; ///< FirstPainted is on its way
     bool wasTold = false;   ///< FirstPainted was sent
+    bool isUnseen = false;  ///< acquired, and not to be painted yet
     std::optional<RubberBand> band;
 
     bool isEmpty() const { return size.isEmpty(); }
@@ -103,6 +104,9 @@ class ImageEngine::Private
     int saveFileType = 0;
     bool saveIsScratch = false;
     EncodeOptions encodeOptions;
+
+    AcquisitionSource acquisition;
+    bool autoAcquireView = false;
 };
 
 } // namespace quorvia::engine

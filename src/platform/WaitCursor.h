@@ -1,6 +1,7 @@
 // The pointer of a program that waits.
 #pragma once
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace quorvia::platform {

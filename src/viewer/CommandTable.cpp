@@ -240,6 +240,7 @@ std::vector<commands::Tool> commandTable(frmImageView& window)
         {"miZoomOut", [w] { miZoomOut(*w); }},
         {"miFullScreen", [w] { w->full().LoadX(); }},
         {"xSlideShow", [w] { w->slideshow()->startAlone(); }},
+        {"miScan", [w] { w->scan().run(); }},
         {"miPrint", [w] { miPrint(*w); }},
         {"miPref", [w] { miPref(*w); }},
         {"miOpen", [w] { miOpen(*w); }},

@@ -16,6 +16,7 @@
 #include "viewer/InterfaceTools.h"
 #include "viewer/Opening.h"
 #include "viewer/Panes.h"
+#include "viewer/ScanCommand.h"
 #include "viewer/Viewport.h"
 #include "viewer/ViewportGestures.h"
 #include "viewer/WelcomeHost.h"
@@ -65,6 +66,7 @@ class frmImageView : public QWidget, public app::MainWindow
     FilmstripHost* filmstrip() const { return m_filmstrip; }
     ImageStatus* status() const { return m_status; }
     ImageCommands& images() { return m_images; }
+    ScanCommand& scan() { return m_scan; }
     FullScreenHost& full() { return m_full; }
     WelcomeHost& welcome() { return m_welcome; }
     /// Where the inside of the window lies within its frame, as last seen when it was neither minimised nor
@@ -135,6 +137,7 @@ class frmImageView : public QWidget, public app::MainWindow
     WelcomeHost m_welcome{*this};
     Opening* m_opening;
     ImageCommands m_images;
+    ScanCommand m_scan{*this};
     commands::Keyboard* m_keyboard;
     std::unique_ptr<commands::ToolDispatcher> m_dispatcher;
     QTimer m_tUpdate;

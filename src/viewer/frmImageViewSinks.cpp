@@ -108,7 +108,11 @@ output::SlideshowSinks frmImageView::slideshowSinks()
             .updateToolbar = [this] { UpdateToolbar(); },
             .caption = [this] { return windowTitle(); },
             .setCaption = [this](const QString& caption) { setWindowTitle(caption); },
-            .isAsking = [this] { return QApplication::activeModalWidget() || m_playlist->batch().isBusy(); },
+            .isAsking =
+                [this] {
+                    return QApplication::activeModalWidget() || m_playlist->batch().isBusy() ||
+                           m_scan.isBusy();
+                },
             .isFullVisible = [this] { return m_full.isVisible(); },
             .closeFull = [this] { m_full.close(); },
             .hideMain = [this] { hide(); },

@@ -1,0 +1,55 @@
+// The scanner drivers' configuration for a test: the library's own pretended scanners and no others, with
+// their settings as a test wants them. Both processes that look at it find it by the environment.
+#pragma once
+
+#include <QFile>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace quorvia::test {
+
+class ScanDrivers
+{
+  public:
+    ScanDrivers() : m_before(qgetenv(variable))
+    {
+        qputenv(variable, QFile::encodeName(m_folder.path()));
+        install();
+        pretend();
+    }
+    ~ScanDrivers() { qputenv(variable, m_before); }
+    ScanDrivers(const ScanDrivers&) = delete;
+    ScanDrivers& operator=(const ScanDrivers&) = delete;
+
+    /// The driver of the pretended scanners is the only one.
+    void install() const { write("dll.conf", "# drivers\ntest\n"); }
+    /// No driver is installed.
+    void remove() const { write("dll.conf", "# no drivers\n"); }
+    /// A driver is installed that finds no device.
+    void install(const QByteArray& other) const { write("dll.conf", other + '\n'); }
+    /// There are two pretended scanners, with `settings` in the words of the driver on top of a picture of
+    /// many colours, 40 x 30 mm.
+    void pretend(const QStringList& settings = {}) const
+    {
+        QStringList lines{"number_of_devices 2", "test-picture \"Color pattern\"", "br_x 40.0", "br_y 30.0"};
+        lines.append(settings);
+        write("test.conf", lines.join(QLatin1Char('\n')).toUtf8() + '\n');
+    }
+
+  private:
+    static constexpr char variable[] = "SANE_CONFIG_DIR";
+
+    void write(const char* name, const QByteArray& text) const
+    {
+        QFile file(m_folder.filePath(QLatin1String(name)));
+        const bool isOpen = file.open(QIODevice::WriteOnly);
+        Q_ASSERT(isOpen);
+        Q_UNUSED(isOpen);
+        file.write(text);
+    }
+
+    QTemporaryDir m_folder;
+    QByteArray m_before;
+};
+
+} // namespace quorvia::test

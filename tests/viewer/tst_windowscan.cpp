@@ -1,0 +1,217 @@
+// The command that scans in the window, with the real helper and the pretended scanners behind it.
+#include "app/Settings.h"
+#include "commands/ToolDispatcher.h"
+#include "platform/ScanSource.h"
+#include "support/ScanDrivers.h"
+#include "viewer/CommandStage.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+using namespace quorvia;
+using platform::ScanChoice;
+using platform::ScanMode;
+using platform::ScanSourceQuestion;
+using viewer::frmImageView;
+namespace setting = app::setting;
+
+class TestWindowScan : public QObject, private test::CommandStage
+{
+    Q_OBJECT
+
+  private:
+    std::unique_ptr<test::ScanDrivers> m_drivers;
+    std::unique_ptr<platform::ScanSourceAnswerer> m_answerer;
+    std::vector<ScanSourceQuestion> m_asked;
+    std::optional<ScanChoice> m_answer;
+    std::function<void()> m_whenAsked;
+
+    QStringList acquired() const { return QDir(in("root/Acquired Images")).entryList(QDir::Files); }
+
+  private Q_SLOTS:
+    void init()
+    {
+        setUp();
+        m_drivers = std::make_unique<test::ScanDrivers>();
+        qputenv("QUORVIA_SCAN_HELPER", SCAN_HELPER);
+        m_asked.clear();
+        m_answer = ScanChoice{"test:1", ScanMode::Color, 75};
+        m_whenAsked = {};
+        m_answerer =
+            std::make_unique<platform::ScanSourceAnswerer>([this](const ScanSourceQuestion& question) {
+                m_asked.push_back(question);
+                if (m_whenAsked)
+                    m_whenAsked();
+                return m_answer;
+            });
+    }
+    void cleanup()
+    {
+        tearDown();
+        m_answerer.reset();
+        m_drivers.reset();
+    }
+
+    void whatIsScannedBecomesTheCurrentImage()
+    {
+        frmImageView& window = show({in("pics")});
+        const QString caption = window.windowTitle();
+        QString asking;
+        m_whenAsked = [&] { asking = window.windowTitle(); };
+        run("miScan");
+        QCOMPARE(asking, QStringLiteral("TWAIN Select | Quorvia"));
+        QCOMPARE(acquired().size(), 1);
+        QVERIFY(QRegularExpression(QStringLiteral("^Image \\d{8}-\\d{6}\\.jpg$"))
+                    .match(acquired()[0])
+                    .hasMatch());
+        QCOMPARE(window.currentFile(), in("root/Acquired Images/") + acquired()[0]);
+        QCOMPARE(window.ix1()->ImagePixelWidth(), 118);
+        QVERIFY(window.ix1()->UniqueColors() > 2);
+        QCOMPARE(window.windowTitle(), caption);
+        QVERIFY(m_bench->boxes.empty());
+        QVERIFY(!window.scan().isBusy());
+        QCOMPARE(m_asked.size(), size_t(1));
+        QCOMPARE(m_asked[0].devices.size(), 2);
+        QCOMPARE(m_asked[0].start, ScanChoice());
+    }
+
+    void theLastChoiceIsKept()
+    {
+        show({in("pics")});
+        m_answer = ScanChoice{"test:0", ScanMode::Gray, 100};
+        run("miScan");
+        QCOMPARE(m_window->ix1()->ImagePixelWidth(), 157);
+        m_answer.reset();
+        run("miScan");
+        QCOMPARE(m_asked.back().start, (ScanChoice{"test:0", ScanMode::Gray, 100}));
+        run("miScan"); // a cancel forgets nothing
+        QCOMPARE(m_asked.back().start, (ScanChoice{"test:0", ScanMode::Gray, 100}));
+    }
+
+    void cancelled_data()
+    {
+        QTest::addColumn<bool>("isOpen");
+        QTest::addColumn<bool>("atTheDevice");
+        QTest::newRow("at the choice, an image open") << true << false;
+        QTest::newRow("at the choice, no image") << false << false;
+        QTest::newRow("by the device, an image open") << true << true;
+        QTest::newRow("by the device, no image") << false << true;
+    }
+
+    void cancelled()
+    {
+        QFETCH(bool, isOpen);
+        QFETCH(bool, atTheDevice);
+        frmImageView& window = show({in("pics")});
+        const QString file = window.currentFile();
+        QCOMPARE(file, in("pics/a.png"));
+        if (!isOpen)
+            run("miCloseImage");
+        if (atTheDevice)
+            m_drivers->pretend({"read-status-code \"SANE_STATUS_CANCELLED\""});
+        else
+            m_answer.reset();
+        const QString caption = window.windowTitle();
+        run("miScan");
+        QCOMPARE(m_bench->boxes.size(), size_t(1));
+        QVERIFY(m_bench->boxes[0].text.startsWith(QStringLiteral("Either 'cancel' was selected")));
+        QCOMPARE(window.currentFile(), isOpen ? file : QString());
+        QCOMPARE(window.ix1()->ImagePixelWidth() > 0, isOpen);
+        QCOMPARE(window.windowTitle(), caption);
+        QCOMPARE(window.panes()->pWelcome()->isHidden(), isOpen);
+        if (isOpen)
+            QCOMPARE(m_bench->middle(), QColor(Qt::red));
+        QVERIFY(acquired().isEmpty());
+    }
+
+    void whatFailsIsInTheLog()
+    {
+        show({in("pics")});
+        m_drivers->pretend({"read-status-code \"SANE_STATUS_JAMMED\""});
+        run("miScan");
+        QCOMPARE(m_bench->logTexts().filter(QStringLiteral("jammed")).size(), 1);
+        m_drivers->pretend({"number_of_devices 0"}); // the driver falls over it
+        m_answer.reset();
+        run("miScan");
+        QVERIFY(m_asked.back().devices.isEmpty());
+        QCOMPARE(m_bench->logTexts().filter(QStringLiteral("could not be listed")).size(), 1);
+        QCOMPARE(m_window->currentFile(), in("pics/a.png"));
+    }
+
+    void aBlankPage()
+    {
+        show({in("pics")});
+        m_drivers->pretend({"test-picture \"Solid white\""});
+        run("miScan");
+        QCOMPARE(m_bench->boxes.size(), size_t(1));
+        QVERIFY(acquired().isEmpty());
+        QCOMPARE(m_bench->middle(), QColor(Qt::red));
+    }
+
+    void noDrivers()
+    {
+        show({in("pics")});
+        m_drivers->remove();
+        run("miScan");
+        QCOMPARE(m_bench->boxes.size(), size_t(1));
+        QCOMPARE(m_bench->boxes[0].title, QStringLiteral("TWAIN Error"));
+        QVERIFY(m_asked.empty());
+        QCOMPARE(m_window->currentFile(), in("pics/a.png"));
+    }
+
+    void noSecondOneInside()
+    {
+        frmImageView& window = show({in("pics")});
+        m_whenAsked = [&] {
+            QVERIFY(window.scan().isBusy());
+            run("miScan");
+        };
+        run("miScan");
+        QCOMPARE(m_asked.size(), size_t(1));
+        QCOMPARE(acquired().size(), 1);
+    }
+
+    void theSlideshowWaits()
+    {
+        frmImageView& window = show({in("pics")});
+        run("miSlideShow");
+        auto* const timer = window.slideshow()->findChild<QTimer*>();
+        QVERIFY(timer);
+        m_whenAsked = [&] {
+            QVERIFY(window.slideshow()->isRunning());
+            timer->start(1);
+            QTest::qWait(50);
+            QCOMPARE(window.currentFile(), QString());
+        };
+        m_answer.reset();
+        run("miScan");
+        QCOMPARE(m_asked.size(), size_t(1));
+    }
+
+    void theWindowClosesMeanwhile()
+    {
+        frmImageView& window = show({in("pics")});
+        m_whenAsked = [&] { window.close(); };
+        run("miScan");
+        QVERIFY(window.isUnloaded());
+        QVERIFY(m_bench->boxes.empty());
+        QVERIFY(acquired().isEmpty());
+    }
+
+    void theWindowClosesAmidTheScan()
+    {
+        frmImageView& window = show({in("pics")});
+        m_drivers->pretend({"read-limit true", "read-limit-size 10", "read-delay true",
+                            "read-delay-duration 200000"}); // minutes in all
+        m_whenAsked = [&] { QTimer::singleShot(400, &window, [&] { window.close(); }); };
+        run("miScan");
+        QVERIFY(window.isUnloaded());
+        QVERIFY(m_bench->boxes.empty());
+        QVERIFY(acquired().isEmpty());
+    }
+};
+
+QTEST_MAIN(TestWindowScan)
+#include "tst_windowscan.moc"
