@@ -1,12 +1,14 @@
-// SIGTERM and SIGINT as the wish to end a scan: the library's own cancel is called at once, from the signal
-// handler, which it allows.
+// SIGTERM and SIGINT as the wish to end a scan: the library's own cancel is called at once, from a signal
+// handler of the main thread, which it allows. Drivers give the two signals handlers of their own, so they
+// are kept blocked and fetched by a thread that waits for them.
 #pragma once
 
 #include <sane/sane.h>
 
 namespace quorvia::scan {
 
-/// From now on the signals cancel instead of ending the process.
+/// From now on the signals cancel instead of ending the process. Once, from the main thread, before there is
+/// any other.
 void watchForCancellation();
 /// True once a signal has come.
 bool isCancelled();

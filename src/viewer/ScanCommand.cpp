@@ -104,7 +104,11 @@ system::AcquisitionSinks ScanCommand::sinks()
                 },
             .saveImage = [w](const QString& path, bool force) { w->images().saver().SaveImage(path, force); },
             .openX = [w](const QString& path) { w->OpenX(path); },
-            .isEnding = [alive] { return !alive || alive->isUnloaded(); }};
+            .isEnding =
+                [alive] {
+                    const frmImageView* const window = alive.data();
+                    return window ? window->isUnloaded() : true;
+                }};
 }
 
 } // namespace quorvia::viewer

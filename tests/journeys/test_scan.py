@@ -6,7 +6,7 @@ import unittest
 
 from harness import RED, SHOTS, Journey, wait_until
 
-MENU = ()
+MENU = ("t", "s")  # Tools, Scan Image
 CANNOT = "Quorvia$"  # the title of the box that says so
 
 
@@ -22,12 +22,14 @@ class ScanTest(Journey):
 
     def pretend(self, *settings):
         (self.drivers / "dll.conf").write_text("test\n")
-        lines = ["number_of_devices 2", 'test-picture "Color pattern"', "br_x 80.0", "br_y 60.0", *settings]
+        lines = ["number_of_devices 2", "mode Gray", "depth 8", "resolution_min 1.0", "resolution_max 1200.0",
+                 "resolution_quant 1.0", "resolution 50.0", "geometry_min 0.0", "geometry_max 200.0",
+                 "geometry_quant 1.0", "br_x 80.0", "br_y 60.0", 'test-picture "Color pattern"', *settings]
         (self.drivers / "test.conf").write_text("\n".join(lines) + "\n")
 
     def slow(self):
         """A scan of a minute and more."""
-        self.pretend("read-limit true", "read-limit-size 400", "read-delay true", "read-delay-duration 200000")
+        self.pretend("br_x 150.0", "br_y 150.0", "read-delay true", "read-delay-duration 200000")
 
     def acquired(self):
         folder = self.root / "Acquired Images"

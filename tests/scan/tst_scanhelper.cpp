@@ -70,7 +70,7 @@ class TestScanHelper : public QObject
         QTest::addColumn<bool>("isGray");
         const QStringList color{"--mode", "color"};
         const QStringList gray{"--mode", "gray"};
-        const QSize at50(79, 59);
+        const QSize at50(78, 59);
         QTest::newRow("colour") << QStringList() << color << at50 << false;
         QTest::newRow("grey") << QStringList{"mode Color"} << gray << at50 << true;
         QTest::newRow("finer") << QStringList() << color + QStringList{"--resolution", "100"}
@@ -84,7 +84,7 @@ class TestScanHelper : public QObject
             << QStringList{"three-pass true", "three-pass-order BGR"} << color << at50 << false;
         QTest::newRow("in small pieces")
             << QStringList{"read-limit true", "read-limit-size 7"} << color << at50 << false;
-        QTest::newRow("lines with padding") << QStringList{"ppl-loss 7"} << color << QSize(72, 59) << false;
+        QTest::newRow("lines with padding") << QStringList{"ppl-loss 7"} << color << QSize(71, 59) << false;
     }
 
     void pictures()
@@ -130,7 +130,7 @@ class TestScanHelper : public QObject
         m_drivers->pretend(squares);
         QCOMPARE(acquire(), int(Done));
         const QImage plain = picture();
-        QVERIFY(!plain.allGray() || plain.size() == QSize(79, 59));
+        QCOMPARE(plain.size(), QSize(78, 59));
         m_drivers->pretend(squares + QStringList{depth});
         QCOMPARE(acquire(), int(Done));
         QCOMPARE(picture(), plain);
@@ -177,8 +177,6 @@ class TestScanHelper : public QObject
             QCOMPARE(run({"--acquire", QString::fromLatin1(name), target()}), int(NoDevice));
             QVERIFY(!m_errors.isEmpty());
         }
-        m_drivers->remove();
-        QCOMPARE(acquire(), int(NoDevice));
         QVERIFY(!QFile::exists(target()));
     }
 
@@ -208,10 +206,10 @@ class TestScanHelper : public QObject
 
     void theSignalCancels()
     {
-        m_drivers->pretend({"read-limit true", "read-limit-size 10", "read-delay true",
-                            "read-delay-duration 200000"}); // minutes in all
+        m_drivers->pretend(test::slowScan());
         QProcess helper;
-        helper.start(QStringLiteral(SCAN_HELPER), {"--acquire", "test:0", "--mode", "color", target()});
+        helper.start(QStringLiteral(SCAN_HELPER),
+                     {"--acquire", "test:0", "--mode", "color", "--resolution", "600", target()});
         QVERIFY(helper.waitForReadyRead(10'000)); // it reads
         QElapsedTimer waited;
         waited.start();

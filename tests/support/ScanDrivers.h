@@ -8,6 +8,12 @@
 
 namespace quorvia::test {
 
+/// Settings with which a scan of 600 pixels an inch takes a minute and more.
+inline QStringList slowScan()
+{
+    return {"br_x 150.0", "br_y 150.0", "read-delay true", "read-delay-duration 200000"};
+}
+
 class ScanDrivers
 {
   public:
@@ -31,7 +37,19 @@ class ScanDrivers
     /// many colours, 40 x 30 mm.
     void pretend(const QStringList& settings = {}) const
     {
-        QStringList lines{"number_of_devices 2", "test-picture \"Color pattern\"", "br_x 40.0", "br_y 30.0"};
+        QStringList lines{"number_of_devices 2",
+                          "mode Gray",
+                          "depth 8",
+                          "resolution_min 1.0",
+                          "resolution_max 1200.0",
+                          "resolution_quant 1.0",
+                          "resolution 50.0",
+                          "geometry_min 0.0",
+                          "geometry_max 200.0",
+                          "geometry_quant 1.0",
+                          "br_x 40.0",
+                          "br_y 30.0",
+                          "test-picture \"Color pattern\""};
         lines.append(settings);
         write("test.conf", lines.join(QLatin1Char('\n')).toUtf8() + '\n');
     }

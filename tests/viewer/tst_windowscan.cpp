@@ -203,8 +203,8 @@ class TestWindowScan : public QObject, private test::CommandStage
     void theWindowClosesAmidTheScan()
     {
         frmImageView& window = show({in("pics")});
-        m_drivers->pretend({"read-limit true", "read-limit-size 10", "read-delay true",
-                            "read-delay-duration 200000"}); // minutes in all
+        m_drivers->pretend(test::slowScan());
+        m_answer->resolution = 600;
         m_whenAsked = [&] { QTimer::singleShot(400, &window, [&] { window.close(); }); };
         run("miScan");
         QVERIFY(window.isUnloaded());
