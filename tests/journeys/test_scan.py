@@ -1,10 +1,9 @@
 """Scanning with the real helper and the library's pretended scanners, by real keys."""
 
-import os
 import time
 import unittest
 
-from harness import RED, SHOTS, Journey, wait_until
+from harness import RED, Journey, wait_until
 
 MENU = ("t", "s")  # Tools, Scan Image
 CANNOT = "Quorvia$"  # the title of the box that says so
@@ -71,19 +70,12 @@ class ScanTest(Journey):
         self.assertGreater(int(width), 100)
         self.assertGreater(int(height), 50)
 
-    def shot(self, name):
-        """Keeps the screen for people, where that is wanted."""
-        if SHOTS:
-            os.makedirs(SHOTS, exist_ok=True)
-            self.output("import", "-silent", "-window", "root", os.path.join(SHOTS, "scan-%s.png" % name))
-
     # --- the journeys
 
     def test_chosen_and_acquired(self):
         process, window = self.begin(self.pictures)
         self.dialog()
         self.assertTrue(self.windows("TWAIN Select | Quorvia"))
-        self.shot("source-dialog")
         self.key("Down", "Return")
         path = self.scanned()
         self.is_current(window, path)
@@ -91,7 +83,6 @@ class ScanTest(Journey):
         self.assertEqual(self.setting("Scanner"), "test:1")
         x, y = self.centre(window)
         wait_until(lambda: self.pixel(x, y) != RED, "the acquired picture on the screen")
-        self.shot("acquired")
         self.send(process)
         self.ended(process)
 
@@ -101,7 +92,6 @@ class ScanTest(Journey):
         self.key("Escape")
         box = self.window(CANNOT)
         self.focus(box)
-        self.shot("cannot-continue")
         self.key("Return")
         self.shows(window, RED)
         self.assertEqual(self.acquired(), [])
@@ -127,7 +117,6 @@ class ScanTest(Journey):
         box = self.window("Scanning the image")
         self.focus(box)
         time.sleep(0.5)
-        self.shot("progress")
         self.key("Right", "Delete")  # for the window below, which must not get them
         self.assertTrue((self.pictures / "a.png").exists())
         self.key("Escape")
@@ -156,7 +145,6 @@ class ScanTest(Journey):
         process, window = self.begin(self.pictures)
         box = self.window("TWAIN Error$")
         self.focus(box)
-        self.shot("no-drivers")
         self.key("Return")
         wait_until(lambda: not self.windows("TWAIN Error"), "the box to go")
         self.shows(window, RED)
