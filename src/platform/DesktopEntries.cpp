@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace quorvia::platform {
 
@@ -40,13 +41,13 @@ bool isFound(const char* program)
 /// True when the first word of `command` is a program. An entry without a command is started over the bus.
 bool hasProgram(const gio::Text& command)
 {
-    if (!command || !*command.get())
+    if (!command || *command == 0)
         return true;
     gchar** raw = nullptr;
     if (!g_shell_parse_argv(command.get(), nullptr, &raw, nullptr))
         return false;
     const std::unique_ptr<gchar*, FreeWords> words(raw);
-    return isFound(*words.get());
+    return isFound(*words);
 }
 
 /// The entry `id` below `directory`, which ends in "/"; with each "-" taken for a subdirectory where there is
@@ -127,18 +128,18 @@ bool isUsableEntry(const QString& path)
     const gio::Text tried = valueOf(keys, "TryExec");
     const bool isHidden = g_key_file_get_boolean(keys.get(), entryGroup, "Hidden", nullptr);
     return kind && qstrcmp(kind.get(), "Application") == 0 && !isHidden &&
-           (!tried || !*tried.get() || isFound(tried.get())) && hasProgram(valueOf(keys, "Exec"));
+           (!tried || *tried == 0 || isFound(tried.get())) && hasProgram(valueOf(keys, "Exec"));
 }
 
 QByteArray execWord(const QString& program)
 {
-    const QByteArray path = QFile::encodeName(program);
-    if (std::all_of(path.begin(), path.end(), isPlain))
+    QByteArray path = QFile::encodeName(program);
+    if (std::all_of(path.cbegin(), path.cend(), isPlain))
         return path;
     // Two layers: within quotes a backslash stands before four characters, and the file doubles every
     // backslash.
     QByteArray word = "\"";
-    for (const char character : path) {
+    for (const char character : std::as_const(path)) {
         if (character == '\\')
             word += "\\\\\\\\";
         else if (character == '"' || character == '`' || character == '$')
