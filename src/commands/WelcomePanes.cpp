@@ -45,7 +45,7 @@ Pane productPane(const WelcomeFacts& facts)
             .items = {line("INFO", app::productTitle(), PaneItemKind::Header),
                       line("INFO2", QStringLiteral("Version: ") + version),
                       line("DEVL", QStringLiteral("Developed By:")),
-                      link("DEVL2", QStringLiteral("Halvexa"), "miHVXAWebsite", ""),
+                      link("DEVL2", app::makerName(), "miHVXAWebsite", ""),
                       line(viewedItem, viewedText(facts.imagesOpened))}};
 }
 

@@ -1,6 +1,7 @@
 #include "platform/Scanner.h"
 
 #include "platform/ScanHelper.h"
+#include "platform/Shell.h"
 #include "platform/WaitCursor.h"
 
 #include <QDir>
@@ -17,12 +18,6 @@ namespace {
 
 constexpr char usualConfigDirectory[] = "/etc/sane.d";
 constexpr qint64 mostConfigBytes = 1 << 20;
-
-bool isProgram(const QString& path)
-{
-    const QFileInfo info(path);
-    return info.isFile() && info.isExecutable();
-}
 
 /// True when the list of drivers in the file `path` has one: a line that is neither empty nor a remark.
 bool listsDriver(const QString& path)
@@ -86,20 +81,11 @@ QImage imageOf(const MapHead& head, const uchar* samples)
 
 } // namespace
 
-QString scanHelperPath(const QString& programDirectory)
+QString scanHelperPath(const QStringList& directories)
 {
-    const QString named = QFile::decodeName(qgetenv("QUORVIA_SCAN_HELPER"));
-    const QStringList places =
-        named.isEmpty()
-            ? QStringList{programDirectory + QStringLiteral("/quorvia-scan"),
-                          QDir::cleanPath(programDirectory + QStringLiteral("/" QUORVIA_LIBEXEC)) +
-                              QStringLiteral("/quorvia-scan")}
-            : QStringList{named};
-    for (const QString& place : places) {
-        if (isProgram(place))
-            return place;
-    }
-    return {};
+    if (const QString named = QFile::decodeName(qgetenv("QUORVIA_SCAN_HELPER")); !named.isEmpty())
+        return isProgramFile(named) ? named : QString();
+    return findProgram(directories, QStringLiteral("quorvia-scan"));
 }
 
 QStringList scanConfigDirectories(const QString& variable)
@@ -126,7 +112,7 @@ bool namesScanDriver(const QStringList& directories)
 
 bool scannerPresent(const QString& helper)
 {
-    return isProgram(helper) &&
+    return isProgramFile(helper) &&
            namesScanDriver(scanConfigDirectories(QFile::decodeName(qgetenv("SANE_CONFIG_DIR"))));
 }
 

@@ -10,9 +10,9 @@
 
 namespace quorvia::platform {
 
-/// The path of the helper for a program in `programDirectory`: `$QUORVIA_SCAN_HELPER`; else beside the
-/// program, where a build has it; else where an installation has it. Empty when there is none.
-QString scanHelperPath(const QString& programDirectory);
+/// The path of the helper: `$QUORVIA_SCAN_HELPER`, else the first of `directories`, each ending in "/", that
+/// has it. Empty when there is none.
+QString scanHelperPath(const QStringList& directories);
 /// The directories of the scanner drivers' configuration, in order, for what `$SANE_CONFIG_DIR` says: paths
 /// apart by ":", with one at the end the usual one as well; empty: the usual one alone.
 QStringList scanConfigDirectories(const QString& variable);

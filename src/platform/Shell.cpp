@@ -279,4 +279,13 @@ bool isProgramFile(const QString& path)
     return executable(absolutePath(path)) == ShellCode::Ok;
 }
 
+QString findProgram(const QStringList& directories, const QString& name)
+{
+    for (const QString& directory : directories) {
+        if (isProgramFile(directory + name))
+            return directory + name;
+    }
+    return {};
+}
+
 } // namespace quorvia::platform

@@ -45,6 +45,10 @@ ShellCode startProgram(const QString& program, const QStringList& arguments, con
 /// executed.
 bool isProgramFile(const QString& path);
 
+/// The path of the program file `name` in the first of `directories`, each ending in "/", that holds it;
+/// empty when none does.
+QString findProgram(const QStringList& directories, const QString& name);
+
 /// True when `text` begins with the scheme of an address ("https:", "mailto:", "file:") and names nothing on
 /// disk. One letter is a drive, not a scheme.
 bool isAddress(const QString& text);

@@ -5,11 +5,10 @@
 #include "app/Paths.h"
 #include "app/PendingEvents.h"
 #include "app/Product.h"
+#include "app/Resources.h"
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "platform/Scanner.h"
-
-#include <QFileInfo>
 
 namespace quorvia::system {
 
@@ -87,7 +86,7 @@ void show(const AcquisitionSinks& sinks)
 
 bool TwainPresent()
 {
-    return platform::scannerPresent(platform::scanHelperPath(QFileInfo(app::programPath()).path()));
+    return platform::scannerPresent(platform::scanHelperPath(app::companionDirectories()));
 }
 
 QString acquiredName(const QDateTime& time)

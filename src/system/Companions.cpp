@@ -21,11 +21,8 @@ void publishCompanions(const QStringList& directories)
 {
     if (!GetToolPath(mailTool(), false).isEmpty())
         return;
-    const auto found = std::find_if(directories.begin(), directories.end(), [](const QString& directory) {
-        return platform::isProgramFile(directory + mailTool());
-    });
-    if (found != directories.end())
-        app::saveOfTool(app::common::ComponentPaths, mailTool(), *found + mailTool());
+    if (const QString tool = platform::findProgram(directories, mailTool()); !tool.isEmpty())
+        app::saveOfTool(app::common::ComponentPaths, mailTool(), tool);
 }
 
 void withdrawCompanions(const QStringList& directories)

@@ -2,9 +2,10 @@
 
 #include "app/Colors.h"
 #include "app/EraseSettings.h"
-#include "app/Log.h"
 #include "collections/ThumbnailTally.h"
 #include "system/frmImageViewOptions.h"
+#include "system/mAssociation.h"
+#include "system/OtherViewer.h"
 #include "viewer/frmImageView.h"
 
 #include <QPointer>
@@ -22,11 +23,8 @@ system::OptionSinks sinksOf(frmImageView& window, collections::ThumbnailTally& t
                     app::setPaneColor(window.pContain(), color);
                     window.ix1()->SetBackColor(color);
                 },
-            .applyAssociations = [] { app::WriteLog(QStringLiteral("File types not associated")); },
-            .associateOther =
-                [](const QString& program) {
-                    app::WriteLog(QStringLiteral("File types not associated with ") + program);
-                },
+            .applyAssociations = &system::ApplyAssociations,
+            .associateOther = [&window](const QString& program) { system::associateOther(&window, program); },
             .countThumbnails =
                 [&tally](const std::function<void(const system::ThumbnailStatistics&)>& told) {
                     tally.begin(collections::thumbnailDirectory(), [told](const ThumbnailCount& count) {

@@ -1,13 +1,12 @@
 #include "viewer/ScanCommand.h"
 
 #include "app/Log.h"
-#include "app/Paths.h"
+#include "app/Resources.h"
 #include "app/Settings.h"
 #include "platform/Scanner.h"
 #include "system/Acquisition.h"
 #include "viewer/frmImageView.h"
 
-#include <QFileInfo>
 #include <QPointer>
 
 #include <utility>
@@ -18,7 +17,7 @@ namespace {
 
 platform::Scanner scanner()
 {
-    return platform::Scanner(platform::scanHelperPath(QFileInfo(app::programPath()).path()));
+    return platform::Scanner(platform::scanHelperPath(app::companionDirectories()));
 }
 
 platform::ScanChoice lastChoice()

@@ -72,21 +72,22 @@ class TestScanner : public QObject
     {
         QDir().mkpath(in("bin"));
         QDir().mkpath(in("libexec/quorvia"));
-        QCOMPARE(scanHelperPath(in("bin")), QString());
+        const QStringList places{in("bin/"), in("libexec/quorvia/")};
+        QCOMPARE(scanHelperPath(places), QString());
         const auto put = [this](const char* name) {
             const QString path = write(name, "#!/bin/sh\n");
             QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
             return path;
         };
         const QString installed = put("libexec/quorvia/quorvia-scan");
-        QCOMPARE(scanHelperPath(in("bin")), installed);
+        QCOMPARE(scanHelperPath(places), installed);
         const QString beside = put("bin/quorvia-scan");
-        QCOMPARE(scanHelperPath(in("bin")), beside);
+        QCOMPARE(scanHelperPath(places), beside);
         const QString named = put("other");
         qputenv("QUORVIA_SCAN_HELPER", named.toLocal8Bit());
-        QCOMPARE(scanHelperPath(in("bin")), named);
+        QCOMPARE(scanHelperPath(places), named);
         QFile::setPermissions(named, QFile::ReadOwner);
-        QCOMPARE(scanHelperPath(in("bin")), QString()); // one that was named is the only one
+        QCOMPARE(scanHelperPath(places), QString()); // one that was named is the only one
     }
 
     void configDirectories_data()
