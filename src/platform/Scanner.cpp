@@ -2,6 +2,7 @@
 
 #include "platform/ScanHelper.h"
 #include "platform/Shell.h"
+#include "platform/Shell.h"
 #include "platform/WaitCursor.h"
 
 #include <QDir>
