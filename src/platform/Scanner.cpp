@@ -2,7 +2,6 @@
 
 #include "platform/ScanHelper.h"
 #include "platform/Shell.h"
-#include "platform/Shell.h"
 #include "platform/WaitCursor.h"
 
 #include <QDir>
