@@ -13,13 +13,17 @@ QString recordName(const QString& name)
 
 } // namespace
 
-ScratchDesktop::ScratchDesktop(const ScratchHome& home) : m_home(home)
+void leaveDesktop(const ScratchHome& home)
 {
-    // Nothing of the machine's own desktop, and no session bus to announce a start on.
     qputenv("XDG_DATA_DIRS", home.path(QStringLiteral("share")).toLocal8Bit());
     qputenv("XDG_CONFIG_DIRS", home.path(QStringLiteral("etc")).toLocal8Bit());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     qunsetenv("XDG_CURRENT_DESKTOP");
+}
+
+ScratchDesktop::ScratchDesktop(const ScratchHome& home) : m_home(home)
+{
+    leaveDesktop(home);
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:"); // no session bus to announce a start on
     home.write(recordName(QStringLiteral(".keep")), "");
 }
 

@@ -12,6 +12,9 @@
 
 namespace quorvia::test {
 
+/// From now on nothing of the machine's own desktop is seen: its data is in `home`, below "share" and "etc".
+void leaveDesktop(const ScratchHome& home);
+
 class ScratchDesktop
 {
   public:

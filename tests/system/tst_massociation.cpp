@@ -7,6 +7,7 @@
 #include "platform/DesktopEntries.h"
 #include "platform/MimeApps.h"
 #include "support/FileContent.h"
+#include "support/ScratchDesktop.h"
 #include "system/AssociationTable.h"
 #include "system/DesktopPresence.h"
 #include "system/mAssociation.h"
@@ -59,9 +60,7 @@ class TestAssociation : public QObject
     void init()
     {
         m_home = std::make_unique<test::SettingsHome>();
-        qputenv("XDG_DATA_DIRS", m_home->path("share").toLocal8Bit());
-        qputenv("XDG_CONFIG_DIRS", m_home->path("etc").toLocal8Bit());
-        qunsetenv("XDG_CURRENT_DESKTOP");
+        test::leaveDesktop(*m_home);
         m_home->write(".config/.keep", "");
     }
     void cleanup() { m_home.reset(); }

@@ -6,6 +6,7 @@
 #include "platform/Dialogs.h"
 #include "platform/MimeApps.h"
 #include "support/FileContent.h"
+#include "support/ScratchDesktop.h"
 #include "system/OtherViewer.h"
 
 #include <QFile>
@@ -58,9 +59,7 @@ class TestOtherViewer : public QObject
     {
         m_boxes.clear();
         m_home = std::make_unique<test::SettingsHome>();
-        qputenv("XDG_DATA_DIRS", m_home->path("share").toLocal8Bit());
-        qputenv("XDG_CONFIG_DIRS", m_home->path("etc").toLocal8Bit());
-        qunsetenv("XDG_CURRENT_DESKTOP");
+        test::leaveDesktop(*m_home);
         m_home->write(".config/.keep", "");
     }
     void cleanup() { m_home.reset(); }
