@@ -70,15 +70,15 @@ struct Sibling
 };
 
 constexpr Sibling siblings[] = {
-    {siblingTools[0],
+    {"Morphane",
      "miWebMorphane",
      {"MO", "MOTIP", "MOMORE"},
      "Retouch, recolour and combine your pictures: a whole darkroom in one window."},
-    {siblingTools[1],
+    {"Tessary",
      "miWebTessary",
      {"TE", "TETIP", "TEMORE"},
      "Turn a folder of pictures into a mosaic, a contact sheet or a web album."},
-    {siblingTools[2],
+    {"Nomalux",
      "miWebNomalux",
      {"NO", "NOTIP", "NOMORE"},
      "Bring order into thousands of photographs: rename, sort and tag them in one go."},

@@ -13,12 +13,9 @@ namespace quorvia::commands {
 /// The key of the row that counts the images.
 inline constexpr char viewedItem[] = "INFO4";
 
-/// The other tools of the family that are looked for, as their titles name them.
-inline constexpr const char* siblingTools[] = {"Morphane", "Tessary", "Nomalux"};
-
 struct WelcomeFacts
 {
-    QStringList missingTools; ///< those of `siblingTools` that are not installed
+    QStringList missingTools; ///< titles of the other tools of the family that are not installed
     int imagesOpened = 0;     ///< `ImageOpenCount`
     QStringList tips;         ///< one a row, five of them
 };

@@ -5,6 +5,7 @@
 #include "commands/WelcomePanel.h"
 #include "commands/WelcomeTips.h"
 #include "controls/uLink.h"
+#include "system/SiblingTools.h"
 #include "system/ToolPaths.h"
 #include "viewer/frmImageView.h"
 
@@ -15,9 +16,9 @@ namespace {
 QStringList missingTools()
 {
     QStringList missing;
-    for (const char* const tool : commands::siblingTools) {
-        if (system::GetToolPath(QLatin1String(tool), false).isEmpty())
-            missing.append(QLatin1String(tool));
+    for (const system::SiblingTool& tool : system::siblingTools()) {
+        if (const QString title = QLatin1String(tool.title); system::GetToolPath(title, false).isEmpty())
+            missing.append(title);
     }
     return missing;
 }
