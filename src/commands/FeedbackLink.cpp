@@ -14,15 +14,15 @@ namespace {
 
 struct Question
 {
-    int preview;
     const char* caption;
+    int preview;
     app::WebPage page;
 };
 
 constexpr Question questions[] = {
-    {1, "Suggest a Feature?", app::WebPage::Support}, {2, "Comments?", app::WebPage::Support},
-    {3, "Report Errors?", app::WebPage::Report},      {4, "Send Feedback?", app::WebPage::Support},
-    {5, "Report Bugs?", app::WebPage::Report},
+    {"Suggest a Feature?", 1, app::WebPage::Support}, {"Comments?", 2, app::WebPage::Support},
+    {"Report Errors?", 3, app::WebPage::Report},      {"Send Feedback?", 4, app::WebPage::Support},
+    {"Report Bugs?", 5, app::WebPage::Report},
 };
 
 /// The number that the digits at the beginning of `piece` spell; so many that none of ours is larger.
