@@ -48,7 +48,9 @@ QString feedbackAddress(app::WebPage page, const app::Version& running)
 LinkText upgradeText(const QString& version)
 {
     constexpr qsizetype most = 40; // letters; the label has to stay within the window
-    const QString text = platform::oneLine(version);
+    QString text = platform::oneLine(version);
+    text.removeIf(
+        [](QChar each) { return each.category() == QChar::Other_Format; }); // they turn letters round
     const QString shown = text.size() <= most ? text : text.left(most - 1) + QChar(0x2026);
     return {QStringLiteral("Upgrade to version: ") + shown, app::webAddress(app::WebPage::Download)};
 }

@@ -76,6 +76,12 @@ void WelcomeLogo::mousePressEvent(QMouseEvent* event)
     event->setAccepted(!logoCommand(event->button(), event->modifiers()).isEmpty());
 }
 
+/// The second click of two is none of its own.
+void WelcomeLogo::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    event->setAccepted(!logoCommand(event->button(), event->modifiers()).isEmpty());
+}
+
 void WelcomeLogo::mouseReleaseEvent(QMouseEvent* event)
 {
     const QString command = logoCommand(event->button(), event->modifiers());

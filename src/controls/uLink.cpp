@@ -68,8 +68,14 @@ void uLink::keyPressEvent(QKeyEvent* event)
         event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!plain || !opens)
         QWidget::keyPressEvent(event);
-    else if (!event->isAutoRepeat())
+    else if (!m_repeats.isRepeat(*event))
         open();
+}
+
+void uLink::keyReleaseEvent(QKeyEvent* event)
+{
+    m_repeats.noteRelease(*event);
+    QWidget::keyReleaseEvent(event);
 }
 
 void uLink::focusInEvent(QFocusEvent* event)

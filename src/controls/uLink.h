@@ -3,6 +3,8 @@
 // are the control's, which begins with a colour of its own.
 #pragma once
 
+#include "platform/KeyRepeats.h"
+
 #include <QLabel>
 
 #include <functional>
@@ -35,6 +37,7 @@ class uLink : public QWidget
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
@@ -44,6 +47,7 @@ class uLink : public QWidget
 
     Opener m_opener;
     QLabel* m_lMsg;
+    platform::KeyRepeats m_repeats;
     bool m_pressed = false; ///< a click has begun here
 };
 

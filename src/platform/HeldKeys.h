@@ -2,9 +2,9 @@
 // Costs a look at each key that is pressed.
 #pragma once
 
-#include <QObject>
+#include "platform/KeyRepeats.h"
 
-class QKeyEvent;
+#include <QObject>
 
 namespace quorvia::platform {
 
@@ -15,7 +15,9 @@ class HeldKeys : public QObject
 
     /// From now on a key that is held down counts once in the whole program, whatever windows come and go.
     void watch();
-    /// From now on keys are only looked at, so that dropHeld() knows which one is down.
+    /// From now on keys are only looked at, so that dropHeld() knows which one is down. A modal window that
+    /// comes or goes drops the held key by itself: it answers no question that comes up under it, and what
+    /// closed a window does nothing to the one below.
     void observe();
     /// Nothing is looked at any more.
     void rest();
@@ -28,13 +30,10 @@ class HeldKeys : public QObject
 
   private:
     void look(bool dropsAll);
-    bool isRepeat(const QKeyEvent& press) const;
 
     bool m_dropsAll = false;
     int m_dropped = 0; ///< the key that counts no more
-    int m_key = 0;
-    ulong m_time = 0;      ///< of its press: milliseconds of the display's clock; 0 when nobody told
-    ulong m_released = 0;  ///< when it was let go last, likewise
+    KeyRepeats m_repeats;
     bool m_isHeld = false; ///< what came last does not count
 };
 

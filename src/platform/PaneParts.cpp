@@ -92,8 +92,14 @@ void PaneHead::keyPressEvent(QKeyEvent* event)
 {
     if (!isChoosingKey(*event))
         event->ignore(); // the viewer's own keys work here too
-    else if (!event->isAutoRepeat())
+    else if (!m_repeats.isRepeat(*event))
         click();
+}
+
+void PaneHead::keyReleaseEvent(QKeyEvent* event)
+{
+    m_repeats.noteRelease(*event);
+    event->ignore();
 }
 
 PaneRow::PaneRow(const PaneItem& item, const PaneLook& look, bool besideIcons)
@@ -152,6 +158,13 @@ void PaneRow::mousePressEvent(QMouseEvent* event)
     m_pressed = event->button() == Qt::LeftButton;
 }
 
+/// The second click of two is none of its own.
+void PaneRow::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        mousePressEvent(event);
+}
+
 void PaneRow::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton && std::exchange(m_pressed, false) &&
@@ -163,8 +176,14 @@ void PaneRow::keyPressEvent(QKeyEvent* event)
 {
     if (m_kind != PaneItemKind::Link || !isChoosingKey(*event))
         event->ignore();
-    else if (!event->isAutoRepeat())
+    else if (!m_repeats.isRepeat(*event))
         Q_EMIT clicked();
+}
+
+void PaneRow::keyReleaseEvent(QKeyEvent* event)
+{
+    m_repeats.noteRelease(*event);
+    event->ignore();
 }
 
 void PaneRow::focusInEvent(QFocusEvent* event)

@@ -2,6 +2,7 @@
 // they can be read on whatever ground the bar stands.
 #pragma once
 
+#include "platform/KeyRepeats.h"
 #include "platform/PaneBar.h"
 
 #include <QAbstractButton>
@@ -22,10 +23,12 @@ class PaneHead : public QAbstractButton
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
 
   private:
     QColor m_ground; ///< not valid: a tint of the bar's
     QColor m_ink;
+    KeyRepeats m_repeats;
 };
 
 class PaneRow : public QLabel
@@ -44,8 +47,10 @@ class PaneRow : public QLabel
   protected:
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
@@ -56,7 +61,8 @@ class PaneRow : public QLabel
 
     PaneItemKind m_kind;
     QString m_icon;
-    int m_textLeft;         ///< pixels
+    int m_textLeft; ///< pixels
+    KeyRepeats m_repeats;
     bool m_pressed = false; ///< a click has begun here
 };
 

@@ -1,7 +1,5 @@
 #include "system/OptionRows.h"
 
-#include <QRegularExpression>
-
 #include <cmath>
 #include <limits>
 
@@ -17,22 +15,14 @@ namespace setting = app::setting;
 constexpr app::NumberKey mainBackColor{setting::MainBackColor, 0};
 
 constexpr OptionRow rows[] = {
-    {setting::cView, "cView", List, Plain},
-    {setting::cFView, "cFView", List, Plain},
-    {setting::cSlide, "cSlide", Check, Plain},
-    {setting::cLoad, "cLoad", Check, Plain},
-    {setting::cFull, "cFull", Check, Plain},
-    {setting::cLayout, "cLayout", Check, Plain},
-    {mainBackColor, "pBack", Color, Elsewhere},
-    {setting::FullBackColor, "pFullBack", Color, Plain},
-    {setting::cBorder, "chkBorder", Check, Plain},
-    {setting::JPEGSampling, "cboSample", List, Leading},
-    {setting::JPEGLum, "lLum", Slider, Leading},
-    {setting::JPEGChrome, "lChrome", Slider, Leading},
-    {setting::JPEGGray, "chkGray", Check, Leading},
-    {setting::imgAutoLoad, "chkLoadFileAvail", Check, Leading},
-    {setting::DynamicLink, "chkDyn", Check, Leading},
-    {setting::ShowBetaFeatures, "chkBeta", Check, Leading},
+    {setting::cView, "cView", List, Plain},         {setting::cFView, "cFView", List, Plain},
+    {setting::cSlide, "cSlide", Check, Plain},      {setting::cLoad, "cLoad", Check, Plain},
+    {setting::cFull, "cFull", Check, Plain},        {setting::cLayout, "cLayout", Check, Plain},
+    {mainBackColor, "pBack", Color, Elsewhere},     {setting::FullBackColor, "pFullBack", Color, Plain},
+    {setting::cBorder, "chkBorder", Check, Plain},  {setting::JPEGSampling, "cboSample", List, Int16},
+    {setting::JPEGLum, "lLum", Slider, Int16},      {setting::JPEGChrome, "lChrome", Slider, Int16},
+    {setting::JPEGGray, "chkGray", Check, Int16},   {setting::imgAutoLoad, "chkLoadFileAvail", Check, Int16},
+    {setting::DynamicLink, "chkDyn", Check, Int16}, {setting::ShowBetaFeatures, "chkBeta", Check, Int16},
 };
 
 } // namespace
@@ -42,19 +32,15 @@ std::span<const OptionRow> optionRows()
     return rows;
 }
 
-std::optional<int> leadingInt16(const QString& text)
+std::optional<int> int16Of(const QString& text)
 {
-    static const QRegularExpression leading(
-        QStringLiteral("^\\s*([+-]?(?:\\d+(?:\\.\\d*)?|\\.\\d+)(?:[eE][+-]?\\d+)?)"));
-    // The blank ends a number that stands alone, and makes a text of none.
-    const QString number = leading.match(text + u' ').captured(1);
     bool isNumber = false;
-    const double value = number.toDouble(&isNumber);
-    if (!isNumber) // too large for any number
-        return number.isEmpty() ? std::optional(0) : std::nullopt;
+    const double value = text.trimmed().toDouble(&isNumber);
+    if (!isNumber)
+        return std::nullopt;
     const double whole = std::nearbyint(value);
     using Limits = std::numeric_limits<qint16>;
-    if (whole < Limits::min() || whole > Limits::max())
+    if (!(whole >= Limits::min() && whole <= Limits::max()))
         return std::nullopt;
     return int(whole);
 }
@@ -64,8 +50,8 @@ std::optional<int> readOption(const OptionRow& row)
     switch (row.reading) {
     case Plain:
         return app::read(row.key);
-    case Leading:
-        return leadingInt16(app::readAsText(row.key));
+    case Int16:
+        return int16Of(app::readAsText(row.key));
     case Elsewhere:
         break;
     }

@@ -14,7 +14,7 @@ namespace quorvia::system {
 /// How the stored value becomes a number.
 enum class OptionReading {
     Plain,     ///< as everywhere else
-    Leading,   ///< by leadingInt16()
+    Int16,     ///< by int16Of()
     Elsewhere, ///< it is not: who shows the control gives it
 };
 
@@ -37,9 +37,10 @@ struct OptionRow
 /// All options, in the order in which they are written.
 std::span<const OptionRow> optionRows();
 
-/// The 16-bit number that `text` begins with, 0 when it begins with none; a half goes to the even number.
-/// Nothing when it does not fit into 16 bits.
-std::optional<int> leadingInt16(const QString& text);
+/// The 16-bit number that `text` spells, blanks around it or not; a half goes to the even number. Nothing
+/// when it spells none, or none that fits into 16 bits: the option is shown as it is designed then, as the
+/// rest of the program takes it.
+std::optional<int> int16Of(const QString& text);
 
 /// The stored value, the default when there is none. Nothing when it cannot be read, or is not to be.
 std::optional<int> readOption(const OptionRow& row);

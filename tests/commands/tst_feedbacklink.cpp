@@ -117,6 +117,9 @@ class TestFeedbackLink : public QObject
         QVERIFY(caption.size() <= 60);
         QCOMPARE(feedbackLink(facts(1, 1, QStringLiteral("9\n1"))).shown->caption,
                  QStringLiteral("Upgrade to version: 9 1"));
+        const QString turned =
+            QStringLiteral("9") + QChar(0x202E) + QStringLiteral("1"); // draws from the right
+        QCOMPARE(feedbackLink(facts(1, 1, turned)).shown->caption, QStringLiteral("Upgrade to version: 91"));
     }
 
     void versions_data()

@@ -213,6 +213,19 @@ class TestWelcomePanel : public QObject
         QCOMPARE(taken(), QStringList());
     }
 
+    void aDoubleClickOnTheLogoIsOne()
+    {
+        auto* const logo = part<commands::WelcomeLogo>("logo");
+        QTRY_VERIFY(logo->isVisible() && logo->width() > 50);
+        QTest::mouseClick(logo, Qt::LeftButton);
+        const QPointF at(3, 3);
+        QMouseEvent second(QEvent::MouseButtonDblClick, at, logo->mapToGlobal(at), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(logo, &second);
+        QTest::mouseRelease(logo, Qt::LeftButton);
+        QCOMPARE(taken(), QStringList{QStringLiteral("miLindoraCenter")});
+    }
+
     void theLogoStandsAtTheLowerRight()
     {
         auto* const logo = part<commands::WelcomeLogo>("logo");

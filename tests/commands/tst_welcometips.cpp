@@ -124,18 +124,23 @@ class TestWelcomeTips : public QObject
 
     void texts()
     {
-        QCOMPARE(tipText(1), QStringLiteral("Pressing 'H' will toggle the interface tabs on and off."));
-        QCOMPARE(tipText(3),
-                 QStringLiteral("You can access addional imaging functions by 'right-clicking' on "
-                                "an open image."));
-        QCOMPARE(tipText(7), QStringLiteral("Use ' [ ' and ' ] ' to navigate to the next/previous image in "
-                                            "the filelist."));
-        QCOMPARE(tipText(14), QStringLiteral("Pressing 'R' will select a random image from the playlist."));
-        QSet<QString> all;
+        const char* const expected[] = {
+            "Pressing 'H' will toggle the interface tabs on and off.",
+            "Pressing 'F' will toggle the File/Playlist explorer on and off.",
+            "You can access addional imaging functions by 'right-clicking' on an open image.",
+            "To send an image via e-mail: Right-click the image then select 'Send Image via E-mail'",
+            "Use 'CTRL+N' and 'CTRL+B' to navigate to the next/previous image in the filelist.",
+            "Pressing 'Q' will close the open image and return to the welcome screen.",
+            "Use ' [ ' and ' ] ' to navigate to the next/previous image in the filelist.",
+            "Pressing 'ALT+F' will fit the main window to the size of image.",
+            "Pressing 'ESC' will exit the program.",
+            "Pressing 'Z' will expediently toggle the current display visibility.",
+            "Pressing 'X' will expediently minimize the main window.",
+            "Pressing '2' will show the image information tab.",
+            "Pressing '3' will show the image filmstrip tab.",
+            "Pressing 'R' will select a random image from the playlist."};
         for (int number = 1; number <= 14; ++number)
-            all.insert(tipText(number));
-        QCOMPARE(all.size(), 14);
-        QVERIFY(!all.contains(QString()));
+            QCOMPARE(tipText(number), QLatin1String(expected[number - 1]));
         QVERIFY(tipText(0).isEmpty() && tipText(15).isEmpty() && tipText(-1).isEmpty());
     }
 

@@ -159,6 +159,27 @@ class TestLink : public QObject
         QCOMPARE(m_opened.size(), opened);
     }
 
+    /// Where the display lets the key go for each repeat and names none.
+    void opensOnceForAKeyWhoseRepeatsAreNotNamed()
+    {
+        uLink link(opener());
+        link.SetLinkURL(QStringLiteral("https://one.example/"));
+        const auto send = [&link](QEvent::Type type, ulong time) {
+            QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier);
+            event.setTimestamp(time);
+            QCoreApplication::sendEvent(&link, &event);
+        };
+        send(QEvent::KeyPress, 1000);
+        for (ulong time = 1660; time < 3000; time += 40) {
+            send(QEvent::KeyRelease, time);
+            send(QEvent::KeyPress, time);
+        }
+        QCOMPARE(m_opened.size(), 1);
+        send(QEvent::KeyRelease, 3100);
+        send(QEvent::KeyPress, 3600);
+        QCOMPARE(m_opened.size(), 2);
+    }
+
     void lettingGoBesideItOpensNothing()
     {
         uLink link(opener());

@@ -1,5 +1,6 @@
 """The preferences by real keys and mouse: each page changed, accepted, cancelled; and the end of all settings."""
 
+import time
 import unittest
 
 from harness import Journey, wait_until
@@ -82,6 +83,29 @@ class Preferences(Journey):
         self.end()
         self.begin()  # the next run has the colour, and fills the screen at its start
         wait_until(lambda: self.ground() == COLOUR, "the colour of the viewport")
+
+    def hold(self, key, seconds=1.5):
+        """Holds a key down; the display repeats it after 0.66 seconds."""
+        self.output("xdotool", "keydown", key)
+        time.sleep(seconds)
+        self.output("xdotool", "keyup", key)
+
+    def test_a_held_key_answers_no_question(self):
+        self.begin()
+        self.summon()
+        self.key("ctrl+Prior")  # the last page
+        self.press(self.dialog, BETA)
+        self.key("Tab", "Tab")
+        self.hold("Return")  # on the button that erases all settings
+        self.assertIsNone(self.process.poll())
+        box = self.window("Quorvia$")
+        self.assertEqual(self.setting("ImageOpenCount"), 1)
+        self.focus(box)
+        self.hold("Escape")  # ends the box, and neither the window below it nor the program
+        wait_until(lambda: not self.windows("Quorvia$"), "the end of the box")
+        self.assertIsNone(self.process.poll())
+        self.assertTrue(self.windows(TITLE))
+        self.end()
 
     def test_what_is_cancelled_is_not(self):
         self.begin()

@@ -112,6 +112,43 @@ class TestHeldKeys : public QObject
         QCOMPARE(second.presses, 2);
     }
 
+    /// A question that comes up under a held key is not answered by it, and what closed it does nothing
+    /// below.
+    void modalWindowsDropTheHeldKey()
+    {
+        HeldKeys held;
+        held.observe();
+        Counted below;
+        Counted question;
+        question.setWindowModality(Qt::ApplicationModal);
+        below.show();
+        press(below, Qt::Key_Return, 1000);
+        question.show();
+        for (ulong time = 1660; time < 3000; time += 40)
+            press(question, Qt::Key_Return, time);
+        QCOMPARE(question.presses, 0);
+        letGo(question, Qt::Key_Return, 3100);
+        press(question, Qt::Key_Return, 3600); // the answer
+        QCOMPARE(question.presses, 1);
+        question.hide();
+        for (ulong time = 4260; time < 5000; time += 40)
+            press(below, Qt::Key_Return, time);
+        QCOMPARE(below.presses, 1);
+    }
+
+    void otherWindowsDropNothing()
+    {
+        HeldKeys held;
+        held.observe();
+        Counted below;
+        below.show();
+        press(below, Qt::Key_Right, 1000);
+        QWidget other;
+        other.show();
+        press(below, Qt::Key_Right, 1660, true);
+        QCOMPARE(below.presses, 2);
+    }
+
     void otherKeysCount()
     {
         HeldKeys held;

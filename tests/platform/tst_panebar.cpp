@@ -138,6 +138,35 @@ class TestPaneBar : public QObject
         QCOMPARE(clicked.count(), 1);
     }
 
+    void aHeldKeyWhoseRepeatsAreNotNamed()
+    {
+        QSignalSpy clicked(m_bar, &PaneBar::itemClicked);
+        for (QWidget* part : {static_cast<QWidget*>(head("one")), static_cast<QWidget*>(row("a"))}) {
+            for (const ulong time : {1000, 1660, 1700}) {
+                QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+                press.setTimestamp(time);
+                QCoreApplication::sendEvent(part, &press);
+                QKeyEvent release(QEvent::KeyRelease, Qt::Key_Return, Qt::NoModifier);
+                release.setTimestamp(time == 1000 ? 1660 : time);
+                QCoreApplication::sendEvent(part, &release);
+            }
+        }
+        QVERIFY(m_bar->isFolded(QStringLiteral("one")));
+        QCOMPARE(clicked.count(), 1);
+    }
+
+    void aDoubleClickChoosesOnce()
+    {
+        QSignalSpy clicked(m_bar, &PaneBar::itemClicked);
+        QTest::mouseClick(row("c"), Qt::LeftButton);
+        const QPointF at(3, 3);
+        QMouseEvent second(QEvent::MouseButtonDblClick, at, row("c")->mapToGlobal(at), Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(row("c"), &second);
+        QTest::mouseRelease(row("c"), Qt::LeftButton);
+        QCOMPARE(clicked.count(), 1);
+    }
+
     void rowsAreClickedOnRelease()
     {
         QSignalSpy clicked(m_bar, &PaneBar::itemClicked);

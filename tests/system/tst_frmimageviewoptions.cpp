@@ -86,7 +86,7 @@ class TestFrmImageViewOptions : public QObject
         add("imgAutoLoad", absent, "chkLoadFileAvail", "1");
         add("imgAutoLoad", 0, "chkLoadFileAvail", "0");
         add("imgAutoLoad", "0", "chkLoadFileAvail", "0");
-        add("imgAutoLoad", "so", "chkLoadFileAvail", "0"); // no number: 0
+        add("imgAutoLoad", "so", "chkLoadFileAvail", "1"); // no number: as designed
         add("imgAutoLoad", 7, "chkLoadFileAvail", "1");
         add("imgAutoLoad", 70'000, "chkLoadFileAvail", "1");
         add("cLoad", absent, "cLoad", "1");
@@ -109,14 +109,15 @@ class TestFrmImageViewOptions : public QObject
         add("JPEGSampling", absent, "cboSample", "1");
         add("JPEGSampling", 3, "cboSample", "3");
         add("JPEGSampling", 4, "cboSample", "1");
-        add("JPEGSampling", "2 and more", "cboSample", "2");
+        add("JPEGSampling", "2 and more", "cboSample", "1");
         add("JPEGLum", absent, "lLum", "24/24");
         add("JPEGLum", 0, "lLum", "0/0");
         add("JPEGLum", 255, "lLum", "255/255");
         add("JPEGLum", 256, "lLum", "255/255");
         add("JPEGLum", -5, "lLum", "0/0");
         add("JPEGLum", 32'768, "lLum", "24/24");
-        add("JPEGLum", "80%", "lLum", "80/80");
+        add("JPEGLum", " 80 ", "lLum", "80/80");
+        add("JPEGLum", "80%", "lLum", "24/24");
         add("JPEGChrome", absent, "lChrome", "20/20");
         add("JPEGChrome", 90, "lChrome", "90/90");
         add("JPEGChrome", 1000, "lChrome", "255/255");

@@ -30,29 +30,29 @@ class TestOptionRows : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void numbersAtTheBeginning_data()
+    void spelledNumbers_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("number");
         QTest::newRow("number") << "24" << 24;
         QTest::newRow("blanks") << "  24  " << 24;
-        QTest::newRow("something behind it") << "24 and more" << 24;
-        QTest::newRow("letters behind it") << "12abc" << 12;
+        QTest::newRow("something behind it") << "24 and more" << none;
+        QTest::newRow("letters behind it") << "12abc" << none;
         QTest::newRow("negative") << "-7" << -7;
         QTest::newRow("plus") << "+7" << 7;
         QTest::newRow("zeros") << "007" << 7;
-        QTest::newRow("nothing") << "" << 0;
-        QTest::newRow("blank") << " " << 0;
-        QTest::newRow("a word") << "high" << 0;
-        QTest::newRow("a number behind a word") << "a1" << 0;
-        QTest::newRow("a sign alone") << "-" << 0;
-        QTest::newRow("a point alone") << "." << 0;
+        QTest::newRow("nothing") << "" << none;
+        QTest::newRow("blank") << " " << none;
+        QTest::newRow("a word") << "high" << none;
+        QTest::newRow("a number behind a word") << "a1" << none;
+        QTest::newRow("a sign alone") << "-" << none;
+        QTest::newRow("a point alone") << "." << none;
         QTest::newRow("a fraction") << "24.6" << 25;
         QTest::newRow("a half below an odd number") << "24.5" << 24;
         QTest::newRow("a half below an even number") << "25.5" << 26;
         QTest::newRow("a fraction without a whole") << ".75" << 1;
         QTest::newRow("an exponent") << "1e2" << 100;
-        QTest::newRow("an exponent's letter alone") << "3e" << 3;
+        QTest::newRow("an exponent's letter alone") << "3e" << none;
         QTest::newRow("the largest") << "32767" << 32767;
         QTest::newRow("too large") << "32768" << none;
         QTest::newRow("rounded too large") << "32767.5" << none;
@@ -60,13 +60,15 @@ class TestOptionRows : public QObject
         QTest::newRow("too small") << "-32769" << none;
         QTest::newRow("far too large") << "99999999999999999999" << none;
         QTest::newRow("larger than all") << "1e999" << none;
+        QTest::newRow("no number") << "nan" << none;
+        QTest::newRow("endless") << "inf" << none;
     }
 
-    void numbersAtTheBeginning()
+    void spelledNumbers()
     {
         QFETCH(QString, text);
         QFETCH(int, number);
-        QCOMPARE(leadingInt16(text).value_or(none), number);
+        QCOMPARE(int16Of(text).value_or(none), number);
     }
 
     void rows()
@@ -117,8 +119,8 @@ class TestOptionRows : public QObject
         }
         add("FullBackColor", 0xff8040, 0xff8040);
         add("FullBackColor", 100'000, 100'000); // more than 16 bits
-        add("JPEGLum", QStringLiteral("30 or so"), 30);
-        add("JPEGLum", QStringLiteral("so"), 0);
+        add("JPEGLum", QStringLiteral("30 or so"), none);
+        add("JPEGLum", QStringLiteral("so"), none);
         add("JPEGLum", 40'000, none);
         add("cLoad", QStringLiteral("so"), 1);
         add("MainBackColor", QVariant(), none);

@@ -1,0 +1,49 @@
+#include "platform/KeyRepeats.h"
+
+#include <QKeyEvent>
+
+namespace quorvia::platform {
+
+namespace {
+
+/// Repeats come closer than this, even where they are slow; presses of one who reads what is asked do not.
+constexpr ulong closest = 300; // milliseconds
+/// The first repeat comes after this at most. A key that was let go in another program is not waited for
+/// longer.
+constexpr ulong longestDelay = 1500; // milliseconds
+/// Where the display lets a key go for each repeat, the press follows sooner than a finger could.
+constexpr ulong fastestFinger = 25; // milliseconds
+
+} // namespace
+
+bool KeyRepeats::isRepeat(const QKeyEvent& press)
+{
+    const bool repeat = repeats(press);
+    m_key = press.key();
+    m_time = press.timestamp();
+    return repeat;
+}
+
+void KeyRepeats::noteRelease(const QKeyEvent& release)
+{
+    if (release.key() == m_key && !release.isAutoRepeat())
+        m_released = release.timestamp();
+}
+
+bool KeyRepeats::isLast(const QKeyEvent& press) const
+{
+    return press.key() == m_key && press.timestamp() == m_time && m_time != 0;
+}
+
+bool KeyRepeats::repeats(const QKeyEvent& press) const
+{
+    if (press.isAutoRepeat())
+        return true;
+    if (press.key() != m_key || press.timestamp() == 0)
+        return false;
+    const ulong since = press.timestamp() - m_time;
+    const bool isDown = m_released < m_time || press.timestamp() - m_released < fastestFinger;
+    return since < closest || (isDown && since < longestDelay);
+}
+
+} // namespace quorvia::platform

@@ -1,0 +1,32 @@
+// Tells the presses of a key from its repeats while it is held down, also where the display names no repeat
+// as such: by the times of what it tells.
+#pragma once
+
+#include <QtGlobal>
+
+class QKeyEvent;
+
+namespace quorvia::platform {
+
+class KeyRepeats
+{
+  public:
+    /// A press has come; a key that is held gives one after the other. True when it is such a repeat. To be
+    /// asked once for each.
+    bool isRepeat(const QKeyEvent& press);
+    /// The key of `release` has been let go.
+    void noteRelease(const QKeyEvent& release);
+    /// True when `press` is the very one that came last.
+    bool isLast(const QKeyEvent& press) const;
+    /// The key of the last press; 0 before the first.
+    int key() const { return m_key; }
+
+  private:
+    bool repeats(const QKeyEvent& press) const;
+
+    int m_key = 0;
+    ulong m_time = 0;     ///< of its press: milliseconds of the display's clock; 0 when nobody told
+    ulong m_released = 0; ///< when it was let go last, likewise
+};
+
+} // namespace quorvia::platform
