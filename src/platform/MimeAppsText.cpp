@@ -70,13 +70,14 @@ QList<Range> groupsIn(const Lines& lines, const QByteArray& group)
     return groups;
 }
 
+/// An empty `type` stands for any.
 bool isOfType(const QByteArray& content, const QByteArray& type)
 {
-    const qsizetype sign = content.indexOf('=');
-    return sign > 0 && content.left(sign).trimmed() == type;
+    const QByteArray key = content.left(qMax(content.indexOf('='), qsizetype(0))).trimmed();
+    return !key.isEmpty() && (type.isEmpty() ? !key.startsWith('#') : key == type);
 }
 
-/// The numbers of the lines of `type` in all stretches of `group`.
+/// The numbers of the lines of `type` (empty: of any) in all stretches of `group`.
 QList<qsizetype> linesOfType(const Lines& lines, const QByteArray& group, const QByteArray& type)
 {
     QList<qsizetype> numbers;
@@ -179,9 +180,9 @@ void insertBelow(Lines& lines, qsizetype head, const QByteArray& content)
 
 void takeEmptyGroups(Lines& lines, const QByteArray& group)
 {
-    QList<Range> groups = groupsIn(lines, group);
-    std::reverse(groups.begin(), groups.end());
-    for (const Range& range : std::as_const(groups)) {
+    for (qsizetype i = groupsIn(lines, group).size() - 1; i >= 0; --i) {
+        const Range range =
+            groupsIn(lines, group).at(i); // anew: the one behind may have taken our comment along
         // Our comment at its end belongs to the group that follows.
         const bool beforeOurs = lines[range.last - 1].content == groupComment && range.last < lines.size();
         const bool empty =

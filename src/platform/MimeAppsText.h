@@ -24,8 +24,8 @@ bool hasLine(const QByteArray& text, const QByteArray& group, const QByteArray& 
 /// a comment that says whose it is.
 QByteArray withFirst(const QByteArray& text, const QByteArray& group, const QByteArray& type,
                      const QByteArray& id);
-/// `text` without `id` in the lines of `type`; a line that held nothing else goes, and a group under our
-/// comment that has no line any more.
+/// `text` without `id` in the lines of `type`, or of all types when that is empty; a line that held nothing
+/// else goes, and a group under our comment that has no line any more.
 QByteArray withoutId(const QByteArray& text, const QByteArray& group, const QByteArray& type,
                      const QByteArray& id);
 

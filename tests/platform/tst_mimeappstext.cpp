@@ -192,6 +192,75 @@ class TestMimeAppsText : public QObject
                  QByteArray("# Group added by Quorvia\n[Default Applications]\na/b=c.desktop\n"));
     }
 
+    /// Blocks of ours behind each other, as programs that merge lists leave them.
+    void blocksOfOursInARow_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("behind");
+        QTest::newRow("two") << 2 << QByteArray() << QByteArray();
+        QTest::newRow("three") << 3 << QByteArray() << QByteArray();
+        QTest::newRow("between others") << 8 << QByteArray("[Y]\nc=d\n") << QByteArray("[X]\na=b\n");
+    }
+    void blocksOfOursInARow()
+    {
+        QFETCH(int, count);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, behind);
+        const QByteArray block =
+            "# Group added by Quorvia\n[Default Applications]\nimage/png=quorvia.desktop\n";
+        QCOMPARE(givenBack(before + block.repeated(count) + behind), before + behind);
+    }
+
+    void outOfAllTypes()
+    {
+        QCOMPARE(withoutId("x=quorvia.desktop\n[Default Applications]\nimage/x-old=quorvia.desktop\n"
+                           "# a=quorvia.desktop\na/b=c;quorvia.desktop\n[Added Associations]\n"
+                           "image/x-old=quorvia.desktop\n",
+                           defaultApplications, {}, own),
+                 QByteArray("x=quorvia.desktop\n[Default Applications]\n# a=quorvia.desktop\na/b=c\n"
+                            "[Added Associations]\nimage/x-old=quorvia.desktop\n"));
+    }
+
+    /// Our own marks, both groups, repeated blocks: no line of others is lost or moved.
+    void anyTextWithMarksOfOurs()
+    {
+        const QList<QByteArray> pieces{"# Group added by Quorvia\n",
+                                       "# Group added by Quorvia\n[Default Applications]\n",
+                                       "[Default Applications]\n",
+                                       "[Added Associations]\n",
+                                       "image/png=quorvia.desktop\n",
+                                       "image/gif=quorvia.desktop;a.desktop\n",
+                                       "image/png=a.desktop\n",
+                                       "[Other]\n",
+                                       "# File added by Quorvia\n",
+                                       "\r\n",
+                                       "# mine\n",
+                                       "x=y"};
+        const auto foreign = [](const QByteArray& text) {
+            QList<QByteArray> lines;
+            for (const QByteArray& line : text.split('\n')) {
+                const QByteArray word = line.trimmed();
+                if (!word.isEmpty() && !word.contains(own) && !word.startsWith("# Group added") &&
+                    word != "[Default Applications]" && word != "[Added Associations]")
+                    lines.append(word);
+            }
+            return lines;
+        };
+        QRandomGenerator random(1122);
+        for (int round = 0; round < 20000; ++round) {
+            QByteArray text;
+            for (int i = random.bounded(16); i > 0; --i)
+                text += pieces[random.bounded(int(pieces.size()))];
+            QByteArray changed = text;
+            for (const char* group : {defaultApplications, addedAssociations})
+                changed = withoutId(changed, group, {}, own);
+            QList<QByteArray> left = foreign(changed);
+            left.removeIf([](const QByteArray& line) { return line == "image/gif=a.desktop"; });
+            QCOMPARE(left, foreign(text));
+        }
+    }
+
     void movesToTheFront()
     {
         QCOMPARE(takenOver("[Default Applications]\nimage/png=a.desktop;quorvia.desktop;\n"),
