@@ -83,7 +83,66 @@ class TestTextFile : public QObject
         QCOMPARE(::symlink("ring", path("ring").c_str()), 0);
         QString why;
         QVERIFY(!replaceTextFile(m_home->path("ring"), "x", &why));
-        QCOMPARE(why, "the links lead nowhere");
+        QCOMPARE(why, "its links lead nowhere, or to a name that cannot be spelled");
+    }
+
+    /// ".." is the directory above the real one, not the one above the name.
+    void followsLinksAsTheSystemDoes()
+    {
+        const QString file = m_home->write("dots/list", "before");
+        const QString foreign = m_home->write("list", "foreign");
+        m_home->write("dots/config/.keep", "");
+        QCOMPARE(::symlink("dots/config", path("config").c_str()), 0);
+        QCOMPARE(::symlink("../list", path("dots/config/list").c_str()), 0);
+        QCOMPARE(::symlink("../new/../new/list", path("dots/config/open").c_str()), 0);
+        QCOMPARE(::symlink("../fresh/list", path("dots/config/far").c_str()), 0);
+        QCOMPARE(endOfLinks(m_home->path("config/list")), QFileInfo(file).canonicalFilePath());
+        QVERIFY(replaceTextFile(m_home->path("config/list"), "after", nullptr));
+        QCOMPARE(contentOf(file), "after");
+        QVERIFY(replaceTextFile(m_home->path("config/far"), "made", nullptr));
+        QCOMPARE(contentOf(m_home->path("dots/fresh/list")), "made");
+        QVERIFY(!replaceTextFile(m_home->path("config/open"), "x", nullptr)); // for the system too
+        QVERIFY(removeTextFile(m_home->path("config/list"), nullptr));
+        QCOMPARE(contentOf(file), "");
+        QCOMPARE(contentOf(foreign), "foreign");
+    }
+
+    /// Read as letters, its name is another one.
+    void aTargetThatCannotBeSpelled()
+    {
+        const QByteArray name = QByteArray::fromStdString(path("")) + "l\xe4ste";
+        QCOMPARE(::symlink(name.constData(), path("link").c_str()), 0);
+        const QStringList before = QDir(m_home->path("")).entryList(QDir::Files | QDir::System);
+        QVERIFY(!replaceTextFile(m_home->path("link"), "x", nullptr));
+        QVERIFY(!removeTextFile(m_home->path("link"), nullptr));
+        QCOMPARE(endOfLinks(m_home->path("link")), QString());
+        QCOMPARE(QDir(m_home->path("")).entryList(QDir::Files | QDir::System), before);
+    }
+
+    void keepsTheOwner()
+    {
+        const QString file = m_home->write("a", "before");
+        constexpr uid_t another = 65534;
+        const bool mayGive = ::chown(path("a").c_str(), another, another) == 0; // for the super-user alone
+        struct stat before = {};
+        struct stat after = {};
+        QCOMPARE(::stat(path("a").c_str(), &before), 0);
+        QCOMPARE(before.st_uid == another, mayGive);
+        QVERIFY(replaceTextFile(file, "after", nullptr));
+        QCOMPARE(::stat(path("a").c_str(), &after), 0);
+        QCOMPARE(after.st_uid, before.st_uid);
+        QCOMPARE(after.st_gid, before.st_gid);
+        QCOMPARE(after.st_mode, before.st_mode);
+    }
+
+    void nothingIsWrittenThatCannotBeRead()
+    {
+        const QString file = m_home->write("a", "before");
+        QString why;
+        QVERIFY(!replaceTextFile(file, QByteArray(4 * 1024 * 1024 + 1, 'x'), &why));
+        QCOMPARE(why, "it would become too large");
+        QCOMPARE(contentOf(file), "before");
+        QVERIFY(replaceTextFile(file, QByteArray(4 * 1024 * 1024, 'x'), &why));
     }
 
     void whatCannotBeWrittenStays()
