@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 #include <utility>
 
@@ -97,7 +98,8 @@ QStringList applicationsDirectories()
 
 QString entryPath(const QString& id)
 {
-    if (id.isEmpty() || id.contains(u'/'))
+    // Each "-" of an id may be a directory: what is too long for a name is not worth the search.
+    if (id.isEmpty() || id.contains(u'/') || QFile::encodeName(id).size() > NAME_MAX)
         return {};
     for (const QString& directory : applicationsDirectories()) {
         if (QString found = entryBelow(directory + u'/', id); !found.isEmpty())

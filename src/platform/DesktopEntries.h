@@ -12,7 +12,7 @@ namespace quorvia::platform {
 QStringList applicationsDirectories();
 
 /// The full path of the entry `id`, as in "viewer.desktop": the first that is a regular file. A "-" of the id
-/// may stand for a subdirectory. Empty when there is none.
+/// may stand for a subdirectory. Empty when there is none, and for an id of more than 255 bytes.
 QString entryPath(const QString& id);
 /// The id of the entry at `path`: its way below an applications directory with "-" between, else its name.
 QString entryId(const QString& path);

@@ -4,6 +4,7 @@
 #include "platform/GioParts.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -62,6 +63,20 @@ class TestDesktopEntries : public QObject
         QCOMPARE(entryPath("../applications/a.desktop"), QString());
         QVERIFY(QDir().mkpath(m_home->path("one/applications/folder.desktop")));
         QCOMPARE(entryPath("folder.desktop"), QString());
+    }
+
+    /// Each "-" may be a directory: the search in vain would take minutes.
+    void longIdsAreNoEntries()
+    {
+        const QString longest = QString(247, u'a') + ".desktop";
+        QCOMPARE(entryPath(longest), write(longest, ""));
+        const QString longer = "a-" + longest;
+        write("a/" + longest, "");
+        QCOMPARE(entryPath(longer), QString());
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(entryPath(QString("a-").repeated(200000)), QString());
+        QVERIFY(time.elapsed() < 2000);
     }
 
     void usable_data()
