@@ -3,9 +3,11 @@
 #include "platform/BaseDirectories.h"
 #include "platform/DesktopEntries.h"
 #include "platform/MimeAppsText.h"
-#include "platform/TextFile.h"
+#include "platform/Reason.h"
 
 #include <QDir>
+
+#include <utility>
 
 namespace quorvia::platform {
 
@@ -60,17 +62,37 @@ MimeApps::MimeApps() : m_desktops(desktopPrefixes()), m_userLists(userLists())
         m_places.append({each, true});
 }
 
+void MimeApps::read(List& list)
+{
+    list.text.clear();
+    list.outcome = readTextFile(list.path, list.text);
+    list.before = list.text;
+}
+
+/// A file that was not there before says so.
+void MimeApps::apply(List& list, const Change& change)
+{
+    const bool isNew = list.outcome == TextRead::Missing && list.text.isEmpty();
+    const QByteArray changed = change(isNew ? freshText() : list.text);
+    if (!isNew || !isFresh(changed))
+        list.text = changed;
+}
+
 MimeApps::List& MimeApps::list(const QString& path)
 {
-    const auto known = m_lists.find(path);
-    if (known != m_lists.end())
-        return known->second;
-    List fresh;
-    const TextRead outcome = readTextFile(path, fresh.text);
-    fresh.before = fresh.text;
-    fresh.isThere = outcome == TextRead::Done;
-    fresh.isRefused = outcome == TextRead::Refused;
-    return m_lists.emplace(path, std::move(fresh)).first->second;
+    const auto known = m_byPath.find(path);
+    if (known != m_byPath.end())
+        return *known->second;
+    const QString target = endOfLinks(path);
+    for (List& each : m_lists) {
+        if (!target.isEmpty() && each.target == target)
+            return *(m_byPath[path] = &each);
+    }
+    List& fresh = m_lists.emplace_back();
+    fresh.path = path;
+    fresh.target = target;
+    read(fresh);
+    return *(m_byPath[path] = &fresh);
 }
 
 QString MimeApps::firstDefault(const QString& type)
@@ -121,54 +143,90 @@ QString MimeApps::first(MimeRole role, const QString& type)
     return firstOffered(type);
 }
 
-/// The lists of single desktops count for defaults alone.
+/// Those that have a say, the first one first. The lists of single desktops count for defaults alone.
+QStringList MimeApps::userListsFor(MimeRole role) const
+{
+    QStringList lists;
+    if (role == MimeRole::Default) {
+        for (const QString& prefix : m_desktops)
+            lists.append(configHome() + u'/' + prefix + QLatin1String(commonList));
+    }
+    lists.append(configHome() + u'/' + QLatin1String(commonList));
+    return lists;
+}
+
 QString MimeApps::userList(MimeRole role, const QString& type)
 {
-    if (role == MimeRole::Default) {
-        for (const QString& prefix : std::as_const(m_desktops)) {
-            QString path = configHome() + u'/' + prefix + QLatin1String(commonList);
-            if (hasLine(textOf(path), groupOf(role), type.toUtf8()))
-                return path;
-        }
+    const QStringList lists = userListsFor(role);
+    for (const QString& path : lists) {
+        if (hasLine(textOf(path), groupOf(role), type.toUtf8()))
+            return path;
     }
-    return configHome() + u'/' + QLatin1String(commonList);
+    return lists.last();
+}
+
+QStringList MimeApps::chosenByUser(MimeRole role, const QString& type)
+{
+    QStringList chosen;
+    for (const QString& path : userListsFor(role)) {
+        for (const QByteArray& id : idsOf(textOf(path), groupOf(role), type.toUtf8()))
+            chosen.append(QString::fromUtf8(id));
+    }
+    return chosen;
 }
 
 void MimeApps::putFirst(MimeRole role, const QString& type, const QString& id)
 {
     List& changed = list(userList(role, type));
-    if (!changed.isThere && changed.text.isEmpty())
-        changed.text = freshText();
-    changed.text = withFirst(changed.text, groupOf(role), type.toUtf8(), id.toUtf8());
+    changed.changes.push_back([role, type, id](const QByteArray& text) {
+        return withFirst(text, groupOf(role), type.toUtf8(), id.toUtf8());
+    });
+    apply(changed, changed.changes.back());
 }
 
 void MimeApps::takeOut(const QString& type, const QString& id)
 {
     for (const QString& path : std::as_const(m_userLists)) {
         List& changed = list(path);
-        for (const MimeRole role : {MimeRole::Default, MimeRole::Offered})
-            changed.text = withoutId(changed.text, groupOf(role), type.toUtf8(), id.toUtf8());
+        for (const MimeRole role : {MimeRole::Default, MimeRole::Offered}) {
+            changed.changes.push_back([role, type, id](const QByteArray& text) {
+                return withoutId(text, groupOf(role), type.toUtf8(), id.toUtf8());
+            });
+            apply(changed, changed.changes.back());
+        }
     }
+}
+
+/// Reads the list once more: between the first time and now, others may have written it.
+bool MimeApps::saveList(List& list, QString* why)
+{
+    List now{list.path, list.target, {}, {}, {}, list.changes};
+    read(now);
+    if (now.outcome == TextRead::Refused)
+        return fail(why, QStringLiteral("it cannot be read"));
+    for (const Change& change : now.changes)
+        apply(now, change);
+    if (now.text != now.before) {
+        const bool goes = isFresh(now.text);
+        if (!(goes ? removeTextFile(now.path, why) : replaceTextFile(now.path, now.text, why)))
+            return false;
+        now.outcome = goes ? TextRead::Missing : TextRead::Done;
+        if (goes)
+            now.text.clear();
+        now.before = now.text;
+    }
+    now.changes.clear();
+    list = now;
+    return true;
 }
 
 QStringList MimeApps::save()
 {
     QStringList reasons;
-    for (auto& [path, changed] : m_lists) {
-        if (changed.text == changed.before)
-            continue;
-        QString why = QStringLiteral("it cannot be read");
-        const bool done =
-            !changed.isRefused &&
-            (isFresh(changed.text) ? removeTextFile(path, &why) : replaceTextFile(path, changed.text, &why));
-        if (!done) {
-            reasons.append(path + QStringLiteral(": ") + why);
-            continue;
-        }
-        changed.isThere = !isFresh(changed.text);
-        if (!changed.isThere)
-            changed.text.clear();
-        changed.before = changed.text;
+    for (List& each : m_lists) {
+        QString why;
+        if (!each.changes.empty() && !saveList(each, &why))
+            reasons.append(each.path + QStringLiteral(": ") + why);
     }
     return reasons;
 }

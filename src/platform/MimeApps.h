@@ -3,11 +3,16 @@
 // asked: it sees a change of its lists only some time after it was made.
 #pragma once
 
+#include "platform/TextFile.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <list>
 #include <map>
+#include <vector>
 
 namespace quorvia::platform {
 
@@ -22,6 +27,8 @@ class MimeApps
   public:
     /// Takes its places from the environment.
     MimeApps();
+    MimeApps(const MimeApps&) = delete;
+    MimeApps& operator=(const MimeApps&) = delete;
 
     /// The id of the entry that the desktop opens `type` with, or offers first; empty when there is none.
     /// Entries that are missing or cannot be started are passed over, as the desktop does.
@@ -29,19 +36,29 @@ class MimeApps
     /// Puts `id` before all others of the user's list: in the list of the running desktop when that has a say
     /// in `type`, else in the common one.
     void putFirst(MimeRole role, const QString& type, const QString& id);
-    /// Takes `id` out of all lists of the user's, those of other desktops too, in both roles.
+    /// Takes `id` out of all lists of the user's, those of other desktops too, in both roles; an empty `type`
+    /// stands for all.
     void takeOut(const QString& type, const QString& id);
+    /// The ids that the user's lists name for `type`, whether they can be used or not: the running desktop's
+    /// lists, as far as they count, and the common one.
+    QStringList chosenByUser(MimeRole role, const QString& type);
 
-    /// Writes what was changed. Empty when all of it stands; else one reason for each list that is as it was.
+    /// Writes what was changed. A list that others changed meanwhile is read again and the changes are made
+    /// there. Empty when all of it stands; else one reason for each list that is as it was, a list that
+    /// cannot be read among them.
     QStringList save();
 
   private:
+    using Change = std::function<QByteArray(const QByteArray&)>;
+
     struct List
     {
+        QString path;      ///< by which it was first asked for
+        QString target;    ///< the file behind its links
         QByteArray before; ///< as it was read
         QByteArray text;
-        bool isThere = false;
-        bool isRefused = false; ///< not to be read, and so not to be written
+        TextRead outcome = TextRead::Missing;
+        std::vector<Change> changes; ///< not yet saved
     };
 
     /// One directory with lists, in the order in which they count.
@@ -52,6 +69,10 @@ class MimeApps
     };
 
     List& list(const QString& path);
+    static void read(List& list);
+    static void apply(List& list, const Change& change);
+    static bool saveList(List& list, QString* why);
+    QStringList userListsFor(MimeRole role) const;
     const QByteArray& textOf(const QString& path) { return list(path).text; }
     QString userList(MimeRole role, const QString& type);
     QString firstDefault(const QString& type);
@@ -60,7 +81,8 @@ class MimeApps
     QStringList m_desktops; ///< prefixes of list names, as in "gnome-"
     QList<Place> m_places;
     QStringList m_userLists;
-    std::map<QString, List> m_lists; ///< by path
+    std::list<List> m_lists;           ///< one a file
+    std::map<QString, List*> m_byPath; ///< several paths may lead to one file
 };
 
 } // namespace quorvia::platform

@@ -161,6 +161,82 @@ class TestMimeApps : public QObject
         QCOMPARE(after.st_ino, before.st_ino); // a write would have put another file there
     }
 
+    /// What others write between the first look and the save is kept, and ours goes where theirs leaves room.
+    void changedMeanwhile()
+    {
+        const QByteArray first = defaults + "image/png=a.desktop\n";
+        const QByteArray second = "# theirs\n" + defaults + "image/gif=b.desktop\nimage/png=c.desktop\n";
+        m_home->write(".config/mimeapps.list", first);
+        MimeApps taking;
+        taking.putFirst(MimeRole::Default, png, own);
+        m_home->write(".config/mimeapps.list", second);
+        QCOMPARE(taking.save(), QStringList());
+        QCOMPARE(contentOf(userList()), QByteArray(second).replace("png=", "png=quorvia.desktop;"));
+        QCOMPARE(taking.first(MimeRole::Default, "image/gif"), "b.desktop");
+        MimeApps giving;
+        giving.takeOut(png, own);
+        m_home->write(".config/mimeapps.list", first);
+        QCOMPARE(giving.save(), QStringList());
+        QCOMPARE(contentOf(userList()), first);
+    }
+
+    void aListOfOursThatOthersFilledMeanwhileStays()
+    {
+        QCOMPARE(put(MimeRole::Default), QStringList());
+        MimeApps giving;
+        giving.takeOut(png, own);
+        const QByteArray theirs = "[Added Associations]\nimage/gif=a.desktop\n";
+        m_home->write(".config/mimeapps.list", contentOf(userList()) + theirs);
+        QCOMPARE(giving.save(), QStringList());
+        QVERIFY(contentOf(userList()).endsWith(theirs));
+        QVERIFY(!contentOf(userList()).contains(own.toLatin1()));
+    }
+
+    void twoNamesForOneList()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+        const QByteArray text = defaults + "image/png=a.desktop\n";
+        m_home->write(".config/mimeapps.list", text);
+        QVERIFY(QFile::link("mimeapps.list", m_home->path(".config/gnome-mimeapps.list")));
+        MimeApps desktop;
+        desktop.putFirst(MimeRole::Default, png, own);
+        desktop.putFirst(MimeRole::Default, "image/gif", own);
+        desktop.putFirst(MimeRole::Offered, png, own);
+        QCOMPARE(desktop.save(), QStringList());
+        for (const char* type : {"image/png", "image/gif"})
+            QCOMPARE(MimeApps().first(MimeRole::Default, type), own);
+        QCOMPARE(offered(), own);
+        MimeApps back;
+        back.takeOut({}, own);
+        QCOMPARE(back.save(), QStringList());
+        QCOMPARE(contentOf(userList()), text);
+    }
+
+    void whatTheUserChose()
+    {
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME");
+        m_home->write(".config/mimeapps.list",
+                      defaults + "image/png=gone.desktop;\n[Added Associations]\nimage/png=b.desktop\n");
+        m_home->write(".config/gnome-mimeapps.list",
+                      defaults + "image/png=a.desktop\n[Added Associations]\nimage/png=c.desktop\n");
+        m_home->write(".config/kde-mimeapps.list", defaults + "image/png=c.desktop\n");
+        m_home->write("etc/mimeapps.list", defaults + "image/png=c.desktop\n");
+        MimeApps desktop;
+        QCOMPARE(desktop.chosenByUser(MimeRole::Default, png), (QStringList{"a.desktop", "gone.desktop"}));
+        QCOMPARE(desktop.chosenByUser(MimeRole::Offered, png), QStringList{"b.desktop"});
+        QCOMPARE(desktop.chosenByUser(MimeRole::Default, "image/gif"), QStringList());
+    }
+
+    /// What could not be read afterwards is not written.
+    void aListThatWouldBecomeTooLarge()
+    {
+        QByteArray text = defaults;
+        text += QByteArray(4 * 1024 * 1024 - 10 - text.size(), '#');
+        m_home->write(".config/mimeapps.list", text);
+        QCOMPARE(put(MimeRole::Default), QStringList{userList() + ": it would become too large"});
+        QVERIFY(contentOf(userList()) == text);
+    }
+
     void whatCannotBeReadStays_data()
     {
         QTest::addColumn<int>("kind");
@@ -188,7 +264,7 @@ class TestMimeApps : public QObject
         m_home->write("share/applications/mimeinfo.cache", "[MIME Cache]\nimage/png=c.desktop;\n");
         QCOMPARE(used(), "c.desktop");
         QCOMPARE(put(MimeRole::Default), QStringList{userList() + ": it cannot be read"});
-        QCOMPARE(takeOut(), QStringList());
+        QCOMPARE(takeOut(), QStringList{userList() + ": it cannot be read"}); // we may stand in it still
         QCOMPARE(::lstat(path.constData(), &after), 0);
         QCOMPARE(after.st_ino, before.st_ino);
         QCOMPARE(after.st_mode, before.st_mode);
