@@ -131,6 +131,11 @@ bool saveEarlierOwner(const QString& verb, const QString& extension, const QStri
     return SaveAppSetting(latin(section::Associations), earlierOwnerName(verb, extension), program);
 }
 
+void forgetEarlierOwners()
+{
+    DeleteAppSection(latin(section::Associations));
+}
+
 QString read(const DesktopKey& key)
 {
     return RegReadValue(Root::CurrentUser, latin(key.keyPath), latin(key.name), QString()).toString();

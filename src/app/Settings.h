@@ -104,6 +104,8 @@ bool savePlacement(const QString& stem, Placement part, int value);
 /// `Openx.jpg`.
 QString readEarlierOwner(const QString& verb, const QString& extension);
 bool saveEarlierOwner(const QString& verb, const QString& extension, const QString& program);
+/// Makes all of them absent.
+void forgetEarlierOwners();
 
 /// A key of the machine-wide tree, by its path below the maker's stem. Most hold one value per tool, under
 /// its title.

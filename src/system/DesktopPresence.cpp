@@ -12,7 +12,10 @@
 
 #include <QFile>
 
+#include <fcntl.h>
+
 #include <algorithm>
+#include <cerrno>
 
 /// The resources of a static library have to be asked for, and that outside of every namespace.
 static void registerDesktopFiles()
@@ -72,6 +75,45 @@ QString packagePath(const QString& dataDirectory)
     return dataDirectory + QStringLiteral("/mime/packages/quorvia-mime.xml");
 }
 
+/// `text` without its words for types, in which a package differs from machine to machine.
+QByteArray withoutComments(const QByteArray& text)
+{
+    QList<QByteArray> lines = text.split('\n');
+    lines.removeIf([](const QByteArray& line) { return line.trimmed().startsWith("<comment"); });
+    return lines.join('\n');
+}
+
+/// The desktop's own words for JPEG files, in all languages: some desktops take the words of the user's
+/// package alone.
+QByteArray commentsOfJpeg()
+{
+    for (const QString& directory : platform::dataDirectories()) {
+        QByteArray comments;
+        for (const QByteArray& line :
+             textAt(directory + QStringLiteral("/mime/image/jpeg.xml")).split('\n')) {
+            if (line.trimmed().startsWith("<comment"))
+                comments += "    " + line.trimmed() + '\n';
+        }
+        if (!comments.isEmpty())
+            return comments;
+    }
+    return {};
+}
+
+QByteArray packageText()
+{
+    const QByteArray head = "<mime-type type=\"image/jpeg\">\n";
+    return resource("quorvia-mime.xml").replace(head, head + commentsOfJpeg());
+}
+
+/// Ours, and not behind a link that somebody else made.
+bool isOurPackage(const QString& path)
+{
+    struct stat status = {};
+    return platform::fileStatus(path, status, platform::Links::Keep) == 0 && S_ISREG(status.st_mode) &&
+           withoutComments(textAt(path)) == withoutComments(resource("quorvia-mime.xml"));
+}
+
 bool typesAreKnown()
 {
     for (const QString& directory : platform::dataDirectories()) {
@@ -89,16 +131,29 @@ void note(const QString& what, const QString& why)
     app::WriteLog(QStringLiteral("Associations: ") + what + QStringLiteral(": ") + why);
 }
 
-void runTool(const QString& tool, const QString& directory)
+void refreshTypes()
 {
+    const QString directory = platform::dataHome() + QStringLiteral("/mime");
     QString why;
-    if (!platform::runBounded(tool, {directory}, toolPatience, &why))
+    if (!platform::runBounded(QStringLiteral("update-mime-database"), {directory}, toolPatience, &why))
         note(directory, why);
 }
 
-void refreshTypes()
+/// The entry `text` with the types that are taken over and no other: some desktops read the entry itself, and
+/// would make its program the first for all that it names.
+QByteArray withTakenTypes(const QByteArray& text)
 {
-    runTool(QStringLiteral("update-mime-database"), platform::dataHome() + QStringLiteral("/mime"));
+    QList<QByteArray> types;
+    for (const AssociationRow& row : associationTable()) {
+        if (!types.contains(row.mimeType))
+            types.append(row.mimeType);
+    }
+    QList<QByteArray> lines = text.split('\n');
+    for (QByteArray& line : lines) {
+        if (line.startsWith("MimeType="))
+            line = "MimeType=" + types.join(';') + ';';
+    }
+    return lines.join('\n');
 }
 
 } // namespace
@@ -114,7 +169,8 @@ QString provideOwnEntry()
         removeOwnEntry(); // it would hide the installed one
         return installed;
     }
-    const QByteArray text = platform::withProgram(resource("quorvia.desktop"), app::programPath()) + copyMark;
+    const QByteArray text =
+        withTakenTypes(platform::withProgram(resource("quorvia.desktop"), app::programPath())) + copyMark;
     QString why;
     if (textAt(copyPath()) != text && !platform::replaceTextFile(copyPath(), text, &why)) {
         note(copyPath(), why);
@@ -135,11 +191,12 @@ void provideOwnTypes()
     if (typesAreKnown())
         return;
     const QString path = packagePath(platform::dataHome());
-    const QByteArray text = resource("quorvia-mime.xml");
-    QString why;
-    if (textAt(path) == text)
+    if (isOurPackage(path))
         return;
-    if (platform::replaceTextFile(path, text, &why))
+    struct stat status = {};
+    QString why = QStringLiteral("something else stands there");
+    if (platform::fileStatus(path, status, platform::Links::Keep) == ENOENT &&
+        platform::replaceTextFile(path, packageText(), &why))
         refreshTypes();
     else
         note(path, why);
@@ -148,7 +205,7 @@ void provideOwnTypes()
 void removeOwnTypes()
 {
     const QString path = packagePath(platform::dataHome());
-    if (!platform::isRegularFile(path))
+    if (!isOurPackage(path))
         return;
     QString why;
     if (platform::removeTextFile(path, &why))
@@ -157,16 +214,11 @@ void removeOwnTypes()
         note(path, why);
 }
 
-void refreshApplications()
+void markApplications()
 {
-    runTool(QStringLiteral("update-desktop-database"), userApplications());
-}
-
-bool ownEntryIsNews()
-{
-    const bool digestHasIt =
-        textAt(userApplications() + QStringLiteral("/mimeinfo.cache")).contains(ownEntryId().toLatin1());
-    return digestHasIt != platform::isRegularFile(copyPath());
+    const QByteArray directory = QFile::encodeName(userApplications());
+    if (::utimensat(AT_FDCWD, directory.constData(), nullptr, 0) != 0 && errno != ENOENT)
+        note(userApplications(), qt_error_string(errno));
 }
 
 } // namespace quorvia::system

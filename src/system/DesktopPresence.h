@@ -15,14 +15,14 @@ QString provideOwnEntry();
 /// Takes that copy away; no entry that we did not make.
 void removeOwnEntry();
 
-/// Tells the desktop of the types of file that it does not know. Nothing is done when it knows all of them.
+/// Tells the desktop of the types of file that it does not know; some milliseconds, five seconds at most.
+/// Nothing is done when it knows all of them, or when something else stands in our file's place.
 void provideOwnTypes();
-/// Takes that back.
+/// Takes that back; nothing that we did not write.
 void removeOwnTypes();
 
-/// Lets the desktop read the user's entries again. Some milliseconds, five seconds at most.
-void refreshApplications();
-/// True when the desktop's digest of the user's entries has to be brought in line with our copy.
-bool ownEntryIsNews();
+/// Marks the user's entries as changed, for desktops that look at the time of their directory. They are not
+/// indexed: the index would offer every program among them for all types that its entry names, for good.
+void markApplications();
 
 } // namespace quorvia::system

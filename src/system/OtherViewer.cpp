@@ -1,12 +1,14 @@
 #include "system/OtherViewer.h"
 
 #include "app/Log.h"
+#include "app/mFile.h"
 #include "app/Paths.h"
 #include "app/Product.h"
 #include "app/Resources.h"
 #include "platform/BaseDirectories.h"
 #include "platform/DesktopEntries.h"
 #include "platform/Dialogs.h"
+#include "platform/FileStatus.h"
 #include "platform/MimeApps.h"
 #include "platform/Shell.h"
 #include "platform/TextFile.h"
@@ -51,14 +53,53 @@ QByteArray execValue(const QString& value)
     return platform::execWord(program) + value.mid(end + 1).toUtf8();
 }
 
-QString idFor(const QString& program)
+/// What an id that is new, or stands for this very text, is made of: a stem and a number from 2 on.
+QString stemFor(const QString& program)
 {
     QString name = QFileInfo(program).fileName();
     for (QChar& each : name) {
         if (!each.isLetterOrNumber() && each != u'.' && each != u'_')
             each = u'_';
     }
-    return QStringLiteral("userapp-") + name + QStringLiteral(".desktop");
+    return QStringLiteral("userapp-") + name;
+}
+
+QString pathOf(const QString& id)
+{
+    return platform::dataHome() + QStringLiteral("/applications/") + id;
+}
+
+bool holds(const QString& path, const QByteArray& text)
+{
+    QByteArray present;
+    return platform::readTextFile(path, present) == platform::TextRead::Done && present == text;
+}
+
+/// An id that no entry has, or one that has this very text. Empty when there are too many.
+QString idFor(const QString& program, const QByteArray& text)
+{
+    constexpr int mostOfAName = 99;
+    for (int number = 1; number <= mostOfAName; ++number) {
+        const QString mark = number == 1 ? QString() : u'-' + QString::number(number);
+        QString id = stemFor(program) + mark + QStringLiteral(".desktop");
+        struct stat status = {};
+        const bool isFree = platform::fileStatus(pathOf(id), status, platform::Links::Keep) != 0 &&
+                            platform::entryPath(id).isEmpty();
+        if (isFree || holds(pathOf(id), text))
+            return id;
+    }
+    return {};
+}
+
+/// True when `program` can be made the viewer; else the user is told.
+bool isProgram(QWidget* owner, const QString& program)
+{
+    using namespace platform;
+    if (isProgramFile(program))
+        return true;
+    showMessage(owner, {BoxKind::Plain, BoxButtons::Ok, app::productTitle(),
+                        app::ShellMessage(int(ShellCode::BadExecutable))});
+    return false;
 }
 
 bool agrees(QWidget* owner, const QString& program)
@@ -70,11 +111,12 @@ bool agrees(QWidget* owner, const QString& program)
                                text.arg(program)}) == BoxAnswer::Yes;
 }
 
-bool install(const RegisteredEntry& entry, const QString& id)
+bool install(const RegisteredEntry& entry, const QString& program)
 {
-    const QString path = platform::dataHome() + QStringLiteral("/applications/") + id;
-    QString why;
-    if (!platform::replaceTextFile(path, entry.text, &why))
+    const QString id = idFor(program, entry.text);
+    const QString path = pathOf(id);
+    QString why = QStringLiteral("too many entries of that name");
+    if (id.isEmpty() || (!holds(path, entry.text) && !platform::replaceTextFile(path, entry.text, &why)))
         return note(path + QStringLiteral(": ") + why);
     provideOwnTypes();
     platform::MimeApps desktop;
@@ -83,7 +125,7 @@ bool install(const RegisteredEntry& entry, const QString& id)
     const QStringList reasons = desktop.save();
     for (const QString& reason : reasons)
         note(reason);
-    refreshApplications();
+    markApplications();
     return reasons.isEmpty();
 }
 
@@ -148,9 +190,9 @@ bool associateOther(QWidget* owner, const QString& program)
     if (!platform::replaceTextFile(written, text.toUtf8(), &why))
         return note(written + QStringLiteral(": ") + why);
     const auto entry = importRegistration(text, QFileInfo(program).fileName());
-    if (!entry || !platform::isProgramFile(program))
-        return note(program + QStringLiteral(" is no program, or the pattern no desktop entry"));
-    return agrees(owner, program) && install(*entry, idFor(program));
+    if (!entry)
+        return note(QStringLiteral("the pattern is no desktop entry"));
+    return isProgram(owner, program) && agrees(owner, program) && install(*entry, program);
 }
 
 } // namespace quorvia::system

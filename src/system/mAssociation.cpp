@@ -39,8 +39,9 @@ bool namesThisProgram(const QString& path)
     return path.indexOf(ownEntryId()) > 0;
 }
 
-void saveEarlierOwners(MimeApps& desktop)
+void saveEarlierOwners()
 {
+    MimeApps desktop;
     for (const QString& extension : extensionsOfOwners()) {
         for (const QString& verb : verbs()) {
             const QString owner = earlierOwnerPath(GetAssociation(desktop, extension, verb));
@@ -58,21 +59,43 @@ void takeOver(MimeApps& desktop, const QString& entry)
     }
 }
 
-/// An owner that the desktop is back at by itself is not written down: the lists end as they were.
-void giveBack(MimeApps& desktop, const QString& extension, const QString& verb)
+struct Place
 {
-    const QString owner = app::readEarlierOwner(verb, extension);
-    if (owner == none || namesThisProgram(owner) || !platform::isRegularFile(owner))
-        return;
-    if (GetAssociation(desktop, extension, verb) != platform::entryId(owner))
-        SetAssociation(desktop, extension, owner, verb);
+    QString extension;
+    QString verb;
+};
+
+/// Where the user's lists name us.
+QList<Place> ownPlaces(MimeApps& desktop)
+{
+    QList<Place> places;
+    for (const QString& extension : extensionsOfOwners()) {
+        for (const QString& verb : verbs()) {
+            if (desktop.chosenByUser(roleOf(verb), associatedType(extension)).contains(ownEntryId()))
+                places.append({extension, verb});
+        }
+    }
+    return places;
 }
 
-void save(MimeApps& desktop)
+/// Only where nothing is left that the user chose: that counts more than who was there at the take-over. An
+/// owner that the desktop is back at by itself is not written down: the lists end as they were.
+void giveBack(MimeApps& desktop, const Place& place)
+{
+    const QString owner = app::readEarlierOwner(place.verb, place.extension);
+    if (owner == none || namesThisProgram(owner) || !platform::isRegularFile(owner) ||
+        !desktop.chosenByUser(roleOf(place.verb), associatedType(place.extension)).isEmpty())
+        return;
+    if (GetAssociation(desktop, place.extension, place.verb) != platform::entryId(owner))
+        SetAssociation(desktop, place.extension, owner, place.verb);
+}
+
+bool save(MimeApps& desktop)
 {
     const QStringList reasons = desktop.save();
     for (const QString& reason : reasons)
         app::WriteLog(QStringLiteral("Associations: ") + reason);
+    return reasons.isEmpty();
 }
 
 } // namespace
@@ -91,10 +114,11 @@ void ApplyAssociations()
 {
     if (app::read(app::setting::Associate) != 1)
         return;
+    saveEarlierOwners();
+    provideOwnTypes(); // it waits: the lists are read behind it
+    const QString entry = provideOwnEntry();
     MimeApps desktop;
-    saveEarlierOwners(desktop);
-    provideOwnTypes();
-    if (const QString entry = provideOwnEntry(); !entry.isEmpty()) {
+    if (!entry.isEmpty()) {
         takeOver(desktop, entry);
         save(desktop);
     }
@@ -106,13 +130,14 @@ void RestoreAssociations()
 {
     removeOwnEntry(); // before anybody asks what the desktop offers without us
     MimeApps desktop;
+    const QList<Place> places = ownPlaces(desktop);
     for (const AssociationRow& row : associationTable())
         RemoveExtensionClass(desktop, QLatin1String(row.extension));
-    for (const QString& extension : extensionsOfOwners()) {
-        for (const QString& verb : verbs())
-            giveBack(desktop, extension, verb);
-    }
-    save(desktop);
+    desktop.takeOut({}, ownEntryId()); // the desktop may have called a type by another name at the take-over
+    for (const Place& place : places)
+        giveBack(desktop, place);
+    if (save(desktop))
+        app::forgetEarlierOwners(); // what the user chooses from now on is not ours to undo
     removeOwnTypes();
     NotifyAssociationsChanged();
 }
@@ -137,8 +162,7 @@ void RemoveExtensionClass(MimeApps& desktop, const QString& extension)
 
 void NotifyAssociationsChanged()
 {
-    if (ownEntryIsNews())
-        refreshApplications();
+    markApplications();
 }
 
 } // namespace quorvia::system

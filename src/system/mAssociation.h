@@ -16,7 +16,8 @@ namespace quorvia::system {
 /// `Associate` to 0. What cannot be written stays as it was and is told to the log.
 void ApplyAssociations();
 
-/// Gives all types back to their earlier owners, as far as those are stored and still there.
+/// Gives all types back: what else the user's lists name for a type stays as it is; where they name nothing,
+/// the earlier owner is set, when one is stored and still there. The records are forgotten then.
 void RestoreAssociations();
 
 /// The id of the desktop entry that files of `extension` (with or without its point) are opened with or, for
@@ -32,7 +33,7 @@ void SetAssociation(platform::MimeApps& desktop, const QString& extension, const
 /// saved.
 void RemoveExtensionClass(platform::MimeApps& desktop, const QString& extension);
 
-/// Lets the desktop see an entry of ours that came or went; waits some milliseconds for it.
+/// Tells the desktop that entries of the user's came or went.
 void NotifyAssociationsChanged();
 
 /// The full path of the entry `id` when it is a program that an earlier owner can be: an entry that exists

@@ -180,7 +180,7 @@ class TestAssociation : public QObject
     /// Nobody else brings an earlier owner back: it is written down.
     void theEarlierOwnerIsSetExplicitly()
     {
-        const QString owner = addEntry("a.desktop");
+        addEntry("a.desktop");
         addEntry("b.desktop");
         m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
         takeOver();
@@ -189,7 +189,104 @@ class TestAssociation : public QObject
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()),
                  QByteArray("[Default Applications]\nimage/png=a.desktop\nimage/gif=b.desktop\n"));
+        QCOMPARE(app::readEarlierOwner("Open", ".png"), "(none)"); // it was theirs to use, once
+    }
+
+    void theEarlierOneOfTheOfferedIsSetExplicitly()
+    {
+        addEntry("a.desktop");
+        addEntry("b.desktop");
+        const QByteArray group = "[Added Associations]\n";
+        m_home->write(".config/mimeapps.list", group + "image/png=b.desktop\nimage/gif=b.desktop\n");
+        takeOver();
+        m_home->write(".config/mimeapps.list", group + "image/png=quorvia.desktop\n"
+                                                       "image/gif=quorvia.desktop;a.desktop\n");
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()), group + "image/png=b.desktop\nimage/gif=a.desktop\n");
+    }
+
+    /// What the user chose counts more than who was there at the take-over, be it usable or not.
+    void aChoiceIsNotDisplaced_data()
+    {
+        QTest::addColumn<QByteArray>("back");
+        QTest::newRow("of a program that is away") << QByteArray("image/png=quorvia.desktop;away.desktop\n");
+        QTest::newRow("made since") << QByteArray("image/png=b.desktop\n");
+        QTest::newRow("made since, by taking the line out") << QByteArray("image/gif=b.desktop\n");
+    }
+    void aChoiceIsNotDisplaced()
+    {
+        QFETCH(QByteArray, back);
+        const QByteArray group = "[Default Applications]\n";
+        const QString owner = addEntry("a.desktop");
+        addEntry("b.desktop");
+        app::saveEarlierOwner("Open", ".png", owner);
+        m_home->write(".config/mimeapps.list", group + back);
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()), group + back.replace("quorvia.desktop;", ""));
+    }
+
+    void aSecondGivingBackChangesNothing()
+    {
+        addEntry("a.desktop");
+        addEntry("b.desktop");
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        takeOver();
+        system::RestoreAssociations();
+        for (const QString& verb : {QString("Open"), QString("Preview")})
+            QCOMPARE(app::readEarlierOwner(verb, ".png"), "(none)");
+        const QByteArray later = "[Default Applications]\nimage/png=quorvia.desktop\n";
+        m_home->write(".config/mimeapps.list", later);
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()), QByteArray("[Default Applications]\n"));
+    }
+
+    void theRecordsStayWhileAListCannotBeWritten()
+    {
+        const QString owner = addEntry("a.desktop");
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        takeOver();
+        QVERIFY(QFile::setPermissions(list(), QFile::ReadOwner));
+        system::RestoreAssociations();
+        QVERIFY2(log().contains("the file is read only"), log().constData());
         QCOMPARE(app::readEarlierOwner("Open", ".png"), owner);
+    }
+
+    void aListThatCannotBeReadIsLogged()
+    {
+        m_home->write(".config/mimeapps.list", QByteArray(5 * 1024 * 1024, '#'));
+        system::RestoreAssociations();
+        QVERIFY2(log().contains("Associations: " + list().toLocal8Bit() + ": it cannot be read"),
+                 log().constData());
+    }
+
+    /// The desktop called it by another name at the take-over.
+    void aTypeOfAnotherName()
+    {
+        m_home->write(".config/mimeapps.list",
+                      "[Default Applications]\nimage/x-pcx=quorvia.desktop;a.desktop\n"
+                      "[Added Associations]\nimage/x-pcx=quorvia.desktop\n");
+        system::RestoreAssociations();
+        QCOMPARE(contentOf(list()),
+                 QByteArray("[Default Applications]\nimage/x-pcx=a.desktop\n[Added Associations]\n"));
+    }
+
+    /// What others write while the desktop's tool is waited for.
+    void nothingOfOthersIsLost()
+    {
+        addEntry("a.desktop");
+        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        const QString tool =
+            m_home->write("bin/update-mime-database",
+                          "#!/bin/sh\nprintf '[Added Associations]\\ntext/plain=a.desktop\\n' >> "
+                          "'" +
+                              list().toLocal8Bit() + "'\n");
+        QVERIFY(QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner));
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", m_home->path("bin").toLocal8Bit() + ':' + path);
+        takeOver();
+        qputenv("PATH", path);
+        QVERIFY2(contentOf(list()).contains("text/plain=a.desktop"), contentOf(list()).constData());
+        QCOMPARE(used(".png"), own);
     }
 
     void notGivenBack_data()
@@ -230,52 +327,6 @@ class TestAssociation : public QObject
         QCOMPARE(system::GetAssociation(desktop, "png", "Preview"), QString());
     }
 
-    void anInstalledEntryIsUsed()
-    {
-        takeOver(); // from a build tree: leaves a copy
-        QVERIFY(QFile::exists(copy()));
-        const QString installed = addEntry(own);
-        takeOver();
-        QVERIFY(!QFile::exists(copy()));
-        QCOMPARE(platform::entryPath(own), installed);
-        system::RestoreAssociations();
-        QVERIFY(QFile::exists(installed));
-    }
-
-    void anEntryOfTheUsersOwnStays()
-    {
-        const QString mine = addEntry(own, ".local/share");
-        const QByteArray text = contentOf(mine);
-        takeOver();
-        QCOMPARE(used(".png"), own);
-        system::RestoreAssociations();
-        QCOMPARE(contentOf(mine), text);
-    }
-
-    void aCopyOfAnotherPlaceIsMadeAnew()
-    {
-        m_home->write(".local/share/applications/quorvia.desktop",
-                      "[Desktop Entry]\nType=Application\nExec=/gone/quorvia %f\nX-Quorvia-Copy=true\n");
-        takeOver();
-        QCOMPARE(used(".png"), own);
-        QVERIFY(!contentOf(copy()).contains("/gone/"));
-    }
-
-    void theTypesThatTheDesktopLacks()
-    {
-        const QString package = m_home->path(".local/share/mime/packages/quorvia-mime.xml");
-        takeOver();
-        QCOMPARE(contentOf(package), contentOf(DATA_FOLDER "/quorvia-mime.xml"));
-        QVERIFY(contentOf(m_home->path(".local/share/mime/globs2")).contains("50:image/x-dcx:*.dcx\n"));
-        QVERIFY(
-            contentOf(m_home->path(".local/share/applications/mimeinfo.cache")).contains("quorvia.desktop"));
-        system::RestoreAssociations();
-        QVERIFY(!QFile::exists(package));
-        QVERIFY(!contentOf(m_home->path(".local/share/mime/globs2")).contains("dcx"));
-        QVERIFY(
-            !contentOf(m_home->path(".local/share/applications/mimeinfo.cache")).contains("quorvia.desktop"));
-    }
-
     void whatCannotBeWrittenIsLogged()
     {
         addEntry("a.desktop");
@@ -286,25 +337,6 @@ class TestAssociation : public QObject
         QCOMPARE(contentOf(list()), before);
         QCOMPARE(log().count("Associations: " + list().toLocal8Bit() + ": the file is read only"), 1);
         QCOMPARE(app::read(app::setting::Associate), 0); // it is not tried at each start
-    }
-
-    void withoutTheToolsOfTheDesktop()
-    {
-        const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", m_home->path("nothing").toLocal8Bit());
-        takeOver();
-        qputenv("PATH", path);
-        QCOMPARE(used(".png"), own);
-        QVERIFY2(log().contains("update-mime-database: "), log().constData());
-        QVERIFY2(log().contains("update-desktop-database: "), log().constData());
-    }
-
-    void withoutAPlaceForTheEntry()
-    {
-        m_home->write(".local/share/applications", "a file where a directory should be");
-        takeOver();
-        QVERIFY(!QFile::exists(list()));
-        QVERIFY2(log().contains("Associations: " + copy().toLocal8Bit()), log().constData());
     }
 };
 

@@ -1,5 +1,6 @@
 // Another program becomes the viewer: the text, what is made of it, and the way through the question.
 #include "app/Log.h"
+#include "app/mFile.h"
 #include "app/Paths.h"
 #include "app/SettingsHome.h"
 #include "platform/DesktopEntries.h"
@@ -180,7 +181,6 @@ class TestOtherViewer : public QObject
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("text");
-        QTest::newRow("no program") << "picture.png" << pattern;
         QTest::newRow("no entry") << "view" << QByteArray("nothing");
         QTest::newRow("a line end in the name") << "a\nExec=x" << pattern;
     }
@@ -189,11 +189,48 @@ class TestOtherViewer : public QObject
         QFETCH(QString, name);
         QFETCH(QByteArray, text);
         m_home->write("root/AssociationImages.dat", text);
-        const QString file = name.endsWith(".png") ? m_home->write(name, "\x89PNG") : program(name);
-        QVERIFY(!associate(file, BoxAnswer::Yes));
+        QVERIFY(!associate(program(name), BoxAnswer::Yes));
         QCOMPARE(m_boxes.size(), 0);
         QVERIFY(contentOf(app::logPath()).contains("Other viewer: "));
         QVERIFY(!QFile::exists(m_home->path(".config/mimeapps.list")));
+    }
+
+    void whatIsNoProgramIsTold()
+    {
+        m_home->write("root/AssociationImages.dat", pattern);
+        QVERIFY(!associate(m_home->write("picture.png", "\x89PNG"), BoxAnswer::Ok));
+        QCOMPARE(m_boxes.size(), 1);
+        QCOMPARE(m_boxes[0].kind, platform::BoxKind::Plain);
+        QCOMPARE(m_boxes[0].buttons, platform::BoxButtons::Ok);
+        QCOMPARE(m_boxes[0].title, "Quorvia");
+        QCOMPARE(m_boxes[0].text, app::ShellMessage(11));
+        QVERIFY(!QFile::exists(m_home->path(".config/mimeapps.list")));
+    }
+
+    /// An entry of that name that is not this one, the user's or the machine's, stays.
+    void entriesOfOthersStay()
+    {
+        m_home->write("root/AssociationImages.dat", pattern);
+        const QByteArray theirs = "[Desktop Entry]\nType=Application\nName=B\nExec=true\n";
+        const QString mine = m_home->write(".local/share/applications/userapp-view.desktop", theirs);
+        m_home->write("share/applications/userapp-view-2.desktop", theirs);
+        const QString file = program("view");
+        for (int round = 0; round < 2; ++round) {
+            QVERIFY(associate(file, BoxAnswer::Yes));
+            QCOMPARE(viewerOf("image/png"), "userapp-view-3.desktop"); // the second time the same
+        }
+        QCOMPARE(contentOf(mine), theirs);
+        const QString link = m_home->path(".local/share/applications/userapp-other.desktop");
+        QVERIFY(QFile::link(m_home->path("nowhere"), link));
+        QVERIFY(associate(program("other"), BoxAnswer::Yes));
+        QCOMPARE(viewerOf("image/png"), "userapp-other-2.desktop");
+        QVERIFY(!QFile::exists(m_home->path("nowhere")));
+        QVERIFY(!QFile::exists(m_home->path(".local/share/applications/mimeinfo.cache")));
+    }
+
+    void iconsAreNotTakenOver()
+    {
+        QVERIFY(!contentOf(DATA_FOLDER "/AssociationImages.dat").contains("icon"));
     }
 
     void aRootThatCannotBeWritten()
