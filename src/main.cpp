@@ -12,6 +12,7 @@
 #include "engine/ImageLoader.h"
 #include "engine/Limits.h"
 #include "engine/Toolkit.h"
+#include "platform/Dialogs.h"
 #include "platform/InstanceGuard.h"
 #include "platform/TerminationSignals.h"
 #include "system/Companions.h"
@@ -24,6 +25,8 @@
 #include <QScopeGuard>
 #include <QSessionManager>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <optional>
@@ -86,6 +89,20 @@ void boundMemory(engine::ImageLoader& loader)
     loader.setReadAheadCap(app::read(app::setting::ReadAheadMemory) * mebibyte);
 }
 
+/// Giving the types back shows nothing and is asked for by package tools too, which have no display.
+bool goesWithoutDisplay(const app::CommandLine& line)
+{
+    const std::array variables{"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+    return line.isUninstall() && std::all_of(variables.begin(), variables.end(), qEnvironmentVariableIsEmpty);
+}
+
+/// Where nobody could answer a box.
+platform::BoxAnswer tellOnOutput(const platform::MessageBox& box)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(box.text));
+    return platform::BoxAnswer::Ok;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -105,6 +122,11 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("quorvia"));
     QGuiApplication::setDesktopFileName(QStringLiteral("quorvia"));
     int toolkitArguments = 1; // the toolkit must not take words of our line for its own
+    std::optional<platform::MessageBoxAnswerer> unseen;
+    if (goesWithoutDisplay(line)) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        unseen.emplace(tellOnOutput);
+    }
     QApplication application(toolkitArguments, argv);
     untilToolkitStands.reset();
     // No decoder may draw any more when the toolkit goes. The window, which shares the loader, is gone by
