@@ -6,10 +6,13 @@
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "support/FileContent.h"
+#include "support/ScratchDesktop.h"
 #include "viewer/LoadStep.h"
 #include "viewer/ViewerBench.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
@@ -148,6 +151,19 @@ class TestLoadStep : public QObject
                                        QString())
                      .toString(),
                  app::programPath());
+    }
+
+    void installTakesTheTypesOverWhenAsked()
+    {
+        test::leaveDesktop(m_bench->home);
+        const QString list = in(".config/mimeapps.list");
+        m_bench->load({QStringLiteral("/install")});
+        QVERIFY(!QFile::exists(list));
+        m_bench->close();
+        QVERIFY(app::save(setting::Associate, 1));
+        m_bench->load({QStringLiteral("/install")});
+        QVERIFY(test::contentOf(list).contains("\nimage/png=quorvia.desktop\n"));
+        QCOMPARE(app::read(setting::Associate), 0);
     }
 
     void theFit_data()

@@ -3,12 +3,15 @@
 #include "app/Settings.h"
 #include "platform/Dialogs.h"
 #include "platform/NextDialog.h"
+#include "support/FileContent.h"
+#include "support/ScratchDesktop.h"
 #include "system/frmImageViewOptions.h"
 #include "viewer/ViewerBench.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -135,6 +138,41 @@ class TestWindowPreferences : public QObject
                          QStringLiteral("Current Number of Files: 0\r\nDisk Space Used: 0.00 MB"));
         }));
         QCOMPARE(QDir(m_bench->in("cache")).entryList(QDir::Files), QStringList{"other.jpg"});
+    }
+
+    void theTypesAreTakenOver()
+    {
+        test::leaveDesktop(m_bench->home);
+        frmImageView& window = m_bench->load();
+        platform::BoxAnswer said = platform::BoxAnswer::No;
+        const platform::MessageBoxAnswerer answerer([&said](const platform::MessageBox&) { return said; });
+        const QString list = m_bench->in(".config/mimeapps.list");
+        QVERIFY(runPreferences(window, [&](frmImageViewOptions& options) {
+            click(options, "cmdAssociate");
+            QVERIFY(!QFile::exists(list));
+            said = platform::BoxAnswer::Yes;
+            click(options, "cmdAssociate");
+            QVERIFY(test::contentOf(list).contains("\nimage/png=quorvia.desktop\n"));
+            QCOMPARE(app::read(setting::Associate), 0);
+        }));
+    }
+
+    void anotherProgramTakesTheTypesOver()
+    {
+        test::leaveDesktop(m_bench->home);
+        frmImageView& window = m_bench->load();
+        m_bench->home.write(QStringLiteral("root/AssociationImages.dat"),
+                            "[Desktop Entry]\nType=Application\nExec=\"{appexe}\" %f\nMimeType=image/png;\n");
+        const QString program = m_bench->home.write(QStringLiteral("bin/other"), "#!/bin/sh\n");
+        QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
+        const platform::MessageBoxAnswerer yes(
+            [](const platform::MessageBox&) { return platform::BoxAnswer::Yes; });
+        const platform::FileChooserAnswerer chooser(
+            [&program](const platform::FileChooser&) { return program; });
+        QVERIFY(runPreferences(window,
+                               [](frmImageViewOptions& options) { click(options, "cmdAssociateOther"); }));
+        QVERIFY(test::contentOf(m_bench->in(".config/mimeapps.list"))
+                    .contains("\nimage/png=userapp-other.desktop\n"));
     }
 
     void thereIsOneAtATime()
