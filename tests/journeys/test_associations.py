@@ -21,11 +21,11 @@ LIST = b"""# chosen by hand\r
 image/png=other.desktop;
 
 [Default Applications]
-image/png = other.desktop;third.desktop
+image/png=other.desktop;third.desktop
 image/jpeg=other.desktop
 image/gif=gone.desktop
 image/x-tga=
-odd line \xff
+# odd line \xff
 image/svg+xml=other.desktop"""
 
 
@@ -119,6 +119,36 @@ class Associations(Journey):
         self.assertEqual(self.list.read_bytes(), after)
         self.uninstall()
         self.assertEqual(self.list.read_bytes(), LIST)
+
+    def test_given_back_without_a_display(self):
+        self.list.write_bytes(LIST)
+        self.take_over()
+        self.assertEqual(self.default("image/png"), OWN)
+        del self.environment["DISPLAY"]
+        self.uninstall()
+        self.assertEqual(self.list.read_bytes(), LIST)
+
+    def test_icons_and_entries_that_are_not_indexed_stay_where_they_are(self):
+        mine = self.home / "data" / "applications" / "mine.desktop"
+        icon = self.home / "share" / "applications" / "icon.desktop"
+        text = "[Desktop Entry]\nType=Application\nName=x\nExec=true %f\nMimeType=image/vnd.microsoft.icon;text/html;\n"
+        icon.write_text(text)
+        self.make("update-desktop-database", icon.parent)
+        self.picture("red.png", "red")
+        self.store_associate()
+        mine.parent.mkdir(parents=True, exist_ok=True)
+        mine.write_text(text)
+        self.run_once(self.pictures / "red.png")
+        self.assertEqual(self.seen_by_gio("image/png"), OWN)
+        for kind in ("image/vnd.microsoft.icon", "text/html"):
+            self.assertEqual(self.default(kind), "icon.desktop", kind)
+            self.assertEqual(self.seen_by_gio(kind), "icon.desktop", kind)
+        self.uninstall()
+        self.assertEqual(self.seen_by_gio("text/html"), "icon.desktop")
+
+    def store_associate(self):
+        self.run_once(self.pictures / "red.png")
+        self.store_number("Associate", 1)
 
     def test_a_list_behind_a_link_and_one_that_cannot_be_written(self):
         dots = self.home / "dots"
