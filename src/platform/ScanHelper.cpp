@@ -44,6 +44,10 @@ class Helper
     /// Thousandths of the work; 0 as long as that is not known.
     int progress() const { return m_progress; }
 
+    /// It has written its picture, and only closes the device.
+    bool hasPicture() const { return m_sincePicture.isValid(); }
+    bool isTooSlowInEnding() const { return hasPicture() && m_sincePicture.hasExpired(m_run.ending); }
+
     /// Waits for the helper a short time, and takes what it wrote.
     void look()
     {
@@ -55,11 +59,18 @@ class Helper
 
   private:
     void take();
+    void takeLine(const QByteArray& line);
+    /// How long it may still take to end, in milliseconds.
+    qint64 endingLeft() const
+    {
+        return hasPicture() ? std::max<qint64>(m_run.ending - m_sincePicture.elapsed(), 0) : m_run.ending;
+    }
 
     const HelperRun& m_run;
     QProcess m_process;
     qint64 m_group = 0;
     QElapsedTimer m_silence;
+    QElapsedTimer m_sincePicture; ///< valid once it stands
     QByteArray m_output;
     QByteArray m_errors;
     qsizetype m_lineBegin = 0; ///< of the output that was not looked at yet
@@ -74,11 +85,17 @@ void Helper::take()
         m_silence.start();
     m_errors += errors;
     m_output += output;
-    for (qsizetype end; (end = m_output.indexOf('\n', m_lineBegin)) >= 0; m_lineBegin = end + 1) {
-        const int progress = scanProgress(m_output.mid(m_lineBegin, end - m_lineBegin));
-        if (progress >= 0)
-            m_progress = progress;
-    }
+    for (qsizetype end; (end = m_output.indexOf('\n', m_lineBegin)) >= 0; m_lineBegin = end + 1)
+        takeLine(m_output.mid(m_lineBegin, end - m_lineBegin));
+}
+
+void Helper::takeLine(const QByteArray& line)
+{
+    const int progress = scanProgress(line);
+    if (progress >= 0)
+        m_progress = progress;
+    if (saysPictureStands(line) && !hasPicture())
+        m_sincePicture.start();
 }
 
 /// Tells it to end, and kills it when it does not. The windows stay painted.
@@ -86,9 +103,10 @@ void Helper::stop()
 {
     if (isRunning()) {
         m_process.terminate();
+        const qint64 patience = endingLeft();
         QElapsedTimer waited;
         waited.start();
-        while (isRunning() && !waited.hasExpired(m_run.ending)) {
+        while (isRunning() && !waited.hasExpired(patience)) {
             m_process.waitForFinished(turn);
             QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         }
@@ -110,7 +128,7 @@ HelperEnd Helper::end()
         end.why = m_process.errorString();
     else if (m_process.exitStatus() == QProcess::CrashExit)
         end.why = QStringLiteral("the scanner helper crashed");
-    else if (m_process.exitCode() == usedForCancelled)
+    else if (m_process.exitCode() == usedForCancelled && !hasPicture())
         end.wasCancelled = true; // at the device itself
     else if (m_process.exitCode() != 0)
         end.why = QStringLiteral("exit code %1").arg(m_process.exitCode());
@@ -136,14 +154,24 @@ int scanProgress(const QByteArray& line)
     return int(std::lround(std::clamp(part, 0.0, 1.0) * wholeWork));
 }
 
+bool saysPictureStands(const QByteArray& line)
+{
+    return line.trimmed() == "picture";
+}
+
 HelperEnd runScanHelper(QWidget* owner, const HelperRun& run)
 {
     LongWork work(owner, run.text);
     Helper helper(run);
     while (helper.isRunning()) {
         const int progress = helper.progress();
-        if (!work.goOn(progress, progress > 0 ? wholeWork : 0))
+        const bool goesOn = work.goOn(progress, progress > 0 ? wholeWork : 0);
+        if (!goesOn && !helper.hasPicture())
             return {.wasCancelled = true};
+        if (!goesOn || helper.isTooSlowInEnding()) {
+            helper.stop();
+            return {.why = QStringLiteral("the scanner helper did not end by itself")};
+        }
         if (helper.isTooSilent())
             return {.why = QStringLiteral("the scanner helper does not answer")};
         if (helper.isTooLoud())

@@ -25,13 +25,17 @@ struct HelperRun
 struct HelperEnd
 {
     bool isDone = false;       ///< it ended by itself and well
-    bool wasCancelled = false; ///< by the user, or with the program
+    bool wasCancelled = false; ///< by the user, or with the program, before it said that the picture stands
     QByteArray output = {};    ///< what it wrote on the standard output
     QString why = {};          ///< one line; empty when done or cancelled
 };
 
+/// True when `line` of the helper says that the picture is in its file, whole.
+bool saysPictureStands(const QByteArray& line);
+
 /// Runs the helper to its end, with a box over `owner` (may be null) as LongWork shows it. The process, and
-/// what it started, is gone afterwards.
+/// what it started, is gone afterwards. Once it has said that the picture stands, nothing cancels it any
+/// more; it has `ending` then to close the device.
 HelperEnd runScanHelper(QWidget* owner, const HelperRun& run);
 
 } // namespace quorvia::platform

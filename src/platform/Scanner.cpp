@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstring>
 
 namespace quorvia::platform {
@@ -139,11 +140,13 @@ QImage readScannedPicture(const QString& path, QString* why)
 std::optional<QList<ScanDevice>> Scanner::list(QWidget* owner, QString* why) const
 {
     const WaitCursor waiting;
+    constexpr int longestEnding =
+        500; // no device has begun anything, and drivers search the network for long
     const HelperEnd end = runScanHelper(owner, {.program = m_helper,
                                                 .arguments = {QStringLiteral("--list")},
                                                 .text = QObject::tr("Looking for scanners and cameras..."),
                                                 .silence = m_patience.listing,
-                                                .ending = m_patience.ending});
+                                                .ending = std::min(m_patience.ending, longestEnding)});
     *why = end.why;
     return end.isDone ? std::optional(scanDevices(end.output)) : std::nullopt;
 }
@@ -166,7 +169,13 @@ QImage Scanner::acquire(QWidget* owner, const ScanChoice& choice, QString* why) 
                 .silence = m_patience.acquiring,
                 .ending = m_patience.ending});
     *why = end.why;
-    return end.isDone ? readScannedPicture(output, why) : QImage();
+    if (end.wasCancelled)
+        return {};
+    QString unread;
+    QImage picture = readScannedPicture(output, &unread); // a driver may fall over the end of a scan
+    if (picture.isNull() && why->isEmpty())
+        *why = unread;
+    return picture;
 }
 
 } // namespace quorvia::platform

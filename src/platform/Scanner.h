@@ -47,7 +47,7 @@ class Scanner
     /// a failure.
     std::optional<QList<ScanDevice>> list(QWidget* owner, QString* why) const;
     /// One picture, by what was chosen. Waits in the same way. Null when it was cancelled or failed; `why`
-    /// tells of a failure.
+    /// tells of a failure, and of one that came behind a picture.
     QImage acquire(QWidget* owner, const ScanChoice& choice, QString* why) const;
 
   private:

@@ -1,9 +1,13 @@
 #include "scan/Cancellation.h"
 
 #include <pthread.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <thread>
 
 namespace quorvia::scan {
@@ -11,6 +15,8 @@ namespace quorvia::scan {
 namespace {
 
 constexpr int cancelSignal = SIGUSR1;
+constexpr auto patience = std::chrono::seconds(5); ///< from a signal to the end
+constexpr int cancelledStatus = 4;                 ///< as an orderly end has it
 
 // A signal handler reaches nothing else.
 std::atomic<bool> wasSignalled = false;
@@ -31,21 +37,46 @@ sigset_t endingSignals()
     return signals;
 }
 
-/// In a process that a driver has begun: it is ended by these signals.
+/// In a process that a driver has begun: it is ended by these signals, and by a pipe that nobody reads.
 void letSignalsEnd()
 {
+    std::signal(SIGPIPE, SIG_DFL);
     const sigset_t signals = endingSignals();
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+/// For a driver that does not come back: there may be no viewer any more that would end this process.
+[[noreturn]] void endAtOnce()
+{
+    if (getpgrp() == getpid())
+        kill(0, SIGKILL); // with what the driver has begun
+    _exit(cancelledStatus);
+}
+
+/// Waits for one of `signals`, until `end`. False when none came.
+bool waitUntil(std::chrono::steady_clock::time_point end, const sigset_t& signals)
+{
+    using namespace std::chrono;
+    const auto left = duration_cast<nanoseconds>(end - steady_clock::now()).count();
+    if (left <= 0)
+        return false;
+    constexpr std::int64_t second = 1'000'000'000;
+    const timespec time{.tv_sec = time_t(left / second), .tv_nsec = long(left % second)};
+    return sigtimedwait(&signals, nullptr, &time) > 0 || errno == EINTR;
 }
 
 void waitForSignals(pthread_t mainThread)
 {
     const sigset_t signals = endingSignals();
     int number = 0;
-    while (sigwait(&signals, &number) == 0) {
+    while (sigwait(&signals, &number) != 0) {
+    }
+    const auto end = std::chrono::steady_clock::now() + patience;
+    do {
         wasSignalled = true;
         pthread_kill(mainThread, cancelSignal);
-    }
+    } while (waitUntil(end, signals));
+    endAtOnce();
 }
 
 } // namespace

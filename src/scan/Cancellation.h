@@ -1,6 +1,7 @@
 // SIGTERM and SIGINT as the wish to end a scan: the library's own cancel is called at once, from a signal
 // handler of the main thread, which it allows. Drivers give the two signals handlers of their own, so they
-// are kept blocked and fetched by a thread that waits for them.
+// are kept blocked and fetched by a thread that waits for them. A process that has not ended five seconds
+// later is ended hard.
 #pragma once
 
 #include <sane/sane.h>

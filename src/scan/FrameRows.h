@@ -21,8 +21,8 @@ struct FrameFormat
     int lines = -1; ///< -1: not known before the end
 };
 
-/// The most pixels that a side may have.
-inline constexpr int largestSide = 65535;
+/// The most pixels that a side may have: as many as fit into the JPEG file that a scan becomes.
+inline constexpr int largestSide = 65500;
 
 /// Bytes of a line of `format` that hold samples; the rest of a line is padding.
 std::int64_t sampleBytes(const FrameFormat& format);

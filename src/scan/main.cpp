@@ -89,6 +89,13 @@ void tellProgress(double part)
     std::fflush(answers());
 }
 
+/// The driver has yet to close the device, and may fall over that: the picture is whole all the same.
+void tellThatThePictureStands()
+{
+    std::fputs("picture\n", answers());
+    std::fflush(answers());
+}
+
 Result list(Session& session)
 {
     std::vector<Device> devices;
@@ -109,7 +116,10 @@ Result acquire(Session& session, const CommandLine& line)
     if (Result result = session.acquire(budget(), tellProgress, picture); result.outcome != Outcome::Done)
         return result;
     const std::string why = writePnm(picture, line.output);
-    return why.empty() ? Result{} : Result{Outcome::Failed, why};
+    if (!why.empty())
+        return {Outcome::Failed, why};
+    tellThatThePictureStands();
+    return {};
 }
 
 Result run(const CommandLine& line)
@@ -127,6 +137,9 @@ Result run(const CommandLine& line)
 int main(int argc, char* argv[])
 {
     const pid_t parent = getppid();
+    // The device is left in order when nobody listens, too. A handler, since drivers that ignore the signal for
+    // a while give it back to the system, and one of ours stays.
+    std::signal(SIGPIPE, [](int) {});
     watchForCancellation();
     prctl(PR_SET_PDEATHSIG, SIGTERM); // nobody waits for the picture any more
     if (getppid() != parent)

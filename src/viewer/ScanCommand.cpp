@@ -81,7 +81,7 @@ QImage ScanCommand::acquire()
         return {};
     QString why;
     QImage picture = scanner().acquire(&m_window, m_choice, &why);
-    logFailure("Nothing was acquired", why);
+    logFailure(picture.isNull() ? "Nothing was acquired" : "The image was acquired, and then it failed", why);
     return picture;
 }
 

@@ -263,6 +263,66 @@ class TestScanner : public QObject
         QVERIFY(isGone());
     }
 
+    void aDriverThatFailsAtTheEndOfAScan_data()
+    {
+        QTest::addColumn<QByteArray>("fault");
+        QTest::addColumn<QString>("word");
+        QTest::newRow("crash") << QByteArray("close crashes") << "crash";
+        QTest::newRow("silence") << QByteArray("close hangs") << "did not end";
+    }
+
+    void aDriverThatFailsAtTheEndOfAScan()
+    {
+        QFETCH(QByteArray, fault);
+        QFETCH(QString, word);
+        m_drivers->installOdd(ODD_DRIVERS, fault.constData());
+        QElapsedTimer waited;
+        waited.start();
+        QString why;
+        const Scanner scanner(QStringLiteral(SCAN_HELPER), {.acquiring = 60'000, .ending = 300});
+        const QImage picture = scanner.acquire(nullptr, {"odd:one", ScanMode::Gray, 100}, &why);
+        QCOMPARE(picture.size(), QSize(40, 30));
+        QCOMPARE(picture.pixelColor(10, 29), QColor(60, 60, 60));
+        QVERIFY2(why.contains(word), qPrintable(why));
+        QVERIFY(waited.elapsed() < 10'000);
+    }
+
+    void aCancelBehindThePictureLosesNothing()
+    {
+        QWidget owner;
+        standIn("echo $$ > '" + in("pid").toUtf8() +
+                "'; printf 'P5\n2 2\n255\nabcd' > \"$last\"; echo picture; trap '' TERM; sleep 60");
+        const Scanner patient(in("helper"), {.acquiring = 60'000, .ending = 2'000});
+        QTimer::singleShot(600, this, [] { LongWork::cancelAll(); });
+        QElapsedTimer waited;
+        waited.start();
+        QString why;
+        QCOMPARE(patient.acquire(&owner, {"any", ScanMode::Gray, 100}, &why).size(), QSize(2, 2));
+        QVERIFY(waited.elapsed() < 5'000);
+        QTRY_VERIFY(isGone());
+    }
+
+    void aCancelOfTheSearchDoesNotWaitForTheDriver()
+    {
+        m_drivers->installOdd(ODD_DRIVERS, "list hangs");
+        QWidget owner;
+        QTimer::singleShot(500, this, [] { LongWork::cancelAll(); });
+        QElapsedTimer waited;
+        waited.start();
+        QString why;
+        QVERIFY(!Scanner(QStringLiteral(SCAN_HELPER)).list(&owner, &why));
+        QCOMPARE(why, QString());
+        QVERIFY(waited.elapsed() < 3'000);
+    }
+
+    void theWordOfThePicture()
+    {
+        QVERIFY(saysPictureStands("picture"));
+        QVERIFY(saysPictureStands("picture\r"));
+        QVERIFY(!saysPictureStands("pictures"));
+        QVERIFY(!saysPictureStands(""));
+    }
+
     void noHelper()
     {
         QString why;

@@ -102,9 +102,9 @@ class TestFrameRows : public QObject
         QTest::newRow("four bits") << FrameFormat{Gray, 4, 10, 10, 10} << false;
         QTest::newRow("no width") << FrameFormat{Gray, 8, 0, 10, 10} << false;
         QTest::newRow("no lines") << FrameFormat{Gray, 8, 10, 10, 0} << false;
-        QTest::newRow("too wide") << FrameFormat{Gray, 1, 65536, 8192, 1} << false;
-        QTest::newRow("widest") << FrameFormat{Gray, 1, 65535, 8192, 1} << true;
-        QTest::newRow("too high") << FrameFormat{Gray, 8, 1, 1, 65536} << false;
+        QTest::newRow("too wide") << FrameFormat{Gray, 1, 65501, 8192, 1} << false;
+        QTest::newRow("widest") << FrameFormat{Gray, 1, 65500, 8192, 1} << true;
+        QTest::newRow("too high") << FrameFormat{Gray, 8, 1, 1, 65501} << false;
         QTest::newRow("lines too short") << FrameFormat{Rgb, 8, 10, 29, 10} << false;
         QTest::newRow("bits in lines too short") << FrameFormat{Rgb, 1, 9, 5, 10} << false;
         QTest::newRow("lines without measure") << FrameFormat{Gray, 8, 10, 1 << 30, 10} << false;
@@ -225,7 +225,7 @@ class TestFrameRows : public QObject
     {
         PictureBuilder high(enough);
         QCOMPARE(high.beginFrame({Channels::Gray, 8, 1, 1, -1}), std::string());
-        QVERIFY(high.add(std::vector<std::uint8_t>(65535)));
+        QVERIFY(high.add(std::vector<std::uint8_t>(largestSide)));
         QVERIFY(!high.add(std::vector<std::uint8_t>(1)));
         PictureBuilder large(1000);
         QCOMPARE(large.beginFrame({Channels::Gray, 8, 100, 100, -1}), std::string());

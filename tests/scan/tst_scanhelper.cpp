@@ -6,6 +6,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <unistd.h>
+
 #include <csignal>
 
 using namespace quorvia;
@@ -98,7 +100,7 @@ class TestScanHelper : public QObject
         QCOMPARE(QImage(target()).isGrayscale(), isGray);
         QVERIFY2(m_output.startsWith("progress 0.") || m_output.startsWith("progress 1."),
                  m_output.constData());
-        QVERIFY(m_output.endsWith("progress 1.000\n"));
+        QVERIFY(m_output.endsWith("progress 1.000\npicture\n"));
     }
 
     void passesGiveTheSamePicture()
@@ -219,6 +221,57 @@ class TestScanHelper : public QObject
         QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
         QCOMPARE(helper.exitCode(), int(Cancelled));
         QVERIFY(!QFile::exists(target()));
+    }
+
+    void aDriverThatDoesNotComeBack_data()
+    {
+        QTest::addColumn<bool>("leads");
+        QTest::newRow("in a group of its own") << true;
+        QTest::newRow("in another's group") << false;
+    }
+
+    void aDriverThatDoesNotComeBack()
+    {
+        QFETCH(bool, leads);
+        m_drivers->installOdd(ODD_DRIVERS, "start hangs");
+        QProcess helper;
+        if (leads)
+            helper.setChildProcessModifier([] { ::setpgid(0, 0); });
+        helper.start(QStringLiteral(SCAN_HELPER), {"--acquire", "odd:one", target()});
+        QVERIFY(helper.waitForStarted());
+        QVERIFY(!helper.waitForFinished(700)); // it hangs
+        helper.terminate();
+        QVERIFY(!helper.waitForFinished(3'000)); // others would end their scan in this time
+        QVERIFY(helper.waitForFinished(5'000));
+        if (leads)
+            QCOMPARE(helper.exitStatus(), QProcess::CrashExit);
+        else
+            QCOMPARE(helper.exitCode(), int(Cancelled));
+    }
+
+    void thePictureStandsBeforeTheDriverFallsOverItsEnd()
+    {
+        m_drivers->installOdd(ODD_DRIVERS, "close crashes");
+        QProcess helper;
+        helper.start(QStringLiteral(SCAN_HELPER), {"--acquire", "odd:one", target()});
+        QVERIFY(helper.waitForFinished(20'000));
+        QCOMPARE(helper.exitStatus(), QProcess::CrashExit);
+        QVERIFY(helper.readAllStandardOutput().endsWith("picture\n"));
+        QCOMPARE(picture().size(), QSize(40, 30));
+    }
+
+    void nobodyListens()
+    {
+        const QString code = m_folder->filePath(QStringLiteral("code"));
+        QProcess shell;
+        shell.start(QStringLiteral("sh"),
+                    {"-c", "{ \"$@\"; echo $? >\"$0\"; } 2>&1 | :", code, SCAN_HELPER, "--acquire", "test:0",
+                     "--mode", "color", "--resolution", "600", target()});
+        QVERIFY(shell.waitForFinished(20'000));
+        QFile written(code);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        QCOMPARE(written.readAll().trimmed(), QByteArray("0")); // so the device was closed
+        QVERIFY(!picture().isNull());
     }
 };
 

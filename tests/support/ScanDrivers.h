@@ -23,7 +23,12 @@ class ScanDrivers
         install();
         pretend();
     }
-    ~ScanDrivers() { qputenv(variable, m_before); }
+    ~ScanDrivers()
+    {
+        qputenv(variable, m_before);
+        qunsetenv("LD_LIBRARY_PATH");
+        qunsetenv("QUORVIA_ODD_DRIVER");
+    }
     ScanDrivers(const ScanDrivers&) = delete;
     ScanDrivers& operator=(const ScanDrivers&) = delete;
 
@@ -33,6 +38,14 @@ class ScanDrivers
     void remove() const { write("dll.conf", "# no drivers\n"); }
     /// A driver is installed that finds no device.
     void install(const QByteArray& other) const { write("dll.conf", other + '\n'); }
+    /// The driver in `directory` that fails where `fault` says, by its own words, is the only one. For as
+    /// long as this lives.
+    void installOdd(const char* directory, const char* fault)
+    {
+        write("dll.conf", "odd\n");
+        qputenv("LD_LIBRARY_PATH", directory);
+        qputenv("QUORVIA_ODD_DRIVER", fault);
+    }
     /// There are two pretended scanners, with `settings` in the words of the driver on top of a picture of
     /// many colours, 40 x 30 mm.
     void pretend(const QStringList& settings = {}) const
