@@ -30,8 +30,8 @@ QStringList attachable(const QStringList& files)
 {
     QStringList attached;
     for (const QString& file : files) {
-        if (file.contains(u';'))
-            app::WriteLog(QStringLiteral("Not sent, since its path holds \";\": ") + file);
+        if (file.contains(QLatin1String(";/"))) // where the tool sees the next path
+            app::WriteLog(QStringLiteral("Not sent, since its path holds \";/\": ") + file);
         else
             attached.append(file);
     }

@@ -155,6 +155,20 @@ void ImageEngine::SetPicture(const QImage& picture)
     d->hold(std::move(next));
 }
 
+QImage ImageEngine::EditedPicture() const
+{
+    d->settle();
+    const bool isEdited = !d->content.name.isEmpty() && !d->content.load;
+    return isEdited ? d->content.image : QImage();
+}
+
+void ImageEngine::RestoreEdit(const QImage& edited)
+{
+    d->settle();
+    if (!edited.isNull() && !d->content.isEmpty())
+        d->transform([&edited](const QImage&) { return edited; });
+}
+
 QString ImageEngine::LastError() const
 {
     d->settle();

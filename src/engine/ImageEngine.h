@@ -54,6 +54,11 @@ class ImageEngine : public QWidget
     /// Holds `picture`; FileName() becomes empty. A null image clears the control. A colour space that the
     /// image bears is taken as its profile; without one it is sRGB.
     void SetPicture(const QImage& picture);
+    /// The held pixels when a transform has changed them since they came from their file, as they are, for
+    /// RestoreEdit(); null when none has. Free.
+    QImage EditedPicture() const;
+    /// Puts what EditedPicture() gave back over the held image, which must be of the same file and page.
+    void RestoreEdit(const QImage& edited);
     /// Why the last load or save failed, one line for the log; empty after a success.
     QString LastError() const;
 

@@ -171,6 +171,7 @@ QImage Scanner::acquire(QWidget* owner, const ScanChoice& choice, QString* why) 
     *why = end.why;
     if (end.wasCancelled)
         return {};
+    const WaitCursor waiting;
     QString unread;
     QImage picture = readScannedPicture(output, &unread); // a driver may fall over the end of a scan
     if (picture.isNull() && why->isEmpty())

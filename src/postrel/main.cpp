@@ -1,14 +1,19 @@
 // The mail tool that comes with the viewer: hands subject, text and files to the user's own mail program,
 // through the desktop's xdg-email, and tells him when that cannot be done. It sends nothing itself.
 #include "platform/Dialogs.h"
-#include "platform/FileStatus.h"
 #include "postrel/MailRequest.h"
 
 #include <QApplication>
-#include <QProcess>
 
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 using namespace quorvia;
 
@@ -18,12 +23,38 @@ constexpr int wrongUse = 1; // as xdg-email has them
 constexpr int fileMissing = 2;
 constexpr int notComposed = 4;
 
-QStringList argumentsOf(int argc, char* argv[])
+QByteArrayList argumentsOf(int argc, char* argv[])
 {
-    QStringList arguments;
+    QByteArrayList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
+        arguments.append(argv[i]);
     return arguments;
+}
+
+bool isRegularFile(const QByteArray& path)
+{
+    struct stat status = {};
+    return ::stat(path.constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// Runs `program`, looked up in the path, with `arguments` to its end, however long that takes: some mail
+/// programs stay while their window is open. True when it ended well. Not by the toolkit, whose arguments are
+/// text and could not name every file.
+bool runs(const char* program, const QByteArrayList& arguments)
+{
+    std::vector<char*> words{const_cast<char*>(program)}; // the call does not write to them
+    for (const QByteArray& argument : arguments)
+        words.push_back(const_cast<char*>(argument.constData()));
+    words.push_back(nullptr);
+    pid_t process = 0;
+    if (posix_spawnp(&process, program, nullptr, nullptr, words.data(), environ) != 0)
+        return false;
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0) {
+        if (errno != EINTR)
+            return false;
+    }
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 /// Tells `text`, in a box where there is a screen for it.
@@ -43,24 +74,20 @@ int fail(int code, const QString& text, int argc, char* argv[])
 
 int main(int argc, char* argv[])
 {
-    const QStringList words = argumentsOf(argc, argv);
+    const QByteArrayList words = argumentsOf(argc, argv);
     if (words.isEmpty()) {
         std::fprintf(stderr, "Usage: postrel /subject:TEXT /hiddenbody:TEXT /attachments:PATH[;PATH...]\n");
         return wrongUse;
     }
-    const postrel::MailRequest request = postrel::mailRequest(words, platform::isRegularFile);
-    for (const QString& path : request.attachments) {
-        if (!platform::isRegularFile(path))
+    const postrel::MailRequest request = postrel::mailRequest(words, isRegularFile);
+    for (const QByteArray& path : request.attachments) {
+        if (!isRegularFile(path))
             return fail(fileMissing,
-                        QApplication::translate("Postrel", "The file to send is not there:\n%1").arg(path),
+                        QApplication::translate("Postrel", "The file to send is not there:\n%1")
+                            .arg(QString::fromLocal8Bit(path)),
                         argc, argv);
     }
-    QProcess composer;
-    composer.setProcessChannelMode(QProcess::ForwardedChannels);
-    composer.start(QStringLiteral("xdg-email"), postrel::composerArguments(request));
-    constexpr int forEver = -1; // some mail programs stay while their window is open
-    if (composer.waitForStarted() && composer.waitForFinished(forEver) &&
-        composer.exitStatus() == QProcess::NormalExit && composer.exitCode() == 0)
+    if (runs("xdg-email", postrel::composerArguments(request)))
         return 0;
     return fail(notComposed,
                 QApplication::translate("Postrel",

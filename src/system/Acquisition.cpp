@@ -1,5 +1,6 @@
 #include "system/Acquisition.h"
 
+#include "app/JpegSaves.h"
 #include "app/Log.h"
 #include "app/mFile.h"
 #include "app/Paths.h"
@@ -9,6 +10,9 @@
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "platform/Scanner.h"
+#include "platform/WaitCursor.h"
+
+#include <optional>
 
 namespace quorvia::system {
 
@@ -17,16 +21,18 @@ namespace {
 /// What was on show before.
 struct Before
 {
-    QString file;   ///< empty: none that exists
-    QImage picture; ///< one that is in no file, so that nothing else has it
+    QString file = {};   ///< empty: none that exists
+    QImage picture = {}; ///< one that is in no file, so that nothing else has it
+    QImage edited = {};  ///< the pixels of `file` with edits that were not saved; null: there are none
+    int page = 1;        ///< of `file`
 };
 
 Before whatIsOnShow(const engine::ImageEngine& ix1)
 {
     const QString file = ix1.FileName();
     if (app::FileExists(file))
-        return {file, {}};
-    return {{}, ix1.Picture()};
+        return {.file = file, .edited = ix1.EditedPicture(), .page = ix1.PageNumber()};
+    return {.picture = ix1.Picture()};
 }
 
 void tellOfMissingDrivers(QWidget* owner)
@@ -42,8 +48,17 @@ void tellOfMissingDrivers(QWidget* owner)
                         "the hardware.")});
 }
 
-/// True when more than a blank page was acquired.
-bool acquire(const AcquisitionSinks& sinks)
+void tellOfFailedSave(QWidget* owner, const QString& path)
+{
+    platform::showMessage(owner,
+                          {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(),
+                           QObject::tr("The scanned image could not be saved as:\n%1\n\nPlease save it in "
+                                       "another place now.")
+                               .arg(path)});
+}
+
+/// True when more than a blank page was acquired. `waiting` begins when it has come, as it may be large.
+bool acquire(const AcquisitionSinks& sinks, std::optional<platform::WaitCursor>& waiting)
 {
     sinks.ix1->SetFileName(QString());
     sinks.place();
@@ -51,9 +66,11 @@ bool acquire(const AcquisitionSinks& sinks)
     sinks.ix1->TwainSelectSource();
     if (!sinks.isEnding())
         sinks.ix1->TwainAcquire();
-    if (sinks.isEnding())
+    if (sinks.isGone())
         return false;
-    sinks.restoreCaption();
+    waiting.emplace();
+    if (!sinks.isEnding())
+        sinks.restoreCaption();
     return sinks.ix1->UniqueColors() >= 2;
 }
 
@@ -66,20 +83,48 @@ void goBack(const AcquisitionSinks& sinks, const Before& before)
                           {platform::BoxKind::Plain, platform::BoxButtons::Ok, app::productTitle(),
                            QStringLiteral("Either 'cancel' was selected or an error was encountered. TWAIN "
                                           "Acquire cannot continue.")});
-    if (!sinks.isEnding() && app::FileExists(before.file))
-        sinks.openX(before.file);
+    if (sinks.isEnding() || !app::FileExists(before.file))
+        return;
+    sinks.openX(before.file);
+    const bool isSame = !sinks.isEnding() && sinks.ix1->FileName() == before.file;
+    if (before.edited.isNull() || !isSame || sinks.ix1->PageNumber() != before.page)
+        return;
+    sinks.ix1->RestoreEdit(before.edited);
+    sinks.place();
+    sinks.editIsBack();
 }
 
 /// Shows what came, as its save and its opening may take a moment.
-void show(const AcquisitionSinks& sinks)
+void show(const AcquisitionSinks& sinks, const QImage& picture)
 {
-    const QImage picture = sinks.ix1->Picture();
     sinks.ix1->SetAutoAcquireView(true);
     sinks.place();
     sinks.ix1->Refresh();
     app::letPendingEventsRunButInput(); // a key could open another image
+    if (sinks.isEnding())
+        return;
     if (!sinks.ix1->FileName().isEmpty() || sinks.ix1->ImagePixelWidth() == 0)
         sinks.ix1->SetPicture(picture); // something else did
+}
+
+/// For the end of the program: the picture into its file and no more.
+void saveAlone(engine::ImageEngine& ix1, const QImage& picture, const QString& path)
+{
+    ix1.SetPicture(picture); // the end may have taken it away
+    ix1.SetSaveFileName(path);
+    app::takeJpegSettings(ix1);
+    if (!ix1.SaveFile())
+        app::WriteLog(QStringLiteral("The acquired image is lost: %1: %2").arg(path, ix1.LastError()));
+}
+
+/// The picture could not be saved where it belongs: the user is told, and asked for another place.
+void saveElsewhere(const AcquisitionSinks& sinks, const QString& path)
+{
+    app::WriteLog(QStringLiteral("The acquired image is in no file yet: ") + path);
+    tellOfFailedSave(sinks.owner, path);
+    const bool isHeld = !sinks.isEnding() && sinks.ix1->FileName().isEmpty();
+    if (isHeld && sinks.ix1->ImagePixelWidth() > 0)
+        sinks.saveElsewhere();
 }
 
 } // namespace
@@ -109,22 +154,34 @@ void miScan(const AcquisitionSinks& sinks)
     const Before before = whatIsOnShow(*sinks.ix1);
     const QString folder = acquiredFolder();
     app::MakePath(folder);
-    const bool isAcquired = acquire(sinks);
-    if (sinks.isEnding())
+    std::optional<platform::WaitCursor> waiting;
+    const bool isAcquired = acquire(sinks, waiting);
+    if (sinks.isGone())
         return;
     if (!isAcquired) {
-        goBack(sinks, before);
+        waiting.reset(); // a box comes
+        if (!sinks.isEnding())
+            goBack(sinks, before);
         return;
     }
     const QString path = folder + acquiredName(sinks.now());
-    show(sinks);
+    const QImage picture = sinks.ix1->Picture();
+    if (!sinks.isEnding())
+        show(sinks, picture);
+    if (sinks.isGone())
+        return;
+    if (sinks.isEnding()) {
+        saveAlone(*sinks.ix1, picture, path);
+        return;
+    }
+    sinks.saveImage(path, true);
+    waiting.reset();
     if (sinks.isEnding())
         return;
-    sinks.saveImage(path, true);
     if (app::FileExists(path))
         sinks.openX(path);
     else
-        app::WriteLog(QStringLiteral("The acquired image is in no file yet: ") + path);
+        saveElsewhere(sinks, path);
 }
 
 } // namespace quorvia::system

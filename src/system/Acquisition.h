@@ -34,11 +34,15 @@ struct AcquisitionSinks
     std::function<void()> restoreCaption; ///< to what it was before setCaption
     std::function<void()> place;          ///< lays the picture that ix1 holds out, or the view without one
     std::function<void(const QString& path, bool force)> saveImage;
+    std::function<void()> saveElsewhere; ///< asks for a name and saves what ix1 holds
     std::function<void(const QString& path)> openX;
-    std::function<bool()> isEnding; ///< the program ends: nothing is shown or opened any more
+    std::function<void()> editIsBack; ///< ix1 holds an edit again that is in no file
+    std::function<bool()> isEnding;   ///< the program ends: nothing is shown or opened any more
+    std::function<bool()> isGone;     ///< the window, and ix1 with it
 };
 
-/// Acquires a picture, saves it and opens its file; the boxes for missing drivers and for no picture.
+/// Acquires a picture, saves it and opens its file; the boxes for missing drivers, for no picture and for one
+/// that could not be saved there. A picture that has come when the program ends is saved all the same.
 void miScan(const AcquisitionSinks& sinks);
 
 } // namespace quorvia::system

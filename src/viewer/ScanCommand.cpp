@@ -102,12 +102,15 @@ system::AcquisitionSinks ScanCommand::sinks()
                     w->viewport()->layout();
                 },
             .saveImage = [w](const QString& path, bool force) { w->images().saver().SaveImage(path, force); },
+            .saveElsewhere = [w] { w->images().saver().saveAs(); },
             .openX = [w](const QString& path) { w->OpenX(path); },
+            .editIsBack = [w] { w->images().edits().EnableEditing(); },
             .isEnding =
                 [alive] {
                     const frmImageView* const window = alive.data();
                     return window ? window->isUnloaded() : true;
-                }};
+                },
+            .isGone = [alive] { return alive.isNull(); }};
 }
 
 } // namespace quorvia::viewer

@@ -1,5 +1,6 @@
 """Scanning with the real helper and the library's pretended scanners, by real keys."""
 
+import signal
 import time
 import unittest
 
@@ -139,6 +140,18 @@ class ScanTest(Journey):
         self.ended(process)
         wait_until(lambda: not [child for child in children if self.lives(child)], "the helper's end")
         self.assertEqual(self.acquired(), [])
+
+    def test_killed_amid_the_scan(self):
+        self.slow()
+        process, window = self.begin(self.pictures)
+        self.dialog()
+        self.key("Return")
+        self.window("Scanning the image")
+        children = self.children(process)
+        self.assertTrue(children)
+        process.kill()
+        self.ended(process, -signal.SIGKILL)
+        wait_until(lambda: not [child for child in children if self.lives(child)], "the helper's end")
 
     def test_without_drivers(self):
         (self.drivers / "dll.conf").write_text("# none\n")

@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <cstdio>
+
 using quorvia::test::ScratchHome;
 
 class TestPostrel : public QObject
@@ -33,13 +35,17 @@ class TestPostrel : public QObject
     /// Runs the tool, without a screen, and gives its exit code.
     int run(const QStringList& arguments, const QString& path)
     {
+        return runProgram(QStringLiteral(POSTREL), arguments, path);
+    }
+    int runProgram(const QString& program, const QStringList& arguments, const QString& path)
+    {
         QProcess tool;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.remove(QStringLiteral("DISPLAY"));
         environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
         environment.insert(QStringLiteral("PATH"), path);
         tool.setProcessEnvironment(environment);
-        tool.start(QStringLiteral(POSTREL), arguments);
+        tool.start(program, arguments);
         if (!tool.waitForFinished())
             return -1;
         m_error = tool.readAllStandardError();
@@ -64,6 +70,38 @@ class TestPostrel : public QObject
             0);
         QCOMPARE(told(), QStringList({"--utf8", "--subject", "Image (Größe)", "--body", "", "- text",
                                       "--attach", one, "--attach", other, ""}));
+    }
+
+    void namesOfEverySort_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("marks") << QByteArray("a;;b.jpg");
+        QTest::newRow("a mark at the end") << QByteArray("semi;");
+        QTest::newRow("a blank at the end") << QByteArray("end.jpg ");
+        QTest::newRow("the name of another before it") << QByteArray("x.jpg;1.jpg");
+        QTest::newRow("in no encoding") << QByteArray("bad\xff.jpg");
+    }
+
+    void namesOfEverySort()
+    {
+        QFETCH(QByteArray, name);
+        makeComposer(0);
+        m_home.write(QStringLiteral("x.jpg"), "x");
+        const QByteArray path = QFile::encodeName(m_home.path(QString())) + name;
+        std::FILE* const file = std::fopen(path.constData(), "w"); // the toolkit cannot name each of them
+        QVERIFY(file);
+        std::fclose(file);
+        // The shell turns the octal digits into bytes.
+        QByteArray octal;
+        for (const char byte : path)
+            octal += "\\0" + QByteArray::number(uchar(byte), 8);
+        const QString script = QStringLiteral("exec \"$0\" \"/attachments:$(printf '%b_' '") +
+                               QString::fromLatin1(octal) + QStringLiteral("' | sed 's/_$//')\"");
+        const int code = runProgram(QStringLiteral("/bin/sh"), {"-c", script, POSTREL}, composerPath());
+        QVERIFY2(code == 0, m_error.constData());
+        QFile said(m_home.path(QStringLiteral("told")));
+        QVERIFY(said.open(QIODevice::ReadOnly));
+        QCOMPARE(said.readAll(), "--utf8\n--attach\n" + path + '\n');
     }
 
     void aFileThatIsNotThere()

@@ -6,6 +6,7 @@
 #include "support/ScratchHome.h"
 #include "system/Acquisition.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace quorvia;
@@ -35,6 +36,8 @@ class TestAcquisition : public QObject
     QStringList m_steps;
     bool m_hasDrivers = true;
     bool m_isEnding = false;
+    bool m_endsWhileItIsPlaced = false;
+    bool m_isWaitingInABox = false;
     bool m_canSave = true;
     QImage m_scanned;
     QDateTime m_now;
@@ -51,20 +54,36 @@ class TestAcquisition : public QObject
              .setCaption =
                  [this](const QString& caption) { m_steps.append(QStringLiteral("caption ") + caption); },
              .restoreCaption = [this] { note("caption back"); },
-             .place = [this] { note("place"); },
+             .place =
+                 [this] {
+                     note("place");
+                     if (m_endsWhileItIsPlaced && m_ix1->ImagePixelWidth() > 0) {
+                         m_isEnding = true;
+                         m_ix1->SetFileName(QString());
+                     }
+                 },
              .saveImage =
                  [this](const QString& path, bool force) {
                      m_steps.append(QStringLiteral("save ") + app::BoolText(force));
+                     QVERIFY(QGuiApplication::overrideCursor());
                      QVERIFY(m_ix1->grab().toImage().pixelColor(20, 15) != QColor(Qt::white));
                      if (m_canSave)
                          QVERIFY(m_ix1->Picture().save(path, "JPG"));
                  },
+             .saveElsewhere =
+                 [this] {
+                     note("elsewhere");
+                     QCOMPARE(m_ix1->Picture(), page()); // it can be
+                 },
              .openX =
                  [this](const QString& path) {
+                     QVERIFY(!QGuiApplication::overrideCursor());
                      m_steps.append(QStringLiteral("open ") + path);
                      m_ix1->SetFileName(path);
                  },
-             .isEnding = [this] { return m_isEnding; }});
+             .editIsBack = [this] { note("edit"); },
+             .isEnding = [this] { return m_isEnding; },
+             .isGone = [] { return false; }});
     }
 
   private Q_SLOTS:
@@ -75,11 +94,12 @@ class TestAcquisition : public QObject
         m_boxes.clear();
         m_steps.clear();
         m_hasDrivers = m_canSave = true;
-        m_isEnding = false;
+        m_isEnding = m_endsWhileItIsPlaced = false;
         m_scanned = page();
         m_now = QDateTime(QDate(2003, 4, 5), QTime(16, 7, 8));
         m_answerer = std::make_unique<platform::MessageBoxAnswerer>([this](const platform::MessageBox& box) {
             m_boxes.push_back(box);
+            m_isWaitingInABox = m_isWaitingInABox || QGuiApplication::overrideCursor();
             note("box");
             return platform::BoxAnswer::Ok;
         });
@@ -102,6 +122,7 @@ class TestAcquisition : public QObject
     }
     void cleanup()
     {
+        QVERIFY(!m_isWaitingInABox);
         m_answerer.reset();
         m_ix1.reset();
         m_drivers.reset();
@@ -240,8 +261,44 @@ class TestAcquisition : public QObject
     {
         m_canSave = false;
         scan();
-        QCOMPARE(m_steps.last(), QStringLiteral("save True"));
-        QCOMPARE(m_ix1->Picture(), page()); // it stays on show and can be saved elsewhere
+        QCOMPARE(m_steps.mid(m_steps.size() - 3), (QStringList{"save True", "box", "elsewhere"}));
+        QVERIFY(m_boxes[0].kind == platform::BoxKind::Plain);
+        QCOMPARE(m_boxes[0].title, QStringLiteral("Quorvia"));
+        QVERIFY(m_boxes[0].text.contains(folder() + QStringLiteral("Image 04052003-160708.jpg")));
+    }
+
+    void anEditThatWasNotSaved()
+    {
+        m_ix1->SetFileName(m_before);
+        m_ix1->Resize(20, 10);
+        const QImage edited = m_ix1->Picture();
+        m_scanned = QImage();
+        scan();
+        QCOMPARE(m_steps.mid(m_steps.size() - 3), (QStringList{"open " + m_before, "place", "edit"}));
+        QCOMPARE(m_ix1->FileName(), m_before);
+        QCOMPARE(m_ix1->Picture(), edited);
+    }
+
+    void theProgramEndsWithAPictureInHand_data()
+    {
+        QTest::addColumn<bool>("inTheDevice");
+        QTest::newRow("before it was shown") << true;
+        QTest::newRow("while it was shown") << false;
+    }
+
+    void theProgramEndsWithAPictureInHand()
+    {
+        QFETCH(bool, inTheDevice);
+        m_endsWhileItIsPlaced = !inTheDevice;
+        m_ix1->SetAcquisitionSource({.select = {}, .acquire = [this, inTheDevice] {
+                                         m_isEnding = inTheDevice;
+                                         return page();
+                                     }});
+        scan();
+        QCOMPARE(QImage(folder() + QStringLiteral("Image 04052003-160708.jpg")).size(), QSize(40, 30));
+        QVERIFY(m_boxes.empty());
+        QVERIFY(m_steps.filter(QRegularExpression(QStringLiteral("open|save|elsewhere"))).isEmpty());
+        QVERIFY(!QGuiApplication::overrideCursor());
     }
 
     void theProgramEndsMeanwhile()

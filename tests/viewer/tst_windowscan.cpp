@@ -1,6 +1,7 @@
 // The command that scans in the window, with the real helper and the pretended scanners behind it.
 #include "app/Settings.h"
 #include "commands/ToolDispatcher.h"
+#include "platform/Dialogs.h"
 #include "platform/ScanSource.h"
 #include "support/ScanDrivers.h"
 #include "viewer/CommandStage.h"
@@ -148,6 +149,45 @@ class TestWindowScan : public QObject, private test::CommandStage
         QCOMPARE(m_bench->boxes.size(), size_t(1));
         QVERIFY(acquired().isEmpty());
         QCOMPARE(m_bench->middle(), QColor(Qt::red));
+    }
+
+    void aSaveThatFails_data()
+    {
+        QTest::addColumn<bool>("isSavedElsewhere");
+        QTest::newRow("saved elsewhere") << true;
+        QTest::newRow("not saved at all") << false;
+    }
+
+    void aSaveThatFails()
+    {
+        QFETCH(bool, isSavedElsewhere);
+        frmImageView& window = show({in("pics")});
+        m_bench->home.write(QStringLiteral("root/Acquired Images"), "in the way");
+        const QString place = in("kept.png");
+        int asked = 0;
+        const platform::SaveChooserAnswerer chooser([&](const platform::SaveChooser&) {
+            ++asked;
+            return isSavedElsewhere ? place : QString();
+        });
+        run("miScan");
+        QCOMPARE(m_bench->boxes.size(), size_t(1));
+        QVERIFY(m_bench->boxes[0].text.contains(QStringLiteral("Acquired Images")));
+        QCOMPARE(asked, 1);
+        QCOMPARE(window.ix1()->ImagePixelWidth(), 118); // still there to be saved
+        QCOMPARE(QImage(place).width(), isSavedElsewhere ? 118 : 0);
+        QCOMPARE(window.currentFile(), isSavedElsewhere ? place : QString());
+    }
+
+    void anEditSurvivesACancel()
+    {
+        frmImageView& window = show({in("pics")});
+        run("miThumb80x60");
+        const QString caption = window.windowTitle();
+        m_answer.reset();
+        run("miScan");
+        QCOMPARE(window.currentFile(), in("pics/a.png"));
+        QCOMPARE(window.ix1()->ImagePixelWidth(), 80);
+        QCOMPARE(window.windowTitle(), caption);
     }
 
     void noDrivers()
