@@ -13,8 +13,8 @@ class TestMailRequest : public QObject
     void requests_data()
     {
         QTest::addColumn<QByteArrayList>("arguments");
-        QTest::addColumn<QByteArray>("subject");
-        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("subject");
+        QTest::addColumn<QString>("body");
         QTest::addColumn<QByteArrayList>("attachments");
         const QByteArrayList whole{"/subject:Image (two words.png)",
                                    "/hiddenbody:<BRX><BRX>- sent with it, see https://x/y",
@@ -67,8 +67,8 @@ class TestMailRequest : public QObject
                                    "/dir;/x.png",         "/end.jpg ",  "/bad\xff.jpg", "/ends in \xc3\xa0"};
         const MailRequest request =
             mailRequest(arguments, [&there](const QByteArray& path) { return there.contains(path); });
-        QTEST(request.subject, "subject");
-        QTEST(request.body, "body");
+        QTEST(QString::fromUtf8(request.subject), "subject");
+        QTEST(QString::fromUtf8(request.body), "body");
         QTEST(request.attachments, "attachments");
     }
 
