@@ -137,8 +137,8 @@ Result run(const CommandLine& line)
 int main(int argc, char* argv[])
 {
     const pid_t parent = getppid();
-    // The device is left in order when nobody listens, too. A handler, since drivers that ignore the signal for
-    // a while give it back to the system, and one of ours stays.
+    // The device is left in order when nobody listens, too. A handler, since drivers that ignore the signal
+    // for a while give it back to the system, and one of ours stays.
     std::signal(SIGPIPE, [](int) {});
     watchForCancellation();
     prctl(PR_SET_PDEATHSIG, SIGTERM); // nobody waits for the picture any more
