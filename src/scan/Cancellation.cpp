@@ -15,7 +15,7 @@ namespace quorvia::scan {
 namespace {
 
 constexpr int cancelSignal = SIGUSR1;
-constexpr auto patience = std::chrono::seconds(5); ///< from a signal to the end
+constexpr auto patience = std::chrono::seconds(4); ///< until a process that does not end is ended
 constexpr int cancelledStatus = 4;                 ///< as an orderly end has it
 
 // A signal handler reaches nothing else.
@@ -91,6 +91,14 @@ void watchForCancellation()
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     pthread_atfork(nullptr, nullptr, letSignalsEnd);
     std::thread(waitForSignals, pthread_self()).detach();
+}
+
+void endSoon(int status)
+{
+    std::thread([status] {
+        std::this_thread::sleep_for(patience);
+        _exit(status);
+    }).detach();
 }
 
 bool isCancelled()

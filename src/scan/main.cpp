@@ -122,13 +122,23 @@ Result acquire(Session& session, const CommandLine& line)
     return {};
 }
 
-Result run(const CommandLine& line)
+int told(const Result& result)
+{
+    if (!result.why.empty())
+        std::fprintf(stderr, "%s\n", result.why.c_str());
+    return int(result.outcome);
+}
+
+/// Gives the exit code.
+int run(const CommandLine& line)
 {
     try {
         Session session;
-        return line.isList ? list(session) : acquire(session, line);
+        const int status = told(line.isList ? list(session) : acquire(session, line));
+        endSoon(status);
+        return status;
     } catch (const std::exception& error) { // no memory
-        return {Outcome::Failed, error.what()};
+        return told({Outcome::Failed, error.what()});
     }
 }
 
@@ -152,8 +162,5 @@ int main(int argc, char* argv[])
         return int(Outcome::BadUse);
     }
     answers(); // before any driver runs
-    const Result result = run(*line);
-    if (!result.why.empty())
-        std::fprintf(stderr, "%s\n", result.why.c_str());
-    return int(result.outcome);
+    return run(*line);
 }

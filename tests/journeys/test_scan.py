@@ -6,6 +6,7 @@ import unittest
 
 from harness import RED, Journey, wait_until
 
+FREE_GROUND = 400, 560  # of the welcome panel: a right click on a row opens no menu
 MENU = ("t", "s")  # Tools, Scan Image
 CANNOT = "Quorvia$"  # the title of the box that says so
 
@@ -47,7 +48,9 @@ class ScanTest(Journey):
         process, window = self.open(*arguments)
         if arguments:
             self.shows(window, RED)
-        self.menu(window, *MENU)
+            self.menu(window, *MENU)
+        else:
+            self.choose(window, FREE_GROUND, *MENU, button="3")
         return process, window
 
     def dialog(self):

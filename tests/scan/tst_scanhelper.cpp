@@ -249,6 +249,17 @@ class TestScanHelper : public QObject
             QCOMPARE(helper.exitCode(), int(Cancelled));
     }
 
+    void aDriverThatHangsOverItsEnd()
+    {
+        m_drivers->installOdd(ODD_DRIVERS, "close hangs");
+        QProcess helper;
+        helper.start(QStringLiteral(SCAN_HELPER), {"--acquire", "odd:one", target()});
+        QVERIFY(helper.waitForFinished(10'000));
+        QCOMPARE(helper.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(helper.exitCode(), int(Done));
+        QCOMPARE(picture().size(), QSize(40, 30));
+    }
+
     void thePictureStandsBeforeTheDriverFallsOverItsEnd()
     {
         m_drivers->installOdd(ODD_DRIVERS, "close crashes");
