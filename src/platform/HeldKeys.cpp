@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <QWidget>
 
+#include <xcb/xcb.h>
+
 namespace quorvia::platform {
 
 namespace {
@@ -33,6 +35,7 @@ void HeldKeys::look(bool dropsAll)
 {
     m_dropsAll = dropsAll;
     QCoreApplication::instance()->installEventFilter(this);
+    QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 void HeldKeys::dropHeld()
@@ -42,7 +45,24 @@ void HeldKeys::dropHeld()
 
 void HeldKeys::rest()
 {
-    QCoreApplication::instance()->removeEventFilter(this);
+    if (QCoreApplication* const application = QCoreApplication::instance()) {
+        application->removeEventFilter(this);
+        application->removeNativeEventFilter(this);
+    }
+}
+
+/// X alone: the toolkit tells nobody of a key that is let go over a window that a modal one blocks.
+bool HeldKeys::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
+{
+    if (eventType != "xcb_generic_event_t")
+        return false;
+    constexpr quint8 sentByProgram = 0x80;
+    const auto& event = *static_cast<const xcb_generic_event_t*>(message);
+    if ((event.response_type & ~sentByProgram) == XCB_KEY_RELEASE) {
+        const auto& release = reinterpret_cast<const xcb_key_release_event_t&>(event);
+        m_repeats.noteRelease(release.detail, release.time);
+    }
+    return false;
 }
 
 bool HeldKeys::eventFilter(QObject* watched, QEvent* event)

@@ -4,14 +4,16 @@
 
 #include "platform/KeyRepeats.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QObject>
 
 namespace quorvia::platform {
 
-class HeldKeys : public QObject
+class HeldKeys : public QObject, private QAbstractNativeEventFilter
 {
   public:
     using QObject::QObject;
+    ~HeldKeys() override { rest(); }
 
     /// From now on a key that is held down counts once in the whole program, whatever windows come and go.
     void watch();
@@ -29,6 +31,7 @@ class HeldKeys : public QObject
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     void look(bool dropsAll);
 
     bool m_dropsAll = false;

@@ -20,6 +20,7 @@ bool KeyRepeats::isRepeat(const QKeyEvent& press)
 {
     const bool repeat = repeats(press);
     m_key = press.key();
+    m_scanCode = press.nativeScanCode();
     m_time = press.timestamp();
     return repeat;
 }
@@ -28,6 +29,12 @@ void KeyRepeats::noteRelease(const QKeyEvent& release)
 {
     if (release.key() == m_key && !release.isAutoRepeat())
         m_released = release.timestamp();
+}
+
+void KeyRepeats::noteRelease(quint32 scanCode, ulong time)
+{
+    if (scanCode == m_scanCode && m_scanCode != 0)
+        m_released = time;
 }
 
 bool KeyRepeats::isLast(const QKeyEvent& press) const

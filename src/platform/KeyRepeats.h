@@ -16,6 +16,8 @@ class KeyRepeats
     bool isRepeat(const QKeyEvent& press);
     /// The key of `release` has been let go.
     void noteRelease(const QKeyEvent& release);
+    /// The same, as the display itself says it: by the code of the key there, at `time` of its clock.
+    void noteRelease(quint32 scanCode, ulong time);
     /// True when `press` is the very one that came last.
     bool isLast(const QKeyEvent& press) const;
     /// The key of the last press; 0 before the first.
@@ -25,8 +27,9 @@ class KeyRepeats
     bool repeats(const QKeyEvent& press) const;
 
     int m_key = 0;
-    ulong m_time = 0;     ///< of its press: milliseconds of the display's clock; 0 when nobody told
-    ulong m_released = 0; ///< when it was let go last, likewise
+    quint32 m_scanCode = 0; ///< the display's name for it; 0 when nobody told
+    ulong m_time = 0;       ///< of its press: milliseconds of the display's clock; 0 when nobody told
+    ulong m_released = 0;   ///< when it was let go last, likewise
 };
 
 } // namespace quorvia::platform

@@ -70,12 +70,13 @@ void PageNavigator::showPage(int page, int count)
 {
     m_lTiffImg->setText(pageCaption(page, count));
     adjustSize();
-    place();
+    place(m_right);
 }
 
-void PageNavigator::place()
+void PageNavigator::place(int right)
 {
-    move(parentWidget()->width() - width(), 0);
+    m_right = right;
+    move(right - width(), 0);
 }
 
 int PageNavigator::total() const

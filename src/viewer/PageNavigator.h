@@ -25,8 +25,8 @@ class PageNavigator : public QFrame
 
     /// Shows "PAGE of COUNT".
     void showPage(int page, int count);
-    /// Takes the top right corner of the pane that it stands on.
-    void place();
+    /// Stands at the upper edge of its pane and ends at `right`, in pixels of the pane.
+    void place(int right);
     /// The count on show.
     int total() const;
 
@@ -36,6 +36,7 @@ class PageNavigator : public QFrame
 
   private:
     QLabel* m_lTiffImg;
+    int m_right = 0; ///< where it ends
 };
 
 } // namespace quorvia::viewer

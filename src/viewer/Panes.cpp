@@ -272,6 +272,12 @@ void Panes::placeTop()
     m_sinks.laidOut();
 }
 
+int Panes::freeRight() const
+{
+    constexpr int gap = 7; // pixels
+    return m_uLink->isHidden() ? m_pTop->width() : m_uLink->x() - gap;
+}
+
 void Panes::setInterfaceFlag(bool flag)
 {
     m_interfaceFlag = flag;

@@ -73,6 +73,8 @@ class Panes : public QObject
     void place();
     /// Places what is inside pTop.
     void placeTop();
+    /// Where the free part of the strip on top ends: at the link, or else at the edge. Pixels of pTop.
+    int freeRight() const;
 
     /// True while the viewport lies in front and takes all of pTop below the strip.
     bool interfaceFlag() const { return m_interfaceFlag; }

@@ -197,7 +197,7 @@ void frmImageView::layoutView()
     if (!m_viewport) // the panes are built first
         return;
     if (m_pTiff)
-        m_pTiff->place();
+        m_pTiff->place(m_panes->freeRight());
     m_viewport->layout();
 }
 
@@ -214,6 +214,7 @@ void frmImageView::FitWindowToImage()
 PageNavigator* frmImageView::makeNavigator()
 {
     m_pTiff = new PageNavigator(pTop());
+    m_pTiff->place(m_panes->freeRight());
     return m_pTiff;
 }
 

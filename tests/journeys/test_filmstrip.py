@@ -140,7 +140,7 @@ class FilmstripTest(Journey):
     def arrow(window_geometry, direction):
         """The toolbar's arrow to the following (1) or former (-1) picture: it takes no focus, and waits for no save."""
         left, top, width, height = window_geometry
-        return str(left + width // 2 - 147 + 17 * direction), str(top + height - 23)
+        return str(left + width // 2 - 164 + 17 * direction), str(top + height - 23)
 
     def open_description(self):
         """Starts the program with the information panel and enters the field of the description."""

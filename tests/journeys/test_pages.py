@@ -15,10 +15,10 @@ class Pages(Journey):
         self.make("convert", "-size", "400x300", "xc:red", "xc:lime", "xc:blue", self.document)
 
     def buttons(self, window):
-        """Screen places of the navigator's two buttons: it stands in the top right corner, with a frame around it."""
+        """Screen places of the navigator's two buttons: it stands beside the link at the top right, with a frame around it."""
         left, top, width, _ = self.geometry(window)
         pixel, y = self.screen(), top
-        right = left + width
+        right = next(x for x in range(left + width - 2, left, -1) if pixel(x, y) != CHROME) + 1
         start = next(x for x in range(right - 2, left, -1) if pixel(x, y) == CHROME) + 1
         self.assertGreater(right - start, 60, "no navigator on show")
         return (right - 18, top + 15), (start + 16, top + 15)

@@ -31,7 +31,7 @@ class PlaylistsTest(PlaylistJourney):
         self.press(window, self.entry(2))
         self.shows(window, BLUE)
 
-        self.choose(window, self.entry(1), "Down", "Down", "Down", "Return", button="3")  # clear the selected
+        self.choose(window, self.entry(1), "Down", "Down", "Down", "Down", "Return", button="3")  # clear the selected
         self.holds("Auto Playlist", self.a, self.c, self.d)
         self.send(process)
         self.ended(process)
