@@ -62,6 +62,7 @@ QString makersPage(WebPage page)
 std::vector<const char*> webCommands()
 {
     std::vector<const char*> names;
+    names.reserve(rows.size());
     for (const Row& row : rows)
         names.push_back(row.command);
     return names;
