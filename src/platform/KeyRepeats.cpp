@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+
 namespace quorvia::platform {
 
 namespace {
@@ -33,8 +35,8 @@ void KeyRepeats::noteRelease(const QKeyEvent& release)
 
 void KeyRepeats::noteRelease(quint32 scanCode, ulong time)
 {
-    if (scanCode == m_scanCode && m_scanCode != 0)
-        m_released = time;
+    if (scanCode < m_releases.size())
+        m_releases[scanCode] = time;
 }
 
 bool KeyRepeats::isLast(const QKeyEvent& press) const
@@ -49,7 +51,9 @@ bool KeyRepeats::repeats(const QKeyEvent& press) const
     if (press.key() != m_key || press.timestamp() == 0)
         return false;
     const ulong since = press.timestamp() - m_time;
-    const bool isDown = m_released < m_time || press.timestamp() - m_released < fastestFinger;
+    const ulong said = m_scanCode < m_releases.size() ? m_releases[m_scanCode] : 0;
+    const ulong released = std::max(m_released, said);
+    const bool isDown = released < m_time || press.timestamp() - released < fastestFinger;
     return since < closest || (isDown && since < longestDelay);
 }
 

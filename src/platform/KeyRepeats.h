@@ -4,6 +4,8 @@
 
 #include <QtGlobal>
 
+#include <array>
+
 class QKeyEvent;
 
 namespace quorvia::platform {
@@ -16,7 +18,8 @@ class KeyRepeats
     bool isRepeat(const QKeyEvent& press);
     /// The key of `release` has been let go.
     void noteRelease(const QKeyEvent& release);
-    /// The same, as the display itself says it: by the code of the key there, at `time` of its clock.
+    /// The same, as the display itself says it: by the code of the key there, at `time` of its clock. It may
+    /// come before the press does, which waits in a queue of the toolkit.
     void noteRelease(quint32 scanCode, ulong time);
     /// True when `press` is the very one that came last.
     bool isLast(const QKeyEvent& press) const;
@@ -30,6 +33,7 @@ class KeyRepeats
     quint32 m_scanCode = 0; ///< the display's name for it; 0 when nobody told
     ulong m_time = 0;       ///< of its press: milliseconds of the display's clock; 0 when nobody told
     ulong m_released = 0;   ///< when it was let go last, likewise
+    std::array<ulong, 256> m_releases = {}; ///< by code: the same of each key, as far as the display said it
 };
 
 } // namespace quorvia::platform

@@ -136,6 +136,38 @@ class TestHeldKeys : public QObject
         QCOMPARE(below.presses, 1);
     }
 
+    /// What the display says of a key that is let go, before or after the toolkit told of its press.
+    void theDisplaysOwnWordCounts_data()
+    {
+        QTest::addColumn<ulong>("released"); // 0: nobody says so
+        QTest::addColumn<bool>("repeat");
+        QTest::newRow("let go") << 1012ul << false;
+        QTest::newRow("held") << 0ul << true;
+        QTest::newRow("let go for a repeat") << 1655ul << true;
+        QTest::newRow("let go before") << 990ul << true;
+    }
+
+    void theDisplaysOwnWordCounts()
+    {
+        QFETCH(ulong, released);
+        constexpr quint32 code = 36;
+        for (const bool saidFirst : {true, false}) {
+            KeyRepeats keys;
+            const auto pressAt = [&keys](ulong time) {
+                QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, code, 0, 0);
+                event.setTimestamp(time);
+                return keys.isRepeat(event);
+            };
+            if (saidFirst && released != 0)
+                keys.noteRelease(code, released);
+            QVERIFY(!pressAt(1000));
+            if (!saidFirst && released != 0)
+                keys.noteRelease(code, released);
+            keys.noteRelease(code + 1, 1020); // another key
+            QTEST(pressAt(1660), "repeat");
+        }
+    }
+
     void otherWindowsDropNothing()
     {
         HeldKeys held;
