@@ -92,7 +92,7 @@ void convertLine(const FrameFormat& format, std::span<const std::uint8_t> line, 
 
 std::string PictureBuilder::beginFrame(const FrameFormat& format)
 {
-    if (const std::string why = unsoundness(format); !why.empty())
+    if (std::string why = unsoundness(format); !why.empty())
         return why;
     if (m_frames > 0) {
         endFrame();

@@ -40,11 +40,11 @@ std::optional<std::string> modeNamed(std::span<const std::string> names, Mode mo
         return found == names.end() ? std::nullopt : std::optional(*found);
     };
     for (const char* word : wordsFor(mode)) {
-        if (const auto exact = first([word](const std::string& name) { return name == word; }))
+        if (auto exact = first([word](const std::string& name) { return name == word; }))
             return exact;
     }
     for (const char* word : wordsFor(mode)) {
-        const auto holds = first([word](const std::string& name) {
+        auto holds = first([word](const std::string& name) {
             return name.find(word) != std::string::npos && !isCoarse(name);
         });
         if (holds)
