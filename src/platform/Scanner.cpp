@@ -131,7 +131,7 @@ QImage readScannedPicture(const QString& path, QString* why)
         return {};
     }
     const uchar* const bytes = file.map(0, file.size());
-    const QImage image = bytes ? imageOf(head, bytes + head.begin) : QImage();
+    QImage image = bytes ? imageOf(head, bytes + head.begin) : QImage();
     if (image.isNull())
         *why = QStringLiteral("there is not memory enough for the scanned picture");
     return image;
