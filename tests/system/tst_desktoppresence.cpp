@@ -3,11 +3,9 @@
 #include "app/Log.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
-#include "app/SettingsHome.h"
+#include "AssociationStage.h"
 #include "platform/DesktopEntries.h"
 #include "platform/MimeApps.h"
-#include "support/FileContent.h"
-#include "support/ScratchDesktop.h"
 #include "system/mAssociation.h"
 
 #include <QDateTime>
@@ -28,41 +26,13 @@ const QString own = "quorvia.desktop";
 
 } // namespace
 
-class TestDesktopPresence : public QObject
+class TestDesktopPresence : public QObject, private test::AssociationStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::SettingsHome> m_home;
-
-    QString addEntry(const QString& name, const QString& share = "share") const
-    {
-        return m_home->write(share + "/applications/" + name,
-                             "[Desktop Entry]\nType=Application\nName=A\nExec=true %f\n");
-    }
-    QString list() const { return m_home->path(".config/mimeapps.list"); }
-    QByteArray log() const { return contentOf(app::logPath()); }
-    QString copy() const { return m_home->path(".local/share/applications/quorvia.desktop"); }
-
-    static QString used(const QString& extension)
-    {
-        MimeApps desktop;
-        return system::GetAssociation(desktop, extension, "Open");
-    }
-    static void takeOver()
-    {
-        app::save(app::setting::Associate, 1);
-        system::ApplyAssociations();
-    }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::SettingsHome>();
-        test::leaveDesktop(*m_home);
-        m_home->write(".config/.keep", "");
-    }
-    void cleanup() { m_home.reset(); }
+    void init() { open(); }
+    void cleanup() { close(); }
 
     void anInstalledEntryIsUsed()
     {
@@ -88,8 +58,8 @@ class TestDesktopPresence : public QObject
 
     void aCopyOfAnotherPlaceIsMadeAnew()
     {
-        m_home->write(".local/share/applications/quorvia.desktop",
-                      "[Desktop Entry]\nType=Application\nExec=/gone/quorvia %f\nX-Quorvia-Copy=true\n");
+        home().write(".local/share/applications/quorvia.desktop",
+                     "[Desktop Entry]\nType=Application\nExec=/gone/quorvia %f\nX-Quorvia-Copy=true\n");
         takeOver();
         QCOMPARE(used(".png"), own);
         QVERIFY(!contentOf(copy()).contains("/gone/"));
@@ -97,28 +67,28 @@ class TestDesktopPresence : public QObject
 
     void theTypesThatTheDesktopLacks()
     {
-        const QString package = m_home->path(".local/share/mime/packages/quorvia-mime.xml");
+        const QString package = home().path(".local/share/mime/packages/quorvia-mime.xml");
         takeOver();
         QCOMPARE(contentOf(package), contentOf(DATA_FOLDER "/quorvia-mime.xml"));
-        QVERIFY(!QFile::exists(m_home->path(".local/share/applications/mimeinfo.cache")));
-        QVERIFY(contentOf(m_home->path(".local/share/mime/globs2")).contains("50:image/x-dcx:*.dcx\n"));
+        QVERIFY(!QFile::exists(home().path(".local/share/applications/mimeinfo.cache")));
+        QVERIFY(contentOf(home().path(".local/share/mime/globs2")).contains("50:image/x-dcx:*.dcx\n"));
         system::RestoreAssociations();
         QVERIFY(!QFile::exists(package));
-        QVERIFY(!contentOf(m_home->path(".local/share/mime/globs2")).contains("dcx"));
+        QVERIFY(!contentOf(home().path(".local/share/mime/globs2")).contains("dcx"));
     }
 
     /// The desktop's words for JPEG files stay, in all languages.
     void theWordsOfATypeStay()
     {
-        m_home->write("share/mime/image/jpeg.xml",
-                      "<mime-type>\n  <comment>JPEG image</comment>\n"
-                      "  <comment xml:lang=\"de\">Bild</comment>\n</mime-type>\n");
+        home().write("share/mime/image/jpeg.xml",
+                     "<mime-type>\n  <comment>JPEG image</comment>\n"
+                     "  <comment xml:lang=\"de\">Bild</comment>\n</mime-type>\n");
         takeOver();
-        QVERIFY(contentOf(m_home->path(".local/share/mime/image/jpeg.xml"))
+        QVERIFY(contentOf(home().path(".local/share/mime/image/jpeg.xml"))
                     .contains("<comment xml:lang=\"de\">Bild</comment>"));
-        m_home->write("share/mime/image/jpeg.xml", "<mime-type>\n</mime-type>\n"); // renewed meanwhile
+        home().write("share/mime/image/jpeg.xml", "<mime-type>\n</mime-type>\n"); // renewed meanwhile
         system::RestoreAssociations();
-        QVERIFY(!QFile::exists(m_home->path(".local/share/mime/packages/quorvia-mime.xml")));
+        QVERIFY(!QFile::exists(home().path(".local/share/mime/packages/quorvia-mime.xml")));
     }
 
     void aPackageOfOthersStays_data()
@@ -130,12 +100,12 @@ class TestDesktopPresence : public QObject
     void aPackageOfOthersStays()
     {
         QFETCH(bool, isLink);
-        const QString package = m_home->path(".local/share/mime/packages/quorvia-mime.xml");
+        const QString package = home().path(".local/share/mime/packages/quorvia-mime.xml");
         const QByteArray text =
             isLink ? contentOf(DATA_FOLDER "/quorvia-mime.xml") : QByteArray("<mime-info/>\n");
-        const QString source = isLink ? m_home->write("source.xml", text)
-                                      : m_home->write(".local/share/mime/packages/quorvia-mime.xml", text);
-        m_home->write(".local/share/mime/packages/.keep", "");
+        const QString source = isLink ? home().write("source.xml", text)
+                                      : home().write(".local/share/mime/packages/quorvia-mime.xml", text);
+        home().write(".local/share/mime/packages/.keep", "");
         if (isLink)
             QVERIFY(QFile::link(source, package));
         takeOver();
@@ -154,15 +124,15 @@ class TestDesktopPresence : public QObject
         QVERIFY(contentOf(copy()).contains("MimeType=image/jpeg;"));
         QVERIFY(contentOf(copy()).contains(";application/x-wpg;\n"));
         QVERIFY(!contentOf(copy()).contains("icon;"));
-        QVERIFY(!QFile::exists(m_home->path(".local/share/applications/mimeinfo.cache")));
+        QVERIFY(!QFile::exists(home().path(".local/share/applications/mimeinfo.cache")));
         system::RestoreAssociations();
-        QVERIFY(!QFile::exists(m_home->path(".local/share/applications/mimeinfo.cache")));
+        QVERIFY(!QFile::exists(home().path(".local/share/applications/mimeinfo.cache")));
         QVERIFY(QFile::exists(foreign));
     }
 
     void entriesAreMarkedAsChanged()
     {
-        const QString directory = m_home->path(".local/share/applications");
+        const QString directory = home().path(".local/share/applications");
         system::NotifyAssociationsChanged();
         QVERIFY(!QFile::exists(directory));
         addEntry("mine.desktop", ".local/share");
@@ -176,7 +146,7 @@ class TestDesktopPresence : public QObject
     void withoutTheToolsOfTheDesktop()
     {
         const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", m_home->path("nothing").toLocal8Bit());
+        qputenv("PATH", home().path("nothing").toLocal8Bit());
         takeOver();
         qputenv("PATH", path);
         QCOMPARE(used(".png"), own);
@@ -185,7 +155,7 @@ class TestDesktopPresence : public QObject
 
     void withoutAPlaceForTheEntry()
     {
-        m_home->write(".local/share/applications", "a file where a directory should be");
+        home().write(".local/share/applications", "a file where a directory should be");
         takeOver();
         QVERIFY(!QFile::exists(list()));
         QVERIFY2(log().contains("Associations: " + copy().toLocal8Bit()), log().constData());

@@ -3,11 +3,9 @@
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
-#include "app/SettingsHome.h"
+#include "AssociationStage.h"
 #include "platform/DesktopEntries.h"
 #include "platform/MimeApps.h"
-#include "support/FileContent.h"
-#include "support/ScratchDesktop.h"
 #include "system/AssociationTable.h"
 #include "system/DesktopPresence.h"
 #include "system/mAssociation.h"
@@ -29,41 +27,13 @@ const QStringList ownerOrder{".jpg", ".gif", ".bmp", ".dcx", ".dib",  ".jif", ".
 } // namespace
 
 /// No content type is known to the desktop here: the table's own stand for all of them.
-class TestAssociation : public QObject
+class TestAssociation : public QObject, private test::AssociationStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::SettingsHome> m_home;
-
-    QString addEntry(const QString& name, const QString& share = "share") const
-    {
-        return m_home->write(share + "/applications/" + name,
-                             "[Desktop Entry]\nType=Application\nName=A\nExec=true %f\n");
-    }
-    QString list() const { return m_home->path(".config/mimeapps.list"); }
-    QByteArray log() const { return contentOf(app::logPath()); }
-    QString copy() const { return m_home->path(".local/share/applications/quorvia.desktop"); }
-
-    static QString used(const QString& extension, const QString& verb = "Open")
-    {
-        MimeApps desktop;
-        return system::GetAssociation(desktop, extension, verb);
-    }
-    static void takeOver()
-    {
-        app::save(app::setting::Associate, 1);
-        system::ApplyAssociations();
-    }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_home = std::make_unique<test::SettingsHome>();
-        test::leaveDesktop(*m_home);
-        m_home->write(".config/.keep", "");
-    }
-    void cleanup() { m_home.reset(); }
+    void init() { open(); }
+    void cleanup() { close(); }
 
     void theTable()
     {
@@ -104,7 +74,7 @@ class TestAssociation : public QObject
     void onlyWhenAsked()
     {
         addEntry("a.desktop");
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/jpeg=a.desktop\n");
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/jpeg=a.desktop\n");
         for (const int value : {0, 2}) {
             app::save(app::setting::Associate, value);
             system::ApplyAssociations();
@@ -120,7 +90,7 @@ class TestAssociation : public QObject
         const QString offered = addEntry("b.desktop");
         const QByteArray before = "[Default Applications]\nimage/jpeg=a.desktop\nimage/x-icon=a.desktop\n"
                                   "[Added Associations]\nimage/jpeg=b.desktop;\nimage/png=b.desktop;";
-        m_home->write(".config/mimeapps.list", before);
+        home().write(".config/mimeapps.list", before);
         takeOver();
         QCOMPARE(app::read(app::setting::Associate), 0);
         for (const QString& extension : ownerOrder) {
@@ -174,7 +144,7 @@ class TestAssociation : public QObject
         for (const char* name : {"a.desktop", "quorvia.desktop", "org.quorvia.desktop", "script.sh"})
             addEntry(name);
         QCOMPARE(system::earlierOwnerPath(id),
-                 expected.isEmpty() ? QString() : m_home->path("share/applications/" + expected));
+                 expected.isEmpty() ? QString() : home().path("share/applications/" + expected));
     }
 
     /// Nobody else brings an earlier owner back: it is written down.
@@ -182,10 +152,10 @@ class TestAssociation : public QObject
     {
         addEntry("a.desktop");
         addEntry("b.desktop");
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
         takeOver();
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=quorvia.desktop\n"
-                                               "image/gif=b.desktop;quorvia.desktop\n");
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/png=quorvia.desktop\n"
+                                              "image/gif=b.desktop;quorvia.desktop\n");
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()),
                  QByteArray("[Default Applications]\nimage/png=a.desktop\nimage/gif=b.desktop\n"));
@@ -197,10 +167,10 @@ class TestAssociation : public QObject
         addEntry("a.desktop");
         addEntry("b.desktop");
         const QByteArray group = "[Added Associations]\n";
-        m_home->write(".config/mimeapps.list", group + "image/png=b.desktop\nimage/gif=b.desktop\n");
+        home().write(".config/mimeapps.list", group + "image/png=b.desktop\nimage/gif=b.desktop\n");
         takeOver();
-        m_home->write(".config/mimeapps.list", group + "image/png=quorvia.desktop\n"
-                                                       "image/gif=quorvia.desktop;a.desktop\n");
+        home().write(".config/mimeapps.list", group + "image/png=quorvia.desktop\n"
+                                                      "image/gif=quorvia.desktop;a.desktop\n");
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()), group + "image/png=b.desktop\nimage/gif=a.desktop\n");
     }
@@ -220,7 +190,7 @@ class TestAssociation : public QObject
         const QString owner = addEntry("a.desktop");
         addEntry("b.desktop");
         app::saveEarlierOwner("Open", ".png", owner);
-        m_home->write(".config/mimeapps.list", group + back);
+        home().write(".config/mimeapps.list", group + back);
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()), group + back.replace("quorvia.desktop;", ""));
     }
@@ -229,13 +199,13 @@ class TestAssociation : public QObject
     {
         addEntry("a.desktop");
         addEntry("b.desktop");
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
         takeOver();
         system::RestoreAssociations();
         for (const QString& verb : {QString("Open"), QString("Preview")})
             QCOMPARE(app::readEarlierOwner(verb, ".png"), "(none)");
         const QByteArray later = "[Default Applications]\nimage/png=quorvia.desktop\n";
-        m_home->write(".config/mimeapps.list", later);
+        home().write(".config/mimeapps.list", later);
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()), QByteArray("[Default Applications]\n"));
     }
@@ -243,7 +213,7 @@ class TestAssociation : public QObject
     void theRecordsStayWhileAListCannotBeWritten()
     {
         const QString owner = addEntry("a.desktop");
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
         takeOver();
         QVERIFY(QFile::setPermissions(list(), QFile::ReadOwner));
         system::RestoreAssociations();
@@ -253,7 +223,7 @@ class TestAssociation : public QObject
 
     void aListThatCannotBeReadIsLogged()
     {
-        m_home->write(".config/mimeapps.list", QByteArray(5 * 1024 * 1024, '#'));
+        home().write(".config/mimeapps.list", QByteArray(5 * 1024 * 1024, '#'));
         system::RestoreAssociations();
         QVERIFY2(log().contains("Associations: " + list().toLocal8Bit() + ": it cannot be read"),
                  log().constData());
@@ -262,9 +232,9 @@ class TestAssociation : public QObject
     /// The desktop called it by another name at the take-over.
     void aTypeOfAnotherName()
     {
-        m_home->write(".config/mimeapps.list",
-                      "[Default Applications]\nimage/x-pcx=quorvia.desktop;a.desktop\n"
-                      "[Added Associations]\nimage/x-pcx=quorvia.desktop\n");
+        home().write(".config/mimeapps.list",
+                     "[Default Applications]\nimage/x-pcx=quorvia.desktop;a.desktop\n"
+                     "[Added Associations]\nimage/x-pcx=quorvia.desktop\n");
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()),
                  QByteArray("[Default Applications]\nimage/x-pcx=a.desktop\n[Added Associations]\n"));
@@ -274,15 +244,15 @@ class TestAssociation : public QObject
     void nothingOfOthersIsLost()
     {
         addEntry("a.desktop");
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/png=a.desktop\n");
         const QString tool =
-            m_home->write("bin/update-mime-database",
-                          "#!/bin/sh\nprintf '[Added Associations]\\ntext/plain=a.desktop\\n' >> "
-                          "'" +
-                              list().toLocal8Bit() + "'\n");
+            home().write("bin/update-mime-database",
+                         "#!/bin/sh\nprintf '[Added Associations]\\ntext/plain=a.desktop\\n' >> "
+                         "'" +
+                             list().toLocal8Bit() + "'\n");
         QVERIFY(QFile::setPermissions(tool, QFile::ReadOwner | QFile::ExeOwner));
         const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", m_home->path("bin").toLocal8Bit() + ':' + path);
+        qputenv("PATH", home().path("bin").toLocal8Bit() + ':' + path);
         takeOver();
         qputenv("PATH", path);
         QVERIFY2(contentOf(list()).contains("text/plain=a.desktop"), contentOf(list()).constData());
@@ -299,8 +269,8 @@ class TestAssociation : public QObject
     {
         QFETCH(QString, stored);
         addEntry("quorvia.desktop");
-        app::saveEarlierOwner("Open", ".png", m_home->path(stored));
-        m_home->write(".config/mimeapps.list", "[Default Applications]\nimage/png=quorvia.desktop\n");
+        app::saveEarlierOwner("Open", ".png", home().path(stored));
+        home().write(".config/mimeapps.list", "[Default Applications]\nimage/png=quorvia.desktop\n");
         system::RestoreAssociations();
         QCOMPARE(contentOf(list()), QByteArray("[Default Applications]\n"));
     }
@@ -331,7 +301,7 @@ class TestAssociation : public QObject
     {
         addEntry("a.desktop");
         const QByteArray before = "[Default Applications]\nimage/png=a.desktop\n";
-        m_home->write(".config/mimeapps.list", before);
+        home().write(".config/mimeapps.list", before);
         QVERIFY(QFile::setPermissions(list(), QFile::ReadOwner));
         takeOver();
         QCOMPARE(contentOf(list()), before);
