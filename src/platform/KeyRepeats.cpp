@@ -8,8 +8,6 @@ namespace quorvia::platform {
 
 namespace {
 
-/// Repeats come closer than this, even where they are slow; presses of one who reads what is asked do not.
-constexpr ulong closest = 300; // milliseconds
 /// The first repeat comes after this at most. A key that was let go in another program is not waited for
 /// longer.
 constexpr ulong longestDelay = 1500; // milliseconds
@@ -54,7 +52,7 @@ bool KeyRepeats::repeats(const QKeyEvent& press) const
     const ulong said = m_scanCode < m_releases.size() ? m_releases[m_scanCode] : 0;
     const ulong released = std::max(m_released, said);
     const bool isDown = released < m_time || press.timestamp() - released < fastestFinger;
-    return since < closest || (isDown && since < longestDelay);
+    return isDown && since < longestDelay;
 }
 
 } // namespace quorvia::platform

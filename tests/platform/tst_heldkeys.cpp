@@ -140,16 +140,20 @@ class TestHeldKeys : public QObject
     void theDisplaysOwnWordCounts_data()
     {
         QTest::addColumn<ulong>("released"); // 0: nobody says so
+        QTest::addColumn<ulong>("pressed");  // for the second time
         QTest::addColumn<bool>("repeat");
-        QTest::newRow("let go") << 1012ul << false;
-        QTest::newRow("held") << 0ul << true;
-        QTest::newRow("let go for a repeat") << 1655ul << true;
-        QTest::newRow("let go before") << 990ul << true;
+        QTest::newRow("let go") << 1012ul << 1660ul << false;
+        QTest::newRow("let go, and soon pressed anew") << 1012ul << 1120ul << false;
+        QTest::newRow("held") << 0ul << 1660ul << true;
+        QTest::newRow("held, and soon repeated") << 0ul << 1030ul << true;
+        QTest::newRow("let go for a repeat") << 1655ul << 1660ul << true;
+        QTest::newRow("let go before") << 990ul << 1660ul << true;
     }
 
     void theDisplaysOwnWordCounts()
     {
         QFETCH(ulong, released);
+        QFETCH(ulong, pressed);
         constexpr quint32 code = 36;
         for (const bool saidFirst : {true, false}) {
             KeyRepeats keys;
@@ -164,7 +168,7 @@ class TestHeldKeys : public QObject
             if (!saidFirst && released != 0)
                 keys.noteRelease(code, released);
             keys.noteRelease(code + 1, 1020); // another key
-            QTEST(pressAt(1660), "repeat");
+            QTEST(pressAt(pressed), "repeat");
         }
     }
 
