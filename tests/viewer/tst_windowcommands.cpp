@@ -2,6 +2,7 @@
 #include "app/mWindowsAPI.h"
 #include "app/Product.h"
 #include "app/Settings.h"
+#include "commands/CommandCatalog.h"
 #include "commands/CommandNames.h"
 #include "controls/gnTab.h"
 #include "platform/MenuControl.h"
@@ -63,6 +64,21 @@ class TestWindowCommands : public QObject
         names.sort();
         expected.sort();
         QCOMPARE(names, expected);
+    }
+
+    void theCatalogHasWordsForEachCommand()
+    {
+        QStringList described;
+        for (const commands::CommandText& command : commands::commandCatalog()) {
+            QVERIFY2(command.text[0] != '\0', command.name);
+            described.append(QLatin1String(command.name));
+        }
+        QStringList names;
+        for (const commands::Tool& tool : viewer::commandTable(m_bench->make()))
+            names.append(QLatin1String(tool.name));
+        described.sort();
+        names.sort();
+        QCOMPARE(described, names);
     }
 
     void quickHide()
