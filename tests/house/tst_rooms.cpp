@@ -1,46 +1,13 @@
 // Reads the #include lines of the tree and fails on any arrow between rooms that the build does not list.
+#include "RoomArrows.h"
+
 #include <QDirIterator>
-#include <QFile>
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace quorvia::test;
+
 namespace {
-
-using Arrows = QHash<QString, QStringList>;
-
-QStringList linesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))
-                                          : QStringList();
-}
-
-/// Room -> the rooms that it may include, from lines "room: other other".
-Arrows readArrows(const QStringList& lines)
-{
-    Arrows arrows;
-    for (const QString& line : lines) {
-        if (line.contains(QLatin1Char(':')))
-            arrows.insert(line.section(QLatin1Char(':'), 0, 0),
-                          line.section(QLatin1Char(':'), 1).split(QLatin1Char(' '), Qt::SkipEmptyParts));
-    }
-    return arrows;
-}
-
-/// The rooms that a room reaches over any number of arrows.
-QSet<QString> reach(const Arrows& arrows, const QString& room)
-{
-    QSet<QString> seen;
-    QStringList open = arrows.value(room);
-    while (!open.isEmpty()) {
-        const QString next = open.takeLast();
-        if (!seen.contains(next)) {
-            seen.insert(next);
-            open += arrows.value(next);
-        }
-    }
-    return seen;
-}
 
 /// What is wrong with the includes of a file of `room`: one text each.
 QStringList wrongIncludes(const Arrows& arrows, const QString& room, const QStringList& lines)
