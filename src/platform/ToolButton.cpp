@@ -63,6 +63,8 @@ void ToolButton::showTool(const ToolValues& values, Opens opens)
     repaints |= take(m_opens, opens);
     if (repaints)
         update();
+    if (!values.checked)
+        setChecked(false); // while it is checkable: else it would not be painted anew
     setCheckable(values.checked);
     setChecked(values.checked);
     setEnabled(values.enabled);
