@@ -7,10 +7,13 @@
 #include <QColorDialog>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
+#include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -82,6 +85,24 @@ BoxAnswer answerOf(int button)
     }
 }
 
+/// Widens the box for a text with line ends of its own: the toolkit would fold its lines at a width of its
+/// own too, and leave a word alone on a line.
+void keepLines(QMessageBox& widget)
+{
+    auto* const grid = qobject_cast<QGridLayout*>(widget.layout());
+    if (!grid || !widget.text().contains(u'\n'))
+        return;
+    constexpr double mostOfScreen = 0.8;
+    const QSize text = widget.fontMetrics().size(Qt::TextExpandTabs, widget.text());
+    const int beside = widget.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &widget) +
+                       3 * grid->horizontalSpacing() + grid->contentsMargins().left() +
+                       grid->contentsMargins().right();
+    const int widest = int(widget.screen()->availableGeometry().width() * mostOfScreen);
+    grid->addItem(
+        new QSpacerItem(std::min(text.width() + beside, widest), 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
+        grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 void fill(QMessageBox& widget, const MessageBox& box)
 {
     widget.setObjectName(QStringLiteral("MessageBox"));
@@ -95,6 +116,7 @@ void fill(QMessageBox& widget, const MessageBox& box)
     const bool asksYes = box.buttons == BoxButtons::YesNo || box.buttons == BoxButtons::YesNoCancel;
     widget.setDefaultButton(asksYes ? QMessageBox::Yes : QMessageBox::Ok);
     widget.setEscapeButton(closingButton(box.buttons));
+    keepLines(widget);
 }
 
 /// How many letters of an answer are seen at once.

@@ -121,6 +121,22 @@ class TestDialogs : public QObject
         QCOMPARE(spoken, QStringLiteral("File <Error>|") + text);
     }
 
+    void linesStayAsTheyAreWritten()
+    {
+        const QString text =
+            QStringLiteral("A first line.\nA second one, which is longer than the toolkit lets "
+                           "a line be without folding it\nand a third one.");
+        int lines = 0;
+        NextBox next([&](QMessageBox& box) {
+            auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+            lines =
+                qRound(double(label->heightForWidth(label->width())) / label->fontMetrics().lineSpacing());
+            press(box, QMessageBox::Ok);
+        });
+        showMessage(nullptr, {BoxKind::Question, BoxButtons::Ok, QStringLiteral("Title"), text});
+        QCOMPARE(lines, 3);
+    }
+
     void kinds_data()
     {
         QTest::addColumn<BoxKind>("kind");
