@@ -8,7 +8,9 @@
 #include "controls/gnTab.h"
 #include "controls/uLink.h"
 #include "platform/MenuControl.h"
+#include "platform/ToolButton.h"
 #include "platform/ToolControl.h"
+#include "platform/ToolModel.h"
 #include "viewer/DragHandle.h"
 #include "viewer/FileListHandle.h"
 
@@ -16,8 +18,6 @@
 #include <QFrame>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QStyle>
-#include <QToolButton>
 #include <QWidget>
 
 #include <algorithm>
@@ -71,7 +71,7 @@ void placeAt(QWidget* pane, const QRect& twips)
 
 Panes::Panes(QWidget* window, Sinks sinks)
     : QObject(window), m_window(window), m_sinks(std::move(sinks)), m_pMain(makePane(window, "pMain")),
-      m_ab1(new platform::ToolControl(m_pMain)), m_iButton(new QToolButton(m_pMain)),
+      m_ab1(new platform::ToolControl(m_pMain)), m_iButton(new platform::ToolButton(m_pMain)),
       m_Line1(new QFrame(m_pMain)), m_aP(new platform::MenuControl(m_pMain)), m_pTop(makePane(m_aP, "pTop")),
       m_pFilebar(makePane(m_pTop, "pFilebar")), m_uLink(new controls::uLink(openLink, m_pTop)),
       m_gTab(new controls::gnTab(m_pTop)), m_pContain(makePane(m_pTop, "pContain")),
@@ -92,9 +92,10 @@ Panes::Panes(QWidget* window, Sinks sinks)
     m_ab1->setAutoFillBackground(true);
     m_ab1->hide();
     m_iButton->setObjectName(QStringLiteral("iButton"));
-    m_iButton->setIcon(m_window->style()->standardIcon(QStyle::SP_TitleBarNormalButton));
-    m_iButton->setToolTip(tr("Show the picture alone"));
-    m_iButton->setAccessibleName(m_iButton->toolTip());
+    platform::ToolValues alone;
+    alone.caption = tr("Show the picture alone");
+    alone.pictures[0] = QStringLiteral("alone");
+    m_iButton->showTool(alone, platform::ToolButton::Opens::Nothing);
     connect(m_iButton, &QAbstractButton::clicked, this,
             [this] { m_sinks.runTool(QStringLiteral("miHideInterface")); });
     m_uLink->setObjectName(QStringLiteral("uLink"));

@@ -10,7 +10,6 @@
 #include <functional>
 #include <optional>
 
-class QAbstractButton;
 class QWidget;
 
 namespace quorvia::controls {
@@ -21,6 +20,7 @@ class uLink;
 namespace quorvia::platform {
 class Band;
 class MenuControl;
+class ToolButton;
 class ToolControl;
 } // namespace quorvia::platform
 
@@ -114,7 +114,7 @@ class Panes : public QObject
     Sinks m_sinks;
     QWidget* m_pMain;
     platform::ToolControl* m_ab1;
-    QAbstractButton* m_iButton; ///< shows while the interface flag is clear and the toolbar leaves room
+    platform::ToolButton* m_iButton; ///< shows while the interface flag is clear and the toolbar leaves room
     QWidget* m_Line1;
     platform::MenuControl* m_aP;
     QWidget* m_pTop;

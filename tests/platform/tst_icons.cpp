@@ -24,7 +24,7 @@ const QStringList carriers =
 const QStringList others =
     QStringLiteral(
         "clear folder file exit moveup movedown add addall remove playlist playlistadd playlistremove "
-        "import export lock close stretch slidestop lindora gallery software tip")
+        "import export lock close stretch slidestop lindora gallery software tip alone")
         .split(QLatin1Char(' '));
 
 QImage imageOf(const QString& name, int side, const QColor& color = Qt::black)
