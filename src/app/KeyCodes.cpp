@@ -94,6 +94,30 @@ bool isUnused(int code)
     return code == 0 || code == asterisk || (code >= firstSign && !bracket);
 }
 
+struct NamedKey
+{
+    int code;
+    const char* name;
+};
+
+constexpr std::array keyNames = {
+    NamedKey{keyCode::enter, "Enter"},   NamedKey{keyCode::escape, "Esc"},
+    NamedKey{keyCode::space, "Space"},   NamedKey{keyCode::left, "Left"},
+    NamedKey{keyCode::up, "Up"},         NamedKey{keyCode::right, "Right"},
+    NamedKey{keyCode::down, "Down"},     NamedKey{keyCode::deleteKey, "Delete"},
+    NamedKey{keyCode::openBracket, "["}, NamedKey{keyCode::closeBracket, "]"},
+};
+
+QString plainKeyName(int code)
+{
+    constexpr int lastFunctionKey = keyCode::f1 + 23;
+    if (code >= keyCode::f1 && code <= lastFunctionKey)
+        return u'F' + QString::number(code - keyCode::f1 + 1);
+    const auto found = std::find_if(keyNames.begin(), keyNames.end(),
+                                    [code](const NamedKey& key) { return key.code == code; });
+    return found == keyNames.end() ? QString(QChar(code)) : QString(QLatin1String(found->name));
+}
+
 } // namespace
 
 int virtualKeyCode(int qtKey, quint32 scanCode)
@@ -101,6 +125,16 @@ int virtualKeyCode(int qtKey, quint32 scanCode)
     const int code = codeOfKey(qtKey);
     const int place = isUnused(code) ? codeOfPlace(scanCode) : 0;
     return place != 0 ? place : code;
+}
+
+QString keyName(int keyCode, int shift)
+{
+    QString name;
+    for (const auto& [bit, text] : {std::pair{CtrlBit, "Ctrl+"}, {AltBit, "Alt+"}, {ShiftBit, "Shift+"}}) {
+        if (shift & bit)
+            name += QLatin1String(text);
+    }
+    return name + plainKeyName(keyCode);
 }
 
 int modifierMask(Qt::KeyboardModifiers modifiers)

@@ -1,6 +1,7 @@
 // Keys as virtual key codes and modifier masks, which the tables of keys are written in.
 #pragma once
 
+#include <QString>
 #include <Qt>
 
 namespace quorvia::app {
@@ -36,5 +37,8 @@ inline constexpr int closeBracket = 221;
 int virtualKeyCode(int qtKey, quint32 scanCode);
 /// The modifier mask of Qt's modifiers; the keypad and group bits do not count.
 int modifierMask(Qt::KeyboardModifiers modifiers);
+/// A virtual key code and a modifier mask as a keyboard has them printed: "Ctrl+F", "Delete", "]". A code
+/// without a name of its own gives its character.
+QString keyName(int keyCode, int shift);
 
 } // namespace quorvia::app

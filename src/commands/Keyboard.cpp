@@ -4,14 +4,12 @@
 #include "app/KeyCodes.h"
 #include "app/Product.h"
 #include "app/Settings.h"
+#include "commands/FixedKeys.h"
 #include "commands/KeyBoxes.h"
 #include "commands/ShortcutTable.h"
 
 #include <QApplication>
 #include <QPointer>
-
-#include <algorithm>
-#include <array>
 
 namespace quorvia::commands {
 
@@ -20,16 +18,6 @@ namespace {
 constexpr int debounce = 100; // milliseconds
 
 namespace code = app::keyCode;
-using app::AltBit;
-using app::CtrlBit;
-using app::NoModifier;
-using app::ShiftBit;
-
-/// Ctrl+Alt. With Shift too: X servers and compositors keep Ctrl+Alt and a function key for the consoles.
-bool asksToErase(int shift)
-{
-    return (shift & ~ShiftBit) == (CtrlBit | AltBit);
-}
 
 bool saysYes(QWidget* owner, const platform::MessageBox& box)
 {
@@ -37,15 +25,6 @@ bool saysYes(QWidget* owner, const platform::MessageBox& box)
 }
 
 } // namespace
-
-/// A key that wins over the shortcut table: it runs a command, or a step of its own.
-struct Keyboard::FixedKey
-{
-    int keyCode;
-    int shift;
-    const char* tool;
-    void (Keyboard::*step)() = nullptr;
-};
 
 /// A key on its way, from the first look at it to the end of all that it does.
 class Keyboard::Step
@@ -66,32 +45,6 @@ class Keyboard::Step
   private:
     QPointer<Keyboard> m_keyboard;
 };
-
-const Keyboard::FixedKey* Keyboard::fixedKey(int keyCode, int shift)
-{
-    static constexpr std::array keys = {
-        FixedKey{code::f1, NoModifier, nullptr, &Keyboard::askForHelp},
-        FixedKey{code::f2, NoModifier, nullptr, &Keyboard::askForShortcutHelp},
-        FixedKey{code::f10, NoModifier, nullptr, &Keyboard::showInformation},
-        FixedKey{'H', NoModifier, "miHideInterface"},
-        FixedKey{code::escape, NoModifier, nullptr, &Keyboard::exit},
-        FixedKey{'Z', NoModifier, "miQuickHide"},
-        FixedKey{'X', NoModifier, nullptr, &Keyboard::minimise},
-        FixedKey{'1', NoModifier, "miViewNormal"},
-        FixedKey{'2', NoModifier, "miViewInformation"},
-        FixedKey{'3', NoModifier, "miViewFilmstrip"},
-        FixedKey{code::right, NoModifier, "miNext"},
-        FixedKey{code::left, NoModifier, "miPrevious"},
-        FixedKey{code::down, NoModifier, "miNext"},
-        FixedKey{code::up, NoModifier, "miPrevious"},
-        FixedKey{'P', NoModifier, "miSlideShow"},
-        FixedKey{'F', AltBit, nullptr, &Keyboard::fitWindowToImage},
-    };
-    const auto found = std::find_if(keys.begin(), keys.end(), [=](const FixedKey& key) {
-        return key.keyCode == keyCode && key.shift == shift;
-    });
-    return found == keys.end() ? nullptr : &*found;
-}
 
 Keyboard::Keyboard(const ShortcutTable* shortcuts, KeyboardSinks sinks, QObject* parent)
     : QObject(parent), m_shortcuts(shortcuts), m_sinks(std::move(sinks))
@@ -124,7 +77,7 @@ void Keyboard::tick(QTimer& timer)
 /// or went away, was meant for the box.
 void Keyboard::letEscPass(int keyCode, int shift)
 {
-    if (keyCode == code::escape && shift == NoModifier && m_waiting.isPassing())
+    if (keyCode == code::escape && shift == app::NoModifier && m_waiting.isPassing())
         endDebounces();
 }
 
@@ -160,10 +113,8 @@ void Keyboard::keyDown(int keyCode, int shift)
         return;
     m_tWait.start();
     const Step step(this);
-    if (keyCode == code::f7 && asksToErase(shift))
-        askToErase();
-    else if (keyCode == code::f12)
-        platform::showMessage(m_sinks.owner, engineBox());
+    if (const FixedKey* const early = keyAmong(earlyKeys(), keyCode, shift))
+        run(*early);
     if (step.isAlive())
         GlobalKeyPress(keyCode, shift);
 }
@@ -177,13 +128,34 @@ void Keyboard::GlobalKeyPress(int keyCode, int shift)
     const Step step(this);
     if (m_sinks.isDescriptionUnsaved())
         return;
-    const FixedKey* const fixed = fixedKey(keyCode, shift);
-    if (!fixed)
-        runShortcuts(keyCode, shift);
-    else if (fixed->tool)
-        m_sinks.runTool(QLatin1String(fixed->tool));
+    if (const FixedKey* const fixed = keyAmong(fixedKeys(), keyCode, shift))
+        run(*fixed);
     else
-        (this->*fixed->step)();
+        runShortcuts(keyCode, shift);
+}
+
+void Keyboard::run(const FixedKey& key)
+{
+    switch (key.step) {
+    case KeyStep::RunTool:
+        return m_sinks.runTool(QLatin1String(key.tool));
+    case KeyStep::AskForHelp:
+        return askForHelp();
+    case KeyStep::AskForShortcutHelp:
+        return askForShortcutHelp();
+    case KeyStep::ShowInformation:
+        return showInformation();
+    case KeyStep::Exit:
+        return exit();
+    case KeyStep::Minimise:
+        return m_sinks.minimise();
+    case KeyStep::FitWindowToImage:
+        return QuickFunctions(QStringLiteral("FitWindowToImage"));
+    case KeyStep::AskToErase:
+        return askToErase();
+    case KeyStep::ShowEngine:
+        return showEngine();
+    }
 }
 
 void Keyboard::runShortcuts(int keyCode, int shift)
@@ -239,21 +211,16 @@ void Keyboard::exit()
         m_sinks.runTool(QStringLiteral("miExit"));
 }
 
-void Keyboard::minimise()
-{
-    m_sinks.minimise();
-}
-
-void Keyboard::fitWindowToImage()
-{
-    QuickFunctions(QStringLiteral("FitWindowToImage"));
-}
-
 void Keyboard::askToErase()
 {
     const QPointer<Keyboard> alive(this);
     if (app::askToErase(m_sinks.owner) && alive)
         m_sinks.endProcess();
+}
+
+void Keyboard::showEngine()
+{
+    platform::showMessage(m_sinks.owner, engineBox());
 }
 
 } // namespace quorvia::commands

@@ -16,6 +16,7 @@ class QWidget;
 
 namespace quorvia::commands {
 
+struct FixedKey;
 class ShortcutTable;
 
 /// Where the keys lead. All of them are called.
@@ -50,9 +51,7 @@ class Keyboard : public QObject
     void QuickFunctions(const QString& name);
 
   private:
-    struct FixedKey;
     class Step;
-    static const FixedKey* fixedKey(int keyCode, int shift);
 
     void prepare(QTimer& timer, const char* name);
     void tick(QTimer& timer);
@@ -60,14 +59,14 @@ class Keyboard : public QObject
     void beginStep();
     void endStep();
     void endDebounces();
+    void run(const FixedKey& key);
     void runShortcuts(int keyCode, int shift);
     void askForHelp();
     void askForShortcutHelp();
     void showInformation();
     void exit();
-    void minimise();
-    void fitWindowToImage();
     void askToErase();
+    void showEngine();
 
     const ShortcutTable* m_shortcuts;
     KeyboardSinks m_sinks;

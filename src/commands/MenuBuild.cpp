@@ -177,7 +177,7 @@ QString MenuBuild::GetInternalExtensionToolbar()
 {
     if (!m_parts.postrelIsThere())
         return QString();
-    m_parts.shortcuts->AddShortcut(QStringLiteral("2"), QStringLiteral("E"), QStringLiteral("miEmailImage"));
+    fillShortcuts(*m_parts.shortcuts, mailShortcut());
     return QStringLiteral("miEmailImage|");
 }
 

@@ -52,6 +52,11 @@ QString fixedShortcuts()
         "miFullScreen:2:13|miDelete:0:46|miCloseImage:0:Q");
 }
 
+QString mailShortcut()
+{
+    return QStringLiteral("miEmailImage:2:E");
+}
+
 void fillShortcuts(ShortcutTable& table, const QString& list)
 {
     for (const QString& shortcut : list.split(u'|')) {

@@ -38,6 +38,8 @@ class ShortcutTable
 
 /// The fixed list: entries "name:modifier:key", separated by "|".
 QString fixedShortcuts();
+/// The entry that comes to it with the mail tool.
+QString mailShortcut();
 /// Adds the entries of such a list to `table`, in their order; one with less than three fields adds nothing.
 void fillShortcuts(ShortcutTable& table, const QString& list);
 

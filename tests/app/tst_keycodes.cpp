@@ -140,6 +140,36 @@ class TestKeyCodes : public QObject
         QFETCH(int, modifiers);
         QTEST(modifierMask(Qt::KeyboardModifiers(modifiers)), "mask");
     }
+
+    void names_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("mask");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("letter") << int('K') << 0 << "K";
+        QTest::newRow("digit") << int('2') << 2 << "Ctrl+2";
+        QTest::newRow("Alt") << int('F') << 4 << "Alt+F";
+        QTest::newRow("all modifiers") << 118 << 7 << "Ctrl+Alt+Shift+F7";
+        QTest::newRow("first function key") << 112 << 0 << "F1";
+        QTest::newRow("last function key") << 135 << 0 << "F24";
+        QTest::newRow("Enter") << 13 << 2 << "Ctrl+Enter";
+        QTest::newRow("Esc") << 27 << 0 << "Esc";
+        QTest::newRow("Space") << 32 << 0 << "Space";
+        QTest::newRow("Left") << 37 << 0 << "Left";
+        QTest::newRow("Up") << 38 << 0 << "Up";
+        QTest::newRow("Right") << 39 << 0 << "Right";
+        QTest::newRow("Down") << 40 << 0 << "Down";
+        QTest::newRow("Delete") << 46 << 0 << "Delete";
+        QTest::newRow("[") << 219 << 0 << "[";
+        QTest::newRow("]") << 221 << 0 << "]";
+    }
+
+    void names()
+    {
+        QFETCH(int, code);
+        QFETCH(int, mask);
+        QTEST(keyName(code, mask), "name");
+    }
 };
 
 QTEST_GUILESS_MAIN(TestKeyCodes)
