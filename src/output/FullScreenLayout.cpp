@@ -49,18 +49,19 @@ QRectF atBestFit(const FullScreenView& view)
     return {0, windowHeight / 2 - height / 2, windowWidth, height};
 }
 
-struct KeyRow
-{
-    int keyCode;
-    FullScreenAction action;
-};
+constexpr char nextText[] = "go to the next image";
+constexpr char previousText[] = "go to the previous image";
 
 constexpr std::array keys = {
-    KeyRow{code::space, FullScreenAction::Random},    KeyRow{code::escape, FullScreenAction::Exit},
-    KeyRow{code::right, FullScreenAction::PressNext}, KeyRow{code::left, FullScreenAction::PressPrevious},
-    KeyRow{code::down, FullScreenAction::Next},       KeyRow{code::up, FullScreenAction::Previous},
-    KeyRow{'T', FullScreenAction::Caption},           KeyRow{'S', FullScreenAction::Mode},
-    KeyRow{'P', FullScreenAction::SlideShow},
+    FullScreenKey{code::right, FullScreenAction::PressNext, nextText},
+    FullScreenKey{code::down, FullScreenAction::Next, nextText},
+    FullScreenKey{code::left, FullScreenAction::PressPrevious, previousText},
+    FullScreenKey{code::up, FullScreenAction::Previous, previousText},
+    FullScreenKey{code::space, FullScreenAction::Random, "go to any image of the list"},
+    FullScreenKey{'P', FullScreenAction::SlideShow, "start or stop the slide show"},
+    FullScreenKey{'S', FullScreenAction::Mode, "change between actual size, best fit and stretched"},
+    FullScreenKey{'T', FullScreenAction::Caption, "show or hide the name of the image"},
+    FullScreenKey{code::escape, FullScreenAction::Exit, "end the program"},
 };
 
 /// A part of the bar, both ends outside of it.
@@ -158,6 +159,11 @@ QString nameLabel(const QString& name, const QString& longText, double longWidth
     return longWidth < labelWidth ? longText : name;
 }
 
+std::span<const FullScreenKey> fullScreenKeys()
+{
+    return keys;
+}
+
 FullScreenAction keyAction(int keyCode, int shift, bool slideShowOnly)
 {
     if (slideShowOnly)
@@ -165,7 +171,7 @@ FullScreenAction keyAction(int keyCode, int shift, bool slideShowOnly)
     if (keyCode == 0)
         return FullScreenAction::None;
     const auto found = std::find_if(keys.begin(), keys.end(),
-                                    [keyCode](const KeyRow& row) { return row.keyCode == keyCode; });
+                                    [keyCode](const FullScreenKey& row) { return row.keyCode == keyCode; });
     if (found != keys.end())
         return found->action;
     return shift == app::NoModifier ? FullScreenAction::Close : FullScreenAction::None;

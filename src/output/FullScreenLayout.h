@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QString>
 
+#include <span>
+
 namespace quorvia::output {
 
 // --- the picture
@@ -92,6 +94,15 @@ enum class FullScreenAction {
     SlideShow,
 };
 
+struct FullScreenKey
+{
+    int keyCode; ///< with any modifier
+    FullScreenAction action;
+    const char* text; ///< a phrase without a full stop
+};
+
+/// The keys that do something else than to close.
+std::span<const FullScreenKey> fullScreenKeys();
 /// What a key does: a virtual key code (0 for a key without one) and a modifier mask (1 Shift, 2 Ctrl, 4
 /// Alt). While the slideshow runs alone every key closes.
 FullScreenAction keyAction(int keyCode, int shift, bool slideShowOnly);
