@@ -53,8 +53,6 @@ const CommandText* catalogEntry(const QString& command)
 std::vector<KeyText> mainWindowKeys()
 {
     std::vector<KeyText> all;
-    for (const FixedKey& key : earlyKeys())
-        all.push_back(textOf(key));
     for (const FixedKey& key : fixedKeys())
         all.push_back(textOf(key));
     ShortcutTable shortcuts;
@@ -67,6 +65,8 @@ std::vector<KeyText> mainWindowKeys()
         if (!keyAmong(fixedKeys(), keyCode, shift))
             all.push_back(commandKey(keyCode, shift, fields[2]));
     }
+    for (const FixedKey& key : earlyKeys())
+        all.push_back(textOf(key));
     return all;
 }
 

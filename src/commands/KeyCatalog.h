@@ -20,8 +20,8 @@ struct KeyText
     QString text;    ///< a phrase without a full stop
 };
 
-/// The keys in the order in which they are looked up: the early and the fixed ones, those of the shortcut
-/// table, and the one of the mail tool. A shortcut that a fixed key hides is left out.
+/// The fixed keys, those of the shortcut table, the one of the mail tool, and the early ones. A shortcut that
+/// a fixed key hides is left out.
 std::vector<KeyText> mainWindowKeys();
 
 /// The row under which `command` is told of: for another name, that of the command it stands for. Null for a

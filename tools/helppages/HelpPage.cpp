@@ -109,7 +109,7 @@ Part keyOfCommand(const QString& command)
     const auto keys = commands::mainWindowKeys();
     const auto found = std::find_if(keys.begin(), keys.end(),
                                     [&command](const KeyText& key) { return key.command == command; });
-    return found == keys.end() ? Part() : kbd(found->keys);
+    return found == keys.end() || command.isEmpty() ? Part() : kbd(found->keys);
 }
 
 /// The rows of the dialog that opens images, without the first, which has all types.
