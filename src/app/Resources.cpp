@@ -20,7 +20,7 @@ QStringList resourceDirectories()
     // An installed program must not look into a directory that anybody could make after the build was
     // removed.
     if (program.startsWith(QStringLiteral(QUORVIA_BUILD_TREE)))
-        directories += {QStringLiteral(QUORVIA_BUILD_TREE "data/"), QStringLiteral(QUORVIA_DATA)};
+        directories += {program + QStringLiteral("data/"), QStringLiteral(QUORVIA_DATA)};
     return directories;
 }
 

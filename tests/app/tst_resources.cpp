@@ -59,6 +59,20 @@ class TestResources : public QObject
                  home.path(QStringLiteral("root/help/none.htm")));
     }
 
+    void whatTheBuildMadeIsFoundBesideTheProgram()
+    {
+        const ScratchHome home;
+        const QString name = QStringLiteral("tst_resources/made.dat");
+        const QString beside = QCoreApplication::applicationDirPath() + QStringLiteral("/data/");
+        QVERIFY(resourcePath(name).startsWith(home.path(QStringLiteral("root/"))));
+        QVERIFY(QDir().mkpath(beside + QStringLiteral("tst_resources")));
+        QFile made(beside + name);
+        QVERIFY(made.open(QIODevice::WriteOnly));
+        const QString found = resourcePath(name);
+        QVERIFY(made.remove() && QDir().rmpath(beside + QStringLiteral("tst_resources")));
+        QCOMPARE(found, beside + name);
+    }
+
     void anInstalledProgramFindsWhatIsInstalled()
     {
         const ScratchHome home;
