@@ -8,6 +8,9 @@ namespace quorvia::platform {
 
 namespace {
 
+/// Repeats come closer than this, even where they are slow. A press that was let go for good is no repeat
+/// however close it is; behind a repeat it may be the next one of a display that lets the key go at once.
+constexpr ulong closest = 300; // milliseconds
 /// The first repeat comes after this at most. A key that was let go in another program is not waited for
 /// longer.
 constexpr ulong longestDelay = 1500; // milliseconds
@@ -19,6 +22,7 @@ constexpr ulong fastestFinger = 25; // milliseconds
 bool KeyRepeats::isRepeat(const QKeyEvent& press)
 {
     const bool repeat = repeats(press);
+    m_isRun = repeat;
     m_key = press.key();
     m_scanCode = press.nativeScanCode();
     m_time = press.timestamp();
@@ -52,7 +56,7 @@ bool KeyRepeats::repeats(const QKeyEvent& press) const
     const ulong said = m_scanCode < m_releases.size() ? m_releases[m_scanCode] : 0;
     const ulong released = std::max(m_released, said);
     const bool isDown = released < m_time || press.timestamp() - released < fastestFinger;
-    return isDown && since < longestDelay;
+    return (isDown && since < longestDelay) || (m_isRun && since < closest);
 }
 
 } // namespace quorvia::platform

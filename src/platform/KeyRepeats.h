@@ -30,6 +30,7 @@ class KeyRepeats
     bool repeats(const QKeyEvent& press) const;
 
     int m_key = 0;
+    bool m_isRun = false;   ///< the last press was a repeat
     quint32 m_scanCode = 0; ///< the display's name for it; 0 when nobody told
     ulong m_time = 0;       ///< of its press: milliseconds of the display's clock; 0 when nobody told
     ulong m_released = 0;   ///< when it was let go last, likewise

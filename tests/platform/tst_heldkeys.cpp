@@ -172,6 +172,25 @@ class TestHeldKeys : public QObject
         }
     }
 
+    /// Of a display that tells of a press and a release for each repeat.
+    void aRunOfRepeatsGoesOn()
+    {
+        HeldKeys held;
+        held.watch();
+        Counted widget;
+        press(widget, Qt::Key_Return, 1000);
+        letGo(widget, Qt::Key_Return, 1660);
+        for (const ulong time : {1660, 1700, 1740}) {
+            press(widget, Qt::Key_Return, time);
+            letGo(widget, Qt::Key_Return, time);
+        }
+        QCOMPARE(widget.presses, 1);
+        press(widget, Qt::Key_Return, 2100);
+        letGo(widget, Qt::Key_Return, 2110);
+        press(widget, Qt::Key_Return, 2230); // soon after, but pressed anew
+        QCOMPARE(widget.presses, 3);
+    }
+
     void otherWindowsDropNothing()
     {
         HeldKeys held;
