@@ -3,6 +3,7 @@
 #include "app/Twips.h"
 #include "collections/CellComposer.h"
 #include "collections/CellFit.h"
+#include "collections/FilmstripAccess.h"
 #include "collections/StripSurface.h"
 #include "collections/ThumbnailCache.h"
 #include "controls/ScrollBar.h"
@@ -58,6 +59,7 @@ Filmstrip::Filmstrip(QWidget* parent)
     setFocusPolicy(Qt::TabFocus); // a click leaves the keys to the window
     setAccessibleName(tr("Filmstrip"));
     m_pImages->setAccessibleName(tr("Thumbnails"));
+    announceFilmstrips();
     applyHeight();
 }
 

@@ -53,6 +53,12 @@ class Filmstrip : public QWidget
     /// Numbers below 1 count as 1, those above 200 as 200. Another number draws the strip anew; the selection
     /// is painted again in any case.
     void SetNumberOfRows(int rows);
+    /// The position that the keys lead from; -1 before they came.
+    int currentIndex() const { return m_current; }
+    /// Where the cell of `index` lies on the control, in pixels, were it as large as it takes.
+    QRect cellRect(int index) const;
+    /// Does what a click on the image `index` does.
+    void choose(int index);
     /// The selected positions, each with a ";" behind it.
     QString SelectedImages() const;
     /// Selects the positions that `text` names, joined by ";". They are painted some ticks later, one cell a

@@ -192,8 +192,7 @@ bool Filmstrip::takeKey(const QKeyEvent& event)
     case Qt::Key_Space:
         if (m_current < 0)
             return false;
-        Q_EMIT IndexSelected(m_current);
-        Q_EMIT ImageClicked(m_current, leftButton, app::NoModifier);
+        choose(m_current);
         break;
     default:
         return false;
@@ -226,8 +225,28 @@ void Filmstrip::moveCurrentTo(qint64 index)
     setAccessibleDescription(app::SplitPathName(m_images.at(m_current), 2));
     QAccessibleEvent told(this, QAccessible::DescriptionChanged);
     QAccessible::updateAccessibility(&told);
+    QAccessibleEvent focused(this, QAccessible::Focus);
+    focused.setChild(m_current);
+    if (hasFocus())
+        QAccessible::updateAccessibility(&focused);
     showCurrent();
     frameCurrent();
+}
+
+void Filmstrip::choose(int index)
+{
+    Q_EMIT IndexSelected(index);
+    Q_EMIT ImageClicked(index, leftButton, app::NoModifier);
+}
+
+QRect Filmstrip::cellRect(int index) const
+{
+    const CellPlace place = placeOf(index, m_rows);
+    const int column = place.column - std::max(m_pump.FirstIndex - 1, 0) / m_rows;
+    const QRect twips(QPoint(column * m_cell.width(), place.row * m_cell.height()), m_cell);
+    return QRect(QPoint(app::toPixels(twips.x()), app::toPixels(twips.y())),
+                 QSize(app::toPixels(twips.width()), app::toPixels(twips.height())))
+        .translated(m_pImages->pos());
 }
 
 /// Scrolls no further than it takes to see the cell.

@@ -38,6 +38,12 @@ void PanelTab::setFace(const QString& caption, const QString& icon)
     showIcon();
 }
 
+void PanelTab::addSpokenState(QAccessible::State& state) const
+{
+    state.selectable = true;
+    state.selected = m_isInFront;
+}
+
 void PanelTab::showCaption()
 {
     m_caption->setText(fontMetrics().elidedText(caption(), Qt::ElideRight, m_caption->width()));

@@ -2,13 +2,15 @@
 // front is only looked at; the one behind is a button.
 #pragma once
 
+#include "platform/SpokenWidget.h"
+
 #include <QAbstractButton>
 
 class QLabel;
 
 namespace quorvia::collections {
 
-class PanelTab : public QAbstractButton
+class PanelTab : public QAbstractButton, public platform::SpokenWidget
 {
     Q_OBJECT
 
@@ -21,6 +23,12 @@ class PanelTab : public QAbstractButton
     void setFace(const QString& caption, const QString& icon);
     /// As high as its caption needs.
     QSize sizeHint() const override;
+
+    QAccessible::Role spokenRole() const override { return QAccessible::PageTab; }
+    void addSpokenState(QAccessible::State& state) const override;
+    bool isSpokenPressable() const override { return !m_isInFront; }
+    void pressSpoken() override { click(); }
+    bool hidesItsParts() const override { return true; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,6 +1,8 @@
 // The sign of the maker's media portal at the foot of the welcome panel, painted in the panel's text colour.
 #pragma once
 
+#include "platform/SpokenWidget.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -10,7 +12,7 @@ namespace quorvia::commands {
 /// click without modifier is for the context menu.
 QString logoCommand(Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 
-class WelcomeLogo : public QWidget
+class WelcomeLogo : public QWidget, public platform::SpokenWidget
 {
     Q_OBJECT
 
@@ -20,6 +22,10 @@ class WelcomeLogo : public QWidget
     QSize sizeHint() const override;
     /// Any width: in a narrow column the name is cut off, not the column widened.
     QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
+
+    QAccessible::Role spokenRole() const override { return QAccessible::Link; }
+    bool isSpokenPressable() const override { return true; }
+    void pressSpoken() override { Q_EMIT commandChosen(logoCommand(Qt::LeftButton, Qt::NoModifier)); }
 
   Q_SIGNALS:
     void commandChosen(const QString& name);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/KeyRepeats.h"
+#include "platform/SpokenWidget.h"
 
 #include <QLabel>
 
@@ -11,7 +12,7 @@
 
 namespace quorvia::controls {
 
-class uLink : public QWidget
+class uLink : public QWidget, public platform::SpokenWidget
 {
     Q_OBJECT
 
@@ -30,6 +31,11 @@ class uLink : public QWidget
     void SetLinkURL(const QString& link);
 
     QSize sizeHint() const override { return m_lMsg->sizeHint(); }
+
+    QAccessible::Role spokenRole() const override { return QAccessible::Link; }
+    bool isSpokenPressable() const override { return true; }
+    void pressSpoken() override { open(); }
+    bool hidesItsParts() const override { return true; }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

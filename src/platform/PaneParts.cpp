@@ -62,6 +62,13 @@ QSize PaneHead::sizeHint() const
             fontMetrics().height() + headSpace};
 }
 
+void PaneHead::addSpokenState(QAccessible::State& state) const
+{
+    state.expandable = true;
+    state.expanded = isChecked();
+    state.collapsed = !isChecked();
+}
+
 void PaneHead::paintEvent(QPaintEvent*)
 {
     constexpr double atRest = 0.14;
@@ -138,6 +145,11 @@ void PaneRow::showItem(const PaneItem& item)
     setContentsMargins(left, 1, inset, 1);
     setText(words);
     setAccessibleName(text());
+}
+
+QAccessible::Role PaneRow::spokenRole() const
+{
+    return m_kind == PaneItemKind::Link ? QAccessible::Link : QAccessible::StaticText;
 }
 
 void PaneRow::paintEvent(QPaintEvent* event)

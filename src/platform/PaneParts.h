@@ -4,6 +4,7 @@
 
 #include "platform/KeyRepeats.h"
 #include "platform/PaneBar.h"
+#include "platform/SpokenWidget.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -11,7 +12,7 @@
 namespace quorvia::platform {
 
 /// Folds its pane; checked while the pane is open. By keys: Enter and the space bar.
-class PaneHead : public QAbstractButton
+class PaneHead : public QAbstractButton, public SpokenWidget
 {
     Q_OBJECT
 
@@ -19,6 +20,11 @@ class PaneHead : public QAbstractButton
     PaneHead(const QString& title, const PaneLook& look, QWidget* parent);
 
     QSize sizeHint() const override;
+
+    QAccessible::Role spokenRole() const override { return QAccessible::Button; }
+    void addSpokenState(QAccessible::State& state) const override;
+    bool isSpokenPressable() const override { return true; }
+    void pressSpoken() override { click(); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -31,7 +37,7 @@ class PaneHead : public QAbstractButton
     KeyRepeats m_repeats;
 };
 
-class PaneRow : public QLabel
+class PaneRow : public QLabel, public SpokenWidget
 {
     Q_OBJECT
 
@@ -40,6 +46,11 @@ class PaneRow : public QLabel
     PaneRow(const PaneItem& item, const PaneLook& look, bool besideIcons);
 
     void showItem(const PaneItem& item);
+
+    /// One that can be chosen is a link.
+    QAccessible::Role spokenRole() const override;
+    bool isSpokenPressable() const override { return m_kind == PaneItemKind::Link; }
+    void pressSpoken() override { Q_EMIT clicked(); }
 
   Q_SIGNALS:
     void clicked();

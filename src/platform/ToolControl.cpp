@@ -1,5 +1,6 @@
 #include "platform/ToolControl.h"
 
+#include "platform/SpokenWidget.h"
 #include "platform/ToolCombo.h"
 #include "platform/ToolLook.h"
 #include "platform/ToolMenu.h"
@@ -61,6 +62,7 @@ ToolControl::ToolControl(QWidget* parent)
       m_menus(std::make_unique<ToolMenu>(m_model.get(), this)), m_extension(new ToolButton(this))
 {
     setAccessibleName(tr("Toolbar"));
+    speakAs(this, QAccessible::ToolBar);
     m_catchUp.setSingleShot(true);
     connect(&m_catchUp, &QTimer::timeout, this, &ToolControl::catchUp);
     ToolValues more;

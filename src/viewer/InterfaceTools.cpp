@@ -4,6 +4,7 @@
 #include "commands/DesignedTools.h"
 #include "output/Slideshow.h"
 #include "platform/ToolControl.h"
+#include "platform/ToolMenu.h"
 #include "system/ToolPaths.h"
 
 namespace quorvia::viewer {
@@ -79,6 +80,15 @@ QString InterfaceTools::imageOfMenu() const
 {
     const platform::ToolBand* const band = m_parts.ab1->model()->band(QLatin1String(commands::imageMenuBand));
     return band ? band->tag() : QString();
+}
+
+void InterfaceTools::openMenuByKeys(QPoint at)
+{
+    platform::ToolMenu* const menus = m_parts.ab1->menus();
+    if (!isBuilt())
+        OpenMenuX(false); // shows nothing yet, like a right click
+    else if (menus->popUp(QStringLiteral("NewImage"), at))
+        menus->chooseFirst();
 }
 
 platform::Tool* InterfaceTools::toolOn(const char* band, const QString& name) const

@@ -40,6 +40,8 @@ class InterfaceTools : public QObject, private commands::MenuHost
 
     /// See MenuBuild.
     void OpenMenuX(bool rebuild) { m_build.OpenMenuX(rebuild); }
+    /// Opens the context menu at `at`, a place of the screen in pixels, with its first row chosen.
+    void openMenuByKeys(QPoint at);
     /// True once there are menu and toolbar.
     bool isBuilt() const { return m_build.isBuilt(); }
     /// Brings all tools but the marks of the views in line with `facts`.

@@ -9,9 +9,11 @@
 #include "app/Twips.h"
 #include "collections/Filmstrip.h"
 #include "platform/MenuControl.h"
+#include "platform/SpokenWidget.h"
 #include "platform/ToolControl.h"
 #include "viewer/CommandTable.h"
 #include "viewer/FamilyCommands.h"
+#include "viewer/MenuKey.h"
 #include "viewer/PageNavigator.h"
 #include "viewer/ReadAheadPlan.h"
 #include "viewer/UnloadStep.h"
@@ -88,12 +90,14 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     app::setPaneColor(pContain(), viewportColor);
     m_ix1->setObjectName(QStringLiteral("ix1"));
     m_ix1->setAccessibleName(tr("Picture"));
+    platform::speakAs(m_ix1, QAccessible::Graphic);
     m_ix1->hide();
 
     m_opening->setPlaylists(m_playlist);
     m_viewport->setLoadBoxElsewhere([this] { return m_full.loadBox(); });
     m_playlist->setBatchServices(m_images.batchServices());
 
+    new MenuKey(this);
     new ReadAheadPlan(std::move(loader), m_ix1, list(), m_viewport, this);
 
     const std::vector<commands::Tool> table = commandTable(*this);
