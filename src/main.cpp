@@ -14,6 +14,7 @@
 #include "engine/Toolkit.h"
 #include "platform/Dialogs.h"
 #include "platform/InstanceGuard.h"
+#include "platform/SpokenWidget.h"
 #include "platform/TerminationSignals.h"
 #include "system/Companions.h"
 #include "system/mAssociation.h"
@@ -128,6 +129,7 @@ int main(int argc, char* argv[])
         unseen.emplace(tellOnOutput);
     }
     QApplication application(toolkitArguments, argv);
+    platform::announceWindows(); // behind what the toolkit knows, and before the first window
     untilToolkitStands.reset();
     // No decoder may draw any more when the toolkit goes. The window, which shares the loader, is gone by
     // then.

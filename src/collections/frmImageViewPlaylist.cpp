@@ -5,6 +5,7 @@
 #include "collections/Playlist.h"
 #include "collections/PlaylistFolder.h"
 #include "platform/Shell.h"
+#include "platform/SpokenWidget.h"
 
 #include <QKeyEvent>
 
@@ -17,6 +18,7 @@ frmImageViewPlaylist::frmImageViewPlaylist(app::MainWindow& main, QWidget* paren
       m_commands(m_list), m_batch(new BatchActions(m_list, this))
 {
     setObjectName(QStringLiteral("frmImageViewPlaylist"));
+    platform::speakAs(this, QAccessible::Pane);
     setAccessibleName(tr("Picture list"));
     setFocusPolicy(Qt::ClickFocus);
     m_list->playlist()->setDialogOwner([this] { return window(); });

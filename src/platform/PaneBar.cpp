@@ -3,6 +3,7 @@
 #include "platform/PaneParts.h"
 
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -36,6 +37,7 @@ PaneBar::PaneBar(QWidget* parent)
     setFrameStyle(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
+    verticalScrollBar()->setAccessibleName(tr("Vertical scroll bar"));
     setWidgetResizable(true);
     setWidget(m_column);
     setGaps();

@@ -9,6 +9,8 @@ namespace quorvia::platform {
 
 namespace {
 
+constexpr char roleProperty[] = "spokenRole";
+
 class SpokenAccess : public QAccessibleWidget
 {
   public:
@@ -61,7 +63,19 @@ class SpokenAccess : public QAccessibleWidget
     SpokenWidget* m_spoken; ///< is the widget itself
 };
 
-constexpr char roleProperty[] = "spokenRole";
+/// Asked for before it gets a parent, a widget is a window only for a while.
+class PlainAccess : public QAccessibleWidget
+{
+  public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    QAccessible::Role role() const override
+    {
+        if (const QVariant role = widget()->property(roleProperty); role.isValid())
+            return QAccessible::Role(role.toInt());
+        return widget()->isWindow() ? QAccessible::Window : QAccessibleWidget::role();
+    }
+};
 
 /// Is asked for each class of the object, the most derived first: what the toolkit knows of it comes before
 /// QWidget.
@@ -72,9 +86,7 @@ QAccessibleInterface* makeAccess(const QString& className, QObject* object)
         return new SpokenAccess(widget, spoken);
     if (!widget || className != QLatin1String("QWidget"))
         return nullptr;
-    if (const QVariant role = widget->property(roleProperty); role.isValid())
-        return new QAccessibleWidget(widget, QAccessible::Role(role.toInt()));
-    return widget->isWindow() ? new QAccessibleWidget(widget, QAccessible::Window) : nullptr;
+    return new PlainAccess(widget);
 }
 
 } // namespace

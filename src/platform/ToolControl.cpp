@@ -61,8 +61,8 @@ ToolControl::ToolControl(QWidget* parent)
     : QWidget(parent), m_model(std::make_unique<ToolModel>()),
       m_menus(std::make_unique<ToolMenu>(m_model.get(), this)), m_extension(new ToolButton(this))
 {
-    setAccessibleName(tr("Toolbar"));
     speakAs(this, QAccessible::ToolBar);
+    setAccessibleName(tr("Toolbar"));
     m_catchUp.setSingleShot(true);
     connect(&m_catchUp, &QTimer::timeout, this, &ToolControl::catchUp);
     ToolValues more;

@@ -89,8 +89,8 @@ frmImageView::frmImageView(std::shared_ptr<engine::ImageLoader> loader, app::Com
     setFocus(); // the keys are the window's; the strip of tabs gets them only by Tab
     app::setPaneColor(pContain(), viewportColor);
     m_ix1->setObjectName(QStringLiteral("ix1"));
-    m_ix1->setAccessibleName(tr("Picture"));
     platform::speakAs(m_ix1, QAccessible::Graphic);
+    m_ix1->setAccessibleName(tr("Picture"));
     m_ix1->hide();
 
     m_opening->setPlaylists(m_playlist);
