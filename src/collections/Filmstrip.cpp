@@ -39,6 +39,7 @@ Filmstrip::Filmstrip(QWidget* parent)
     : QWidget(parent), m_canvasColor(initialColor, initialColor, initialColor),
       m_pImages(new StripSurface(this)), m_sBar(new controls::ScrollBar(this))
 {
+    announceFilmstrips(); // a reader may ask at the first name
     m_pImages->setObjectName(QStringLiteral("pImages"));
     m_pImages->installEventFilter(this);
     m_sBar->setObjectName(QStringLiteral("sBar"));
@@ -59,7 +60,6 @@ Filmstrip::Filmstrip(QWidget* parent)
     setFocusPolicy(Qt::TabFocus); // a click leaves the keys to the window
     setAccessibleName(tr("Filmstrip"));
     m_pImages->setAccessibleName(tr("Thumbnails"));
-    announceFilmstrips();
     applyHeight();
 }
 

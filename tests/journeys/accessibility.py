@@ -41,7 +41,7 @@ WITHIN = {"page tab": "page tab list", "list item": "list", "tree item": "tree",
 TELLING = {"label", "image", "icon", "progress bar", "frame", "window", "dialog", "alert", "status bar", "tool bar",
            "popup menu"}
 VAGUE = {"filler", "unknown", "invalid", "layered pane", "frame", "window"}
-STAYS = 1.0  # seconds after which a focus that a key did not move is taken to stay
+STAYS = 2.5  # seconds after which a focus that a key did not move is taken to stay
 MOST_STOPS = 80
 
 

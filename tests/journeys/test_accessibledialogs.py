@@ -64,7 +64,7 @@ class Dialogs(AccessibleJourney):
                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(self._end, owner)
         wait_until(lambda: self.output("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS"), "the offer")
-        self.visit("clipboard", self.keys("ctrl+v"))
+        self.visit("clipboard", self.keys("ctrl+v"), (("menu item", "View", "Alt and its letter open it"),))
         self.no_faults()
 
     def test_playlist_editor(self):
