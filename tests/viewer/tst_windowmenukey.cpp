@@ -32,10 +32,11 @@ class TestWindowMenuKey : public QObject
         QFETCH(bool, shift);
         QFETCH(bool, opens);
         ViewerBench bench;
+        bench.threePictures();
         frmImageView& window = bench.load({bench.in("pics")});
         window.OpenMenuX(true);
         if (byMenuKey) { // the toolkit makes it of the key
-            QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(1, 1));
+            QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
             QCoreApplication::sendEvent(&window, &event);
         } else {
             QTest::keyClick(&window, shift ? Qt::Key_F10 : Qt::Key_F9, Qt::ShiftModifier);
