@@ -211,6 +211,9 @@ class AccessibleJourney(Journey):
         now = self.focused()
         seen = {now}
         reached |= now
+        yield now
+        if key == "Tab":
+            now = self.focused()  # the arrows may have led on from there
         for _ in range(MOST_STOPS):
             now = self.press_and_see(key, now)
             if now in seen:
@@ -218,6 +221,8 @@ class AccessibleJourney(Journey):
             seen.add(now)
             reached |= now
             yield now
+            if key == "Tab":
+                now = self.focused()
 
     def reached_by_keys(self, top):
         """The paths of all that the Tab key reaches, and within groups the arrows."""

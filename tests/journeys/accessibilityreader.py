@@ -25,6 +25,8 @@ class Reader:
             address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
             None, None)
         self.name = None  # of the program
+        self.still = set()  # what can never have the focus: not asked about it, which takes most of the time
+        self.leaves = set()  # what was without children when the tree was read last
 
     def call(self, name, path, interface, member, arguments=None):
         return self.bus.call_sync(name, path, interface, member, arguments, None, Gio.DBusCallFlags.NONE, PATIENCE,
@@ -86,6 +88,10 @@ class Reader:
                 nodes.append(self.node(path, parent))
             return shows
         self.walk(visit)
+        self.still = {node["path"] for node in nodes
+                      if node["role"] in ("label", "graphic") and "focusable" not in node["states"]
+                      or node["role"] == "tree item"}  # a folder may have many; the tree tells of the focus too
+        self.leaves = {node["path"] for node in nodes} - {node["parent"] for node in nodes}
         return nodes
 
     def focus(self):
@@ -94,10 +100,12 @@ class Reader:
         found = []
 
         def visit(path, _):
+            if path in self.still:
+                return False
             states = self.states(path) if path != ROOT else ["visible"]
             if "focused" in states:
                 found.append(path)
-            return "visible" in states
+            return "visible" in states and path not in self.leaves
         self.walk(visit)
         return found
 
