@@ -110,8 +110,8 @@ def installed(command):
 
 def entries(path, wanted):
     """The viewers of viewers.conf: those that are there, and lines about the others."""
-    config = configparser.RawConfigParser(delimiters=('=',), strict=True)
-    config.optionxform = str
+    config = configparser.RawConfigParser(delimiters=('=',))
+    config.optionxform = str  # paths keep their capitals
     config.read(path, encoding='utf-8')
     present, absent = {}, []
     for name in config.sections():
@@ -162,7 +162,7 @@ def measure(options, viewers, cases):
     """All rounds, viewers in turn within each. A viewer that fails a case in the warm-up is not asked again."""
     results = Results()
     for case in cases:
-        rounds = options.runs if case in CASES else max(1, options.runs // 3)
+        rounds = {'walk': 1, 'hold': 2}.get(case, options.runs)
         warmups = 1 if case in CASES else 0
         failed = set()
         for number in range(rounds + warmups):
@@ -182,18 +182,26 @@ def measure(options, viewers, cases):
     return results
 
 
+def picture_of(options, name):
+    subprocess.run(['import', '-window', 'root', '-resize', '50%', os.path.join(options.show, name + '.png')], check=True)
+
+
 def show(options, viewers, cases):
-    """A picture of the screen of every viewer, by the key and in the end."""
+    """A picture of the screen of every viewer, for the walk one more after the key."""
     for viewer in viewers:
         for case in cases:
-            if case in WALKS:
-                continue
-            path = os.path.join(options.pictures, CASES[case][1])
-            process = subprocess.Popen(viewer.words(viewer.command, path), env=viewer.environment,
-                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd=viewer.home)
+            name = f'{viewer.name}-{case}'
+            line = viewer.walk if case in WALKS else viewer.command
+            path = os.path.join(options.pictures, 'walk/00.jpg' if case in WALKS else CASES[case][1])
+            process = subprocess.Popen(viewer.words(line, path), env=viewer.environment, stdout=subprocess.DEVNULL,
+                                       stderr=subprocess.DEVNULL, cwd=viewer.home)
             time.sleep(4)
-            subprocess.run(['import', '-window', 'root', '-resize', '50%',
-                            os.path.join(options.show, f'{viewer.name}-{case}.png')], check=True)
+            picture_of(options, name)
+            if case in WALKS:
+                for _ in range(2):
+                    subprocess.run(['xdotool', 'key', viewer.key], check=True)
+                    time.sleep(2)
+                picture_of(options, name + '-after')
             process.terminate()
             process.wait()
 
@@ -276,7 +284,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     for name in ('pictures', 'build', 'work'):
         parser.add_argument('--' + name, required=True)
-    parser.add_argument('--runs', type=int, default=7)
+    parser.add_argument('--runs', type=int, default=5)
     parser.add_argument('--steps', type=int, default=40)
     parser.add_argument('--viewers', default='')
     parser.add_argument('--cases', default=','.join([*CASES, *WALKS]))

@@ -126,16 +126,17 @@ class Keys
         XkbSetAutoRepeatRate(display, XkbUseCoreKbd, 300, 33);
     }
     bool isKnown() const { return m_code != 0; }
-    void set(bool down) const
+    /// Presses or lets go, `delay` milliseconds after what was sent before.
+    void set(bool down, unsigned long delay = 0) const
     {
-        XTestFakeKeyEvent(m_display, m_code, down ? True : False, CurrentTime);
+        XTestFakeKeyEvent(m_display, m_code, down ? True : False, delay);
         XFlush(m_display);
     }
+    /// A stroke too short to repeat; the call does not wait for its end.
     void press() const
     {
         set(true);
-        sleepMilliseconds(20);
-        set(false);
+        set(false, 20);
     }
 
   private:
@@ -182,13 +183,10 @@ bool walk(const ScreenPixels& screen, const Keys& keys, int count, int pause, ch
         sleepMilliseconds(pause);
         code = code % colors + 1;
         const auto begin = Clock::now();
-        keys.set(true);
-        const bool stands = !waitFor(screen, code, patience).isEmpty();
-        const double time = millisecondsSince(begin);
-        keys.set(false);
-        if (!stands)
+        keys.press();
+        if (waitFor(screen, code, patience).isEmpty())
             break;
-        std::printf("step %.1f\n", time);
+        std::printf("step %.1f\n", millisecondsSince(begin));
     }
     printMemory(child);
     end(child, screen);
