@@ -13,6 +13,7 @@
 #include "engine/Limits.h"
 #include "engine/Toolkit.h"
 #include "platform/Dialogs.h"
+#include "platform/FontsAhead.h"
 #include "platform/InstanceGuard.h"
 #include "platform/SpokenWidget.h"
 #include "platform/TerminationSignals.h"
@@ -113,6 +114,7 @@ int main(int argc, char* argv[])
         return 0;
     // Beyond the user's limit on file sizes a write fails, the log's too; that is not the program's end.
     std::signal(SIGXFSZ, SIG_IGN);
+    platform::FontsAhead fonts;
     const app::CommandLine line = app::parseCommandLine(arguments, QDir::currentPath());
     app::openSettings();
     auto loader = std::make_shared<engine::ImageLoader>();
@@ -130,6 +132,7 @@ int main(int argc, char* argv[])
     }
     QApplication application(toolkitArguments, argv);
     platform::announceWindows(); // behind what the toolkit knows, and before the first window
+    fonts.wait();
     untilToolkitStands.reset();
     // No decoder may draw any more when the toolkit goes. The window, which shares the loader, is gone by
     // then.
