@@ -158,9 +158,8 @@ def read_once(options):
                         pass
 
 
-def measure(options, viewers, cases):
-    """All rounds, viewers in turn within each. A viewer that fails a case in the warm-up is not asked again."""
-    results = Results()
+def measure(options, viewers, cases, results):
+    """All rounds, viewers in turn within each. A viewer that fails a case is not asked again for it."""
     for case in cases:
         rounds = {'walk': 1, 'hold': 2}.get(case, options.runs)
         warmups = 1 if case in CASES else 0
@@ -179,7 +178,6 @@ def measure(options, viewers, cases):
                 values = ' '.join(f'{value:g}' for value in run.get(wanted)[:8]) or 'no picture'
                 print(f'{case} {number + 1}/{rounds + warmups} {viewer.name}: {values} ({time.time() - began:.1f} s)',
                       file=sys.stderr, flush=True)
-    return results
 
 
 def picture_of(options, name):
@@ -301,6 +299,8 @@ def main():
     present, absent = entries(conf, wanted)
     read_once(options)
     viewers = []
+    results = Results()
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
     try:
         for name, entry in present.items():
             viewers.append(Viewer(name, entry, options))
@@ -308,7 +308,9 @@ def main():
             os.makedirs(options.show, exist_ok=True)
             show(options, viewers, cases)
             return
-        results = measure(options, viewers, cases)
+        measure(options, viewers, cases, results)
+    except KeyboardInterrupt:
+        print('Broken off; this is what was measured until then.\n')
     finally:
         for viewer in viewers:
             viewer.end()
