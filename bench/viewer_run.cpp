@@ -111,8 +111,25 @@ double lastChange(const ScreenPixels& screen, const Place& place, Clock::time_po
     return last;
 }
 
+/// Waits until the program has had nothing to do for half a second, or for 20 seconds: a picture can stand
+/// long before its decode has ended.
+void waitUntilIdle(pid_t child)
+{
+    constexpr double span = 500;
+    constexpr long idleTicks = 1; // of 50
+    const auto begin = Clock::now();
+    for (long before = -1; millisecondsSince(begin) < 20'000;) {
+        const long now = ticksOfTree(child);
+        if (before >= 0 && now - before <= idleTicks)
+            return;
+        before = now;
+        sleepMilliseconds(span);
+    }
+}
+
 void printMemory(pid_t child)
 {
+    waitUntilIdle(child);
     const TreeMemory memory = memoryOfTree(child);
     std::printf("memory %ld\npeak %ld\n", memory.kilobytes, memory.peakKilobytes);
 }
