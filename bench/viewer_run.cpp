@@ -180,21 +180,23 @@ bool open(const ScreenPixels& screen, double limit, char* command[])
 
 /// Opens the folder's first picture and lets the viewer come to rest. The first key only makes the picture on
 /// show the current one in some viewers; what is shown after it is where the walk begins. 0 for none.
-int openWalk(const ScreenPixels& screen, const Keys& keys)
+int openWalk(const ScreenPixels& screen, const Keys& keys, pid_t child)
 {
-    constexpr double rest = 2000;
+    constexpr double reaction = 1000;
     if (waitFor(screen, 1, 2 * patience).isEmpty())
         return 0;
-    sleepMilliseconds(rest);
+    sleepMilliseconds(reaction);
+    waitUntilIdle(child);
     keys.press();
-    sleepMilliseconds(rest);
+    sleepMilliseconds(reaction);
+    waitUntilIdle(child);
     return shownCode(screen);
 }
 
 bool walk(const ScreenPixels& screen, const Keys& keys, int count, int pause, char* command[])
 {
     const pid_t child = start(command);
-    int code = openWalk(screen, keys);
+    int code = openWalk(screen, keys, child);
     int steps = 0;
     for (; code != 0 && steps < count; ++steps) {
         sleepMilliseconds(pause);
@@ -213,7 +215,7 @@ bool walk(const ScreenPixels& screen, const Keys& keys, int count, int pause, ch
 bool hold(const ScreenPixels& screen, const Keys& keys, double seconds, char* command[])
 {
     const pid_t child = start(command);
-    int shown = openWalk(screen, keys);
+    int shown = openWalk(screen, keys, child);
     const bool began = shown != 0;
     std::vector<double> times;
     const auto begin = Clock::now();
