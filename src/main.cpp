@@ -9,6 +9,7 @@
 #include "app/Product.h"
 #include "app/Resources.h"
 #include "app/Settings.h"
+#include "commands/CommandHelp.h"
 #include "engine/ImageLoader.h"
 #include "engine/Limits.h"
 #include "engine/Toolkit.h"
@@ -54,15 +55,8 @@ bool answeredOnOutput(const QStringList& arguments)
         return true;
     }
     if (arguments.contains(QStringLiteral("--help"))) {
-        std::printf(
-            "Usage: quorvia [PATH] [/COMMAND ...]\n"
-            "Shows the image at PATH, or the images of the folder PATH, and runs the named commands.\n\n"
-            "  /miHide              do not show the main window\n"
-            "  /miActualSize        one pixel of the image is one of the screen\n"
-            "  /miMsg_TEXT          show TEXT in a message box\n"
-            "  /install             register the program and end\n"
-            "  /uninstall           give the image types back, remove the program's settings and end\n"
-            "  --help, --version    answer here and end\n");
+        const QByteArray text = commands::helpText();
+        std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout);
         return true;
     }
     return false;

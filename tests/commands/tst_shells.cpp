@@ -1,0 +1,181 @@
+// The manual page and the scripts of completion as their readers take them: without complaint, and bash, fish
+// and zsh complete what they should. The files are those that a package would carry.
+#include "commands/CommandHelp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace quorvia;
+
+namespace {
+
+const QString handout = QStringLiteral(HANDOUT_FOLDER "/");
+
+struct Answer
+{
+    int code = -1;
+    QString output; ///< of both streams
+};
+
+/// Runs `program` in `directory`; code -1 when it does not end.
+Answer run(const QString& program, const QStringList& arguments, const QString& directory = QString())
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setWorkingDirectory(directory);
+    process.start(program, arguments);
+    Answer answer;
+    if (process.waitForFinished(20000) && process.exitStatus() == QProcess::NormalExit)
+        answer.code = process.exitCode();
+    answer.output = QString::fromLocal8Bit(process.readAll());
+    return answer;
+}
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList sortedLines(const QString& text)
+{
+    QStringList lines = text.split(u'\n', Qt::SkipEmptyParts);
+    lines.sort();
+    return lines;
+}
+
+} // namespace
+
+class TestShells : public QObject
+{
+    Q_OBJECT
+
+  private:
+    QTemporaryDir m_folder;
+
+    /// What `word` behind "quorvia" becomes in `shell`, sorted.
+    QStringList completed(const QString& shell, const QString& word) const
+    {
+        if (shell == QLatin1String("bash"))
+            return sortedLines(run(shell,
+                                   {"--norc", "-c",
+                                    "source '" + handout +
+                                        "quorvia'; COMP_WORDS=(quorvia \"$1\"); COMP_CWORD=1; "
+                                        "_quorvia; printf '%s\\n' \"${COMPREPLY[@]}\"",
+                                    "bash", word},
+                                   m_folder.path())
+                                   .output);
+        QString words = run(shell,
+                            {"--no-config", "-c",
+                             "source '" + handout + "quorvia.fish'; complete -C 'quorvia " + word + "'"},
+                            m_folder.path())
+                            .output;
+        QStringList lines;
+        for (const QString& line : sortedLines(words))
+            lines.append(line.section(u'\t', 0, 0));
+        return lines;
+    }
+
+  private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_folder.isValid());
+        for (const char* name : {"dawn.JPG", "dawn.qol", "day.txt", "two words.png"}) {
+            QFile file(m_folder.filePath(QLatin1String(name)));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        QVERIFY(QDir(m_folder.path()).mkdir(QStringLiteral("days")));
+    }
+
+    void theFilesHoldTheTexts()
+    {
+        QCOMPARE(contents(handout + "quorvia"), commands::bashCompletion());
+        QCOMPARE(contents(handout + "_quorvia"), commands::zshCompletion());
+        QCOMPARE(contents(handout + "quorvia.fish"), commands::fishCompletion());
+        QCOMPARE(contents(handout + "quorvia.1"), commands::manualPage(VERSION, RELEASE_DATE));
+    }
+
+    void noComplaint_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("bash") << "bash" << QStringList{"-n", handout + "quorvia"};
+        QTest::newRow("zsh") << "zsh" << QStringList{"-n", handout + "_quorvia"};
+        QTest::newRow("fish") << "fish" << QStringList{"--no-config", "-n", handout + "quorvia.fish"};
+        QTest::newRow("mandoc") << "mandoc" << QStringList{"-Tlint", handout + "quorvia.1"};
+        QTest::newRow("groff") << "groff"
+                               << QStringList{"-man", "-ww", "-z", "-Tutf8", handout + "quorvia.1"};
+    }
+    void noComplaint()
+    {
+        QFETCH(QString, program);
+        QFETCH(QStringList, arguments);
+        const Answer answer = run(program, arguments);
+        QCOMPARE(answer.output, QString());
+        QCOMPARE(answer.code, 0);
+    }
+
+    void theManualPageShowsTheCommands()
+    {
+        const Answer page = run("mandoc", {"-Tascii", handout + "quorvia.1"});
+        QCOMPARE(page.code, 0);
+        const QString text = QString(page.output).remove(QRegularExpression(".\b"));
+        QVERIFY2(text.simplified().contains("/miNext Go to the next image. /miPrevious "), qPrintable(text));
+        QVERIFY(text.contains("~/.config/halvexa/user.db"));
+    }
+
+    void completes_data()
+    {
+        QTest::addColumn<QString>("shell");
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QStringList>("expected");
+        for (const QString shell : {"bash", "fish"}) {
+            const bool bash = shell == QLatin1String("bash");
+            const QByteArray name = shell.toLatin1();
+            const auto row = [&name](const char* what) -> QTestData& {
+                return QTest::newRow((name + ": " + what).constData());
+            };
+            const QString slash = bash ? "" : "/"; // the one adds it later
+            row("a command") << shell << "/miNe" << QStringList{"/miNext"};
+            row("commands") << shell << "/miRotate" << QStringList{"/miRotateClock", "/miRotateCounter"};
+            row("not on a line") << shell << "/miThumbDel" << QStringList();
+            row("an option") << shell << "--v" << QStringList{"--version"};
+            row("a word that is a command's") << shell << "/uninst" << QStringList{"/uninstall"};
+            row("pictures, playlists, folders")
+                << shell << "da" << QStringList{"dawn.JPG", "dawn.qol", "days" + slash};
+        }
+        QTest::newRow("bash: blanks") << "bash"
+                                      << "tw" << QStringList{"two words.png"};
+    }
+    void completes()
+    {
+        QFETCH(QString, shell);
+        QFETCH(QString, word);
+        QFETCH(QStringList, expected);
+        QCOMPARE(completed(shell, word), expected);
+    }
+
+    /// What zsh's completion is told: the rows of both lists, and the pattern of files.
+    void zshIsToldAll()
+    {
+        const Answer answer =
+            run("zsh",
+                {"-f", "-c",
+                 "_describe() { local name=${@[-1]}; print -l -- ${(P)name}; }; "
+                 "_files() { setopt extendedglob; print -l -- ${~2:s/(-.)//}(N) }; source \"$1\"",
+                 "zsh", handout + "_quorvia"},
+                m_folder.path());
+        QCOMPARE(answer.code, 0);
+        QVERIFY2(answer.output.contains("\n/miNext:go to the next image\n"), qPrintable(answer.output));
+        QVERIFY(answer.output.startsWith("--help:"));
+        QVERIFY(answer.output.contains("\ndawn.JPG\n") && answer.output.contains("\ndawn.qol\n"));
+        QVERIFY(!answer.output.contains("day.txt"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestShells)
+#include "tst_shells.moc"
