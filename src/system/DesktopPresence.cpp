@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "app/Paths.h"
+#include "app/Resources.h"
 #include "platform/BaseDirectories.h"
 #include "platform/BoundedRun.h"
 #include "platform/DesktopEntries.h"
@@ -10,6 +11,7 @@
 #include "platform/TextFile.h"
 #include "system/AssociationTable.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <fcntl.h>
@@ -156,6 +158,20 @@ QByteArray withTakenTypes(const QByteArray& text)
     return lines.join('\n');
 }
 
+/// The entry `text` with the full path of the icon's drawing: its bare name is known to desktops only where a
+/// package has brought the icon.
+QByteArray withIconPath(const QByteArray& text)
+{
+    QString path = app::resourcePath(QStringLiteral("quorvia.svg"));
+    if (!platform::isRegularFile(path)) // an installation that the desktop does not look into
+        path =
+            QDir::cleanPath(app::resourcePath(QStringLiteral("../icons/hicolor/scalable/apps/quorvia.svg")));
+    if (!platform::isRegularFile(path) || path.contains(u'\n'))
+        return text;
+    const QByteArray value = QFile::encodeName(path).replace('\\', "\\\\");
+    return QByteArray(text).replace("\nIcon=quorvia\n", "\nIcon=" + value + '\n');
+}
+
 } // namespace
 
 QString ownEntryId()
@@ -169,8 +185,8 @@ QString provideOwnEntry()
         removeOwnEntry(); // it would hide the installed one
         return installed;
     }
-    const QByteArray text =
-        withTakenTypes(platform::withProgram(resource("quorvia.desktop"), app::programPath())) + copyMark;
+    const QByteArray entry = withIconPath(withTakenTypes(resource("quorvia.desktop")));
+    const QByteArray text = platform::withProgram(entry, app::programPath()) + copyMark;
     QString why;
     if (textAt(copyPath()) != text && !platform::replaceTextFile(copyPath(), text, &why)) {
         note(copyPath(), why);

@@ -15,6 +15,7 @@
 #include "controls/ScrollBar.h"
 #include "output/StartTools.h"
 #include "platform/MenuControl.h"
+#include "platform/ProgramIcon.h"
 #include "system/Companions.h"
 #include "system/mAssociation.h"
 #include "system/Publishing.h"
@@ -222,6 +223,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     window.opening()->setRecent(recentFromText(app::read(app::setting::Recent)));
     window.slideshow()->readSettings();
     window.setLoading(false);
+    QGuiApplication::setWindowIcon(platform::programIcon());
     log("Finish: Form_Load: frmImageView");
     window.buildInterfaceSoon();
     return true;

@@ -46,6 +46,15 @@ class TestDesktopPresence : public QObject, private test::AssociationStage
         QVERIFY(QFile::exists(installed));
     }
 
+    /// No package has told the desktop of an icon: the copy leads to the drawing itself.
+    void theCopyHasAnIcon()
+    {
+        takeOver();
+        QVERIFY2(contentOf(copy()).contains("\nIcon=" DATA_FOLDER "/quorvia.svg\n"),
+                 contentOf(copy()).constData());
+        QVERIFY(QFile::exists(DATA_FOLDER "/quorvia.svg"));
+    }
+
     void anEntryOfTheUsersOwnStays()
     {
         const QString mine = addEntry(own, ".local/share");

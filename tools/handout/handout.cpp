@@ -1,12 +1,10 @@
 // Writes what a package carries beside the program: the manual page, what shells complete, and the sizes of
 // the program's icon.
 #include "commands/CommandHelp.h"
+#include "platform/ProgramIcon.h"
 
 #include <QDir>
 #include <QFile>
-#include <QImage>
-#include <QPainter>
-#include <QSvgRenderer>
 
 #include <array>
 #include <cstdio>
@@ -23,21 +21,13 @@ bool write(const QString& path, const QByteArray& text)
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.flush();
 }
 
-bool writeIcons(const QString& directory, const QString& drawing)
+bool writeIcons(const QString& directory)
 {
-    QSvgRenderer renderer(drawing);
-    if (!renderer.isValid())
-        return false;
     for (const int side : iconSides) {
-        QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        renderer.render(&painter, QRectF(0, 0, side, side));
-        painter.end();
         const QString place =
             QStringLiteral("%1/icons/hicolor/%2x%2/apps").arg(directory, QString::number(side));
-        if (!QDir().mkpath(place) || !image.save(place + QStringLiteral("/quorvia.png")))
+        if (!QDir().mkpath(place) ||
+            !platform::programDrawing(side).save(place + QStringLiteral("/quorvia.png")))
             return false;
     }
     return true;
@@ -55,13 +45,13 @@ bool writeTexts(const QString& directory, const QByteArray& version, const QByte
 
 int main(int argc, char* argv[])
 {
-    constexpr int wanted = 5;
+    constexpr int wanted = 4;
     if (argc != wanted) {
-        std::fprintf(stderr, "Usage: %s DIRECTORY DRAWING VERSION DATE\n", argv[0]);
+        std::fprintf(stderr, "Usage: %s DIRECTORY VERSION DATE\n", argv[0]);
         return 2;
     }
     const QString directory = QString::fromLocal8Bit(argv[1]);
-    if (writeTexts(directory, argv[3], argv[4]) && writeIcons(directory, QString::fromLocal8Bit(argv[2])))
+    if (writeTexts(directory, argv[2], argv[3]) && writeIcons(directory))
         return 0;
     std::fprintf(stderr, "%s: cannot write into %s\n", argv[0], argv[1]);
     return 1;
