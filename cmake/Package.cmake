@@ -23,7 +23,7 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # What is loaded while the program runs, which the tool behind the line above does not see.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcups2, libheif1, libjxl0.7")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, qt6-wayland, fonts-dejavu-core")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, desktop-file-utils, hicolor-icon-theme, qt6-wayland, fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cups, sane-utils, sqlite3")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
   ${CMAKE_SOURCE_DIR}/data/package/prerm ${CMAKE_SOURCE_DIR}/data/package/postrm)

@@ -383,6 +383,13 @@ class TestLoadStep : public QObject
         QCOMPARE(counted, 1);
     }
 
+    void theWindowHasTheProgramsIcon()
+    {
+        QGuiApplication::setWindowIcon(QIcon());
+        frmImageView& window = m_bench->load({in("pics")});
+        QVERIFY(!window.windowIcon().isNull());
+    }
+
     void nothingRunsAfterTheEnd()
     {
         m_bench->load({QStringLiteral("/miExit"), QStringLiteral("/miMsg_late"), QStringLiteral("/miShow")});
