@@ -58,7 +58,7 @@ const QStringList expectedFiles = {
     "libexec/quorvia/quorvia-scan",
     "share/applications/quorvia.desktop",
     "share/bash-completion/completions/quorvia",
-    "share/doc/quorvia/changelog.Debian.gz",
+    "share/doc/quorvia/changelog.gz",
     "share/doc/quorvia/copyright",
     "share/fish/vendor_completions.d/quorvia.fish",
     "share/icons/hicolor/128x128/apps/quorvia.png",
