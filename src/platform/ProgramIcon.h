@@ -1,5 +1,5 @@
 // The program's own icon, the drawing data/quorvia.svg. Unlike those of tools it has colours of its own. All
-// its sizes together take some milliseconds, so it is made after the first picture.
+// its sizes together take a millisecond; even so it is made after the first picture.
 #pragma once
 
 #include <QIcon>
