@@ -1,13 +1,11 @@
-// The clipboard preview: what it shows of which clipboard, how it scrolls, and what is pasted.
-#include "app/mWindowsAPI.h"
+// The clipboard preview: what it shows of which clipboard, and what is pasted.
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "ClipboardBench.h"
 #include "controls/ScrollBar.h"
 #include "output/ClipboardLayout.h"
 #include "output/frmClipboard.h"
-#include "support/ScratchHome.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -15,121 +13,27 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
-#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
-#include <QWheelEvent>
 
 #include <memory>
 #include <optional>
 
 using namespace quorvia;
-using controls::ScrollBar;
+using namespace quorvia::test;
 using output::frmClipboard;
-
-namespace {
-
-/// Left half red, right half blue.
-QImage halves(int width, int height)
-{
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    for (int y = 0; y < height; ++y) {
-        for (int x = width / 2; x < width; ++x)
-            image.setPixel(x, y, qRgb(0, 0, 255));
-    }
-    return image;
-}
-
-const QImage small = halves(40, 30);
-const QImage large = halves(3000, 2000);
-
-class Bench
-{
-  public:
-    Bench() { app::openSettings(); }
-    ~Bench() { app::closeSettings(); }
-    Q_DISABLE_COPY_MOVE(Bench)
-
-    frmClipboard& show()
-    {
-        window = std::make_unique<frmClipboard>(frmClipboard::Caller{.PasteImage =
-                                                                         [this](const QImage& picture) {
-                                                                             ++pastes;
-                                                                             pasted = picture;
-                                                                             captionThen =
-                                                                                 button("cmdFinish")->text();
-                                                                             visibleThen =
-                                                                                 window->isVisible();
-                                                                         }},
-                                                platform::ClipboardReader{.text =
-                                                                              [this] {
-                                                                                  ++reads;
-                                                                                  return text;
-                                                                              },
-                                                                          .image =
-                                                                              [this] {
-                                                                                  ++imageReads;
-                                                                                  return image;
-                                                                              }});
-        window->show();
-        const bool shown = QTest::qWaitForWindowExposed(window.get());
-        Q_ASSERT(shown);
-        Q_UNUSED(shown);
-        return *window;
-    }
-
-    template <class Kind = QWidget>
-    Kind* part(const char* name) const
-    {
-        return window->findChild<Kind*>(QLatin1String(name));
-    }
-    QPushButton* button(const char* name) const { return part<QPushButton>(name); }
-    ScrollBar* bar(const char* name) const { return part<ScrollBar>(name); }
-    QAction* item(const char* name) const { return part<QAction>(name); }
-    QString title() const { return part<QLabel>("lblTitle")->text(); }
-    /// The picture area as it looks.
-    QImage area() const { return part("picBG")->grab().toImage(); }
-    QColor seen(double across, double down) const
-    {
-        const QImage looks = area();
-        return looks.pixelColor(int(looks.width() * across), int(looks.height() * down));
-    }
-
-    test::ScratchHome home;
-    QString text;
-    QImage image;
-    int reads = 0;
-    int imageReads = 0;
-    int pastes = 0;
-    std::optional<QImage> pasted;
-    QString captionThen;
-    bool visibleThen = false;
-    std::unique_ptr<frmClipboard> window;
-};
-
-/// The toolkit brings what comes from the mouse to the window itself, past the parts that do not want it.
-void turnWheel(QWidget* target, QPoint angle, Qt::KeyboardModifiers held = {})
-{
-    const QPointF middle = QRectF(target->rect()).center();
-    QWheelEvent event(middle, target->mapToGlobal(middle), QPoint(), angle, Qt::NoButton, held,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(target, &event);
-}
-
-} // namespace
 
 class TestFrmClipboard : public QObject
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<Bench> m_bench;
-    Bench& bench() { return *m_bench; }
+    std::unique_ptr<ClipboardBench> m_bench;
+    ClipboardBench& bench() { return *m_bench; }
 
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<Bench>(); }
+    void init() { m_bench = std::make_unique<ClipboardBench>(); }
     void cleanup() { m_bench.reset(); }
 
     void texts()
@@ -296,64 +200,6 @@ class TestFrmClipboard : public QObject
         QCOMPARE(area.pixelColor(area.width() - 1, area.height() - 1), QColor(Qt::blue));
     }
 
-    void fromAspectResizeToScrollBars()
-    {
-        bench().image = large;
-        bench().show();
-        bench().item("mnuScrollbars")->trigger();
-        QVERIFY(bench().bar("sbH")->isVisible() && bench().bar("sbV")->isVisible());
-        QVERIFY(bench().part("pClip")->isVisible());
-        QCOMPARE(bench().seen(0.99, 0.5),
-                 QColor(Qt::red)); // the copy is gone: only the left half is in sight
-        QCOMPARE(bench().reads, 1);
-        const QSize area = app::inTwips(bench().part("picBG")->size());
-        const QSize clip = output::clipSize(large.size(), bench().window->devicePixelRatioF());
-        QCOMPARE(bench().bar("sbH")->Max(), clip.width() - area.width() + 200);
-        QCOMPARE(bench().bar("sbV")->Max(), clip.height() - area.height() + 200);
-        bench().item("mnuScrollbars")->trigger();
-        QVERIFY(!bench().bar("sbH")->isVisible() && !bench().bar("sbV")->isVisible());
-        QCOMPARE(bench().seen(0.99, 0.5), QColor(Qt::blue));
-    }
-
-    void barsMoveThePicture()
-    {
-        bench().image = large;
-        bench().show();
-        bench().item("mnuScrollbars")->trigger();
-        bench().bar("sbH")->SetValue(1500);
-        bench().bar("sbV")->SetValue(300);
-        QCOMPARE(bench().part("pClip")->pos(), QPoint(-100, -20));
-        bench().bar("sbH")->SetValue(bench().bar("sbH")->Max());
-        QCOMPARE(bench().seen(0.5, 0.5), QColor(Qt::blue));
-        bench().button("cmdFinish")->click();
-        QCOMPARE(*bench().pasted, large);
-    }
-
-    void oneBarAlone()
-    {
-        app::save(app::setting::ClipboardView, QStringLiteral("False"));
-        bench().image = halves(3000, 40);
-        bench().show();
-        QVERIFY(bench().bar("sbH")->isVisible() && !bench().bar("sbV")->isVisible());
-        const QWidget* const area = bench().part("picBG");
-        QCOMPARE(area->width(), area->parentWidget()->width());
-        QCOMPARE(area->height() + bench().bar("sbH")->height(), area->parentWidget()->height());
-    }
-
-    void aWindowMadeLargerTakesItsBarsBack()
-    {
-        app::save(app::setting::ClipboardView, QStringLiteral("False"));
-        const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
-        bench().image = halves(int(700 * ratio), int(500 * ratio));
-        bench().show();
-        QVERIFY(bench().bar("sbH")->isVisible());
-        bench().bar("sbH")->SetValue(600);
-        QCOMPARE(bench().part("pClip")->x(), -40);
-        bench().window->resize(1000, 900);
-        QVERIFY(!bench().bar("sbH")->isVisible() && !bench().bar("sbV")->isVisible());
-        QCOMPARE(bench().part("pClip")->pos(), QPoint(0, 0));
-    }
-
     void pasteIsTheEnd()
     {
         bench().image = small;
@@ -419,79 +265,6 @@ class TestFrmClipboard : public QObject
             QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
             QCOMPARE(window.focusWidget(), bench().button(next));
         }
-    }
-
-    void keysScroll_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QPoint>("direction");
-        QTest::newRow("Right") << int(Qt::Key_Right) << QPoint(1, 0);
-        QTest::newRow("Left") << int(Qt::Key_Left) << QPoint(-1, 0);
-        QTest::newRow("Down") << int(Qt::Key_Down) << QPoint(0, 1);
-        QTest::newRow("Up") << int(Qt::Key_Up) << QPoint(0, -1);
-        QTest::newRow("Page Down") << int(Qt::Key_PageDown) << QPoint(0, 1);
-        QTest::newRow("Page Up") << int(Qt::Key_PageUp) << QPoint(0, -1);
-        QTest::newRow("Home") << int(Qt::Key_Home) << QPoint(0, -1);
-        QTest::newRow("End") << int(Qt::Key_End) << QPoint(0, 1);
-    }
-
-    void keysScroll()
-    {
-        QFETCH(int, key);
-        QFETCH(QPoint, direction);
-        app::save(app::setting::ClipboardView, QStringLiteral("False"));
-        bench().image = large;
-        frmClipboard& window = bench().show();
-        bench().bar("sbH")->SetValue(3000);
-        bench().bar("sbV")->SetValue(3000);
-        QTest::keyClick(window.focusWidget(), Qt::Key(key));
-        const auto sign = [](int number) { return (number > 0) - (number < 0); };
-        QCOMPARE(sign(bench().bar("sbH")->Value() - 3000), direction.x());
-        QCOMPARE(sign(bench().bar("sbV")->Value() - 3000), direction.y());
-        QCOMPARE(window.focusWidget(), bench().button("cmdFinish"));
-    }
-
-    void withoutBarsArrowsWalkTheButtons()
-    {
-        frmClipboard& window = bench().show();
-        QTest::keyClick(window.focusWidget(), Qt::Key_Left);
-        QCOMPARE(window.focusWidget(), bench().button("lblCancel"));
-    }
-
-    void theWheelScrolls_data()
-    {
-        QTest::addColumn<QSize>("picture");
-        QTest::addColumn<QPoint>("angle");
-        QTest::addColumn<bool>("shift");
-        QTest::addColumn<bool>("across"); // else down
-        QTest::newRow("down") << QSize(3000, 2000) << QPoint(0, -120) << false << false;
-        QTest::newRow("with Shift") << QSize(3000, 2000) << QPoint(0, -120) << true << true;
-        QTest::newRow("tilted") << QSize(3000, 2000) << QPoint(-120, 0) << false << true;
-        QTest::newRow("only a lying bar") << QSize(3000, 20) << QPoint(0, -120) << false << true;
-        QTest::newRow("only an upright bar") << QSize(20, 2000) << QPoint(0, -120) << true << false;
-    }
-
-    void theWheelScrolls()
-    {
-        QFETCH(QSize, picture);
-        QFETCH(QPoint, angle);
-        QFETCH(bool, shift);
-        QFETCH(bool, across);
-        app::save(app::setting::ClipboardView, QStringLiteral("False"));
-        bench().image = halves(picture.width(), picture.height());
-        bench().show();
-        turnWheel(bench().window.get(), angle, shift ? Qt::ShiftModifier : Qt::NoModifier);
-        QCOMPARE(bench().bar("sbH")->Value() > 0, across);
-        QCOMPARE(bench().bar("sbV")->Value() > 0, !across);
-    }
-
-    void theWheelWithCtrlIsNotTheBars()
-    {
-        app::save(app::setting::ClipboardView, QStringLiteral("False"));
-        bench().image = large;
-        bench().show();
-        turnWheel(bench().window.get(), QPoint(0, -120), Qt::ControlModifier);
-        QCOMPARE(bench().bar("sbV")->Value(), 0);
     }
 
     void aSecondPressWhilePastingDoesNothing()
