@@ -1,5 +1,4 @@
-// The toolbar as a widget: what shows of the tools, what mouse and keys do, what follows the model and how
-// often it paints for that.
+// The toolbar as a widget: what shows of the tools and what the mouse does.
 #include "platform/Contrast.h"
 #include "platform/Icons.h"
 #include "platform/ToolBench.h"
@@ -8,11 +7,10 @@
 #include "platform/ToolControl.h"
 #include "platform/ToolLook.h"
 #include "platform/ToolMenu.h"
+#include "ToolbarBench.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QHash>
-#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QTest>
@@ -20,99 +18,6 @@
 #include <cmath>
 
 using namespace quorvia::platform;
-
-namespace {
-
-/// Counts the paint events of widgets.
-class PaintCounter : public QObject
-{
-  public:
-    void watch(QWidget* widget)
-    {
-        widget->installEventFilter(this);
-        const QList<QWidget*> inner = widget->findChildren<QWidget*>();
-        for (QWidget* each : inner)
-            each->installEventFilter(this);
-    }
-    QHash<QObject*, int> take() { return std::exchange(m_counts, {}); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++m_counts[watched];
-        return false;
-    }
-
-  private:
-    QHash<QObject*, int> m_counts;
-};
-
-/// A window with the toolbar: miOpen (drop-down, band "bOpen"), miSave, a separator, miFit, miText (no
-/// drawing), at its full width.
-class Bench : public QWidget
-{
-  public:
-    Bench()
-    {
-        resize(900, 300);
-        other->setFocusPolicy(Qt::StrongFocus);
-        other->setGeometry(10, 10, 50, 50);
-        ToolModel& model = *bar->model();
-        open = addTool(model, "miOpen", ToolKind::DropDown, "bOpen", "&Open...");
-        open->setPicture(0, text("#open"));
-        save = addTool(model, "miSave");
-        save->setPicture(0, text("#save"));
-        fit = addTool(model, "miFit", ToolKind::Plain, "bOpen");
-        fit->setPicture(0, text("#bestfit"));
-        words = addTool(model, "miText", ToolKind::Plain, "", "&Text");
-        model.addBand(text("bOpen"), BandKind::PopUp)->append(addTool(model, "tRecent"));
-        band = model.addBand(text("Toolbar"), BandKind::Toolbar);
-        for (Tool* tool : {open, save, addTool(model, "miSep", ToolKind::Separator), fit, words})
-            band->append(tool);
-        bar->move(40, 200);
-        settle();
-    }
-
-    /// As the definition of the bar is built.
-    void settle()
-    {
-        bar->recalculateLayout();
-        bar->setWidthInTwips(band->size().width());
-        bar->setHeightInTwips(band->size().height());
-    }
-
-    void showAll()
-    {
-        show();
-        activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(this));
-        other->setFocus();
-    }
-
-    ToolButton* button(const char* tool) const
-    {
-        for (ToolButton* each : bar->findChildren<ToolButton*>(text(tool))) {
-            if (!each->isHidden())
-                return each;
-        }
-        return nullptr;
-    }
-    static QPoint openingPart(const ToolButton* button)
-    {
-        return {button->width() - 6, button->height() / 2};
-    }
-
-    QWidget* other = new QWidget(this);
-    ToolControl* bar = new ToolControl(this);
-    ToolRecord record{*bar->model()};
-    ToolBand* band;
-    Tool* open;
-    Tool* save;
-    Tool* fit;
-    Tool* words;
-};
-
-} // namespace
 
 class TestToolControl : public QObject
 {
@@ -132,19 +37,6 @@ class TestToolControl : public QObject
     void checkedButtons();
     void whatIsUncheckedIsPaintedAnew();
     void toolTipsAndNames();
-    void followsTools();
-    void followsTheBand();
-    void kindsThatChange();
-    void manyChangesPaintOnce();
-    void nothingPaintsForNothing();
-    void keysWalkTheRow();
-    void keysRunAndOpen();
-    void keysOfOthersPass();
-    void focusMovesOnFromWhatIsDisabled();
-    void clickLeavesTheFocus();
-    void extensionOpensTheRest();
-    void extensionByKeys();
-    void comboOnTheBar();
     void mirrored();
     void customiseMenuGivesWay();
     void hiddenBand();
@@ -181,7 +73,7 @@ void TestToolControl::sizesInTwips()
 
 void TestToolControl::fitsIntoItsWindow()
 {
-    Bench bench;
+    ToolbarBench bench;
     const int full = bench.bar->width();
     bench.bar->fitInto(100);
     QCOMPARE(bench.bar->width(), 100);
@@ -191,7 +83,7 @@ void TestToolControl::fitsIntoItsWindow()
 
 void TestToolControl::showsTheBand()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     QVERIFY(bench.band->size().width() > 15 * 32 * 4);
     QCOMPARE(bench.band->size().height(), 600);
@@ -224,18 +116,19 @@ void TestToolControl::showsTheBand()
 
 void TestToolControl::clicks()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     QTest::mouseClick(bench.button("miSave"), Qt::LeftButton);
     QTest::mouseClick(bench.button("miSave"), Qt::RightButton);
     QTest::mouseClick(bench.button("miOpen"), Qt::LeftButton, {}, QPoint(12, 12));
-    QTest::mouseClick(bench.button("miFit"), Qt::LeftButton, {}, Bench::openingPart(bench.button("miFit")));
+    QTest::mouseClick(bench.button("miFit"), Qt::LeftButton, {},
+                      ToolbarBench::openingPart(bench.button("miFit")));
     QCOMPARE(bench.record.take(), text("click miSave; click miOpen; click miFit"));
 }
 
 void TestToolControl::clickOnWhatHasChangedMeanwhile()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     bench.save->set(&ToolValues::enabled, false); // the button does not show it yet
     QTest::mouseClick(bench.button("miSave"), Qt::LeftButton);
@@ -247,10 +140,10 @@ void TestToolControl::clickOnWhatHasChangedMeanwhile()
 
 void TestToolControl::dropDownPartOpensItsBand()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     ToolButton* const button = bench.button("miOpen");
-    QTest::mousePress(button, Qt::LeftButton, {}, Bench::openingPart(button));
+    QTest::mousePress(button, Qt::LeftButton, {}, ToolbarBench::openingPart(button));
     const QMenu* const menu = bench.bar->menus()->menu();
     QVERIFY(menu && menu->isVisible());
     QCOMPARE(menu->objectName(), text("bOpen"));
@@ -266,18 +159,18 @@ void TestToolControl::dropDownPartOpensItsBand()
 
 void TestToolControl::dropDownPartOfNoBand()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     bench.open->set(&ToolValues::subBand, text("nowhere"));
     QTRY_COMPARE(bench.button("miOpen")->width(), 32);
     ToolButton* const button = bench.button("miOpen");
-    QTest::mouseClick(button, Qt::LeftButton, {}, Bench::openingPart(button));
+    QTest::mouseClick(button, Qt::LeftButton, {}, ToolbarBench::openingPart(button));
     QCOMPARE(bench.record.take(), text("click miOpen"));
 }
 
 void TestToolControl::cancelledDropDown()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     bench.record.cancelled = QStringList{text("bOpen")};
     ToolButton* const button = bench.button("miOpen");
@@ -290,7 +183,7 @@ void TestToolControl::cancelledDropDown()
 
 void TestToolControl::disabledButtons()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     const QImage before = bench.button("miSave")->grab().toImage();
     bench.save->set(&ToolValues::enabled, false);
@@ -303,14 +196,15 @@ void TestToolControl::disabledButtons()
     QTRY_COMPARE(bench.button("miSave")->grab().toImage(), derived);
     bench.open->set(&ToolValues::enabled, false);
     QTRY_VERIFY(!bench.button("miOpen")->isEnabled());
-    QTest::mouseClick(bench.button("miOpen"), Qt::LeftButton, {}, Bench::openingPart(bench.button("miOpen")));
+    QTest::mouseClick(bench.button("miOpen"), Qt::LeftButton, {},
+                      ToolbarBench::openingPart(bench.button("miOpen")));
     QTest::mouseClick(bench.button("miSave"), Qt::LeftButton);
     QCOMPARE(bench.record.take(), QString());
 }
 
 void TestToolControl::checkedButtons()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     const QImage before = bench.button("miFit")->grab().toImage();
     bench.fit->set(&ToolValues::checked, true);
@@ -341,7 +235,7 @@ void TestToolControl::whatIsUncheckedIsPaintedAnew()
 
 void TestToolControl::toolTipsAndNames()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.words->set(&ToolValues::toolTip, text("Tells more"));
     bench.settle();
     QCOMPARE(bench.button("miOpen")->toolTip(), text("Open..."));
@@ -352,289 +246,9 @@ void TestToolControl::toolTipsAndNames()
     QVERIFY(bench.button("miText")->accessibleDescription().isEmpty());
 }
 
-void TestToolControl::followsTools()
-{
-    Bench bench;
-    bench.showAll();
-    const int needed = bench.band->size().width();
-    bench.save->set(&ToolValues::visible, false);
-    QTRY_VERIFY(!bench.button("miSave"));
-    QTRY_COMPARE(bench.band->size().width(), needed - 34 * 15);
-    bench.save->set(&ToolValues::visible, true);
-    QTRY_VERIFY(bench.button("miSave"));
-    QTRY_COMPARE(bench.band->size().width(), needed);
-    const int width = bench.button("miText")->width();
-    bench.words->set(&ToolValues::caption, text("A much longer text"));
-    QTRY_VERIFY(bench.band->size().width() > needed);
-    bench.settle();
-    QCOMPARE(bench.button("miText")->accessibleName(), text("A much longer text"));
-    QVERIFY(bench.button("miText")->sizeHint().width() > width);
-    bench.words->set(&ToolValues::caption, QString(500, QLatin1Char('w'))); // nobody's toolbar
-    bench.settle();
-    QCOMPARE(bench.button("miText")->accessibleName().size(), 500);
-    QVERIFY(bench.button("miText")->sizeHint().width() < 200);
-}
-
-void TestToolControl::followsTheBand()
-{
-    Bench bench;
-    bench.showAll();
-    bench.band->append(addTool(*bench.bar->model(), "miNew"));
-    QTRY_COMPARE(bench.bar->findChildren<ToolButton*>(text("miNew")).size(), 1);
-    bench.settle();
-    QTest::mouseClick(bench.button("miNew"), Qt::LeftButton);
-    QCOMPARE(bench.record.take(), text("click miNew"));
-    bench.band->clear();
-    QTRY_VERIFY(bench.bar->findChildren<ToolButton*>(text("miNew")).isEmpty());
-    QVERIFY(!bench.button("miOpen"));
-    QTRY_COMPARE(bench.band->size().width(), 8 * 15);
-}
-
-void TestToolControl::kindsThatChange()
-{
-    Bench bench;
-    bench.showAll();
-    bench.band->tool(text("miOpen"))->set(&ToolValues::kind, ToolKind::Plain); // of the copy alone
-    QTRY_COMPARE(bench.button("miOpen")->sizeHint().width(), 32);
-    QCOMPARE(bench.open->values().kind, ToolKind::DropDown);
-    bench.open->set(&ToolValues::kind, ToolKind::DropDown);
-    QTRY_COMPARE(bench.button("miOpen")->sizeHint().width(), 46);
-    bench.save->set(&ToolValues::kind, ToolKind::Combo);
-    QTRY_VERIFY(bench.bar->findChild<ToolCombo*>(text("miSave")));
-    bench.save->set(&ToolValues::kind, ToolKind::Separator);
-    QTRY_VERIFY(!bench.bar->findChild<ToolCombo*>(text("miSave")));
-    QVERIFY(!bench.button("miSave"));
-}
-
-void TestToolControl::manyChangesPaintOnce()
-{
-    Bench bench;
-    for (int index = 0; index < 50; ++index)
-        bench.band->append(addTool(*bench.bar->model(), qPrintable(QStringLiteral("mi%1").arg(index))));
-    for (int index = 0; index < 50; ++index)
-        bench.bar->model()->tool(QStringLiteral("mi%1").arg(index))->setPicture(0, text("open"));
-    bench.resize(2200, 300);
-    bench.settle();
-    bench.showAll();
-    QTRY_VERIFY(bench.button("mi49"));
-    QCoreApplication::processEvents();
-    PaintCounter counter;
-    counter.watch(bench.bar);
-    QCoreApplication::processEvents();
-    counter.take();
-    for (int index = 0; index < 50; ++index) {
-        Tool* const tool = bench.bar->model()->tool(QStringLiteral("mi%1").arg(index));
-        tool->set(&ToolValues::enabled, false);
-        tool->set(&ToolValues::checked, true);
-        tool->setPicture(0, text("save"));
-        tool->set(&ToolValues::toolTip, text("changed"));
-    }
-    QTRY_VERIFY(!bench.button("mi49")->isEnabled());
-    QHash<QObject*, int> painted = counter.take();
-    for (int round = 0; round < 5; ++round) {
-        QCoreApplication::processEvents();
-        const QHash<QObject*, int> more = counter.take();
-        for (auto each = more.begin(); each != more.end(); ++each)
-            painted[each.key()] += each.value();
-    }
-    for (int index = 0; index < 50; ++index)
-        QCOMPARE(painted.value(bench.button(qPrintable(QStringLiteral("mi%1").arg(index)))), 1);
-    for (const char* name : {"miOpen", "miSave", "miFit", "miText"})
-        QCOMPARE(painted.value(bench.button(name)), 0); // nothing changed there
-    QVERIFY(painted.value(bench.bar) <= 1);
-}
-
-void TestToolControl::nothingPaintsForNothing()
-{
-    Bench bench;
-    bench.showAll();
-    PaintCounter counter;
-    counter.watch(bench.bar);
-    QCoreApplication::processEvents();
-    counter.take();
-    for (Tool* tool : {bench.open, bench.save, bench.fit}) {
-        tool->set(&ToolValues::enabled, false);
-        tool->set(&ToolValues::enabled, true);
-        tool->set(&ToolValues::tag, text("seen by nobody"));
-    }
-    for (int round = 0; round < 5; ++round)
-        QCoreApplication::processEvents();
-    QVERIFY(counter.take().isEmpty());
-}
-
-void TestToolControl::keysWalkTheRow()
-{
-    Bench bench;
-    bench.showAll();
-    QTest::keyClick(bench.other, Qt::Key_Tab);
-    QVERIFY(bench.button("miOpen")->hasFocus());
-    const QImage ringed = bench.button("miOpen")->grab().toImage();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
-    QVERIFY(bench.button("miSave")->hasFocus());
-    QVERIFY(bench.button("miOpen")->grab().toImage() != ringed);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
-    QVERIFY(bench.button("miText")->hasFocus());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
-    QVERIFY(bench.button("miText")->hasFocus());
-    bench.fit->set(&ToolValues::enabled, false);
-    QTRY_VERIFY(!bench.button("miFit")->isEnabled());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
-    QVERIFY(bench.button("miSave")->hasFocus());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); // one stop for the whole row
-    QVERIFY(bench.other->hasFocus());
-    QTest::keyClick(bench.other, Qt::Key_Tab);
-    QVERIFY(bench.button("miSave")->hasFocus()); // and back to where it was
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home);
-    QVERIFY(bench.button("miOpen")->hasFocus());
-}
-
-void TestToolControl::keysRunAndOpen()
-{
-    Bench bench;
-    bench.showAll();
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter})
-        QTest::keyClick(bench.button("miSave"), key);
-    QTest::keyClick(bench.button("miOpen"), Qt::Key_Return);
-    QCOMPARE(bench.record.take(), text("click miSave; click miSave; click miSave; click miOpen"));
-    QTest::keyClick(bench.button("miOpen"), Qt::Key_Down);
-    QMenu* const menu = bench.bar->menus()->menu();
-    QVERIFY(menu);
-    QVERIFY(menu->activeAction());
-    QCOMPARE(menu->activeAction()->objectName(), text("tRecent"));
-    QTest::keyClick(menu, Qt::Key_Return);
-    QCOMPARE(bench.record.take(), text("open bOpen; close bOpen; click tRecent"));
-}
-
-void TestToolControl::keysOfOthersPass()
-{
-    class Listener : public QObject
-    {
-      public:
-        QList<int> keys;
-        bool eventFilter(QObject*, QEvent* event) override
-        {
-            const int key =
-                event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : Qt::Key_Control;
-            if (key != Qt::Key_Control) // the bench presses it by itself
-                keys.append(key);
-            return false;
-        }
-    };
-    Bench bench;
-    bench.showAll();
-    Listener listener;
-    bench.installEventFilter(&listener);
-    bench.button("miSave")->setFocus(Qt::TabFocusReason);
-    QTest::keyClick(bench.button("miSave"), Qt::Key_Down); // nothing opens from it
-    QTest::keyClick(bench.button("miSave"), Qt::Key_Escape);
-    QTest::keyClick(bench.button("miSave"), Qt::Key_N, Qt::ControlModifier);
-    QTest::keyClick(bench.button("miSave"), Qt::Key_Right, Qt::ControlModifier);
-    QCOMPARE(listener.keys, (QList<int>{Qt::Key_Down, Qt::Key_Escape, Qt::Key_N, Qt::Key_Right}));
-}
-
-void TestToolControl::focusMovesOnFromWhatIsDisabled()
-{
-    Bench bench;
-    bench.showAll();
-    QTest::keyClick(bench.other, Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
-    bench.fit->set(&ToolValues::enabled, false);
-    QTRY_VERIFY(!bench.button("miFit")->isEnabled());
-    bench.save->set(&ToolValues::enabled, false);
-    bench.fit->set(&ToolValues::enabled, true); // in the same go
-    QTRY_VERIFY(bench.button("miFit")->hasFocus());
-    bench.fit->set(&ToolValues::visible, false);
-    QTRY_VERIFY(bench.button("miText")->hasFocus());
-    bench.words->set(&ToolValues::enabled, false);
-    QTRY_VERIFY(bench.button("miOpen")->hasFocus());
-}
-
-void TestToolControl::clickLeavesTheFocus()
-{
-    Bench bench;
-    bench.showAll();
-    for (const char* name : {"miOpen", "miSave"})
-        QTest::mouseClick(bench.button(name), Qt::LeftButton, {}, QPoint(10, 10));
-    QVERIFY(bench.other->hasFocus());
-}
-
-void TestToolControl::extensionOpensTheRest()
-{
-    Bench bench;
-    bench.showAll();
-    bench.bar->fitInto(120);
-    QVERIFY(bench.button("miOpen"));
-    QVERIFY(!bench.button("miText"));
-    ToolButton* const extension = bench.button("extension");
-    QVERIFY(extension);
-    QCOMPARE(extension->accessibleName(), text("More tools"));
-    QTest::mousePress(extension, Qt::LeftButton, {}, extension->rect().center());
-    QMenu* const menu = bench.bar->menus()->menu();
-    QVERIFY(menu);
-    QStringList rows;
-    for (const QAction* row : menu->actions()) {
-        if (row->isVisible())
-            rows.append(row->isSeparator() ? text("-") : row->text());
-    }
-    QVERIFY(!bench.button("miFit"));
-    QVERIFY(rows.endsWith(text("&Text")));
-    QVERIFY(rows.contains(text("miFit")));
-    QVERIFY(!rows.contains(text("&Open...")));
-    QCOMPARE(rows.contains(text("miSave")), !bench.button("miSave"));
-    for (QAction* row : menu->actions()) {
-        if (row->text() == text("&Text"))
-            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(row).center());
-    }
-    QCOMPARE(bench.record.take(), text("click miText"));
-    bench.bar->fitInto(2000);
-    QVERIFY(!bench.button("extension"));
-    QVERIFY(bench.button("miText"));
-    bench.bar->fitInto(0);
-    QVERIFY(!bench.button("miOpen"));
-}
-
-void TestToolControl::extensionByKeys()
-{
-    Bench bench;
-    bench.showAll();
-    bench.bar->fitInto(120);
-    QTest::keyClick(bench.other, Qt::Key_Tab);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End);
-    QVERIFY(bench.button("extension")->hasFocus());
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down, Qt::Key_Space}) {
-        QTest::keyClick(bench.button("extension"), key);
-        QVERIFY(bench.bar->menus()->menu());
-        QVERIFY(bench.bar->menus()->menu()->activeAction());
-        QTest::keyClick(bench.bar->menus()->menu(), Qt::Key_Escape);
-        QVERIFY(!bench.bar->menus()->menu());
-    }
-    bench.bar->fitInto(2000); // the focus does not go with the button
-    QVERIFY(!bench.button("extension"));
-    QTRY_VERIFY(QApplication::focusWidget());
-    QVERIFY(QApplication::focusWidget()->isVisible());
-}
-
-void TestToolControl::comboOnTheBar()
-{
-    Bench bench;
-    Tool* const time = addTool(*bench.bar->model(), "tTime", ToolKind::Combo);
-    time->set(&ToolValues::choices, {text("1"), text("2")});
-    time->set(&ToolValues::text, text("2"));
-    bench.band->append(time);
-    bench.settle();
-    bench.showAll();
-    ToolCombo* const combo = bench.bar->findChild<ToolCombo*>();
-    QVERIFY(combo && combo->isVisible());
-    combo->lineEdit()->selectAll();
-    QTest::keyClicks(combo->lineEdit(), text("3"));
-    QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
-    QTest::keyClick(combo, Qt::Key_Down);
-    QCOMPARE(bench.record.take(), text("text tTime=3; end tTime=3; end tTime=1"));
-}
-
 void TestToolControl::mirrored()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.setLayoutDirection(Qt::RightToLeft);
     bench.showAll();
     ToolButton* const open = bench.button("miOpen");
@@ -649,7 +263,7 @@ void TestToolControl::mirrored()
 
 void TestToolControl::customiseMenuGivesWay()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     const auto rightClick = [&] {
         QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(10, 10), bench.mapToGlobal(QPoint(10, 10)));
@@ -671,7 +285,7 @@ void TestToolControl::customiseMenuGivesWay()
 
 void TestToolControl::hiddenBand()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     bench.band->setVisible(false);
     QTRY_VERIFY(!bench.button("miOpen"));
@@ -681,7 +295,7 @@ void TestToolControl::hiddenBand()
 
 void TestToolControl::bandsOfTheToolbarKind()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.band->setVisible(false);
     ToolBand* const next = bench.bar->model()->addBand(text("bMain"), BandKind::Toolbar);
     next->append(addTool(*bench.bar->model(), "miMain"));
@@ -701,7 +315,7 @@ void TestToolControl::bandsOfTheToolbarKind()
 
 void TestToolControl::drawingsArePixelByPixel()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     for (const char* name : {"miOpen", "miSave", "miFit"}) {
         const ToolButton* const button = bench.button(name);
@@ -727,7 +341,7 @@ void TestToolControl::drawingsArePixelByPixel()
 
 void TestToolControl::inkFollowsTheGround()
 {
-    Bench bench;
+    ToolbarBench bench;
     bench.showAll();
     for (const QColor& ground : {QColor(0, 121, 191), QColor(239, 239, 239), QColor(45, 45, 48)}) {
         QPalette palette = bench.bar->palette();
