@@ -1,4 +1,4 @@
-// The two stages of a key: debounces, fixed keys, the shortcut table, and the boxes with what follows them.
+// The two stages of a key: fixed keys, the shortcut table, and the boxes with what follows them.
 #include "../support/ScratchHome.h"
 #include "app/mWindowsAPI.h"
 #include "app/Product.h"
@@ -6,89 +6,19 @@
 #include "commands/Keyboard.h"
 #include "commands/KeyBoxes.h"
 #include "commands/ShortcutTable.h"
+#include "KeyboardBench.h"
 #include "platform/Dialogs.h"
 
-#include <QDialog>
-#include <QElapsedTimer>
 #include <QSet>
 #include <QTest>
 
 using namespace quorvia;
+using namespace quorvia::test;
 using namespace quorvia::commands;
 using platform::BoxAnswer;
 using platform::BoxButtons;
 
 namespace {
-
-constexpr int f1 = 112;
-constexpr int f2 = 113;
-constexpr int f7 = 118;
-constexpr int f10 = 121;
-constexpr int f12 = 123;
-constexpr int escape = 27;
-
-/// A keyboard with the fixed shortcuts that writes down what it does.
-class Bench
-{
-  public:
-    Bench() { fillShortcuts(shortcuts, fixedShortcuts()); }
-
-    /// Ends the debounces, as 100 ms without a key do.
-    void rest() const
-    {
-        for (const char* name : {"tWait", "tKey"})
-            timer(name)->stop();
-    }
-    QTimer* timer(const char* name) const { return keyboard->findChild<QTimer*>(QLatin1String(name)); }
-    QStringList press(int keyCode, int shift)
-    {
-        done.clear();
-        keyboard->keyDown(keyCode, shift);
-        return done;
-    }
-    QStringList pressElsewhere(int keyCode, int shift)
-    {
-        done.clear();
-        keyboard->GlobalKeyPress(keyCode, shift);
-        return done;
-    }
-
-    /// Makes every command take longer than the debounces, with its events.
-    void makeStepsLong()
-    {
-        whenRun = [this](const QString&) {
-            QElapsedTimer step;
-            step.start();
-            QTRY_VERIFY(step.hasExpired(2 * timer("tKey")->interval()));
-        };
-    }
-    bool isResting() const { return !timer("tWait")->isActive() && !timer("tKey")->isActive(); }
-
-    QStringList done;
-    bool unsaved = false;
-    BoxAnswer answer = BoxAnswer::No;
-    std::vector<platform::MessageBox> boxes;
-    ShortcutTable shortcuts;
-    std::function<void(const QString&)> whenRun = [](const QString&) {};
-    std::unique_ptr<Keyboard> keyboard = std::make_unique<Keyboard>(
-        &shortcuts, KeyboardSinks{.owner = nullptr,
-                                  .runTool =
-                                      [this](const QString& name) {
-                                          done << name;
-                                          whenRun(name);
-                                      },
-                                  .isDescriptionUnsaved = [this] { return unsaved; },
-                                  .minimise = [this] { done << "minimise"; },
-                                  .fitWindowToImage = [this] { done << "fit"; },
-                                  .interfaceVersions = [] { return QStringLiteral("3.1"); },
-                                  .endProcess = [this] { done << "end"; },
-                                  .letPendingEventsRun = [this] { done << "events"; }});
-    const platform::MessageBoxAnswerer answerer{[this](const platform::MessageBox& box) {
-        boxes.push_back(box);
-        done << "box";
-        return answer;
-    }};
-};
 
 struct KeyRow
 {
@@ -168,17 +98,6 @@ class TestKeyboard : public QObject
     void theFirstStageHasItsOwnKeys_data();
     void theFirstStageHasItsOwnKeys();
     void keysOfOtherWindowsPassOneStageOnly();
-    void aKeyTooSoonIsLost();
-    void twoWindowsDoNotDoubleTheRate();
-    void theTimersHaveTheirNamesAndIntervals();
-    void theDebounceEndsByItself();
-    void theDebounceOutlastsABox();
-    void keysPressedInALongStepAreLost_data();
-    void keysPressedInALongStepAreLost();
-    void aLongStepEndsTheDebounces();
-    void aShortStepLeavesTheDebouncesToTheirTicks();
-    void escInALongStepIsKept_data();
-    void escInALongStepIsKept();
     void anUnsavedDescriptionStopsEveryKey();
     void anUnsavedDescriptionLetsTheFirstStageAsk_data();
     void anUnsavedDescriptionLetsTheFirstStageAsk();
@@ -211,7 +130,7 @@ void TestKeyboard::keys()
 {
     QFETCH(int, code);
     QFETCH(int, shift);
-    Bench bench;
+    KeyboardBench bench;
     QTEST(bench.press(code, shift), "done");
     bench.rest();
     QTEST(bench.pressElsewhere(code, shift), "done");
@@ -225,7 +144,7 @@ void TestKeyboard::everyOtherKeyDoesNothing()
         for (const KeyRow& row : rows)
             used.insert({row.code, row.shift});
     }
-    Bench bench;
+    KeyboardBench bench;
     for (int code = 0; code < 256; ++code) {
         for (int shift = 0; shift < 8; ++shift) {
             bench.rest();
@@ -236,14 +155,14 @@ void TestKeyboard::everyOtherKeyDoesNothing()
 
 void TestKeyboard::aFixedKeyWinsOverTheTable()
 {
-    Bench bench;
+    KeyboardBench bench;
     bench.shortcuts.AddShortcut(QStringLiteral("0"), QStringLiteral("H"), QStringLiteral("miOwn"));
     QCOMPARE(bench.press('H', 0), QStringList{"miHideInterface"});
 }
 
 void TestKeyboard::everyMatchRuns()
 {
-    Bench bench;
+    KeyboardBench bench;
     bench.shortcuts.AddShortcut(QStringLiteral("0"), QStringLiteral("R"), QStringLiteral("miOwn"));
     bench.shortcuts.AddShortcut(QStringLiteral("0"), QStringLiteral("R"), QStringLiteral("miOther"));
     QCOMPARE(bench.press('R', 0), (QStringList{"miRandom", "miOwn", "miOther"}));
@@ -251,7 +170,7 @@ void TestKeyboard::everyMatchRuns()
 
 void TestKeyboard::theTableMayBeFilledLater()
 {
-    Bench bench;
+    KeyboardBench bench;
     QCOMPARE(bench.press('E', 2), QStringList());
     bench.shortcuts.AddShortcut(QStringLiteral("2"), QStringLiteral("E"), QStringLiteral("miEmailImage"));
     bench.rest();
@@ -273,7 +192,7 @@ void TestKeyboard::theFirstStageHasItsOwnKeys()
 {
     QFETCH(int, code);
     QFETCH(int, shift);
-    Bench bench;
+    KeyboardBench bench;
     bench.shortcuts.AddShortcut(QString::number(shift), QString::number(code), QStringLiteral("miOwn"));
     QCOMPARE(bench.press(code, shift), (QStringList{"box", "miOwn"})); // the second stage follows
     bench.rest();
@@ -282,159 +201,10 @@ void TestKeyboard::theFirstStageHasItsOwnKeys()
 
 void TestKeyboard::keysOfOtherWindowsPassOneStageOnly()
 {
-    Bench bench;
+    KeyboardBench bench;
     bench.timer("tWait")->start();
     QCOMPARE(bench.pressElsewhere('R', 0), QStringList{"miRandom"});
     QVERIFY(bench.timer("tKey")->isActive());
-}
-
-void TestKeyboard::aKeyTooSoonIsLost()
-{
-    Bench bench;
-    QCOMPARE(bench.press('R', 0), QStringList{"miRandom"});
-    QCOMPARE(bench.press('R', 0), QStringList());
-    bench.timer("tKey")->stop();
-    QCOMPARE(bench.press('R', 0), QStringList()); // the first stage alone holds it back
-    QVERIFY(!bench.timer("tKey")->isActive());
-    bench.timer("tWait")->stop();
-    QCOMPARE(bench.press('R', 0), QStringList{"miRandom"});
-    bench.timer("tWait")->stop();
-    QCOMPARE(bench.press('R', 0), QStringList()); // and so does the second
-    QVERIFY(bench.timer("tWait")->isActive());    // for which the first has begun to wait anew
-}
-
-void TestKeyboard::twoWindowsDoNotDoubleTheRate()
-{
-    Bench bench;
-    QCOMPARE(bench.pressElsewhere(39, 0), QStringList{"miNext"});
-    QCOMPARE(bench.press(39, 0), QStringList());
-    QCOMPARE(bench.pressElsewhere(39, 0), QStringList());
-}
-
-void TestKeyboard::theTimersHaveTheirNamesAndIntervals()
-{
-    const Bench bench;
-    for (const char* name : {"tWait", "tKey"}) {
-        QVERIFY(bench.timer(name));
-        QCOMPARE(bench.timer(name)->interval(), 100);
-        QCOMPARE(bench.timer(name)->timerType(), Qt::PreciseTimer);
-        QVERIFY(!bench.timer(name)->isActive());
-    }
-}
-
-void TestKeyboard::theDebounceEndsByItself()
-{
-    Bench bench;
-    bench.press('R', 0);
-    QVERIFY(bench.timer("tWait")->isActive());
-    QVERIFY(bench.timer("tKey")->isActive());
-    QTRY_VERIFY(!bench.timer("tWait")->isActive());
-    QTRY_VERIFY(!bench.timer("tKey")->isActive());
-    QCOMPARE(bench.press('R', 0), QStringList{"miRandom"});
-}
-
-void TestKeyboard::theDebounceOutlastsABox()
-{
-    Bench bench;
-    int ticks = 0;
-    bool waited = false;
-    bench.whenRun = [&](const QString&) {
-        QDialog box;
-        QTimer::singleShot(10000, &box, &QDialog::reject); // should the ticks end too early
-        connect(bench.timer("tKey"), &QTimer::timeout, &box, [&] {
-            if (++ticks < 2)
-                return;
-            waited = bench.timer("tWait")->isActive() && bench.timer("tKey")->isActive();
-            box.accept();
-        });
-        box.exec();
-    };
-    QCOMPARE(bench.press('R', 0), QStringList{"miRandom"});
-    QCOMPARE(ticks, 2);
-    QVERIFY(waited);
-    QCOMPARE(bench.press('R', 0), QStringList());
-    QTRY_VERIFY(!bench.timer("tWait")->isActive());
-    QTRY_VERIFY(!bench.timer("tKey")->isActive());
-}
-
-void TestKeyboard::keysPressedInALongStepAreLost_data()
-{
-    QTest::addColumn<bool>("inWindow");
-    QTest::addColumn<bool>("thenInWindow");
-    QTest::newRow("in the window") << true << true;
-    QTest::newRow("in another") << false << false;
-    QTest::newRow("in another, then in the window") << false << true;
-    QTest::newRow("in the window, then in another") << true << false;
-}
-
-void TestKeyboard::keysPressedInALongStepAreLost()
-{
-    QFETCH(bool, inWindow);
-    QFETCH(bool, thenInWindow);
-    Bench bench;
-    bench.makeStepsLong();
-    QCOMPARE(inWindow ? bench.press(39, 0) : bench.pressElsewhere(39, 0), QStringList{"miNext"});
-    // Those that were queued come first of all when the step has returned.
-    for (int queued = 0; queued < 3; ++queued)
-        QCOMPARE(thenInWindow ? bench.press(39, 0) : bench.pressElsewhere(39, 0), QStringList());
-    QTRY_VERIFY(bench.isResting());
-    QCOMPARE(thenInWindow ? bench.press(39, 0) : bench.pressElsewhere(39, 0), QStringList{"miNext"});
-}
-
-void TestKeyboard::aLongStepEndsTheDebounces()
-{
-    Bench bench;
-    bench.makeStepsLong();
-    bench.press(39, 0);
-    QVERIFY(!bench.isResting());
-    for (const char* name : {"tWait", "tKey"})
-        bench.timer(name)->start(1000 * 1000); // no tick is needed
-    QTRY_VERIFY(bench.isResting());
-}
-
-void TestKeyboard::aShortStepLeavesTheDebouncesToTheirTicks()
-{
-    Bench bench;
-    for (const char* name : {"tWait", "tKey"})
-        bench.timer(name)->setInterval(1000 * 1000); // longer than any step
-    bench.press(39, 0);
-    for (int turn = 0; turn < 10; ++turn)
-        QCoreApplication::processEvents();
-    QVERIFY(bench.timer("tWait")->isActive());
-    QVERIFY(bench.timer("tKey")->isActive());
-    QCOMPARE(bench.press(escape, 0), QStringList());
-}
-
-void TestKeyboard::escInALongStepIsKept_data()
-{
-    QTest::addColumn<bool>("inWindow");
-    QTest::addColumn<int>("shift");
-    QTest::addColumn<bool>("withBox");
-    QTest::addColumn<QStringList>("done");
-    QTest::newRow("in the window") << true << 0 << false << QStringList{"events", "miExit"};
-    QTest::newRow("in another") << false << 0 << false << QStringList{"events", "miExit"};
-    QTest::newRow("with Ctrl") << true << 2 << false << QStringList();
-    QTest::newRow("after a box") << true << 0 << true << QStringList();
-    QTest::newRow("after a box, in another") << false << 0 << true << QStringList();
-}
-
-void TestKeyboard::escInALongStepIsKept()
-{
-    QFETCH(bool, inWindow);
-    QFETCH(int, shift);
-    QFETCH(bool, withBox);
-    Bench bench;
-    bench.makeStepsLong();
-    if (withBox) {
-        bench.whenRun = [&bench](const QString&) {
-            QDialog box;
-            QTimer::singleShot(2 * bench.timer("tKey")->interval(), &box, &QDialog::accept);
-            box.exec();
-        };
-    }
-    bench.press('R', 0);
-    bench.press('R', 0);
-    QTEST(inWindow ? bench.press(escape, shift) : bench.pressElsewhere(escape, shift), "done");
 }
 
 void TestKeyboard::anUnsavedDescriptionLetsTheFirstStageAsk_data()
@@ -446,7 +216,7 @@ void TestKeyboard::anUnsavedDescriptionLetsTheFirstStageAsk()
 {
     QFETCH(int, code);
     QFETCH(int, shift);
-    Bench bench;
+    KeyboardBench bench;
     bench.unsaved = true;
     bench.shortcuts.AddShortcut(QString::number(shift), QString::number(code), QStringLiteral("miOwn"));
     QCOMPARE(bench.press(code, shift), QStringList{"box"});
@@ -454,7 +224,7 @@ void TestKeyboard::anUnsavedDescriptionLetsTheFirstStageAsk()
 
 void TestKeyboard::anUnsavedDescriptionStopsEveryKey()
 {
-    Bench bench;
+    KeyboardBench bench;
     bench.unsaved = true;
     for (const auto& rows : {fixedRows(), shortcutRows()}) {
         for (const KeyRow& row : rows) {
@@ -490,7 +260,7 @@ void TestKeyboard::helpIsAskedFor()
 {
     QFETCH(int, code);
     QFETCH(BoxAnswer, answer);
-    Bench bench;
+    KeyboardBench bench;
     bench.answer = answer;
     QTEST(bench.press(code, 0), "done");
     QCOMPARE(bench.boxes.size(), std::size_t(1));
@@ -519,7 +289,7 @@ void TestKeyboard::informationGathersTheFacts()
     const test::ScratchHome home;
     app::openSettings();
     app::save(app::setting::ImageOpenCount, 42);
-    Bench bench;
+    KeyboardBench bench;
     bench.press(f10, 0);
     QCOMPARE(bench.boxes.size(), std::size_t(1));
     const QStringList lines = bench.boxes[0].text.split(u'\n');
@@ -540,7 +310,7 @@ void TestKeyboard::informationGathersTheFacts()
 
 void TestKeyboard::theEngineTellsOfItself()
 {
-    Bench bench;
+    KeyboardBench bench;
     bench.press(f12, 1);
     QCOMPARE(bench.boxes.size(), std::size_t(1));
     QCOMPARE(bench.boxes[0].buttons, BoxButtons::Ok);
@@ -572,7 +342,7 @@ void TestKeyboard::erasingAsksFirst()
     app::saveEarlierOwner(QStringLiteral("Open"), QStringLiteral(".jpg"), QStringLiteral("other"));
     app::save(app::common::ThumbnailPath, QStringLiteral("/thumbs/"));
 
-    Bench bench;
+    KeyboardBench bench;
     bench.answer = answer;
     QTEST(bench.press(f7, 6), "done");
     QCOMPARE(bench.boxes[0].buttons, BoxButtons::YesNoCancel);
@@ -603,14 +373,14 @@ void TestKeyboard::quickFunctions_data()
 void TestKeyboard::quickFunctions()
 {
     QFETCH(QString, name);
-    Bench bench;
+    KeyboardBench bench;
     bench.keyboard->QuickFunctions(name);
     QTEST(bench.done, "done");
 }
 
 void TestKeyboard::aCommandMayEndTheKeyboard()
 {
-    Bench bench;
+    KeyboardBench bench;
     bench.shortcuts.AddShortcut(QStringLiteral("0"), QStringLiteral("R"), QStringLiteral("miOwn"));
     bench.whenRun = [&](const QString&) { bench.keyboard.reset(); };
     QCOMPARE(bench.press('R', 0), QStringList{"miRandom"});
@@ -630,7 +400,7 @@ void TestKeyboard::aBoxMayEndTheKeyboard()
 {
     QFETCH(int, code);
     QFETCH(int, shift);
-    Bench bench;
+    KeyboardBench bench;
     bench.shortcuts.AddShortcut(QString::number(shift), QString::number(code), QStringLiteral("miOwn"));
     const platform::MessageBoxAnswerer ends([&bench](const platform::MessageBox&) {
         bench.keyboard.reset();
