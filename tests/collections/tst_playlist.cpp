@@ -1,124 +1,33 @@
-// The panel of the list of pictures, driven by mouse and keys.
+// The panel of the list of pictures: its parts, what it shows, and the folders of its tree.
 #include "app/Colors.h"
 #include "app/Settings.h"
 #include "collections/BatchActions.h"
-#include "collections/EntryView.h"
 #include "collections/PictureList.h"
 #include "collections/Playlist.h"
 #include "collections/PlaylistCommands.h"
 #include "ListBench.h"
 #include "platform/Dialogs.h"
 #include "platform/FolderTree.h"
+#include "PlaylistStage.h"
 
 #include <QAccessible>
-#include <QContextMenuEvent>
 #include <QDir>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QtTest>
 
 using namespace quorvia;
+using namespace quorvia::test;
 using collections::PictureList;
 using collections::Playlist;
-using platform::FolderTree;
 
-class TestPlaylist : public QObject
+class TestPlaylist : public QObject, private PlaylistStage
 {
     Q_OBJECT
 
-  private:
-    const QString m_startedIn = QDir::currentPath();
-    std::unique_ptr<test::ListBench> m_bench;
-    std::unique_ptr<PictureList> m_list;
-    std::unique_ptr<collections::PlaylistCommands> m_commands;
-    std::unique_ptr<collections::BatchActions> m_batch;
-    std::unique_ptr<Playlist> m_panel;
-    std::unique_ptr<QSignalSpy> m_opened;
-
-    QString in(const char* name) const { return m_bench->in(name); }
-    FolderTree& ftv() const { return *m_panel->findChild<FolderTree*>(QStringLiteral("ftv")); }
-    collections::EntryView& lPlaylist() const
-    {
-        return *m_panel->findChild<collections::EntryView*>(QStringLiteral("lPlaylist"));
-    }
-    QPushButton& cmdDir() const { return *m_panel->findChild<QPushButton*>(QStringLiteral("cmdDir")); }
-    QPushButton& cmdPlaylist() const
-    {
-        return *m_panel->findChild<QPushButton*>(QStringLiteral("cmdPlaylist"));
-    }
-    /// The name of the menu that is open; empty when none is.
-    static QString menu()
-    {
-        const QWidget* const open = QApplication::activePopupWidget();
-        return open ? open->objectName() : QString();
-    }
-    static QPoint menuPlace() { return QApplication::activePopupWidget()->pos(); }
-    static void closeMenu()
-    {
-        if (QWidget* const open = QApplication::activePopupWidget())
-            open->close();
-    }
-    QString info() const { return m_panel->findChild<QLabel*>(QStringLiteral("lPlaylistInfo"))->text(); }
-    QString shown(int row) const { return lPlaylist().model()->index(row, 0).data().toString(); }
-    QList<int> selected() const
-    {
-        QList<int> rows;
-        for (const QModelIndex& index : lPlaylist().selectionModel()->selectedIndexes())
-            rows.append(index.row());
-        std::sort(rows.begin(), rows.end());
-        return rows;
-    }
-    QPoint place(int row) const
-    {
-        return lPlaylist().visualRect(lPlaylist().model()->index(row, 0)).center();
-    }
-    void click(int row, Qt::KeyboardModifiers held = {}, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mouseClick(lPlaylist().viewport(), button, held, place(row));
-    }
-    bool isInSight(int row) const { return lPlaylist().viewport()->rect().contains(place(row)); }
-
-    /// The list of `folder` (may be empty) as it stands after the start, not yet shown.
-    void list(const QString& folder)
-    {
-        m_list = std::make_unique<PictureList>([this] { return m_bench->window.current; });
-        m_commands = std::make_unique<collections::PlaylistCommands>(m_list.get());
-        m_batch = std::make_unique<collections::BatchActions>(m_list.get());
-        m_opened = std::make_unique<QSignalSpy>(m_list.get(), &PictureList::OpenFile);
-        m_list->SetPattern(QStringLiteral("*.jpg"));
-        m_list->startUp();
-        m_list->setPath(folder);
-        m_list->finishRebuild();
-    }
-    /// The same with its panel on the screen; the list of "pics" when there is none.
-    void show()
-    {
-        if (!m_list)
-            list(in("pics"));
-        m_panel = std::make_unique<Playlist>(m_list.get(), *m_commands, *m_batch, m_bench->window);
-        m_panel->resize(240, 640);
-        m_panel->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_panel.get()));
-    }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<test::ListBench>();
-        QVERIFY(QDir::setCurrent(in(""))); // as a desktop starts its programs
-    }
-
-    void cleanup()
-    {
-        m_panel.reset();
-        m_opened.reset();
-        m_batch.reset();
-        m_commands.reset();
-        m_list.reset();
-        QDir::setCurrent(m_startedIn);
-        m_bench.reset();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void controlsKeepTheDesktopsColours()
     {
@@ -233,172 +142,6 @@ class TestPlaylist : public QObject
         QVERIFY(!lPlaylist().currentIndex().isValid());
     }
 
-    void aClickPicks()
-    {
-        show();
-        click(1);
-        QCOMPARE(m_opened->count(), 1);
-        QCOMPARE(m_opened->at(0).at(0).toString(), in("pics/b.jpg"));
-        QCOMPARE(m_list->ListIndex(), 1);
-        QCOMPARE(m_list->GetSelectedFiles(), in("pics/b.jpg;"));
-    }
-
-    void aClickOnTheImageOnShowOpensNothing()
-    {
-        show();
-        m_bench->window.current = in("pics/b.jpg");
-        click(1);
-        QCOMPARE(m_opened->count(), 0);
-        QCOMPARE(m_list->ListIndex(), 1);
-        m_bench->window.current = in("pics/c.jpg"); // another one has come: the same entry opens again
-        click(1);
-        QCOMPARE(m_opened->count(), 1);
-    }
-
-    void aClickBesideTheEntriesPicksNothing()
-    {
-        show();
-        click(1);
-        QTest::mouseClick(lPlaylist().viewport(), Qt::LeftButton, {},
-                          QPoint(20, lPlaylist().viewport()->height() - 3));
-        QCOMPARE(m_opened->count(), 1);
-        QVERIFY(selected().isEmpty());
-        QCOMPARE(m_list->GetSelectedFiles(), QString());
-    }
-
-    void severalAreSelectedByMouse()
-    {
-        show();
-        click(0);
-        click(2, Qt::ControlModifier);
-        QCOMPARE(selected(), QList<int>({0, 2}));
-        QCOMPARE(m_list->GetSelectedFiles(), in("pics/a.jpg;") + in("pics/c.jpg;"));
-        QCOMPARE(m_list->ListIndex(), 2); // and it is opened, as by any click
-        QCOMPARE(m_opened->count(), 2);
-        click(4, Qt::ShiftModifier);
-        QCOMPARE(selected(), QList<int>({0, 2, 3, 4})); // from there on, beside what stood
-        click(1);
-        QCOMPARE(selected(), QList<int>{1});
-    }
-
-    void keysPick_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("opened");
-        QTest::addColumn<QList<int>>("rows");
-        const auto row = [](const char* name, int key, Qt::KeyboardModifiers held, int current, int opened,
-                            const QList<int>& rows) {
-            QTest::newRow(name) << key << int(held) << current << opened << rows;
-        };
-        row("Home", Qt::Key_Home, {}, 0, 1, {0});
-        row("End", Qt::Key_End, {}, 4, 1, {4});
-        row("Shift+Down", Qt::Key_Down, Qt::ShiftModifier, 3, 1, {2, 3});
-        row("Shift+Home", Qt::Key_Home, Qt::ShiftModifier, 0, 1, {0, 1, 2});
-        row("Ctrl+Down only goes", Qt::Key_Down, Qt::ControlModifier, 2, 0, {2});
-        row("Ctrl+A", Qt::Key_A, Qt::ControlModifier, 2, 0, {0, 1, 2, 3, 4});
-        row("Return", Qt::Key_Return, {}, 2, 1, {2});
-        row("Space", Qt::Key_Space, {}, 2, 1, {2});
-        row("the plain arrow is the window's", Qt::Key_Down, {}, 2, 0, {2});
-        row("a digit is the window's", Qt::Key_5, {}, 2, 0, {2});
-    }
-
-    void keysPick()
-    {
-        QFETCH(int, key);
-        QFETCH(int, modifiers);
-        QFETCH(QList<int>, rows);
-        show();
-        m_list->SetListIndex(2);
-        m_opened->clear();
-        QTest::keyClick(&lPlaylist(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-        QTEST(m_list->ListIndex(), "row");
-        QTEST(int(m_opened->count()), "opened");
-        QCOMPARE(selected(), rows);
-        QCOMPARE(m_list->GetSelectedFiles().count(u';'), rows.size());
-    }
-
-    void ctrlArrowAndSpaceSelectApart()
-    {
-        show();
-        m_list->SetListIndex(0);
-        QTest::keyClick(&lPlaylist(), Qt::Key_Down, Qt::ControlModifier);
-        QTest::keyClick(&lPlaylist(), Qt::Key_Down, Qt::ControlModifier);
-        QTest::keyClick(&lPlaylist(), Qt::Key_Space, Qt::ControlModifier);
-        QCOMPARE(selected(), QList<int>({0, 2}));
-        QCOMPARE(m_list->ListIndex(), 2);
-    }
-
-    void aPressTakesTheStarsOutOfTheText_data()
-    {
-        QTest::addColumn<Qt::MouseButton>("button");
-        QTest::newRow("left") << Qt::LeftButton;
-        QTest::newRow("right") << Qt::RightButton;
-        QTest::newRow("middle") << Qt::MiddleButton;
-    }
-
-    void aPressTakesTheStarsOutOfTheText()
-    {
-        QFETCH(Qt::MouseButton, button);
-        m_bench->home.write(QStringLiteral("pics/a * b.jpg"), "x");
-        show();
-        QCOMPARE(shown(0), QStringLiteral("1. a * b (JPG)"));
-        QTest::mousePress(lPlaylist().viewport(), button, {}, place(0));
-        QCOMPARE(shown(0), QStringLiteral("1. a - b (JPG)"));
-        QCOMPARE(m_list->List(0), QStringLiteral("1. a - b (JPG)"));
-        QTest::mouseRelease(lPlaylist().viewport(), button, {}, place(0));
-        QCOMPARE(m_opened->count(), button == Qt::LeftButton ? 1 : 0);
-        if (button == Qt::LeftButton)
-            QCOMPARE(m_opened->at(0).at(0).toString(), in("pics/a * b.jpg"));
-    }
-
-    void theRightButtonOpensTheMenu()
-    {
-        show();
-        m_list->SetListIndex(0);
-        m_opened->clear();
-        const QPoint at(20, place(3).y());
-        QTest::mousePress(lPlaylist().viewport(), Qt::RightButton, {}, at);
-        QCOMPARE(menu(), QString());
-        QTest::mouseRelease(lPlaylist().viewport(), Qt::RightButton, {}, at);
-        QCOMPARE(menu(), QStringLiteral("bFiles"));
-        QCOMPARE(menuPlace(), lPlaylist().viewport()->mapToGlobal(at));
-        closeMenu();
-        QCOMPARE(selected(), QList<int>{3});
-        QCOMPARE(m_list->ListIndex(), 0); // the image on show stays
-        QCOMPARE(m_opened->count(), 0);
-        click(0);
-        click(2, Qt::ShiftModifier);
-        click(1, {}, Qt::RightButton);
-        closeMenu();
-        QCOMPARE(selected(), QList<int>({0, 1, 2})); // one of several keeps them
-    }
-
-    void keysOpenTheMenuToo()
-    {
-        show();
-        m_list->SetListIndex(1);
-        QTest::keyClick(&lPlaylist(), Qt::Key_F10, Qt::ShiftModifier);
-        QCOMPARE(menu(), QStringLiteral("bFiles"));
-        QCOMPARE(menuPlace(), lPlaylist().viewport()->mapToGlobal(place(1)));
-        closeMenu();
-        QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
-        QCoreApplication::sendEvent(lPlaylist().viewport(), &key);
-        QCOMPARE(menu(), QStringLiteral("bFiles"));
-        closeMenu();
-        QContextMenuEvent mouse(QContextMenuEvent::Mouse, {}, {});
-        QCoreApplication::sendEvent(lPlaylist().viewport(), &mouse);
-        QCOMPARE(menu(), QString()); // the release opens it
-        QCursor::setPos(m_panel->mapToGlobal(QPoint(30, 40)));
-        m_panel->RunTool(QStringLiteral("ShowContextMenu"));
-        QCOMPARE(menu(), QStringLiteral("bFiles"));
-        QCOMPARE(menuPlace(), QCursor::pos());
-        closeMenu();
-        m_panel->RunTool(QStringLiteral("nonesuch"));
-        QCOMPARE(menu(), QString());
-    }
-
     void theUsersFolderIsListed()
     {
         m_bench->home.write(QStringLiteral("pics/sub/x.jpg"), "x");
@@ -481,20 +224,6 @@ class TestPlaylist : public QObject
         QCOMPARE(app::read(app::setting::SelectedPath, QString()), full(start));
     }
 
-    void theButtonWorksByKey()
-    {
-        show();
-        int asked = 0;
-        const platform::FolderBrowserAnswerer answerer([&](const platform::FolderBrowser&) {
-            ++asked;
-            return QString();
-        });
-        QTest::keyClick(&cmdDir(), Qt::Key_Space);
-        QCOMPARE(asked, 1);
-        m_panel->RunTool(QStringLiteral("SelectDirectory"));
-        QCOMPARE(asked, 2);
-    }
-
     void theRootOfTheLastRun_data()
     {
         QTest::addColumn<QString>("stored"); // "@" stands for the home directory
@@ -531,28 +260,6 @@ class TestPlaylist : public QObject
         m_panel->RunTool(QStringLiteral("selectdirectory"));
         QVERIFY(!m_panel);
         QCOMPARE(app::read(app::setting::BrowserRoot), QStringLiteral("Desktop"));
-    }
-
-    void tabLeadsThroughTheParts()
-    {
-        show();
-        m_panel->activateWindow();
-        QTRY_VERIFY(m_panel->isActiveWindow());
-        ftv().setFocus(Qt::TabFocusReason);
-        QTRY_VERIFY(ftv().hasFocus());
-        QCOMPARE(m_list->path(), in("pics"));
-        QTest::keyClick(&ftv(), Qt::Key_Tab);
-        QVERIFY(cmdDir().hasFocus());
-        QTest::keyClick(&cmdDir(), Qt::Key_Tab);
-        QVERIFY(cmdPlaylist().hasFocus());
-        QTest::keyClick(&cmdPlaylist(), Qt::Key_Tab);
-        QVERIFY(lPlaylist().hasFocus());
-        QTest::keyClick(&lPlaylist(), Qt::Key_Tab);
-        QCOMPARE(m_panel->focusWidget()->objectName(), QStringLiteral("tab2"));
-        QTest::keyClick(m_panel->focusWidget(), Qt::Key_Backtab);
-        QVERIFY(lPlaylist().hasFocus());
-        QTest::keyClick(&lPlaylist(), Qt::Key_Backtab);
-        QVERIFY(cmdPlaylist().hasFocus());
     }
 
     void partsHaveTheirPlaces()
