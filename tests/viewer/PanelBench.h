@@ -74,6 +74,7 @@ class PanelBench
         return found;
     }
     QPlainTextEdit* tDes() { return part<QPlainTextEdit>("tDes"); }
+    QString textOf(const char* field) { return part<QPlainTextEdit>(field)->toPlainText(); }
     QTimer* tSaveDes() { return part<QTimer>("tSaveDes"); }
     /// Makes `text` the description of the image in its present state.
     bool store(const char* name, const QString& text) const
