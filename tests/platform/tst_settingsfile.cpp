@@ -1,35 +1,20 @@
 // The file of the store: where it lies, what it is made of, and what it goes on without.
 #include "../support/ScratchHome.h"
 #include "platform/SettingsStore.h"
+#include "platform/StoreProbe.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTest>
 
 using namespace quorvia::platform;
+using quorvia::test::asked;
 using quorvia::test::ScratchHome;
+using quorvia::test::settingsKey;
+using quorvia::test::stored;
 
 namespace {
-
-const QString settingsKey = QStringLiteral("Software\\Halvexa\\Quorvia\\Settings");
-
-/// What the sqlite3 tool prints for `sql`.
-QByteArray asked(const QString& file, const QString& sql)
-{
-    QProcess tool;
-    tool.start(QStringLiteral("sqlite3"), {file, sql});
-    if (!tool.waitForFinished(20000) || tool.exitCode() != 0)
-        return "the sqlite3 tool failed: " + tool.readAllStandardError() + tool.errorString().toUtf8();
-    return tool.readAllStandardOutput().trimmed();
-}
-
-QString stored(const SettingsStore& store, const QString& key, const QString& name)
-{
-    const auto value = store.read(key, name);
-    return value ? value->value.toString() : QStringLiteral("absent");
-}
 
 /// Something stands where the write-ahead log's shared memory has to be: a link, which is not followed, or a
 /// directory.
