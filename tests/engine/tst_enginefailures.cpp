@@ -1,16 +1,11 @@
 // Loads of the control that fail lead back to what was there before.
 #include "EngineStage.h"
+#include "PureColors.h"
 
 #include <QtTest>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
-
-namespace {
-
-constexpr QRgb blue = qRgb(0, 0, 255);
-
-} // namespace
 
 class tst_EngineFailures : public QObject, protected EngineStage
 {

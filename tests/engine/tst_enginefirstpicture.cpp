@@ -1,17 +1,12 @@
 // The small first picture of a load, the full one behind it, and the signal of the first paint.
 #include "EngineStage.h"
+#include "PureColors.h"
 
 #include <QSignalSpy>
 #include <QtTest>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
-
-namespace {
-
-constexpr QRgb red = qRgb(255, 0, 0);
-
-} // namespace
 
 class tst_EngineFirstPicture : public QObject, protected EngineStage
 {

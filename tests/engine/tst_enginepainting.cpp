@@ -1,18 +1,11 @@
 // What the control shows: placement, zoom, colours, held back paints.
 #include "EngineStage.h"
+#include "PureColors.h"
 
 #include <QtTest>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
-
-namespace {
-
-constexpr QRgb red = qRgb(255, 0, 0);
-constexpr QRgb green = qRgb(0, 255, 0);
-constexpr QRgb blue = qRgb(0, 0, 255);
-
-} // namespace
 
 class tst_EnginePainting : public QObject, protected EngineStage
 {

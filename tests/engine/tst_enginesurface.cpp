@@ -1,5 +1,6 @@
 // The held picture painted on another surface than the control, which that surface may hide.
 #include "EngineStage.h"
+#include "PureColors.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -8,8 +9,6 @@ using namespace quorvia::engine;
 using namespace quorvia::test;
 
 namespace {
-
-constexpr QRgb red = qRgb(255, 0, 0);
 
 QImage cut(const QImage& image, const QRect& part)
 {

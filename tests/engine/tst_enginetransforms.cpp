@@ -1,16 +1,11 @@
 // What transforms do to the picture of the control and to its facts.
 #include "EngineStage.h"
+#include "PureColors.h"
 
 #include <QtTest>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
-
-namespace {
-
-constexpr QRgb red = qRgb(255, 0, 0);
-
-} // namespace
 
 class tst_EngineTransforms : public QObject, protected EngineStage
 {
