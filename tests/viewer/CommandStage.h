@@ -2,23 +2,20 @@
 #pragma once
 
 #include "support/ScratchTrash.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 namespace quorvia::test {
 
-class CommandStage
+class CommandStage : protected PictureStage
 {
   protected:
     /// A fresh home and an empty trash; no window yet.
     void setUp()
     {
         m_trash.clear();
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
+        PictureStage::setUp();
     }
-    void tearDown() { m_bench.reset(); }
 
-    QString in(const char* name) const { return m_bench->in(name); }
     /// A window for a command line, with its menus and its list.
     viewer::frmImageView& show(const QStringList& arguments)
     {
@@ -32,7 +29,6 @@ class CommandStage
     QStringList failures() const { return m_bench->logTexts().filter(QStringLiteral("Not ")); }
 
     ScratchTrash m_trash;
-    std::unique_ptr<ViewerBench> m_bench;
     viewer::frmImageView* m_window = nullptr;
 };
 

@@ -1,85 +1,27 @@
-// The panes of the main window, driven by its commands and handles: after each of them everything has its
-// place.
+// The panes of the main window, driven by its commands: after each of them everything has its place.
 #include "app/Colors.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
 #include "controls/gnTab.h"
 #include "controls/uLink.h"
+#include "PaneStage.h"
 #include "platform/MenuControl.h"
-#include "platform/ToolControl.h"
-#include "viewer/DragHandle.h"
 #include "viewer/ViewerBench.h"
 
-#include <QAbstractButton>
-#include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 using namespace quorvia;
-using test::ViewerBench;
+using namespace quorvia::test;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestPanes : public QObject
+class TestPanes : public QObject, private PaneStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    frmImageView& open()
-    {
-        frmImageView& window = m_bench->load({m_bench->in("pics")});
-        window.resize(900, 700);
-        QCoreApplication::processEvents();
-        return window;
-    }
-
-    static QRect place(const QWidget* pane, const frmImageView& window)
-    {
-        return {pane->mapTo(&window, QPoint()), pane->size()};
-    }
-
-    /// True when the panes fill pTop from top to bottom without a hole; twips rounded up to pixels may
-    /// overlap by one.
-    static bool fills(const frmImageView& window, const QList<const QWidget*>& panes)
-    {
-        int y = window.panes()->gTab()->geometry().bottom() + 1;
-        for (const QWidget* pane : panes) {
-            if (pane->isHidden() || pane->y() > y || pane->y() < y - 1 ||
-                pane->width() != window.pTop()->width())
-                return false;
-            y = pane->geometry().bottom() + 1;
-        }
-        return y == window.pTop()->height() || y == window.pTop()->height() + 1;
-    }
-
-    static void sizeToolbar(const frmImageView& window, QSize pixels)
-    {
-        window.panes()->ab1()->setWidthInTwips(app::toTwips(pixels.width()));
-        window.panes()->ab1()->setHeightInTwips(app::toTwips(pixels.height()));
-    }
-
-    static viewer::DragHandle* handle(const frmImageView& window, const char* name)
-    {
-        return window.findChild<viewer::DragHandle*>(QLatin1String(name));
-    }
-
-    static void drag(viewer::DragHandle* handle, QPoint by)
-    {
-        const QPoint middle = handle->rect().center();
-        QTest::mousePress(handle, Qt::LeftButton, {}, middle);
-        QTest::mouseMove(handle, middle + by);
-        QTest::mouseRelease(handle, Qt::LeftButton, {}, handle->rect().center());
-    }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void thePanesExistUnderTheirNames()
     {
@@ -199,24 +141,6 @@ class TestPanes : public QObject
         }
     }
 
-    void theListBandMakesRoomAndGivesItBack()
-    {
-        frmImageView& window = open();
-        const QRect alone = place(window.pContain(), window);
-        QVERIFY(!window.findChild<QWidget*>(QStringLiteral("pFilebar"))->isHidden());
-        window.RunTool(QStringLiteral("miFileList"));
-        QVERIFY(window.panes()->bPlay()->visible());
-        QVERIFY(window.findChild<QWidget*>(QStringLiteral("pFilebar"))->isHidden());
-        QVERIFY(!handle(window, "pMove")->isHidden());
-        const QRect beside = place(window.pContain(), window);
-        QVERIFY(beside.left() >= window.panes()->bPlay()->width());
-        QCOMPARE(beside.right(), alone.right());
-        window.RunTool(QStringLiteral("miFilelistMenu"));
-        QVERIFY(!window.panes()->bPlay()->visible());
-        QVERIFY(handle(window, "pMove")->isHidden());
-        QCOMPARE(place(window.pContain(), window), alone);
-    }
-
     void aNarrowWindowHasNoFilebar_data()
     {
         QTest::addColumn<int>("width");
@@ -234,43 +158,6 @@ class TestPanes : public QObject
         window.panes()->bPlay()->setDockingArea(platform::dockingArea::top);
         window.panes()->bPlay()->setVisible(true);
         QTEST(!window.findChild<QWidget*>(QStringLiteral("pFilebar"))->isHidden(), "shows");
-    }
-
-    void theSplitterStopsAtItsLimits_data()
-    {
-        QTest::addColumn<int>("by");
-        QTest::newRow("far down") << 600;
-        QTest::newRow("far up") << -600;
-    }
-
-    void theSplitterStopsAtItsLimits()
-    {
-        QFETCH(int, by);
-        frmImageView& window = open();
-        window.RunTool(QStringLiteral("miViewFilmstrip"));
-        drag(handle(window, "pSize"), {0, by});
-        const int inside = app::toTwips(window.pTop()->height());
-        const int top = by > 0 ? inside - 1000 : app::toTwips(window.pContain()->y()) + 100;
-        const int height = inside - top - app::toTwips(handle(window, "pSize")->height());
-        QCOMPARE(app::read(setting::FilmStripHeight, 0), height);
-        QVERIFY(window.ix1()->isHidden()); // for a moment, as while the window changes its size
-        QTRY_VERIFY(!window.ix1()->isHidden());
-        m_bench->close();
-        frmImageView& again = m_bench->load({m_bench->in("pics")});
-        QCOMPARE(again.panes()->filmStripHeight(), height);
-    }
-
-    void theSplitterStandsAtItsLimitWhileItIsDragged()
-    {
-        frmImageView& window = open();
-        window.RunTool(QStringLiteral("miViewFilmstrip"));
-        viewer::DragHandle* const pSize = handle(window, "pSize");
-        const QPoint middle = pSize->rect().center();
-        QTest::mousePress(pSize, Qt::LeftButton, {}, middle);
-        QTest::mouseMove(pSize, middle + QPoint(0, 2000));
-        QCOMPARE(app::toTwips(pSize->y()), app::toTwips(window.pTop()->height()) - 1000 - 1000 % 15 + 10 - 5);
-        QCOMPARE(window.findChild<QTimer*>(QStringLiteral("tUpdate"))->interval(), 100);
-        QTest::mouseRelease(pSize, Qt::LeftButton, {}, middle);
     }
 
     void aStripStoredForAHigherWindowLeavesThePicture()
@@ -302,143 +189,6 @@ class TestPanes : public QObject
         QVERIFY(!isBehind(window.panes()->pFilmStrip()));
         window.RunTool(QStringLiteral("miHideInterface"));
         QVERIFY(isBehind(window.panes()->pFilmStrip()));
-    }
-
-    void theListsHandleStopsAtTheWindow_data()
-    {
-        QTest::addColumn<int>("area");
-        QTest::addColumn<int>("by");
-        for (const int by : {-5000, 5000}) {
-            QTest::addRow("on the left, by %d", by) << platform::dockingArea::left << by;
-            QTest::addRow("on the right, by %d", by) << platform::dockingArea::right << by;
-        }
-    }
-
-    void theListsHandleStopsAtTheWindow()
-    {
-        QFETCH(int, area);
-        QFETCH(int, by);
-        frmImageView& window = open();
-        platform::Band* const bPlay = window.panes()->bPlay();
-        bPlay->setDockingArea(area);
-        bPlay->setVisible(true);
-        window.layoutPanes();
-        drag(handle(window, "pMove"), {by, 0});
-        QVERIFY(bPlay->visible());
-        QVERIFY(bPlay->width() > 0 && bPlay->width() < window.width());
-        QVERIFY(window.rect().contains(place(handle(window, "pMove"), window)));
-        QVERIFY(window.rect().contains(place(window.pTop(), window)));
-        drag(handle(window, "pMove"), {-by / 20, 0}); // it can be taken again
-        QVERIFY(bPlay->width() > 0 && bPlay->width() < window.width());
-    }
-
-    void theListsHandleMovesAloneWhileItIsDragged()
-    {
-        frmImageView& window = open();
-        window.RunTool(QStringLiteral("miFileList"));
-        viewer::DragHandle* const pMove = handle(window, "pMove");
-        const QRect view = place(window.pTop(), window);
-        const int before = pMove->x();
-        const QPoint middle = pMove->rect().center();
-        QTest::mousePress(pMove, Qt::LeftButton, {}, middle);
-        QTest::mouseMove(pMove, middle + QPoint(40, 0));
-        QCOMPARE(pMove->x(), before + 40);
-        QCOMPARE(place(window.pTop(), window), view);
-        QTest::mouseRelease(pMove, Qt::LeftButton, {}, middle);
-        QCOMPARE(place(window.pTop(), window).left(), view.left() + 40);
-    }
-
-    void theListsHandleStandsOnlyBesideAnUprightBand_data()
-    {
-        QTest::addColumn<int>("area");
-        QTest::addColumn<bool>("shows");
-        QTest::newRow("left") << platform::dockingArea::left << true;
-        QTest::newRow("right") << platform::dockingArea::right << true;
-        QTest::newRow("top") << platform::dockingArea::top << false;
-        QTest::newRow("bottom") << platform::dockingArea::bottom << false;
-        QTest::newRow("floating") << platform::dockingArea::floating << false;
-    }
-
-    void theListsHandleStandsOnlyBesideAnUprightBand()
-    {
-        QFETCH(int, area);
-        frmImageView& window = open();
-        window.panes()->bPlay()->setDockingArea(area);
-        window.RunTool(QStringLiteral("miFileList"));
-        QTEST(!handle(window, "pMove")->isHidden(), "shows");
-    }
-
-    void theListIsSizedByItsHandle_data()
-    {
-        QTest::addColumn<int>("area");
-        QTest::addColumn<int>("by");
-        QTest::addColumn<int>("change");
-        QTest::newRow("on the left, outwards") << platform::dockingArea::left << 60 << 60;
-        QTest::newRow("on the left, back") << platform::dockingArea::left << -60 << -60;
-        QTest::newRow("on the right, outwards") << platform::dockingArea::right << -60 << 60;
-    }
-
-    void theListIsSizedByItsHandle()
-    {
-        QFETCH(int, area);
-        QFETCH(int, by);
-        QFETCH(int, change);
-        frmImageView& window = open();
-        platform::Band* const bPlay = window.panes()->bPlay();
-        bPlay->setDockingArea(area);
-        bPlay->setVisible(true);
-        window.layoutPanes();
-        const int before = bPlay->width();
-        drag(handle(window, "pMove"), {by, 0});
-        QCOMPARE(bPlay->width(), before + change);
-        const QRect grip = place(handle(window, "pMove"), window);
-        const QRect view = place(window.pTop(), window);
-        QCOMPARE(area == platform::dockingArea::left ? grip.right() + 1 : grip.left() - 1,
-                 area == platform::dockingArea::left ? view.left() : view.right());
-    }
-
-    void theButtonStandsBesideTheToolbarWhileThePanesAreOut()
-    {
-        frmImageView& window = open();
-        auto* iButton = window.findChild<QAbstractButton*>(QStringLiteral("iButton"));
-        QVERIFY(iButton->isHidden());
-        QWidget* const ab1 = window.panes()->ab1();
-        sizeToolbar(window, {300, 40});
-        ab1->show();
-        window.layoutPanes();
-        QVERIFY(iButton->isHidden());
-        window.RunTool(QStringLiteral("miHideInterface"));
-        QVERIFY(!iButton->isHidden());
-        QCOMPARE(ab1->geometry(), QRect(300, 660, 300, 40));
-        QCOMPARE(iButton->y(), 660 + 40 / 15);
-        const auto* Line1 = window.findChild<QWidget*>(QStringLiteral("Line1"));
-        QCOMPARE(Line1->geometry(), QRect(0, (660 * 15 - 10) / 15, 900, 1));
-        QCOMPARE(window.panes()->aP()->geometry().height(), (660 * 15 - 10 - 10 + 14) / 15);
-        window.RunTool(QStringLiteral("miQuickHide"));
-        QVERIFY(iButton->isHidden() && Line1->isHidden());
-        ab1->show(); // the bench's own toolbar has no tools
-        window.RunTool(QStringLiteral("miQuickHide"));
-        ab1->show();
-        window.layoutPanes();
-        sizeToolbar(window, {880, 40});
-        window.layoutPanes();
-        QVERIFY(iButton->isHidden()); // for want of room
-        sizeToolbar(window, {300, 40});
-        window.layoutPanes();
-        iButton->click();
-        QVERIFY(window.panes()->interfaceFlag());
-        QVERIFY(iButton->isHidden());
-    }
-
-    void aClickOnTheFilebarShowsTheList()
-    {
-        frmImageView& window = open();
-        window.RunTool(QStringLiteral("miHideInterface"));
-        auto* const label = window.findChild<QPushButton*>(QStringLiteral("lFilebar"));
-        QVERIFY(label->isVisible());
-        QTest::mouseClick(label, Qt::LeftButton);
-        QVERIFY(window.panes()->bPlay()->visible());
-        QCOMPARE(window.lastTool(), QStringLiteral("miFileList"));
     }
 
     void theLinkStandsAtTheRight()
