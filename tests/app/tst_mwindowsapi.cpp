@@ -1,6 +1,7 @@
 #include "../support/ScratchHome.h"
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
+#include "app/SettingsHome.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,6 +18,7 @@ using quorvia::platform::SettingsStore;
 using quorvia::platform::userStorePath;
 using quorvia::platform::ValueType;
 using quorvia::test::ScratchHome;
+using quorvia::test::SettingsHome;
 
 namespace {
 
@@ -28,17 +30,6 @@ QByteArray contents(const QString& path)
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
-
-/// A fresh home with both trees open.
-class Opened
-{
-  public:
-    Opened() { openSettings(); }
-    ~Opened() { closeSettings(); }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
-    const ScratchHome home;
-};
 
 } // namespace
 
@@ -108,7 +99,7 @@ void TestMWindowsAPI::readRules()
     QFETCH(int, type);
     QFETCH(QVariant, stored);
     QFETCH(QVariant, expected);
-    const Opened trees;
+    const SettingsHome trees;
     SettingsStore store(userStorePath());
     QCOMPARE(store.write(settingsKey, QStringLiteral("x"), ValueType(type), stored),
              quorvia::platform::WriteResult::Written);
@@ -131,7 +122,7 @@ void TestMWindowsAPI::unknownTypesGiveTheDefault_data()
 void TestMWindowsAPI::unknownTypesGiveTheDefault()
 {
     QFETCH(int, type);
-    const Opened trees;
+    const SettingsHome trees;
     // No writer of ours stores these: another program's row stands for it.
     QProcess tool;
     tool.start(QStringLiteral("sqlite3"),
@@ -164,7 +155,7 @@ void TestMWindowsAPI::numbersAre32Bits()
 {
     QFETCH(QString, literal);
     QFETCH(QVariant, expected);
-    const Opened trees;
+    const SettingsHome trees;
     QProcess tool;
     tool.start(QStringLiteral("sqlite3"),
                {userStorePath(),
@@ -207,7 +198,7 @@ void TestMWindowsAPI::writeRules()
     QFETCH(QVariant, value);
     QFETCH(int, type);
     QFETCH(QVariant, read);
-    const Opened trees;
+    const SettingsHome trees;
     const QString name = QStringLiteral("x");
     QCOMPARE(SaveAppSetting(settings, name, value), type != 0);
     const SettingsStore store(userStorePath());
@@ -225,7 +216,7 @@ void TestMWindowsAPI::writeRules()
 
 void TestMWindowsAPI::absentGivesTheDefaultOfAnyType()
 {
-    const Opened trees;
+    const SettingsHome trees;
     const QString none = QStringLiteral("none");
     QCOMPARE(GetAppSetting(settings, none, 5), QVariant(5));
     QCOMPARE(GetAppSetting(settings, none, QStringLiteral("x")), QVariant(QStringLiteral("x")));
@@ -239,7 +230,7 @@ void TestMWindowsAPI::absentGivesTheDefaultOfAnyType()
 
 void TestMWindowsAPI::sectionsIgnoreCase()
 {
-    const Opened trees;
+    const SettingsHome trees;
     QVERIFY(SaveAppSetting(QStringLiteral("Settings"), QStringLiteral("Recent"), QStringLiteral("/a;/b")));
     QCOMPARE(GetAppSetting(QStringLiteral("settings"), QStringLiteral("recent"), QStringLiteral(";;")),
              QVariant(QStringLiteral("/a;/b")));
@@ -250,7 +241,7 @@ void TestMWindowsAPI::sectionsIgnoreCase()
 
 void TestMWindowsAPI::keyPaths()
 {
-    const Opened trees;
+    const SettingsHome trees;
     QVERIFY(SaveAppSetting(QStringLiteral("Print Settings"), QStringLiteral("PrintArea"), 2));
     QVERIFY(SaveCommonSetting(QStringLiteral("Common\\ProgramPaths"), QStringLiteral("Quorvia"),
                               QStringLiteral("/q")));
@@ -267,7 +258,7 @@ void TestMWindowsAPI::keyPaths()
 
 void TestMWindowsAPI::treesAreApart()
 {
-    const Opened trees;
+    const SettingsHome trees;
     const QString key = QStringLiteral("Software\\Halvexa\\Common\\Testing");
     const QString name = QStringLiteral("Test");
     QVERIFY(RegWriteValue(Root::LocalMachine, key, name, QStringLiteral("Vaild")));
@@ -281,7 +272,7 @@ void TestMWindowsAPI::treesAreApart()
 
 void TestMWindowsAPI::deletions()
 {
-    const Opened trees;
+    const SettingsHome trees;
     const QString net = QStringLiteral("SettingsNet");
     const QString paths = QStringLiteral("Common\\ProgramPaths");
     QVERIFY(SaveAppSetting(settings, QStringLiteral("a"), 1));
@@ -381,11 +372,11 @@ void TestMWindowsAPI::damagedTreeIsLogged()
 
 void TestMWindowsAPI::laterDamageIsLogged()
 {
-    const Opened trees;
+    const SettingsHome trees;
     QVERIFY(SaveAppSetting(settings, QStringLiteral("cView"), 1));
     for (const char* suffix : {"-wal", "-shm", ""})
         QVERIFY(QFile::remove(userStorePath() + QLatin1String(suffix)));
-    trees.home.write(QStringLiteral(".config/halvexa/user.db"), "no database");
+    trees.write(QStringLiteral(".config/halvexa/user.db"), "no database");
     QVERIFY(SaveAppSetting(settings, QStringLiteral("cView"), 2));
     QCOMPARE(GetAppSetting(settings, QStringLiteral("cView"), 0), QVariant(2));
     QCOMPARE(contents(logPath()).count("was set aside as"), 1);
@@ -393,7 +384,7 @@ void TestMWindowsAPI::laterDamageIsLogged()
 
 void TestMWindowsAPI::goodTreesAreNotLogged()
 {
-    const Opened trees;
+    const SettingsHome trees;
     QVERIFY(SaveAppSetting(settings, QStringLiteral("cView"), 1));
     openSettings();
     QCOMPARE(GetAppSetting(settings, QStringLiteral("cView"), 0), QVariant(1));

@@ -1,6 +1,6 @@
-#include "../support/ScratchHome.h"
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
+#include "app/SettingsHome.h"
 #include "platform/SettingsStore.h"
 
 #include <QSet>
@@ -12,19 +12,9 @@ using namespace quorvia::app;
 using quorvia::platform::machineStorePath;
 using quorvia::platform::SettingsStore;
 using quorvia::platform::userStorePath;
-using quorvia::test::ScratchHome;
+using quorvia::test::SettingsHome;
 
 namespace {
-
-class Opened
-{
-  public:
-    Opened() { openSettings(); }
-    ~Opened() { closeSettings(); }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
-    const ScratchHome home;
-};
 
 /// A catalogue row as it was written down, apart from the program's own table.
 struct Expected
@@ -188,7 +178,7 @@ void TestSettings::noRowMoreAndNoneTwice()
 
 void TestSettings::constants()
 {
-    const Opened trees;
+    const SettingsHome trees;
     // Empty tree: the defaults.
     QCOMPARE(read(setting::cView), 0);
     QCOMPARE(read(setting::Interval), 2000);
@@ -230,7 +220,7 @@ void TestSettings::numberReads()
 {
     QFETCH(QVariant, stored);
     QFETCH(int, expected);
-    const Opened trees;
+    const SettingsHome trees;
     store("Settings", "Interval", stored);
     QCOMPARE(read(setting::Interval), expected);
     store("Settings", "FilmStripHeight", stored);
@@ -239,7 +229,7 @@ void TestSettings::numberReads()
 
 void TestSettings::textReads()
 {
-    const Opened trees;
+    const SettingsHome trees;
     store("Settings", "BrowserRoot", QStringLiteral("/home"));
     QCOMPARE(read(setting::BrowserRoot), QStringLiteral("/home"));
     store("Settings", "BrowserRoot", QStringLiteral(""));
@@ -259,7 +249,7 @@ void TestSettings::textReads()
 
 void TestSettings::saves()
 {
-    const Opened trees;
+    const SettingsHome trees;
     QVERIFY(save(setting::cView, 1));
     QVERIFY(save(setting::JPEGGray, true));
     QVERIFY(save(setting::MainLeft, -120));
@@ -281,7 +271,7 @@ void TestSettings::saves()
 
 void TestSettings::blanks()
 {
-    const Opened trees;
+    const SettingsHome trees;
     QVERIFY(save(setting::MainWidth, 9000));
     QVERIFY(save(setting::Recent, QStringLiteral("/a;/b")));
     QVERIFY(save(setting::cView, 1));
@@ -314,7 +304,7 @@ void TestSettings::placement()
 {
     QFETCH(int, part);
     QFETCH(QString, name);
-    const Opened trees;
+    const SettingsHome trees;
     const QString stem = QStringLiteral("Convert");
     QCOMPARE(readPlacement(stem, Placement(part), 345), 345);
     QVERIFY(savePlacement(stem, Placement(part), 6000));
@@ -325,7 +315,7 @@ void TestSettings::placement()
 
 void TestSettings::earlierOwners()
 {
-    const Opened trees;
+    const SettingsHome trees;
     const QString open = QStringLiteral("Open");
     QCOMPARE(readEarlierOwner(open, QStringLiteral(".jpg")), QStringLiteral("(none)"));
     QVERIFY(saveEarlierOwner(open, QStringLiteral(".jpg"), QStringLiteral("/usr/bin/other")));
@@ -366,7 +356,7 @@ void TestSettings::commonNames()
 
 void TestSettings::commonValues()
 {
-    const Opened trees;
+    const SettingsHome trees;
     struct Row
     {
         CommonKey key;
@@ -396,7 +386,7 @@ void TestSettings::commonValues()
 
 void TestSettings::toolValues()
 {
-    const Opened trees;
+    const SettingsHome trees;
     const QString tool = QStringLiteral("Morphane");
     QCOMPARE(readOfTool(common::ProgramPaths, tool), QString());
     QVERIFY(saveOfTool(common::ProgramPaths, tool, QStringLiteral("/opt/morphane")));
