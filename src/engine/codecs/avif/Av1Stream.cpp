@@ -89,10 +89,4 @@ HeifStream av1Stream(const HeifPieces& stream, qint64& glances)
     return found;
 }
 
-HeifStream av1Stream(const HeifPieces& stream)
-{
-    qint64 glances = heifGlances;
-    return av1Stream(stream, glances);
-}
-
 } // namespace quorvia::engine

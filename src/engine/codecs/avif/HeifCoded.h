@@ -34,7 +34,6 @@ struct HeifStream
 /// sequence headers and of frames that differ from them, and each frame, by its header. Takes what it looked
 /// at from `glances`; they are below 0 when the stream was not looked through.
 HeifStream av1Stream(const HeifPieces& stream, qint64& glances);
-HeifStream av1Stream(const HeifPieces& stream);
 
 /// What one HEVC unit announces (ITU-T H.265, 7.3.2.2 and 7.3.6), with its two header bytes: a sequence
 /// parameter set a size, a slice a picture, since nothing keeps each slice from covering the whole of it.
@@ -42,9 +41,5 @@ HeifStream hevcUnit(const QByteArray& unit);
 
 /// As av1Stream() for a row of HEVC units, each behind its length in four bytes.
 HeifStream hevcStream(const HeifPieces& stream, qint64& glances);
-
-/// The sizes that the AV1 and HEVC streams of the primary item of `file`, and of those that it is made of,
-/// announce, those of their decoder configurations among them; of all items when there is no primary one.
-QList<QSize> heifCodedSizes(const QByteArray& file);
 
 } // namespace quorvia::engine

@@ -295,10 +295,4 @@ HeifSurvey surveyHeif(const QByteArray& file, const HeifItems& items)
     return Surveyor(file, items).survey();
 }
 
-QList<QSize> heifCodedSizes(const QByteArray& file)
-{
-    const Result<HeifItems> items = heifItems(file);
-    return items ? surveyHeif(file, *items).coded : QList<QSize>();
-}
-
 } // namespace quorvia::engine
