@@ -197,11 +197,6 @@ bool ropNeedsSource(int rop)
     return ((rop >> 2 ^ rop) & 0x33) != 0;
 }
 
-bool ropNeedsTarget(int rop)
-{
-    return ((rop >> 1 ^ rop) & 0x55) != 0;
-}
-
 QRgb combined(int rop, QRgb pattern, QRgb source, QRgb target)
 {
     quint32 out = 0;

@@ -39,9 +39,8 @@ struct WmfStretch
 QImage stretched(const QImage& bitmap, const WmfStretch& stretch, QRect visible);
 
 /// True when operation `rop` (0 to 255, one bit for each set of operands: pattern 4, source 2, target 1)
-/// looks at the source or at the target.
+/// looks at the source.
 bool ropNeedsSource(int rop);
-bool ropNeedsTarget(int rop);
 
 /// Combines pattern, source and target bit by bit. Bits above 24 come out as 1.
 QRgb combined(int rop, QRgb pattern, QRgb source, QRgb target);
