@@ -6,12 +6,11 @@
 #include "controls/ScrollBar.h"
 #include "output/ClipboardLayout.h"
 #include "output/frmClipboard.h"
+#include "support/BenchStage.h"
 
 #include <QGuiApplication>
 #include <QTest>
 #include <QWheelEvent>
-
-#include <memory>
 
 using namespace quorvia;
 using namespace quorvia::test;
@@ -30,17 +29,13 @@ void turnWheel(QWidget* target, QPoint angle, Qt::KeyboardModifiers held = {})
 
 } // namespace
 
-class TestClipboardScrolling : public QObject
+class TestClipboardScrolling : public QObject, private BenchStage<ClipboardBench>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ClipboardBench> m_bench;
-    ClipboardBench& bench() { return *m_bench; }
-
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<ClipboardBench>(); }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void fromAspectResizeToScrollBars()
     {

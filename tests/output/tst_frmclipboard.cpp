@@ -5,6 +5,7 @@
 #include "controls/ScrollBar.h"
 #include "output/ClipboardLayout.h"
 #include "output/frmClipboard.h"
+#include "support/BenchStage.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -17,24 +18,19 @@
 #include <QTimer>
 #include <QUrl>
 
-#include <memory>
 #include <optional>
 
 using namespace quorvia;
 using namespace quorvia::test;
 using output::frmClipboard;
 
-class TestFrmClipboard : public QObject
+class TestFrmClipboard : public QObject, private BenchStage<ClipboardBench>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ClipboardBench> m_bench;
-    ClipboardBench& bench() { return *m_bench; }
-
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<ClipboardBench>(); }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void texts()
     {

@@ -6,6 +6,7 @@
 #include "platform/Dialogs.h"
 #include "platform/NextDialog.h"
 #include "PrintBench.h"
+#include "support/BenchStage.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -16,7 +17,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <memory>
 
 using namespace quorvia;
 using namespace quorvia::test;
@@ -24,16 +24,13 @@ using controls::ScrollBar;
 using platform::PageOrientation;
 namespace setting = app::setting;
 
-class TestFrmImagePrint : public QObject
+class TestFrmImagePrint : public QObject, private test::BenchStage<test::SettingsHome>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::SettingsHome> m_home;
-
   private Q_SLOTS:
-    void init() { m_home = std::make_unique<test::SettingsHome>(); }
-    void cleanup() { m_home.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void whatItShowsFirst()
     {

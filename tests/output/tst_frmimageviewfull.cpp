@@ -3,6 +3,7 @@
 #include "FullScreenBench.h"
 #include "output/frmImageViewFull.h"
 #include "output/FullScreenBar.h"
+#include "support/BenchStage.h"
 #include "support/SaverBus.h"
 
 #include <QLabel>
@@ -10,25 +11,19 @@
 #include <QTest>
 #include <QTimer>
 
-#include <memory>
-
 using namespace quorvia;
 using namespace quorvia::test;
 using output::frmImageViewFull;
 using output::PictureButton;
 namespace setting = app::setting;
 
-class TestFrmImageViewFull : public QObject
+class TestFrmImageViewFull : public QObject, private BenchStage<FullScreenBench>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<FullScreenBench> m_bench;
-    FullScreenBench& bench() { return *m_bench; }
-
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<FullScreenBench>(); }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void coversThePrimaryScreen()
     {

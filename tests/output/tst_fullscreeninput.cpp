@@ -3,30 +3,25 @@
 #include "FullScreenBench.h"
 #include "output/frmImageViewFull.h"
 #include "output/FullScreenBar.h"
+#include "support/BenchStage.h"
 #include "support/SaverBus.h"
 
 #include <QKeyEvent>
 #include <QLabel>
 #include <QTest>
 
-#include <memory>
-
 using namespace quorvia;
 using namespace quorvia::test;
 using output::frmImageViewFull;
 namespace setting = app::setting;
 
-class TestFullScreenInput : public QObject
+class TestFullScreenInput : public QObject, private BenchStage<FullScreenBench>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<FullScreenBench> m_bench;
-    FullScreenBench& bench() { return *m_bench; }
-
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<FullScreenBench>(); }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void keys_data()
     {

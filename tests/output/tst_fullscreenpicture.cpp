@@ -6,6 +6,7 @@
 #include "FullScreenBench.h"
 #include "output/frmImageViewFull.h"
 #include "output/FullScreenBar.h"
+#include "support/BenchStage.h"
 #include "support/SaverBus.h"
 #include "support/ScratchHome.h"
 
@@ -14,24 +15,18 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <memory>
-
 using namespace quorvia;
 using namespace quorvia::test;
 using output::frmImageViewFull;
 namespace setting = app::setting;
 
-class TestFullScreenPicture : public QObject
+class TestFullScreenPicture : public QObject, private BenchStage<FullScreenBench>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<FullScreenBench> m_bench;
-    FullScreenBench& bench() { return *m_bench; }
-
   private Q_SLOTS:
-    void init() { m_bench = std::make_unique<FullScreenBench>(); }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void actualSize()
     {

@@ -4,6 +4,7 @@
 #include "output/frmImagePrint.h"
 #include "platform/Dialogs.h"
 #include "PrintBench.h"
+#include "support/BenchStage.h"
 #include "support/FakePrinter.h"
 
 #include <QAction>
@@ -13,23 +14,19 @@
 #include <QTest>
 
 #include <algorithm>
-#include <memory>
 #include <optional>
 
 using namespace quorvia;
 using namespace quorvia::test;
 namespace setting = app::setting;
 
-class TestPrintButtons : public QObject
+class TestPrintButtons : public QObject, private test::BenchStage<test::SettingsHome>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::SettingsHome> m_home;
-
   private Q_SLOTS:
-    void init() { m_home = std::make_unique<test::SettingsHome>(); }
-    void cleanup() { m_home.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void copies_data()
     {

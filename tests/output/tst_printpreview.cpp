@@ -6,6 +6,7 @@
 #include "platform/Dialogs.h"
 #include "platform/NextDialog.h"
 #include "PrintBench.h"
+#include "support/BenchStage.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -13,21 +14,17 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <memory>
 
 using namespace quorvia;
 using namespace quorvia::test;
 
-class TestPrintPreview : public QObject
+class TestPrintPreview : public QObject, private test::BenchStage<test::SettingsHome>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::SettingsHome> m_home;
-
   private Q_SLOTS:
-    void init() { m_home = std::make_unique<test::SettingsHome>(); }
-    void cleanup() { m_home.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void drags_data()
     {

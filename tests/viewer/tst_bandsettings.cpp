@@ -2,6 +2,7 @@
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
 #include "app/SettingsHome.h"
+#include "support/BenchStage.h"
 #include "viewer/BandSettings.h"
 
 #include <QTest>
@@ -36,16 +37,13 @@ QString stored(const char* name)
 
 } // namespace
 
-class TestBandSettings : public QObject
+class TestBandSettings : public QObject, private test::BenchStage<test::SettingsHome>
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::SettingsHome> m_home;
-
   private Q_SLOTS:
-    void init() { m_home = std::make_unique<test::SettingsHome>(); }
-    void cleanup() { m_home.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void withoutAStoreItShowsAsDesigned()
     {
