@@ -15,6 +15,23 @@ struct PixelRunRules
     int longestRaw; ///< pixels that one piece of different ones can name
 };
 
+/// The rules of formats whose codes are one byte: a run pays from two pixels on, of single bytes from three
+/// on. `longest` and `longestRaw` in pixels.
+constexpr PixelRunRules byteCodedRuns(int bytes, int longest, int longestRaw)
+{
+    return {bytes, bytes == 1 ? 3 : 2, longest, longestRaw};
+}
+
+/// An `onRaw` for forEachPixelRun() that appends to `out` the number of pixels less one in a byte, then the
+/// pixels of `bytes` bytes each.
+inline auto rawAppender(QByteArray& out, int bytes)
+{
+    return [&out, bytes](const char* pixels, int count) {
+        out.append(char(count - 1));
+        out.append(pixels, qsizetype(count) * bytes);
+    };
+}
+
 /// Calls `onRaw(pixels, count)` and `onRun(pixel, count)` for the pieces of `row` from left to right.
 template <class OnRaw, class OnRun>
 void forEachPixelRun(const QByteArray& row, const PixelRunRules& rules, const OnRaw& onRaw,

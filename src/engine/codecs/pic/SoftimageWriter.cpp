@@ -41,22 +41,16 @@ QByteArray headerOf(QSize size, bool alpha)
 
 void appendRuns(QByteArray& out, const QByteArray& row, int bytes)
 {
-    const PixelRunRules rules = {bytes, bytes == 1 ? 3 : 2, longestSide, longestShortRun};
-    forEachPixelRun(
-        row, rules,
-        [&](const char* pixels, int count) {
-            out.append(char(count - 1));
-            out.append(pixels, qsizetype(count) * bytes);
-        },
-        [&](const char* pixel, int count) {
-            if (count <= longestShortRun) {
-                out.append(char(127 + count));
-            } else {
-                out.append(longRun);
-                appendWord(out, count);
-            }
-            out.append(pixel, bytes);
-        });
+    const PixelRunRules rules = byteCodedRuns(bytes, longestSide, longestShortRun);
+    forEachPixelRun(row, rules, rawAppender(out, bytes), [&](const char* pixel, int count) {
+        if (count <= longestShortRun) {
+            out.append(char(127 + count));
+        } else {
+            out.append(longRun);
+            appendWord(out, count);
+        }
+        out.append(pixel, bytes);
+    });
 }
 
 void appendRow(QByteArray& out, const QRgb* pixels, int width, bool alpha, QByteArray& scratch)

@@ -99,17 +99,11 @@ void packRow(const QImage& image, int y, const Shape& shape, QByteArray& out)
 void appendPackets(QByteArray& out, const QByteArray& row, int bytes)
 {
     constexpr int longest = 128;
-    const PixelRunRules rules = {bytes, bytes == 1 ? 3 : 2, longest, longest};
-    forEachPixelRun(
-        row, rules,
-        [&](const char* pixels, int count) {
-            out.append(char(count - 1));
-            out.append(pixels, qsizetype(count) * bytes);
-        },
-        [&](const char* pixel, int count) {
-            out.append(char(0x80 | (count - 1)));
-            out.append(pixel, bytes);
-        });
+    const PixelRunRules rules = byteCodedRuns(bytes, longest, longest);
+    forEachPixelRun(row, rules, rawAppender(out, bytes), [&](const char* pixel, int count) {
+        out.append(char(0x80 | (count - 1)));
+        out.append(pixel, bytes);
+    });
 }
 
 QByteArray footer()
