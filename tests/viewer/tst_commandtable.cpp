@@ -1,6 +1,6 @@
 // The main window's commands, its keys and what is dropped on it.
 #include "app/Settings.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QApplication>
 #include <QDropEvent>
@@ -10,26 +10,16 @@
 #include <QUrl>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestCommandTable : public QObject
+class TestCommandTable : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void theRecentListCanBeCleared()
     {

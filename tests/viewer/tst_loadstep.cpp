@@ -9,7 +9,7 @@
 #include "support/FileContent.h"
 #include "support/ScratchDesktop.h"
 #include "viewer/LoadStep.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QApplication>
 #include <QFile>
@@ -18,26 +18,16 @@
 #include <QTimer>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestLoadStep : public QObject
+class TestLoadStep : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void theLogTellsTheRoadWordForWord()
     {
