@@ -5,6 +5,7 @@
 #include "Hex.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
+#include "RowNames.h"
 
 #include <QDir>
 #include <QFile>
@@ -121,35 +122,31 @@ void TestBmpReading::readsFilesOfTools_data()
     QTest::addColumn<int>("bits");
     const auto words = [](const char* text) { return QString::fromLatin1(text).split(QLatin1Char(' ')); };
     for (const QSize size : {QSize(1, 1), QSize(1, 2000), QSize(7, 13), QSize(37, 5), QSize(2000, 1)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
         const QString netpbm = QStringLiteral("ppmtobmp");
         const QString magick = QStringLiteral("convert");
         const QString graphics = QStringLiteral("gm");
         const QImage deep = colorPicture(size);
-        QTest::newRow(name("ppmtobmp windows 24").constData())
+        QTest::newRow(rowName("ppmtobmp windows 24", size).constData())
             << netpbm << words("-windows -bpp=24") << deep << 24;
-        QTest::newRow(name("ppmtobmp os2 24").constData()) << netpbm << words("-os2 -bpp=24") << deep << 24;
+        QTest::newRow(rowName("ppmtobmp os2 24", size).constData())
+            << netpbm << words("-os2 -bpp=24") << deep << 24;
         const QImage few = palettePicture(size, 16);
-        QTest::newRow(name("ppmtobmp windows 8").constData())
+        QTest::newRow(rowName("ppmtobmp windows 8", size).constData())
             << netpbm << words("-windows -bpp=8") << few << 8;
-        QTest::newRow(name("ppmtobmp os2 8").constData()) << netpbm << words("-os2 -bpp=8") << few << 8;
-        QTest::newRow(name("ppmtobmp windows 4").constData())
+        QTest::newRow(rowName("ppmtobmp os2 8", size).constData())
+            << netpbm << words("-os2 -bpp=8") << few << 8;
+        QTest::newRow(rowName("ppmtobmp windows 4", size).constData())
             << netpbm << words("-windows -bpp=4") << few << 4;
-        QTest::newRow(name("ppmtobmp os2 4").constData()) << netpbm << words("-os2 -bpp=4") << few << 4;
+        QTest::newRow(rowName("ppmtobmp os2 4", size).constData())
+            << netpbm << words("-os2 -bpp=4") << few << 4;
         const QImage dots = dotPicture(size);
-        QTest::newRow(name("ppmtobmp windows 1").constData())
+        QTest::newRow(rowName("ppmtobmp windows 1", size).constData())
             << netpbm << words("-windows -bpp=1") << dots << 1;
-        QTest::newRow(name("convert version 3").constData())
+        QTest::newRow(rowName("convert version 3", size).constData())
             << magick << words("ppm:- -type TrueColor bmp3:-") << deep << 24;
-        QTest::newRow(name("convert version 5").constData())
+        QTest::newRow(rowName("convert version 5", size).constData())
             << magick << words("ppm:- -type TrueColor bmp:-") << deep << 24;
-        QTest::newRow(name("gm").constData())
+        QTest::newRow(rowName("gm", size).constData())
             << graphics << words("convert ppm:- -type TrueColor bmp:-") << deep << 24;
     }
     const QSize size(301, 17);

@@ -5,6 +5,7 @@
 #include "Hex.h"
 #include "HostileBytes.h"
 #include "Pixels.h"
+#include "PureColors.h"
 
 #include <QtTest>
 
@@ -12,12 +13,6 @@ using namespace quorvia::engine;
 using namespace quorvia::test;
 
 namespace {
-
-constexpr QRgb red = qRgb(255, 0, 0);
-constexpr QRgb green = qRgb(0, 255, 0);
-constexpr QRgb blue = qRgb(0, 0, 255);
-constexpr QRgb white = qRgb(255, 255, 255);
-constexpr QRgb black = qRgb(0, 0, 0);
 
 /// A row for `bitmap`, whose rows stand from the bottom up: the second stored row is the upper one.
 void add(const char* name, const BmpMaker& bitmap, const Pixels& pixels, QImage::Format format,

@@ -4,22 +4,15 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "Pixels.h"
+#include "PureColors.h"
 #include "RefusalChecks.h"
+#include "RowNames.h"
 #include "WritingRows.h"
 
 #include <QtTest>
 
 using namespace quorvia::engine;
 using namespace quorvia::test;
-
-namespace {
-
-constexpr QRgb red = qRgb(255, 0, 0);
-constexpr QRgb green = qRgb(0, 255, 0);
-constexpr QRgb blue = qRgb(0, 0, 255);
-constexpr QRgb white = qRgb(255, 255, 255);
-
-} // namespace
 
 class TestBmpWriting : public QObject
 {
@@ -45,18 +38,11 @@ void TestBmpWriting::writesWhatOthersRead_data()
     QTest::addColumn<QImage>("picture");
     QTest::addColumn<int>("bits");
     for (const QSize size : {QSize(1, 1), QSize(1, 2000), QSize(7, 13), QSize(37, 5), QSize(64, 2)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
-        QTest::newRow(name("mono").constData()) << dotPicture(size) << 1;
-        QTest::newRow(name("palette").constData()) << palettePicture(size, 200) << 8;
-        QTest::newRow(name("grey").constData()) << greyPicture(size) << 8;
-        QTest::newRow(name("color").constData()) << colorPicture(size) << 24;
-        QTest::newRow(name("alpha").constData()) << alphaPicture(size) << 32;
+        QTest::newRow(rowName("mono", size).constData()) << dotPicture(size) << 1;
+        QTest::newRow(rowName("palette", size).constData()) << palettePicture(size, 200) << 8;
+        QTest::newRow(rowName("grey", size).constData()) << greyPicture(size) << 8;
+        QTest::newRow(rowName("color", size).constData()) << colorPicture(size) << 24;
+        QTest::newRow(rowName("alpha", size).constData()) << alphaPicture(size) << 32;
     }
     QTest::newRow("16-bit grey") << greyPicture(QSize(5, 5)).convertToFormat(QImage::Format_Grayscale16) << 8;
     QTest::newRow("lowest bit first")

@@ -4,6 +4,7 @@
 #include "GifMaker.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
+#include "RowNames.h"
 
 #include <QtTest>
 
@@ -43,26 +44,20 @@ void TestGifReading::readsFilesOfTools_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QImage>("picture");
     for (const QSize size : {QSize(1, 1), QSize(1, 2000), QSize(7, 13), QSize(37, 5), QSize(640, 9)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
         const QImage many = palettePicture(size, 256);
-        QTest::newRow(name("convert").constData())
+        QTest::newRow(rowName("convert", size).constData())
             << QStringLiteral("convert") << words("ppm:- gif:-") << many;
-        QTest::newRow(name("convert interlaced").constData())
+        QTest::newRow(rowName("convert interlaced", size).constData())
             << QStringLiteral("convert") << words("ppm:- -interlace GIF gif:-") << many;
-        QTest::newRow(name("convert 87").constData())
+        QTest::newRow(rowName("convert 87", size).constData())
             << QStringLiteral("convert") << words("ppm:- gif87:-") << many;
-        QTest::newRow(name("gm").constData())
+        QTest::newRow(rowName("gm", size).constData())
             << QStringLiteral("gm") << words("convert ppm:- gif:-") << palettePicture(size, 100);
-        QTest::newRow(name("pamtogif").constData()) << QStringLiteral("pamtogif") << QStringList() << many;
-        QTest::newRow(name("pamtogif interlaced").constData())
+        QTest::newRow(rowName("pamtogif", size).constData())
+            << QStringLiteral("pamtogif") << QStringList() << many;
+        QTest::newRow(rowName("pamtogif interlaced", size).constData())
             << QStringLiteral("pamtogif") << words("-interlace") << palettePicture(size, 5);
-        QTest::newRow(name("pamtogif bits").constData())
+        QTest::newRow(rowName("pamtogif bits", size).constData())
             << QStringLiteral("pamtogif") << QStringList() << dotPicture(size);
     }
 }

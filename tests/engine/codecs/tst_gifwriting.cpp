@@ -4,6 +4,7 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "RefusalChecks.h"
+#include "RowNames.h"
 
 #include <QtTest>
 
@@ -47,18 +48,11 @@ void TestGifWriting::writesWhatOthersRead_data()
 {
     QTest::addColumn<QImage>("picture");
     for (const QSize size : {QSize(1, 1), QSize(1, 2000), QSize(7, 13), QSize(37, 5)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
-        QTest::newRow(name("palette of 256").constData()) << palettePicture(size, 256);
-        QTest::newRow(name("palette of 3").constData()) << palettePicture(size, 3);
-        QTest::newRow(name("mono").constData()) << dotPicture(size);
-        QTest::newRow(name("grey").constData()) << greyPicture(size);
-        QTest::newRow(name("few colours in 32 bits").constData())
+        QTest::newRow(rowName("palette of 256", size).constData()) << palettePicture(size, 256);
+        QTest::newRow(rowName("palette of 3", size).constData()) << palettePicture(size, 3);
+        QTest::newRow(rowName("mono", size).constData()) << dotPicture(size);
+        QTest::newRow(rowName("grey", size).constData()) << greyPicture(size);
+        QTest::newRow(rowName("few colours in 32 bits", size).constData())
             << palettePicture(size, 256).convertToFormat(QImage::Format_RGB32);
     }
     QTest::newRow("100 x 100, 256 colours") << palettePicture(QSize(100, 100), 256);

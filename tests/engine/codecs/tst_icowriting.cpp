@@ -3,6 +3,7 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "RefusalChecks.h"
+#include "RowNames.h"
 
 #include <QtTest>
 
@@ -86,19 +87,12 @@ void TestIcoWriting::writesWhatOthersRead_data()
 {
     QTest::addColumn<QImage>("picture");
     for (const QSize size : {QSize(1, 1), QSize(7, 13), QSize(33, 20), QSize(255, 3), QSize(256, 256)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
-        QTest::newRow(name("bits").constData()) << dotPicture(size);
-        QTest::newRow(name("palette of 3").constData()) << palettePicture(size, 3);
-        QTest::newRow(name("palette of 256").constData()) << palettePicture(size, 256);
-        QTest::newRow(name("grey").constData()) << greyPicture(size);
-        QTest::newRow(name("colour").constData()) << colorPicture(size);
-        QTest::newRow(name("alpha").constData()) << alphaPicture(size);
+        QTest::newRow(rowName("bits", size).constData()) << dotPicture(size);
+        QTest::newRow(rowName("palette of 3", size).constData()) << palettePicture(size, 3);
+        QTest::newRow(rowName("palette of 256", size).constData()) << palettePicture(size, 256);
+        QTest::newRow(rowName("grey", size).constData()) << greyPicture(size);
+        QTest::newRow(rowName("colour", size).constData()) << colorPicture(size);
+        QTest::newRow(rowName("alpha", size).constData()) << alphaPicture(size);
     }
     QImage clear = palettePicture(QSize(20, 20), 5);
     clear.setColor(2, qRgba(0, 100, 200, 128));
