@@ -3,7 +3,7 @@
 #include "app/Settings.h"
 #include "viewer/LoadStep.h"
 #include "viewer/OpenedFiles.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QFileInfo>
 #include <QTest>
@@ -39,22 +39,13 @@ class WhenClosed : public QObject
 
 } // namespace
 
-class TestUnloadStep : public QObject
+class TestUnloadStep : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
-
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void closingSaves()
     {

@@ -9,7 +9,7 @@
 #include "platform/ToolControl.h"
 #include "platform/ToolMenu.h"
 #include "viewer/CommandTable.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QFile>
 #include <QMenu>
@@ -17,18 +17,14 @@
 #include <QTimer>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestWindowCommands : public QObject
+class TestWindowCommands : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
     static platform::ToolModel& model(frmImageView& window) { return *window.panes()->ab1()->model(); }
     static platform::ToolValues values(frmImageView& window, const char* tool)
     {
@@ -44,12 +40,8 @@ class TestWindowCommands : public QObject
     static void run(frmImageView& window, const char* command) { window.RunTool(QLatin1String(command)); }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void everyCommandHasOneHandler()
     {

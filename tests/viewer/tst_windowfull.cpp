@@ -2,7 +2,7 @@
 // it, what ends with it.
 #include "app/Settings.h"
 #include "output/frmImageViewFull.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -11,18 +11,14 @@
 
 using namespace quorvia;
 using output::frmImageViewFull;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestWindowFull : public QObject
+class TestWindowFull : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
     static void run(frmImageView& window, const char* command) { window.RunTool(QLatin1String(command)); }
     static frmImageViewFull* fullOf(frmImageView& window) { return window.findChild<frmImageViewFull*>(); }
     static QColor middleOf(frmImageViewFull& full)
@@ -36,12 +32,8 @@ class TestWindowFull : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void showsWhatIsOpenAndFollowsIt()
     {
