@@ -3,7 +3,7 @@
 #include "controls/gnTab.h"
 #include "platform/MenuControl.h"
 #include "platform/ToolControl.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QAbstractButton>
 #include <QDockWidget>
@@ -12,19 +12,15 @@
 #include <QTimer>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 
-class TestWindowKeys : public QObject
+class TestWindowKeys : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
     QTimer* m_tWait = nullptr;
     QTimer* m_tKey = nullptr;
-
-    QString in(const char* name) const { return m_bench->in(name); }
 
     /// A loaded window whose debounces end only by rest().
     frmImageView& open(const QStringList& arguments)
@@ -67,12 +63,8 @@ class TestWindowKeys : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void keysInTheListPassTheSecondStageOnly_data()
     {

@@ -3,6 +3,7 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "RefusalChecks.h"
+#include "RowNames.h"
 #include "WritingRows.h"
 
 #include <QtTest>
@@ -28,25 +29,20 @@ void TestTiffWriting::writesWhatOthersRead_data()
     QTest::addColumn<QImage>("picture");
     QTest::addColumn<int>("format");
     for (const QSize size : {QSize(1, 1), QSize(1, 2000), QSize(7, 13), QSize(37, 5), QSize(700, 400)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
         QImage white = dotPicture(size);
         white.setColorTable({qRgb(255, 255, 255), qRgb(0, 0, 0)});
         QImage tinted = dotPicture(size);
         tinted.setColorTable({qRgb(255, 200, 0), qRgb(0, 0, 99)});
-        QTest::newRow(name("black first").constData()) << dotPicture(size) << int(QImage::Format_Mono);
-        QTest::newRow(name("white first").constData()) << white << int(QImage::Format_Mono);
-        QTest::newRow(name("two colours").constData()) << tinted << int(QImage::Format_Mono);
-        QTest::newRow(name("palette").constData())
+        QTest::newRow(rowName("black first", size).constData())
+            << dotPicture(size) << int(QImage::Format_Mono);
+        QTest::newRow(rowName("white first", size).constData()) << white << int(QImage::Format_Mono);
+        QTest::newRow(rowName("two colours", size).constData()) << tinted << int(QImage::Format_Mono);
+        QTest::newRow(rowName("palette", size).constData())
             << palettePicture(size, 200) << int(QImage::Format_Indexed8);
-        QTest::newRow(name("grey").constData()) << greyPicture(size) << int(QImage::Format_Grayscale8);
-        QTest::newRow(name("colour").constData()) << colorPicture(size) << int(QImage::Format_RGB32);
-        QTest::newRow(name("alpha").constData()) << alphaPicture(size) << int(QImage::Format_ARGB32);
+        QTest::newRow(rowName("grey", size).constData())
+            << greyPicture(size) << int(QImage::Format_Grayscale8);
+        QTest::newRow(rowName("colour", size).constData()) << colorPicture(size) << int(QImage::Format_RGB32);
+        QTest::newRow(rowName("alpha", size).constData()) << alphaPicture(size) << int(QImage::Format_ARGB32);
     }
     QTest::newRow("888") << colorPicture(QSize(5, 5)).convertToFormat(QImage::Format_RGB888)
                          << int(QImage::Format_RGB32);

@@ -2,6 +2,7 @@
 #include "engine/codecs/Codecs.h"
 #include "HostileBytes.h"
 #include "IndependentReader.h"
+#include "RowNames.h"
 #include "WmfChecks.h"
 #include "WritingRows.h"
 
@@ -30,18 +31,11 @@ void TestWmfWriting::writesWhatOthersRead_data()
 {
     QTest::addColumn<QImage>("picture");
     for (const QSize size : {QSize(1, 1), QSize(1, 300), QSize(37, 5), QSize(64, 20)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
-        QTest::newRow(name("mono").constData()) << dotPicture(size);
-        QTest::newRow(name("few colours").constData()) << palettePicture(size, 7);
-        QTest::newRow(name("palette").constData()) << palettePicture(size, 200);
-        QTest::newRow(name("grey").constData()) << greyPicture(size);
-        QTest::newRow(name("colour").constData()) << colorPicture(size);
+        QTest::newRow(rowName("mono", size).constData()) << dotPicture(size);
+        QTest::newRow(rowName("few colours", size).constData()) << palettePicture(size, 7);
+        QTest::newRow(rowName("palette", size).constData()) << palettePicture(size, 200);
+        QTest::newRow(rowName("grey", size).constData()) << greyPicture(size);
+        QTest::newRow(rowName("colour", size).constData()) << colorPicture(size);
     }
 }
 

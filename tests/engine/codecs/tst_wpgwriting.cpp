@@ -3,6 +3,7 @@
 #include "HostileBytes.h"
 #include "IndependentReader.h"
 #include "RefusalChecks.h"
+#include "RowNames.h"
 #include "WpgChecks.h"
 
 #include <QtTest>
@@ -31,24 +32,17 @@ void TestWpgWriting::writesWhatOthersRead_data()
     QTest::addColumn<QImage>("picture");
     QTest::addColumn<int>("bits");
     for (const QSize size : {QSize(1, 1), QSize(1, 2000), QSize(9, 13), QSize(300, 200)}) {
-        const auto name = [size](const char* kind) {
-            return QStringLiteral("%1 %2x%3")
-                .arg(QLatin1String(kind))
-                .arg(size.width())
-                .arg(size.height())
-                .toLatin1();
-        };
-        QTest::newRow(name("black and white").constData()) << dotPicture(size) << 1;
+        QTest::newRow(rowName("black and white", size).constData()) << dotPicture(size) << 1;
         QImage inverse = dotPicture(size);
         inverse.setColorTable({white, qRgb(0, 0, 0)});
-        QTest::newRow(name("white and black").constData()) << inverse << 1;
+        QTest::newRow(rowName("white and black", size).constData()) << inverse << 1;
         QImage two = dotPicture(size);
         two.setColorTable({qRgb(200, 10, 20), qRgb(10, 20, 200)});
-        QTest::newRow(name("two colours").constData()) << two << 4;
-        QTest::newRow(name("16 colours").constData()) << palettePicture(size, 16) << 4;
-        QTest::newRow(name("17 colours").constData()) << palettePicture(size, 17) << 8;
-        QTest::newRow(name("256 colours").constData()) << palettePicture(size, 256) << 8;
-        QTest::newRow(name("grey").constData()) << greyPicture(size) << 8;
+        QTest::newRow(rowName("two colours", size).constData()) << two << 4;
+        QTest::newRow(rowName("16 colours", size).constData()) << palettePicture(size, 16) << 4;
+        QTest::newRow(rowName("17 colours", size).constData()) << palettePicture(size, 17) << 8;
+        QTest::newRow(rowName("256 colours", size).constData()) << palettePicture(size, 256) << 8;
+        QTest::newRow(rowName("grey", size).constData()) << greyPicture(size) << 8;
     }
     const QImage few = palettePicture(QSize(50, 30), 200);
     constexpr std::array formats = {QImage::Format_MonoLSB,
