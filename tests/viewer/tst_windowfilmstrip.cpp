@@ -7,7 +7,7 @@
 #include "platform/ToolControl.h"
 #include "platform/ToolMenu.h"
 #include "viewer/DragHandle.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,7 +19,6 @@
 
 using namespace quorvia;
 using collections::Filmstrip;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
@@ -31,15 +30,13 @@ constexpr int middleButton = 4;
 
 } // namespace
 
-class TestWindowFilmstrip : public QObject
+class TestWindowFilmstrip : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
     frmImageView* m_window = nullptr;
 
-    QString in(const char* name) const { return m_bench->in(name); }
     QStringList pictures() const { return {in("pics/a.png"), in("pics/b.png"), in("pics/two words.png")}; }
 
     Filmstrip& strip() const { return *m_window->filmstrip()->Filmstrip1(); }
@@ -96,12 +93,8 @@ class TestWindowFilmstrip : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void nothingIsReadWhileItIsHidden()
     {

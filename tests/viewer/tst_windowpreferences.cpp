@@ -6,7 +6,7 @@
 #include "support/FileContent.h"
 #include "support/ScratchDesktop.h"
 #include "system/frmImageViewOptions.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -20,7 +20,6 @@
 
 using namespace quorvia;
 using system::frmImageViewOptions;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
@@ -54,20 +53,13 @@ bool runPreferences(frmImageView& window, const std::function<void(frmImageViewO
 
 } // namespace
 
-class TestWindowPreferences : public QObject
+class TestWindowPreferences : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ViewerBench> m_bench;
-
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void theColorIsTheViewportsAtOnce_data()
     {

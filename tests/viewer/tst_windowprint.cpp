@@ -1,29 +1,21 @@
 // The command that prints, on a machine without a print server: the message, and nothing else.
 #include "app/Product.h"
 #include "output/frmImagePrint.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QTest>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 
-class TestWindowPrint : public QObject
+class TestWindowPrint : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<ViewerBench> m_bench;
-
   private Q_SLOTS:
     void initTestCase() { qputenv("CUPS_SERVER", "/nowhere/cups.sock"); }
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void withoutAPrinterThereIsAMessage_data()
     {

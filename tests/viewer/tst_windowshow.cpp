@@ -2,7 +2,7 @@
 // meanwhile.
 #include "app/Settings.h"
 #include "platform/ToolControl.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QDialog>
 #include <QFile>
@@ -11,18 +11,14 @@
 #include <QTimer>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestWindowShow : public QObject
+class TestWindowShow : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
     static void run(frmImageView& window, const char* command) { window.RunTool(QLatin1String(command)); }
     /// A show over `arguments` whose timer ticks only by tick().
     frmImageView& showing(const QStringList& arguments, const char* order)
@@ -55,12 +51,8 @@ class TestWindowShow : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void anOrderStartsAShow_data() { orders(); }
     void anOrderStartsAShow()

@@ -5,7 +5,7 @@
 #include "output/frmImageEXIF.h"
 #include "platform/MenuControl.h"
 #include "platform/PaneBar.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QApplication>
 #include <QDir>
@@ -15,19 +15,16 @@
 #include <QTimer>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestWindowStatus : public QObject
+class TestWindowStatus : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
     frmImageView* m_window = nullptr;
 
-    QString in(const char* name) const { return m_bench->in(name); }
     void run(const char* command) const { m_window->RunTool(QLatin1String(command)); }
     QString path() const { return m_window->findChild<QLineEdit*>(QStringLiteral("tPath"))->text(); }
     QString text(const char* field) const
@@ -66,12 +63,8 @@ class TestWindowStatus : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void thePanelIsMadeWhenItIsSeen()
     {

@@ -8,25 +8,21 @@
 #include "platform/PaneBar.h"
 #include "platform/ToolControl.h"
 #include "platform/ToolMenu.h"
-#include "viewer/ViewerBench.h"
+#include "viewer/PictureStage.h"
 
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
 
 using namespace quorvia;
-using test::ViewerBench;
 using viewer::frmImageView;
 namespace setting = app::setting;
 
-class TestWindowWelcome : public QObject
+class TestWindowWelcome : public QObject, private test::PictureStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<ViewerBench> m_bench;
-
-    QString in(const char* name) const { return m_bench->in(name); }
     static QWidget* bar(frmImageView& window, const char* name)
     {
         return window.panes()->pWelcome()->findChild<QWidget*>(QLatin1String(name));
@@ -44,12 +40,8 @@ class TestWindowWelcome : public QObject
     }
 
   private Q_SLOTS:
-    void init()
-    {
-        m_bench = std::make_unique<ViewerBench>();
-        m_bench->threePictures();
-    }
-    void cleanup() { m_bench.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void isThereAfterAStartWithoutAPicture()
     {
