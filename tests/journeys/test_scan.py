@@ -76,6 +76,17 @@ class ScanTest(Journey):
 
     # --- the journeys
 
+    def begin_amid_a_scan(self):
+        """The program while its helper scans, and the helper's processes."""
+        self.slow()
+        process, _ = self.begin(self.pictures)
+        self.dialog()
+        self.key("Return")
+        self.window("Scanning the image")
+        children = self.children(process)
+        self.assertTrue(children)
+        return process, children
+
     def test_chosen_and_acquired(self):
         process, window = self.begin(self.pictures)
         self.dialog()
@@ -132,26 +143,14 @@ class ScanTest(Journey):
         self.ended(process)
 
     def test_ended_amid_the_scan(self):
-        self.slow()
-        process, window = self.begin(self.pictures)
-        self.dialog()
-        self.key("Return")
-        self.window("Scanning the image")
-        children = self.children(process)
-        self.assertTrue(children)
+        process, children = self.begin_amid_a_scan()
         self.send(process)
         self.ended(process)
         wait_until(lambda: not [child for child in children if self.lives(child)], "the helper's end")
         self.assertEqual(self.acquired(), [])
 
     def test_killed_amid_the_scan(self):
-        self.slow()
-        process, window = self.begin(self.pictures)
-        self.dialog()
-        self.key("Return")
-        self.window("Scanning the image")
-        children = self.children(process)
-        self.assertTrue(children)
+        process, children = self.begin_amid_a_scan()
         process.kill()
         self.ended(process, -signal.SIGKILL)
         wait_until(lambda: not [child for child in children if self.lives(child)], "the helper's end")
