@@ -364,6 +364,7 @@ class TestDialogs : public QObject
         QFETCH(QString, typed);
         QFETCH(int, key);
         NextQuestion next([&](QDialog& dialog) {
+            QTRY_VERIFY(dialog.focusWidget()); // it may come a moment later than the dialog
             QTest::keyClicks(dialog.focusWidget(), typed);
             QTest::keyClick(dialog.focusWidget(), Qt::Key(key));
         });
