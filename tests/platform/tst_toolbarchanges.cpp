@@ -50,6 +50,7 @@ class TestToolbarChanges : public QObject
     void kindsThatChange();
     void manyChangesPaintOnce();
     void nothingPaintsForNothing();
+    void whatIsUncheckedIsPaintedAnew();
 };
 
 void TestToolbarChanges::followsTools()
@@ -160,6 +161,21 @@ void TestToolbarChanges::nothingPaintsForNothing()
     for (int round = 0; round < 5; ++round)
         QCoreApplication::processEvents();
     QVERIFY(counter.take().isEmpty());
+}
+
+void TestToolbarChanges::whatIsUncheckedIsPaintedAnew()
+{
+    ToolbarBench bench;
+    bench.showAll();
+    bench.fit->set(&ToolValues::checked, true);
+    QTRY_VERIFY(bench.button("miFit")->isChecked());
+    QCoreApplication::processEvents();
+    PaintCounter counter;
+    counter.watch(bench.button("miFit"));
+    bench.fit->set(&ToolValues::checked, false);
+    QTRY_VERIFY(!bench.button("miFit")->isChecked());
+    QCoreApplication::processEvents();
+    QCOMPARE(counter.take().value(bench.button("miFit")), 1);
 }
 
 QTEST_MAIN(TestToolbarChanges)

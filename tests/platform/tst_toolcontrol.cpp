@@ -35,7 +35,6 @@ class TestToolControl : public QObject
     void cancelledDropDown();
     void disabledButtons();
     void checkedButtons();
-    void whatIsUncheckedIsPaintedAnew();
     void toolTipsAndNames();
     void mirrored();
     void customiseMenuGivesWay();
@@ -216,21 +215,6 @@ void TestToolControl::checkedButtons()
     QTRY_VERIFY(!bench.button("miFit")->isChecked());
     QTest::mouseClick(bench.button("miFit"), Qt::LeftButton);
     QVERIFY(!bench.button("miFit")->isChecked());
-}
-
-void TestToolControl::whatIsUncheckedIsPaintedAnew()
-{
-    Bench bench;
-    bench.showAll();
-    bench.fit->set(&ToolValues::checked, true);
-    QTRY_VERIFY(bench.button("miFit")->isChecked());
-    QCoreApplication::processEvents();
-    PaintCounter counter;
-    counter.watch(bench.button("miFit"));
-    bench.fit->set(&ToolValues::checked, false);
-    QTRY_VERIFY(!bench.button("miFit")->isChecked());
-    QCoreApplication::processEvents();
-    QCOMPARE(counter.take().value(bench.button("miFit")), 1);
 }
 
 void TestToolControl::toolTipsAndNames()
