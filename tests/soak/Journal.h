@@ -1,0 +1,40 @@
+// What a soak has done, one line each: written at once, so that it outlives a crash, and read by who judges.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvia::test {
+
+/// One line: "step<tab>kind<tab>detail".
+struct JournalLine
+{
+    int step = 0;
+    QString kind;
+    QString detail;
+};
+
+class Journal
+{
+  public:
+    /// Lines go to the end of the file at `path`, which is made when it is missing.
+    explicit Journal(const QString& path);
+    ~Journal();
+    Journal(const Journal&) = delete;
+    Journal& operator=(const Journal&) = delete;
+
+    void write(const JournalLine& line) const;
+
+    static QList<JournalLine> read(const QString& path);
+
+  private:
+    int m_descriptor;
+};
+
+/// The resident memory of this process in KiB; 0 when it cannot be told.
+int residentMemory();
+
+/// The middle one; the lower of the two middle ones of an even count; 0 of none.
+int median(QList<int> values);
+
+} // namespace quorvia::test

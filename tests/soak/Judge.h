@@ -1,0 +1,41 @@
+// What must hold after a soak, each as a list of what does not.
+#pragma once
+
+#include "Journal.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvia::test {
+
+/// Resident memory in KiB.
+struct MemoryFigures
+{
+    int peak = 0;
+    int early = 0; ///< median of the second quarter of the steps
+    int late = 0;  ///< of the last quarter
+    int growth() const { return late - early; }
+};
+
+/// What the lines of kind "memory" say, of a run of `steps` steps. Whoever is too short for quarters has a
+/// peak alone.
+MemoryFigures memoryFigures(const QList<JournalLine>& lines, int steps);
+
+/// What may be, in KiB.
+struct MemoryBounds
+{
+    int peak = 0;
+    int growth = 0;
+};
+QStringList memoryFaults(const MemoryFigures& figures, const MemoryBounds& bounds);
+
+/// The store at `path` is whole, and each row has a key that the catalogue knows and a value of its type.
+QStringList storeFaults(const QString& path);
+
+/// The log's lines of which nobody expects to be written here.
+QStringList logFaults(const QString& path);
+
+/// The toolkit's warnings among the journal's lines that mean a mistake of ours.
+QStringList warningFaults(const QList<JournalLine>& lines);
+
+} // namespace quorvia::test
