@@ -58,8 +58,8 @@ QString described(const QWidget& widget)
 Driver::Driver(const SoakPlan& plan, const SoakPlaces& places)
     : m_plan(plan), m_places(places), m_journal(places.journal()),
       m_outsider(places.pictures(), places.templates(), places.trash(), Originals::load(places.originals())),
-      m_answers([this] { return StepRandom(m_plan.seed, answerSalt + m_step); },
-                [this] { return m_window; }, places.pictures()),
+      m_answers([this] { return StepRandom(m_plan.seed, answerSalt + m_step); }, [this] { return m_window; },
+                places.pictures()),
       m_step(plan.from - 1)
 {
     qApp->installEventFilter(this);
@@ -129,9 +129,8 @@ void Driver::step()
     ++m_step;
     StepRandom random(m_plan.seed, m_step);
     const ActionKind kind = drawKind(random);
-    // Keys count only 100 ms after the one before; a quarter of the steps leaves the decoders and timers some
-    // time.
-    schedule(random.oneIn(6) ? 110 : random.oneIn(4) ? 20 : random.below(3));
+    // Keys count only 100 ms after the one before; decoders and timers take their time, too.
+    schedule(random.oneIn(10) ? 110 : random.oneIn(5) ? 20 : random.below(3));
     if (m_step % memoryEvery == 0)
         note(QStringLiteral("memory"), QString::number(residentMemory()));
     ++m_depth;

@@ -1,5 +1,6 @@
 #include "Judge.h"
 
+#include "app/Product.h"
 #include "app/Settings.h"
 
 #include <QFile>
@@ -9,14 +10,83 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 
 namespace quorvia::test {
 
 namespace {
 
 using Rows = QList<QStringList>;
+
+/// The lines of the log that belong to what the run does. What tells of damage, of a full disk or of a lost
+/// picture is not among them.
+constexpr std::array expectedLog{
+    "Init: ", "Start: ", "End: ", "Finish: ", "Not opened: ",
+};
+
+/// The toolkit's warnings that its platform without a screen always gives, or that a broken file earns.
+constexpr std::array expectedWarnings{
+    "This plugin does not support ",
+};
+
+bool beginsLikeOne(const QString& text, std::span<const char* const> begins)
+{
+    return std::any_of(begins.begin(), begins.end(),
+                       [&text](const char* begin) { return text.startsWith(QLatin1String(begin)); });
+}
+
+const QStringList numberType{QStringLiteral("4"), QStringLiteral("integer")};
+const QStringList textType{QStringLiteral("1"), QStringLiteral("text")};
+
+bool isSame(const QString& text, const char* other)
+{
+    return text.compare(QLatin1String(other), Qt::CaseInsensitive) == 0;
+}
+
+/// Whether the value of the program's own settings is a number; nothing for one that the catalogue does not
+/// know.
+std::optional<bool> ownNumber(const QString& section, const QString& name)
+{
+    for (const app::CatalogueRow& row : app::settingsCatalogue()) {
+        if (isSame(section, row.key.section) && isSame(name, row.key.name))
+            return row.isNumber;
+    }
+    static const QRegularExpression placement(QStringLiteral("^frm\\w+(WinState|Left|Top|Width|Height)$"));
+    if (isSame(section, app::section::Settings) && placement.match(name).hasMatch())
+        return true;
+    static const QRegularExpression owner(QStringLiteral("^\\w+x\\.\\w+$"));
+    if (isSame(section, app::section::Associations) && owner.match(name).hasMatch())
+        return false;
+    return std::nullopt;
+}
+
+/// The same for a value of either store, by the path of its key.
+std::optional<bool> expectedNumber(const QString& key, const QString& name)
+{
+    using namespace app;
+    const QString own = QStringLiteral("Software\\Halvexa\\Quorvia\\");
+    if (key.startsWith(own, Qt::CaseInsensitive))
+        return ownNumber(key.mid(own.size()), name);
+    for (const DesktopKey& each : {desktop::WallpaperStyle, desktop::TileWallpaper}) {
+        if (isSame(key, each.keyPath) && isSame(name, each.name))
+            return false;
+    }
+    for (const CommonKey& each :
+         {common::ThumbnailPath, common::ImagePlaylistPath, common::ImageDescriptionPath, common::AutoUpdate,
+          common::MenuShellReg, common::QOCSInstall, common::Test}) {
+        if (key == keyPath(each.subkey) && isSame(name, each.name))
+            return false;
+    }
+    for (const CommonSubkey& each :
+         {common::ProgramPaths, common::ProgramShortPaths, common::ProgramAssoPaths,
+          common::ProgramFileSupport, common::ComponentPaths, common::WebSites}) {
+        if (key == keyPath(each) && name == productTitle())
+            return false;
+    }
+    return std::nullopt;
+}
 
 /// The rows that `query` gives on `database`, as texts.
 Rows rowsOf(sqlite3* database, const char* query)
@@ -82,30 +152,43 @@ QStringList storeFaults(const QString& path)
     const Rows whole = rowsOf(raw, "PRAGMA integrity_check");
     if (whole != Rows{{QStringLiteral("ok")}})
         faults.append(QStringLiteral("store not whole: %1: %2").arg(path, whole.value(0).join(u' ')));
-    const Rows rows = rowsOf(raw, "SELECT key, name, type, typeof(value), value FROM settings");
-    for (const QStringList& row : rows)
-        std::printf("%s\n", qPrintable(row.join(u'|')));
+    const Rows rows = rowsOf(raw, "SELECT key, name, type, typeof(value) FROM settings");
+    if (rows.isEmpty())
+        faults.append(QStringLiteral("store without a row: ") + path);
+    for (const QStringList& row : rows) {
+        const std::optional<bool> isNumber =
+            row.size() == 4 ? expectedNumber(row.at(0), row.at(1)) : std::nullopt;
+        const QStringList typed = isNumber.value_or(false) ? numberType : textType;
+        if (!isNumber || row.mid(2) != typed)
+            faults.append(QStringLiteral("store: %1: %2").arg(path, row.join(u'|')));
+    }
     return faults;
 }
 
 QStringList logFaults(const QString& path)
 {
-    QStringList faults;
+    constexpr qsizetype stamp = 21; // "mm-dd-yyyy - hh:mm:ss"
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return {QStringLiteral("no log")};
+    QStringList faults;
     const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    for (const QString& line : lines)
-        std::printf("LOG %s\n", qPrintable(line.mid(21)));
+    for (const QString& line : lines) {
+        if (!beginsLikeOne(line.mid(stamp), expectedLog))
+            faults.append(QStringLiteral("log: ") + line.mid(stamp));
+    }
     return faults;
 }
 
 QStringList warningFaults(const QList<JournalLine>& lines)
 {
-    for (const JournalLine& line : lines)
-        if (line.kind == QLatin1String("warning"))
-            std::printf("WARN %s\n", qPrintable(line.detail));
-    return {};
+    QStringList faults;
+    for (const JournalLine& line : lines) {
+        if (line.kind == QLatin1String("warning") && !beginsLikeOne(line.detail, expectedWarnings))
+            faults.append(QStringLiteral("warning: ") + line.detail);
+    }
+    faults.removeDuplicates();
+    return faults;
 }
 
 } // namespace quorvia::test

@@ -16,6 +16,9 @@
 #include <QFile>
 #include <QProcess>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 
@@ -31,7 +34,7 @@ constexpr int sanitized = 1;
 #endif
 
 constexpr MemoryBounds bounds{.peak = sanitized * 500 * 1024, .growth = sanitized * 40 * 1024};
-constexpr int quiet = sanitized * 60'000; ///< milliseconds without a step, after which a run hangs
+constexpr int quiet = sanitized * 40'000; ///< milliseconds without a step, after which a run hangs
 constexpr int shortRun = 2000;            ///< steps below which growth means nothing
 
 void print(const QString& line)
@@ -130,6 +133,18 @@ void printLast(const QList<JournalLine>& lines)
         print(QStringLiteral("  %1 %2 %3").arg(line.step).arg(line.kind, line.detail));
 }
 
+/// Where the process stands, if there is a debugger on this machine.
+void printStacks(qint64 process)
+{
+    QProcess debugger;
+    debugger.setProcessChannelMode(QProcess::MergedChannels);
+    debugger.start(QStringLiteral("gdb"),
+                   {QStringLiteral("-batch"), QStringLiteral("-p"), QString::number(process),
+                    QStringLiteral("-ex"), QStringLiteral("thread apply all backtrace 60")});
+    if (debugger.waitForFinished(120'000))
+        print(QString::fromLocal8Bit(debugger.readAll()));
+}
+
 /// Waits for the end of `process`, which must write to the journal now and then. False when it hung or
 /// crashed.
 bool endsWell(QProcess& process, const QString& journal)
@@ -145,6 +160,7 @@ bool endsWell(QProcess& process, const QString& journal)
         }
         if (still.elapsed() > quiet) {
             print(QStringLiteral("It hangs."));
+            printStacks(process.processId());
             ::kill(pid_t(process.processId()), SIGABRT);
             process.waitForFinished();
             return false;
@@ -204,18 +220,11 @@ void printFigures(const QList<JournalLine>& lines, const MemoryFigures& memory, 
     print(QStringLiteral("time: %1 s").arg(milliseconds / 1000));
 }
 
-int lead(const SoakPlan& plan)
+/// The confined part: everything but the home, which cannot be removed from within.
+int runConfined(const SoakPlan& plan, const SoakPlaces& places)
 {
     QElapsedTimer clock;
     clock.start();
-    ScratchHome home;
-    ScratchDesktop desktop(home);
-    const SoakPlaces places{QDir::cleanPath(home.path(QString()))};
-    furnish(home, desktop);
-    if (!fillHome(places)) {
-        print(QStringLiteral("The folder could not be filled."));
-        return 2;
-    }
     if (const QString why = confineTo(places.home); !why.isEmpty()) {
         print(QStringLiteral("Not run, since it cannot be confined to its home: ") + why);
         return 2;
@@ -236,9 +245,36 @@ int lead(const SoakPlan& plan)
     faults += storeFaults(places.machineStore());
     faults += logFaults(places.log());
     faults += warningFaults(lines);
-    for (const QString& fault : faults)
+    for (const QString& fault : std::as_const(faults))
         print(QStringLiteral("FAULT ") + fault);
     return faults.isEmpty() ? 0 : 1;
+}
+
+/// Runs all in a child process and cleans up behind it. `journal` (may be empty) gets a copy of what was
+/// done.
+int lead(const SoakPlan& plan, const QString& journal)
+{
+    ScratchHome home;
+    ScratchDesktop desktop(home);
+    const SoakPlaces places{QDir::cleanPath(home.path(QString()))};
+    furnish(home, desktop);
+    if (!fillHome(places)) {
+        print(QStringLiteral("The folder could not be filled."));
+        return 2;
+    }
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const int code = runConfined(plan, places);
+        std::fflush(stdout);
+        ::_exit(code);
+    }
+    int status = 0;
+    const bool ended = child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status);
+    if (!journal.isEmpty()) {
+        QFile::remove(journal);
+        QFile::copy(places.journal(), journal);
+    }
+    return ended ? WEXITSTATUS(status) : 2;
 }
 
 } // namespace
@@ -257,6 +293,8 @@ int main(int argc, char* argv[])
                       QStringLiteral("1")});
     parser.addOption(
         {QStringLiteral("work"), QStringLiteral("Makes the steps in this home."), QStringLiteral("HOME")});
+    parser.addOption(
+        {QStringLiteral("journal"), QStringLiteral("Gets a copy of the journal."), QStringLiteral("FILE")});
     if (!parser.parse(arguments)) {
         std::fprintf(stderr, "%s\n%s", qPrintable(parser.errorText()), qPrintable(parser.helpText()));
         return 2;
@@ -267,5 +305,5 @@ int main(int argc, char* argv[])
     plan.lastErasing = plan.to / 4;
     if (parser.isSet(QStringLiteral("work")))
         return work(plan, {parser.value(QStringLiteral("work"))});
-    return lead(plan);
+    return lead(plan, parser.value(QStringLiteral("journal")));
 }
