@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextLayout>
 
@@ -133,6 +134,16 @@ void DescriptionField::keyPressEvent(QKeyEvent* event)
     QPlainTextEdit::keyPressEvent(event);
     if (isReadOnly() && wouldType(*event))
         event->accept(); // whoever writes here does not mean the window's commands
+}
+
+/// Beside a bar that leaves it no room the text does not wrap, and needs no bar; then it has room again, and
+/// so on without end. So a box as narrow as that has none.
+void DescriptionField::resizeEvent(QResizeEvent* event)
+{
+    const int taken = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+    const bool hasRoom = width() >= taken + fontMetrics().maxWidth();
+    setVerticalScrollBarPolicy(hasRoom ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+    QPlainTextEdit::resizeEvent(event);
 }
 
 void DescriptionField::inputMethodEvent(QInputMethodEvent* event)

@@ -23,7 +23,30 @@ using Rows = QList<QStringList>;
 /// The lines of the log that belong to what the run does. What tells of damage, of a full disk or of a lost
 /// picture is not among them.
 constexpr std::array expectedLog{
-    "Init: ", "Start: ", "End: ", "Finish: ", "Not opened: ",
+    "Init: ",
+    "Start: ",
+    "End: ",
+    "Finish: ",
+    "Not opened: ",
+    "Page not opened: ",
+    "Turned on the screen only, since its file is not whole: ",
+    "Not changed: ",
+    "Image operation failed: ",
+    "Not deleted: ",
+    "Not renamed: ",
+    "Not saved, since another image was opened meanwhile: ",
+    "Not converted, since it is not there: ",
+    "Clipboard image not shown: ",
+    "Cannot stand in a playlist: ",
+    "Playlist has been changed by another program: ",
+    "Replaced playlist is in the trash: ",
+    "Nothing to print. ",
+    "Not a number of copies: ",
+    "Not printed: ",                // there is no print server
+    "Wallpaper not set: ",          // nor a desktop that has one
+    "Screen saver not held back: ", // nor a session bus
+    "Not started: ",                // nor the other tools of the family
+    "Not sent, since it did not start: ",
 };
 
 /// The toolkit's warnings that its platform without a screen always gives, or that a broken file earns.
