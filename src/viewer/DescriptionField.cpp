@@ -1,5 +1,6 @@
 #include "viewer/DescriptionField.h"
 
+#include "viewer/BarRoom.h"
 #include "viewer/LongLines.h"
 
 #include <QClipboard>
@@ -11,7 +12,6 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScopedValueRollback>
-#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextLayout>
 
@@ -43,6 +43,7 @@ bool mayEdit(const QKeyEvent& key)
 DescriptionField::DescriptionField(QWidget* parent) : QPlainTextEdit(parent)
 {
     setTabChangesFocus(true);
+    new BarRoom(this);
     connect(this, &QPlainTextEdit::textChanged, this, [this] {
         if (!m_showing)
             Q_EMIT edited();
@@ -134,16 +135,6 @@ void DescriptionField::keyPressEvent(QKeyEvent* event)
     QPlainTextEdit::keyPressEvent(event);
     if (isReadOnly() && wouldType(*event))
         event->accept(); // whoever writes here does not mean the window's commands
-}
-
-/// Beside a bar that leaves it no room the text does not wrap, and needs no bar; then it has room again, and
-/// so on without end. So a box as narrow as that has none.
-void DescriptionField::resizeEvent(QResizeEvent* event)
-{
-    const int taken = verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
-    const bool hasRoom = width() >= taken + fontMetrics().maxWidth();
-    setVerticalScrollBarPolicy(hasRoom ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
-    QPlainTextEdit::resizeEvent(event);
 }
 
 void DescriptionField::inputMethodEvent(QInputMethodEvent* event)

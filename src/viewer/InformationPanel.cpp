@@ -2,6 +2,7 @@
 
 #include "app/Colors.h"
 #include "app/mFile.h"
+#include "viewer/BarRoom.h"
 #include "viewer/DescriptionField.h"
 #include "viewer/InformationText.h"
 
@@ -29,6 +30,7 @@ QPlainTextEdit* makeFacts(const char* name, QWidget* parent)
     field->setObjectName(QLatin1String(name));
     field->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     field->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    new BarRoom(field);
     field->setTabChangesFocus(true);
     field->setFocusPolicy(Qt::TabFocus);
     field->setFrameStyle(QFrame::NoFrame);

@@ -1,5 +1,7 @@
-// The scroll bar of the description's box, in a box of any size: it comes to rest.
+// The scroll bars of the panel's boxes, in boxes of any size: they come to rest.
+#include "support/ScratchHome.h"
 #include "viewer/DescriptionField.h"
+#include "viewer/PanelBench.h"
 
 #include <QScrollBar>
 #include <QTest>
@@ -14,7 +16,7 @@ namespace {
 class Changes
 {
   public:
-    explicit Changes(viewer::DescriptionField& field)
+    explicit Changes(QPlainTextEdit& field)
     {
         QObject::connect(field.verticalScrollBar(), &QScrollBar::rangeChanged, &field, [this, &field] {
             if (++m_count == endless)
@@ -31,43 +33,51 @@ class Changes
 
 } // namespace
 
-class TestDescriptionBar : public QObject
+class TestBarRoom : public QObject
 {
     Q_OBJECT
 
   private Q_SLOTS:
     void comesToRest_data()
     {
+        QTest::addColumn<QString>("box");
         QTest::addColumn<QString>("text");
-        QTest::newRow("a word") << QStringLiteral("word");
-        QTest::newRow("two words") << QStringLiteral("(no description)");
-        QTest::newRow("lines") << QStringLiteral("one\ntwo\nthree\nfour\nfive");
-        QTest::newRow("a long line") << QStringLiteral("word ").repeated(40);
-        QTest::newRow("a long word") << QStringLiteral("letters").repeated(20);
+        const QStringList boxes{QStringLiteral("tDes"), QStringLiteral("tFileInfo"),
+                                QStringLiteral("tImageInfo")};
+        for (const QString& box : boxes) {
+            const QByteArray name = box.toLatin1();
+            QTest::addRow("%s: a word", name.constData()) << box << QStringLiteral("word");
+            QTest::addRow("%s: lines", name.constData())
+                << box << QStringLiteral("one\ntwo\nthree\nfour\nfive");
+            QTest::addRow("%s: a long line", name.constData()) << box << QStringLiteral("word ").repeated(40);
+        }
     }
 
     void comesToRest()
     {
+        QFETCH(QString, box);
         QFETCH(QString, text);
-        QWidget window;
-        viewer::DescriptionField field(&window);
-        field.showText(text);
-        window.resize(500, 500);
-        window.show();
-        Changes changes(field);
+        const test::ScratchHome home;
+        test::PanelBench bench(home.path(QStringLiteral("pics/")));
+        auto* const field = bench.panel->findChild<QPlainTextEdit*>(box);
+        QVERIFY(field);
+        field->setParent(&bench.window); // no layout gives it a size
+        field->setPlainText(text);
+        field->show();
+        Changes changes(*field);
         QStringList restless;
-        for (int height = 1; height <= 121; height += 4) {
-            for (int width = 1; width <= 121; ++width) {
+        for (int height = 1; height <= 121; height += 8) {
+            for (int width = 1; width <= 60; ++width) {
                 changes.forget();
-                field.resize(width, height);
+                field->resize(width, height);
                 QCoreApplication::processEvents();
                 if (changes.isEndless())
                     restless.append(QStringLiteral("%1 x %2").arg(width).arg(height));
             }
         }
-        QVERIFY2(restless.isEmpty(), qPrintable(QStringLiteral("%1: %2")
-                                                    .arg(restless.size())
-                                                    .arg(restless.mid(0, 60).join(QStringLiteral(", ")))));
+        field->setParent(bench.panel.get());
+        QVERIFY2(restless.isEmpty(),
+                 qPrintable(QStringLiteral("%1: ").arg(restless.size()) + restless.mid(0, 10).join(u',')));
     }
 
     void isThereWhenTheTextNeedsIt()
@@ -88,5 +98,5 @@ class TestDescriptionBar : public QObject
     }
 };
 
-QTEST_MAIN(TestDescriptionBar)
-#include "tst_descriptionbar.moc"
+QTEST_MAIN(TestBarRoom)
+#include "tst_barroom.moc"

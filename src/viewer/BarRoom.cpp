@@ -1,0 +1,30 @@
+#include "viewer/BarRoom.h"
+
+#include <QEvent>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+
+namespace quorvia::viewer {
+
+BarRoom::BarRoom(QPlainTextEdit* box) : QObject(box), m_box(box)
+{
+    box->installEventFilter(this);
+    setPolicy();
+}
+
+bool BarRoom::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_box && event->type() == QEvent::Resize)
+        setPolicy();
+    return false;
+}
+
+void BarRoom::setPolicy()
+{
+    const int margins = 2 * (m_box->frameWidth() + int(m_box->document()->documentMargin()));
+    const int bar = m_box->verticalScrollBar()->sizeHint().width();
+    const bool hasRoom = m_box->width() >= bar + margins + m_box->fontMetrics().maxWidth();
+    m_box->setVerticalScrollBarPolicy(hasRoom ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+}
+
+} // namespace quorvia::viewer
