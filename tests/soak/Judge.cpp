@@ -45,6 +45,7 @@ constexpr std::array expectedLog{
     "Not printed: ",                // there is no print server
     "Wallpaper not set: ",          // nor a desktop that has one
     "Screen saver not held back: ", // nor a session bus
+    "Not run: ",                    // nor a program for every file
     "Not started: ",                // nor the other tools of the family
     "Not sent, since it did not start: ",
 };
