@@ -75,7 +75,6 @@ void Driver::run()
 
 void Driver::runSession()
 {
-    ++m_sessions;
     const QStringList arguments = sessionArguments();
     note(QStringLiteral("session"), arguments.join(u' '));
     app::openSettings();
@@ -282,11 +281,29 @@ void Driver::fillClipboard(StepRandom& random)
 
 bool Driver::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::MetaCall && watched->isWidgetType())
+        countCall(*static_cast<QWidget*>(watched));
     if (event->type() == QEvent::Show && watched->isWidgetType()) {
         if (const auto* const widget = static_cast<QWidget*>(watched); widget->isWindow())
             note(QStringLiteral("window"), described(*widget));
     }
     return false;
+}
+
+/// A widget that asks itself to be called again and again holds all else: so do scroll bars that come and go.
+void Driver::countCall(const QWidget& widget)
+{
+    constexpr int restless = 20'000; // calls within one step
+    m_calls = m_step == m_stepOfCalls ? m_calls + 1 : 0;
+    m_stepOfCalls = m_step;
+    if (m_calls < restless)
+        return;
+    QStringList path;
+    for (const QWidget* each = &widget; each; each = each->parentWidget())
+        path.append(
+            QStringLiteral("%1 %2 x %3").arg(described(*each)).arg(each->width()).arg(each->height()));
+    note(QStringLiteral("restless"), path.join(QStringLiteral(" in ")));
+    std::abort();
 }
 
 void Driver::note(const QString& kind, const QString& detail) const

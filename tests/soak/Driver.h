@@ -54,6 +54,7 @@ class Driver : public QObject
     void resizeMain(StepRandom& random);
     void open(StepRandom& random);
     void fillClipboard(StepRandom& random);
+    void countCall(const QWidget& widget);
     void note(const QString& kind, const QString& detail) const;
 
     SoakPlan m_plan;
@@ -67,7 +68,8 @@ class Driver : public QObject
     int m_blocked = 0; ///< steps under the same blocker
     int m_step;
     int m_depth = 0; ///< steps that wait for a dialog, a menu or a long command
-    int m_sessions = 0;
+    int m_calls = 0; ///< that widgets asked of themselves in one step
+    int m_stepOfCalls = 0;
 };
 
 } // namespace quorvia::test

@@ -34,6 +34,7 @@ constexpr std::array expectedLog{
     "Image operation failed: ",
     "Not deleted: ",
     "Not renamed: ",
+    "Not saved: ",
     "Not saved, since another image was opened meanwhile: ",
     "Not converted, since it is not there: ",
     "Clipboard image not shown: ",

@@ -4,8 +4,8 @@
 #include "Confinement.h"
 #include "Driver.h"
 #include "Judge.h"
-#include "MixedFolder.h"
 #include "Originals.h"
+#include "SoakHome.h"
 #include "support/ScratchDesktop.h"
 #include "support/ScratchHome.h"
 
@@ -41,52 +41,6 @@ void print(const QString& line)
 {
     std::printf("%s\n", qPrintable(line));
     std::fflush(stdout);
-}
-
-/// The program's surroundings: nothing of this machine's desktop is seen, what would be started writes down
-/// how.
-void furnish(ScratchHome& home, ScratchDesktop& desktop)
-{
-    desktop.addType(QStringLiteral("image/png"), QStringLiteral("*.png"));
-    desktop.addType(QStringLiteral("image/jpeg"), QStringLiteral("*.jpg"));
-    desktop.addType(QStringLiteral("text/html"), QStringLiteral("*.htm"));
-    desktop.addApplication(QStringLiteral("editor"),
-                           {QStringLiteral("image/png"), QStringLiteral("image/jpeg")},
-                           QStringLiteral("Graphics;RasterGraphics;"));
-    desktop.addApplication(QStringLiteral("browser"),
-                           {QStringLiteral("x-scheme-handler/http"), QStringLiteral("x-scheme-handler/https"),
-                            QStringLiteral("text/html")},
-                           QStringLiteral("Network;"), QStringLiteral("%u"));
-    for (const char* name : {"xdg-open", "xdg-email", "xdg-mime", "xfconf-query", "feh", "gsettings"})
-        desktop.makeProgram(QLatin1String(name));
-    QDir().mkpath(home.path(QStringLiteral("tmp")));
-    qputenv("PATH", home.path(QStringLiteral("bin")).toLocal8Bit() + ":/usr/bin:/bin");
-    qputenv("TMPDIR", home.path(QStringLiteral("tmp")).toLocal8Bit());
-    qputenv("CUPS_SERVER", home.path(QStringLiteral("no-print-server")).toLocal8Bit());
-    qputenv("QUORVIA_SCAN_HELPER", home.path(QStringLiteral("bin/no-helper")).toLocal8Bit());
-    qputenv("GSETTINGS_BACKEND", "memory");
-    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "disabled:");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "BROWSER"})
-        qunsetenv(variable);
-}
-
-/// The folder of the run and what it is judged by. False when it could not be made.
-bool fillHome(const SoakPlaces& places)
-{
-    const QString root = QStringLiteral(QUORVIA_SOURCE);
-    const QString extra = QFile::decodeName(qgetenv("QUORVIA_SAMPLES"));
-    const MixedFolder folder{.samples = root + QStringLiteral("/samples"),
-                             .findings = root + QStringLiteral("/tests/engine/codecs/findings"),
-                             .extra = extra};
-    if (!QDir().mkpath(places.notes()) || !folder.fill(places.pictures(), places.sources()) ||
-        !QFile::link(root + QStringLiteral("/samples"), places.templates()))
-        return false;
-    Originals originals;
-    originals.add(places.pictures());
-    originals.add(places.sources());
-    print(QStringLiteral("originals: %1").arg(originals.count()));
-    return originals.save(places.originals());
 }
 
 /// What the toolkit warns of goes to the journal.
@@ -258,10 +212,12 @@ int lead(const SoakPlan& plan, const QString& journal)
     ScratchDesktop desktop(home);
     const SoakPlaces places{QDir::cleanPath(home.path(QString()))};
     furnish(home, desktop);
-    if (!fillHome(places)) {
+    const int originals = fillHome(places);
+    if (originals == 0) {
         print(QStringLiteral("The folder could not be filled."));
         return 2;
     }
+    print(QStringLiteral("originals: %1").arg(originals));
     const pid_t child = ::fork();
     if (child == 0) {
         const int code = runConfined(plan, places);
