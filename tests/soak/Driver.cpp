@@ -27,6 +27,7 @@ constexpr int sessionSalt = 1'000'000;
 constexpr int answerSalt = 2'000'000;
 constexpr int memoryEvery = 25;
 constexpr int patience = 15;                   ///< steps under the same blocker, after which Esc comes
+constexpr int saysYesAfter = 2;                ///< to the end of all settings
 constexpr int muchPatience = 80;               ///< after which the window is closed
 constexpr int noPatience = 400;                ///< after which the run is given up
 constexpr qint64 readAhead = 64 * 1024 * 1024; ///< bytes: small, so that the rest is seen in the memory
@@ -152,7 +153,13 @@ bool Driver::answerBlocker(QWindow* window)
     m_blocker = now;
     if (!now)
         return false;
-    const bool mustNot = asksToErase(now) && m_step > m_plan.lastErasing;
+    const bool mayErase = m_step <= m_plan.lastErasing;
+    const bool mustNot = asksToErase(now) && !mayErase;
+    if (asksToErase(now) && mayErase && window && m_blocked == saysYesAfter) {
+        note(QStringLiteral("yes"), described(*now));
+        press(window, {Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r")});
+        return true;
+    }
     if (!mustNot && m_blocked < patience)
         return false;
     if (m_blocked > noPatience) {

@@ -90,9 +90,9 @@ KeyPress drawMainKey(StepRandom& random)
         return {Qt::Key_Escape};
     if (which < 94)
         return {Qt::Key_Return, random.oneIn(2) ? Qt::ControlModifier : Qt::NoModifier, QStringLiteral("\r")};
-    if (which < 95)
+    if (which < 96)
         return {Qt::Key_F7, Qt::ControlModifier | Qt::AltModifier};
-    if (which < 97)
+    if (which < 98)
         return {Qt::Key_Space, Qt::NoModifier, QStringLiteral(" ")};
     return {Qt::Key_F, Qt::AltModifier};
 }
