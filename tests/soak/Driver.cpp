@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QMessageBox>
+#include <QPixmapCache>
 #include <QTimer>
 #include <QWindow>
 
@@ -95,6 +96,8 @@ void Driver::runSession()
     loader.reset();
     app::closeSettings();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QPixmapCache::clear();
+    note(QStringLiteral("heap"), QString::number(heapInUse()));
 }
 
 QStringList Driver::sessionArguments()

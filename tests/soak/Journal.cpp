@@ -1,11 +1,18 @@
 #include "Journal.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 
 namespace quorvia::test {
 
@@ -60,6 +67,31 @@ int residentMemory()
     }
     return 0;
 }
+
+#ifdef __SANITIZE_ADDRESS__
+int heapInUse()
+{
+    return int(__sanitizer_get_current_allocated_bytes() / 1024);
+}
+#else
+int heapInUse()
+{
+    char* raw = nullptr;
+    size_t size = 0;
+    FILE* const stream = ::open_memstream(&raw, &size);
+    if (!stream)
+        return 0;
+    ::malloc_info(0, stream);
+    std::fclose(stream);
+    const QString all = QString::fromLatin1(raw).section(QStringLiteral("</heap>"), -1);
+    std::free(raw);
+    const auto bytes = [&all](const char* what) {
+        const QRegularExpression number(QLatin1String(what) + QStringLiteral("[^>]*size=\"(\\d+)\""));
+        return number.match(all).captured(1).toLongLong();
+    };
+    return int((bytes("system type=\"current\"") - bytes("type=\"fast\"") - bytes("type=\"rest\"")) / 1024);
+}
+#endif
 
 int median(QList<int> values)
 {

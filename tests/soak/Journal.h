@@ -34,6 +34,10 @@ class Journal
 /// The resident memory of this process in KiB; 0 when it cannot be told.
 int residentMemory();
 
+/// What this process has allocated and not given back, in KiB: without what the allocator keeps for later. 0
+/// when it cannot be told.
+int heapInUse();
+
 /// The middle one; the lower of the two middle ones of an even count; 0 of none.
 int median(QList<int> values);
 

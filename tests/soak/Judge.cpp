@@ -4,6 +4,7 @@
 #include "app/Settings.h"
 
 #include <QFile>
+#include <QMap>
 #include <QRegularExpression>
 
 #include <sqlite3.h>
@@ -37,6 +38,7 @@ constexpr std::array expectedLog{
     "Not saved: ",
     "Not saved, since another image was opened meanwhile: ",
     "Not converted, since it is not there: ",
+    "Conversion without a preview: ",
     "Clipboard image not shown: ",
     "Cannot stand in a playlist: ",
     "Playlist has been changed by another program: ",
@@ -136,20 +138,25 @@ Rows rowsOf(sqlite3* database, const char* query)
 MemoryFigures memoryFigures(const QList<JournalLine>& lines, int steps)
 {
     MemoryFigures figures;
-    QList<int> early;
-    QList<int> late;
+    QMap<QString, QList<int>> early;
+    QMap<QString, QList<int>> late;
+    const QString resident = QStringLiteral("memory");
+    const QString heap = QStringLiteral("heap");
     for (const JournalLine& line : lines) {
-        if (line.kind != QLatin1String("memory"))
+        if (line.kind != resident && line.kind != heap)
             continue;
-        const int resident = line.detail.toInt();
-        figures.peak = std::max(figures.peak, resident);
+        const int size = line.detail.toInt();
+        if (line.kind == resident)
+            figures.peak = std::max(figures.peak, size);
         if (line.step > steps / 4 && line.step <= steps / 2)
-            early.append(resident);
+            early[line.kind].append(size);
         if (line.step > steps / 4 * 3)
-            late.append(resident);
+            late[line.kind].append(size);
     }
-    figures.early = median(early);
-    figures.late = median(late);
+    figures.early = median(early.value(resident));
+    figures.late = median(late.value(resident));
+    figures.heapEarly = median(early.value(heap));
+    figures.heapLate = median(late.value(heap));
     return figures;
 }
 
@@ -162,6 +169,8 @@ QStringList memoryFaults(const MemoryFigures& figures, const MemoryBounds& bound
         faults.append(QStringLiteral("memory: %1 KiB at the peak").arg(figures.peak));
     if (figures.growth() > bounds.growth)
         faults.append(QStringLiteral("memory: it grew by %1 KiB").arg(figures.growth()));
+    if (figures.heapGrowth() > bounds.heapGrowth)
+        faults.append(QStringLiteral("memory: %1 KiB more are in use").arg(figures.heapGrowth()));
     return faults;
 }
 

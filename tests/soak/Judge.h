@@ -8,17 +8,20 @@
 
 namespace quorvia::test {
 
-/// Resident memory in KiB.
+/// Memory in KiB: the resident one while it runs, and what is in use when a session has ended.
 struct MemoryFigures
 {
     int peak = 0;
-    int early = 0; ///< median of the second quarter of the steps
-    int late = 0;  ///< of the last quarter
+    int early = 0;     ///< median of the second quarter of the steps
+    int late = 0;      ///< of the last quarter
+    int heapEarly = 0; ///< the same medians of what is in use between sessions
+    int heapLate = 0;
     int growth() const { return late - early; }
+    int heapGrowth() const { return heapLate - heapEarly; }
 };
 
-/// What the lines of kind "memory" say, of a run of `steps` steps. Whoever is too short for quarters has a
-/// peak alone.
+/// What the lines of kind "memory" and "heap" say, of a run of `steps` steps. Whoever is too short for
+/// quarters has a peak alone.
 MemoryFigures memoryFigures(const QList<JournalLine>& lines, int steps);
 
 /// What may be, in KiB.
@@ -26,6 +29,7 @@ struct MemoryBounds
 {
     int peak = 0;
     int growth = 0;
+    int heapGrowth = 0;
 };
 QStringList memoryFaults(const MemoryFigures& figures, const MemoryBounds& bounds);
 

@@ -33,7 +33,8 @@ constexpr int sanitized = 3; ///< times as slow, and as large
 constexpr int sanitized = 1;
 #endif
 
-constexpr MemoryBounds bounds{.peak = sanitized * 500 * 1024, .growth = sanitized * 40 * 1024};
+constexpr MemoryBounds bounds{
+    .peak = sanitized * 300 * 1024, .growth = sanitized * 60 * 1024, .heapGrowth = sanitized * 1024};
 constexpr int quiet = sanitized * 40'000; ///< milliseconds without a step, after which a run hangs
 constexpr int shortRun = 2000;            ///< steps below which growth means nothing
 
@@ -171,6 +172,9 @@ void printFigures(const QList<JournalLine>& lines, const MemoryFigures& memory, 
               .arg(memory.peak / 1024)
               .arg(memory.early / 1024)
               .arg(memory.late / 1024));
+    print(QStringLiteral("in use between sessions: second quarter %1 KB, last quarter %2 KB")
+              .arg(memory.heapEarly)
+              .arg(memory.heapLate));
     print(QStringLiteral("time: %1 s").arg(milliseconds / 1000));
 }
 
@@ -194,7 +198,8 @@ int runConfined(const SoakPlan& plan, const SoakPlaces& places)
     const QStringList lost = Originals::load(places.originals()).lost(places.home);
     for (const QString& each : lost)
         faults.append(QStringLiteral("lost: ") + each);
-    faults += memoryFaults(memory, {bounds.peak, plan.to < shortRun ? bounds.peak : bounds.growth});
+    faults += memoryFaults(memory,
+                           plan.to < shortRun ? MemoryBounds{bounds.peak, bounds.peak, bounds.peak} : bounds);
     faults += storeFaults(places.userStore());
     faults += storeFaults(places.machineStore());
     faults += logFaults(places.log());

@@ -11,6 +11,9 @@
 #include <QMap>
 #include <QTest>
 
+#include <list>
+#include <memory>
+
 using namespace quorvia;
 using namespace quorvia::test;
 
@@ -102,14 +105,19 @@ class TestSoakParts : public QObject
             lines.append(
                 {step, QStringLiteral("memory"), QString::number(step <= 6000 ? 1000 + step / 2000 : 1500)});
         lines.append({8000, QStringLiteral("key"), QStringLiteral("9999")});
+        for (int step = 500; step <= 8000; step += 500)
+            lines.append({step, QStringLiteral("heap"), QString::number(step <= 6000 ? 200 : 300)});
         const MemoryFigures figures = memoryFigures(lines, 8000);
+        QCOMPARE(figures.heapEarly, 200);
+        QCOMPARE(figures.heapGrowth(), 100);
+        QCOMPARE(memoryFaults(figures, {.peak = 1500, .growth = 499, .heapGrowth = 99}).size(), 1);
         QCOMPARE(figures.peak, 1500);
         QCOMPARE(figures.early, 1001);
         QCOMPARE(figures.late, 1500);
-        QVERIFY(memoryFaults(figures, {.peak = 1500, .growth = 499}).isEmpty());
-        QCOMPARE(memoryFaults(figures, {.peak = 1499, .growth = 499}).size(), 1);
-        QCOMPARE(memoryFaults(figures, {.peak = 1500, .growth = 498}).size(), 1);
-        QCOMPARE(memoryFaults({}, {.peak = 1500, .growth = 498}).size(), 1);
+        QVERIFY(memoryFaults(figures, {.peak = 1500, .growth = 499, .heapGrowth = 100}).isEmpty());
+        QCOMPARE(memoryFaults(figures, {.peak = 1499, .growth = 499, .heapGrowth = 100}).size(), 1);
+        QCOMPARE(memoryFaults(figures, {.peak = 1500, .growth = 498, .heapGrowth = 100}).size(), 1);
+        QCOMPARE(memoryFaults({}, {.peak = 1500, .growth = 498, .heapGrowth = 100}).size(), 1);
     }
 
     void journalIsReadAsWritten()
@@ -131,6 +139,17 @@ class TestSoakParts : public QObject
         const QByteArray block(64 * 1024 * 1024, 'x');
         QVERIFY(before > 0);
         QVERIFY(residentMemory() - before > int(block.size() / 1024) - 1024);
+    }
+
+    void heapInUseIsSeen()
+    {
+        const int before = heapInUse();
+        QVERIFY(before > 0);
+        auto small = std::make_unique<std::list<int>>(100'000);
+        const int with = heapInUse();
+        QVERIFY2(with - before > 2000, qPrintable(QString::number(with - before)));
+        small.reset();
+        QVERIFY2(heapInUse() - before < 500, qPrintable(QString::number(heapInUse() - before)));
     }
 
     void storeOfKnownRowsIsFaultless_data()

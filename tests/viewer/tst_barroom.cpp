@@ -11,17 +11,19 @@ using namespace quorvia;
 
 namespace {
 
-/// How often `field`, which lies in a window of its own, changes the range of its bar until it rests; it is
+/// How often `field`, which lies in a window of its own, changes the ranges of its bars until it rests; it is
 /// made large when that has no end.
 class Changes
 {
   public:
     explicit Changes(QPlainTextEdit& field)
     {
-        QObject::connect(field.verticalScrollBar(), &QScrollBar::rangeChanged, &field, [this, &field] {
-            if (++m_count == endless)
-                field.resize(400, 400);
-        });
+        for (QScrollBar* bar : {field.verticalScrollBar(), field.horizontalScrollBar()}) {
+            QObject::connect(bar, &QScrollBar::rangeChanged, &field, [this, &field] {
+                if (++m_count == endless)
+                    field.resize(400, 400);
+            });
+        }
     }
     bool isEndless() const { return m_count >= endless; }
     void forget() { m_count = 0; }
@@ -66,7 +68,7 @@ class TestBarRoom : public QObject
         field->show();
         Changes changes(*field);
         QStringList restless;
-        for (int height = 1; height <= 121; height += 8) {
+        for (int height = 1; height <= 121; height += 3) {
             for (int width = 1; width <= 60; ++width) {
                 changes.forget();
                 field->resize(width, height);
