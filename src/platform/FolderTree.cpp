@@ -30,7 +30,9 @@ FolderTree::FolderTree(QWidget* parent) : QTreeView(parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setResizeContentsPrecision(0); // measures what is in sight only
+    // More rows than any screen shows: were only those in sight measured, a wide one at the lower edge would
+    // bring the lying bar, which hides it, so that the bar goes again, and so on without end.
+    header()->setResizeContentsPrecision(500);
     m_tReveal.setParent(this);
     m_tReveal.setSingleShot(true);
     connect(&m_tReveal, &QTimer::timeout, this, &FolderTree::reveal);

@@ -270,6 +270,36 @@ class TestFolderTree : public QObject
         QCOMPARE(::chmod(qPrintable(at("pics/locked")), 0755), 0);
     }
 
+    void itsScrollBarsComeToRest()
+    {
+        constexpr int endless = 200; // changes of a bar after one change of the size
+        QString name = QStringLiteral("n");
+        for (int i = 0; i < 12; ++i) // the last one in sight is the widest, wherever the edge is
+            QVERIFY(QDir().mkpath(
+                m_home->path(QStringLiteral("deep/%1%2").arg(10 + i).arg(name.repeated(3 * i)))));
+        FolderTree& tree = show(at("deep"));
+        QTRY_COMPARE(tree.model()->rowCount(entry({"deep"})), 12);
+        int changes = 0;
+        for (QScrollBar* bar : {tree.verticalScrollBar(), tree.horizontalScrollBar()}) {
+            connect(bar, &QScrollBar::rangeChanged, &tree, [&] {
+                if (++changes == endless)
+                    tree.resize(900, 900);
+            });
+        }
+        QStringList restless;
+        for (int width = 1; width <= 300; width += 7) {
+            for (int height = 1; height <= 300; height += 3) {
+                changes = 0;
+                tree.resize(width, height);
+                QCoreApplication::processEvents();
+                if (changes >= endless)
+                    restless.append(QStringLiteral("%1 x %2").arg(width).arg(height));
+            }
+        }
+        QVERIFY2(restless.isEmpty(),
+                 qPrintable(QStringLiteral("%1: ").arg(restless.size()) + restless.mid(0, 10).join(u',')));
+    }
+
     void whileDisabledNothingIsSelected()
     {
         FolderTree& tree = show(at("pics"));

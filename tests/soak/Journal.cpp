@@ -7,7 +7,8 @@
 #include <malloc.h>
 #include <unistd.h>
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+// Of the sanitizer, whose headers not every compiler brings.
+extern "C" size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 #include <algorithm>
