@@ -80,6 +80,11 @@ QString ToolControl::version()
     return QStringLiteral("1.0.000");
 }
 
+int ToolControl::usualHeight()
+{
+    return rowHeight;
+}
+
 int ToolControl::widthInTwips() const
 {
     return toTwips(width());

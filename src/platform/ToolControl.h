@@ -41,6 +41,9 @@ class ToolControl : public QWidget
     /// Takes the width that was set, or `pixels` when that is less.
     void fitInto(int pixels);
 
+    /// The height, in pixels, of a toolbar whose band says nothing else.
+    static int usualHeight();
+
     /// True once there is a band with tools to show.
     bool hasTools() const { return !m_items.empty(); }
 

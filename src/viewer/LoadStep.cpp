@@ -186,6 +186,7 @@ bool runLoadStep(frmImageView& window, bool othersWereRunning)
     window.panes()->setInterfaceFlag(app::read(app::setting::ToggleInterface) != 0);
     restoreBand(window);
     restoreView(window);
+    window.panes()->awaitToolbar(true);
     log("End: Sizing");
 
     log("Start: First_CommandLineParsing");

@@ -174,15 +174,18 @@ void Panes::place()
 void Panes::placeMain()
 {
     const bool toolbar = !m_ab1->isHidden();
-    m_Line1->setVisible(toolbar);
-    if (!toolbar) {
+    m_Line1->setVisible(toolbar || m_awaitsToolbar);
+    if (!toolbar && !m_awaitsToolbar) {
         m_aP->setGeometry(m_pMain->rect());
         placeButton();
         return;
     }
-    m_ab1->fitInto(m_pMain->width());
-    const MainPanes panes = layoutMain(app::inTwips(m_pMain->size()), app::inTwips(m_ab1->size()));
-    m_ab1->move(app::toPixels(panes.toolbar.x()), app::toPixels(panes.toolbar.y()));
+    if (toolbar)
+        m_ab1->fitInto(m_pMain->width());
+    const QSize bar = toolbar ? m_ab1->size() : QSize(0, platform::ToolControl::usualHeight());
+    const MainPanes panes = layoutMain(app::inTwips(m_pMain->size()), app::inTwips(bar));
+    if (toolbar)
+        m_ab1->move(app::toPixels(panes.toolbar.x()), app::toPixels(panes.toolbar.y()));
     m_Line1->setGeometry(0, app::toPixels(panes.rule), m_pMain->width(), 1);
     placeAt(m_aP, panes.docking);
     placeButton();

@@ -87,6 +87,10 @@ class Panes : public QObject
     int filmStripHeight() const { return m_filmStripHeight; }
     void setFilmStripHeight(int twips);
 
+    /// Keeps the toolbar's place free as long as it is not there, so that it does not push the picture about
+    /// when it comes.
+    void awaitToolbar(bool awaits) { m_awaitsToolbar = awaits; }
+
     /// Shows the panel of a window without a picture, or takes it away.
     void showWelcome(bool show);
     /// True while the view and what lies around it shows.
@@ -114,6 +118,7 @@ class Panes : public QObject
     Sinks m_sinks;
     QWidget* m_pMain;
     platform::ToolControl* m_ab1;
+    bool m_awaitsToolbar = false;
     platform::ToolButton* m_iButton; ///< shows while the interface flag is clear and the toolbar leaves room
     QWidget* m_Line1;
     platform::MenuControl* m_aP;

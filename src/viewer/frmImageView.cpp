@@ -140,6 +140,8 @@ void frmImageView::buildInterfaceSoon()
     QTimer::singleShot(delay, this, [this] {
         checkVersionAfterStart(*this);
         OpenMenuX(true);
+        m_panes->awaitToolbar(false); // there is none when its definition is empty
+        m_panes->place();
     });
 }
 

@@ -6,9 +6,12 @@
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Twips.h"
+#include "engine/ImageEngine.h"
+#include "platform/ToolControl.h"
 #include "support/FileContent.h"
 #include "support/ScratchDesktop.h"
 #include "viewer/LoadStep.h"
+#include "viewer/Panes.h"
 #include "viewer/PictureStage.h"
 
 #include <QApplication>
@@ -360,6 +363,22 @@ class TestLoadStep : public QObject, private test::PictureStage
         QVERIFY(shown);
         QCOMPARE(counted, 0);
         QCOMPARE(app::read(setting::ImageOpenCount), 1);
+    }
+
+    /// Tabs and toolbar come to places that were kept for them.
+    void thePictureIsNotPushedAbout()
+    {
+        frmImageView& window = m_bench->make({in("pics/a.png")});
+        const QWidget& view = *window.pContain();
+        const auto place = [&] { return QRect(view.mapTo(&window, QPoint()), view.size()); };
+        QRect first;
+        connect(window.ix1(), &engine::ImageEngine::FirstPainted, &window,
+                [&] { first = first.isNull() ? place() : first; });
+        QVERIFY(viewer::runLoadStep(window, false));
+        QVERIFY(!first.isNull());
+        QTRY_VERIFY(window.panes()->ab1()->isVisible());
+        QCoreApplication::processEvents();
+        QCOMPARE(place(), first);
     }
 
     void aBareFileOfAnotherTypeWaitsForTheProperOpen()
