@@ -69,7 +69,8 @@ int MenuControl::resizeSide(int area, int available)
         return 0;
     const int extent = dockedExtent(bands.front()->wantedExtent(area), available);
     if (isClientAreaShown() && extent != bands.front()->actualExtent(area))
-        resizeDocks({bands.front()->dock()}, {extent}, isUpright(area) ? Qt::Horizontal : Qt::Vertical);
+        resizeDocks({bands.front()->dock()}, {std::max(extent, 1)}, // the toolkit knows no dock of 0
+                    isUpright(area) ? Qt::Horizontal : Qt::Vertical);
     return extent;
 }
 

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -39,6 +40,7 @@ class TestMenuControl : public QObject
   private Q_SLOTS:
     void isAWidgetAmongOthers();
     void bandsByName();
+    void aWindowWithoutRoomWarnsOfNothing();
     void nothingIsMadeUntilShown();
     void placesBeforeTheWindowIsShown();
     void clients();
@@ -68,6 +70,19 @@ void TestMenuControl::isAWidgetAmongOthers()
     QCOMPARE(bench.control->parentWidget(), &bench);
     const std::unique_ptr<QMenu> menu(bench.control->createPopupMenu());
     QVERIFY(!menu);
+}
+
+void TestMenuControl::aWindowWithoutRoomWarnsOfNothing()
+{
+    MenuControlBench bench;
+    bench.info->setVisible(true);
+    bench.open();
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("resizeDocks")));
+    for (int side = 200; side >= 0; side -= 10) {
+        bench.control->resize(side, side);
+        bench.control->recalcLayout();
+    }
+    QVERIFY(bench.control->width() < 200);
 }
 
 void TestMenuControl::bandsByName()
