@@ -8,7 +8,6 @@ import pathlib
 import re
 import shutil
 import subprocess
-import time
 
 from harness import Journey, wait_until
 
@@ -41,7 +40,9 @@ WITHIN = {"page tab": "page tab list", "list item": "list", "tree item": "tree",
 TELLING = {"label", "image", "icon", "progress bar", "frame", "window", "dialog", "alert", "status bar", "tool bar",
            "popup menu"}
 VAGUE = {"filler", "unknown", "invalid", "layered pane", "frame", "window"}
-STAYS = 2.5  # seconds after which a focus that a key did not move is taken to stay
+ROOT = "/org/a11y/atspi/accessible/root"
+STAYS = 8  # seconds after which a focus that a key did not move is taken to stay; only a fault makes one wait as long
+LOST = 5  # seconds after which a key that brought nothing is taken to be lost
 MOST_STOPS = 80
 
 
@@ -80,6 +81,11 @@ def is_reached(node, reached):
         return True
     holder = WITHIN.get(node.role)
     return any(above.role == holder and above.path in reached for above in node.above())
+
+
+def place_of(node):
+    """What Tab takes for one place: the node, or the group that arrows lead through."""
+    return (node.parent.path, arrow_within(node)) if arrow_within(node) else node.path
 
 
 def arrow_within(node):
@@ -152,40 +158,50 @@ class AccessibleJourney(Journey):
         self.assertNotIn("error", answer)
         return answer["answer"]
 
-    def tree(self):
-        """The program as a node, with all that shows below it."""
-        facts = wait_until(lambda: self.ask("tree"), "the program on the bus")
+    def spoken_windows(self):
+        """The paths and names of the program's windows."""
+        return dict(wait_until(lambda: self.ask("windows"), "the program on the bus"))
+
+    def tree(self, path=ROOT, hidden=False):
+        """The node of a path, with all that shows below it."""
+        facts = self.ask("tree", path, hidden)
         nodes = {}
         for each in facts:
             nodes[each["path"]] = Node(each, nodes.get(each["parent"]))
-        return nodes[facts[0]["path"]]
-
-    def focused(self):
-        """The paths of the nodes that have the keyboard."""
-        return frozenset(self.ask("focus") or ())
+        return nodes.get(path)
 
     def shown(self, title):
         """The node of the window whose title begins with `title`, once it is in the tree and has the keys."""
         def found():
-            windows = [node for node in self.tree().children if node.name.startswith(title)]
-            return windows[-1] if windows else None
-        return wait_until(found, "the window \"%s\" in the tree" % title)
+            return self.with_keys([path for path, name in self.spoken_windows().items() if name.startswith(title)])
+        return wait_until(found, "the window \"%s\" with the keys" % title)
+
+    def with_keys(self, paths):
+        """The node of the one of the windows that has the keys; None when none has."""
+        focus = self.ask("focus")
+        return self.tree(focus[-1]) if focus and focus[-1] in paths else None
 
     def opened(self, how, what):
         """Does `how`; the node of the window that comes of it, once that has the keys."""
-        before = {node.path for node in self.tree().children}
-        how()
+        before = self.spoken_windows()
+        return self.brought(how, lambda: self.with_keys(self.spoken_windows().keys() - before.keys()), what)
 
-        def found():
-            new = [node for node in self.tree().children if node.path not in before]
-            # Wait for the focus within, which comes a moment after the window.
-            return new[-1] if new and any("focused" in node.states for node in new[-1].below()) else None
-        return wait_until(found, what)
+    @staticmethod
+    def brought(how, condition, what):
+        """Does `how` until it brings what is waited for: a key that comes while the last window still ends is lost."""
+        def once():
+            how()
+            try:
+                return wait_until(condition, what, LOST)
+            except AssertionError:
+                return None
+        return wait_until(once, what)
 
     def closed(self, top, key="Escape"):
-        """Ends a window by a key; waits until it has gone from the tree."""
-        self.output("xdotool", "key", key)
-        wait_until(lambda: top.path not in {node.path for node in self.tree().children}, "the end of " + top.name)
+        """Ends a window by a key; waits until it has gone from the tree, and another has the keys."""
+        self.key(key)
+        wait_until(lambda: top.path not in self.spoken_windows() and self.ask("focus")[-1] != top.path,
+                   "the end of " + top.name)
 
     # --- names and roles
 
@@ -196,50 +212,56 @@ class AccessibleJourney(Journey):
 
     # --- the way of the keys
 
-    def press_and_see(self, key, before):
+    def focused(self):
+        """The path of what has the keyboard."""
+        return wait_until(lambda: self.ask("focus"), "the focus")[0]
+
+    def press(self, key, before):
         """Presses a key; what has the focus then, or `before` when it stays for a while."""
         self.output("xdotool", "key", key)
-        end = time.monotonic() + STAYS
-        while time.monotonic() < end:
-            now = self.focused()
-            if now and now != before:
-                return now
-        return before
+        now = self.ask("moved", before, STAYS)
+        return now[0] if now else before
 
-    def walk_by(self, key, reached):
-        """Presses a key until the focus has been there before; adds what it reaches."""
+    def walk_by(self, key, seen, wanted=None):
+        """Presses a key until the focus has been there before, or at all that is wanted; gives the places on the way."""
         now = self.focused()
-        seen = {now}
-        reached |= now
+        seen.add(now)
         yield now
-        if key == "Tab":
-            now = self.focused()  # the arrows may have led on from there
         for _ in range(MOST_STOPS):
-            now = self.press_and_see(key, now)
+            if wanted and wanted <= seen:
+                break
+            now = self.press(key, self.focused())  # what walked on within a group may have moved it
             if now in seen:
                 break
             seen.add(now)
-            reached |= now
             yield now
-            if key == "Tab":
-                now = self.focused()
 
-    def reached_by_keys(self, top):
-        """The paths of all that the Tab key reaches, and within groups the arrows."""
+    def reached_by_keys(self, what, top):
+        """The paths of all that the Tab key reaches, and within groups the arrows. Shift+Tab has to lead to the same."""
         kinds = {node.path: node for node in top.below()}
-        reached = set()
-        for stop in self.walk_by("Tab", reached):
-            node = next((kinds[path] for path in stop if path in kinds), None)
-            key = node and arrow_within(node)
-            if key:
-                for _ in self.walk_by(key, reached):
-                    pass
-        return reached
+        able = [node for node in top.below() if "focusable" in node.states and node.role not in WITHIN]
+        if len(able) < 2:
+            return {self.focused()}
+        ways = {}
+        for key in ("Tab", "shift+Tab"):
+            reached = set()
+            for stop in self.walk_by(key, reached):
+                node = kinds.get(stop)
+                arrow = node and key == "Tab" and arrow_within(node)
+                if arrow:
+                    group = {each.path for each in node.parent.children
+                             if is_acted_on(each) and place_of(each) == place_of(node)}
+                    for _ in self.walk_by(arrow, reached, group):
+                        pass
+            ways[key] = reached
+        forwards, backwards = ({place_of(kinds[path]) for path in way if path in kinds} for way in ways.values())
+        self.faults += ["%s: %s is only reached one way" % (what, place) for place in forwards ^ backwards]
+        return ways["Tab"]
 
     def check_keys(self, what, top, otherwise=()):
         """All that can be acted on below `top` is reached by the keys, or is a row of `otherwise`: (role, name, reason), the
         name a pattern. A row that nothing needs is a fault too."""
-        reached = self.reached_by_keys(top)
+        reached = self.reached_by_keys(what, top)
         needed = set()
         for node in top.below():
             if not is_acted_on(node) or is_reached(node, reached):

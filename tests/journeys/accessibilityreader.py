@@ -1,12 +1,14 @@
 """Reads what a program tells screen readers. Run as a program by the system's own Python, which has the bindings of the
 message bus; asked and answered in lines of JSON on its standard streams (see accessibility.py). Ends with its input.
 
-A request is ["tree"], ["focus"] or ["act", path, action]. The tree is the list of the nodes of what shows, each behind its
-parent; "focus" gives the paths of the nodes that have the keyboard.
+A request is ["windows"], ["tree", path, hidden], ["focus"], ["moved", path, seconds] or ["act", path, action]. A tree is the
+list of the nodes of what shows, each behind its parent; with `hidden` of what does not show too. "focus" is what the program
+last said to have the keyboard, as the paths from that node up to its window; "moved" waits until that is another than `path`.
 """
 
 import json
 import sys
+import time
 
 from gi.repository import Gio, GLib
 
@@ -15,6 +17,9 @@ ROOT = "/org/a11y/atspi/accessible/root"
 A = "org.a11y.atspi."
 PATIENCE = 5000  # milliseconds that an answer may take
 MOST_NODES = 3000
+MOST_LEVELS = 40
+EVENT = "object:state-changed:focused"
+HOLDERS = {"list", "tree", "table", "page tab list"}  # one place of the tabulator each, for all their items
 STATES = {1: "active", 4: "checked", 8: "enabled", 7: "editable", 11: "focusable", 12: "focused", 24: "sensitive",
           16: "modal", 23: "selected", 25: "showing", 30: "visible", 18: "multiline"}
 
@@ -25,8 +30,16 @@ class Reader:
             address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
             None, None)
         self.name = None  # of the program
-        self.still = set()  # what can never have the focus: not asked about it, which takes most of the time
-        self.leaves = set()  # what was without children when the tree was read last
+        self.told = []  # the paths that the program has said to have the keyboard since it was asked
+        self.focused = []  # the last of them that has it, and the ones above it
+        self.bus.signal_subscribe(None, A + "Event.Object", "StateChanged", None, "focused", Gio.DBusSignalFlags.NONE,
+                                  self.hear)
+        self.bus.call_sync(REGISTRY, "/org/a11y/atspi/registry", REGISTRY, "RegisterEvent",
+                           GLib.Variant("(s)", (EVENT,)), None, Gio.DBusCallFlags.NONE, PATIENCE, None)
+
+    def hear(self, _bus, _sender, path, _interface, _member, facts):
+        if facts.unpack()[1] == 1:
+            self.told.append(path)
 
     def call(self, name, path, interface, member, arguments=None):
         return self.bus.call_sync(name, path, interface, member, arguments, None, Gio.DBusCallFlags.NONE, PATIENCE,
@@ -60,12 +73,12 @@ class Reader:
             place = self.call(self.name, path, A + "Component", "GetExtents", GLib.Variant("(u)", (0,)))[0]
         return {"path": path, "parent": parent, "name": self.value(path, A + "Accessible", "Name"),
                 "about": self.value(path, A + "Accessible", "Description"),
-                "role": self.call(self.name, path, A + "Accessible", "GetRoleName")[0],
+                "role": self.role(path),
                 "states": self.states(path), "actions": actions, "place": place}
 
-    def walk(self, visit):
-        """Calls visit(path, parent) for the program and all below it that shows, parents first; below what it refuses, nothing."""
-        waiting = [(ROOT, None)]
+    def walk(self, top, above, visit):
+        """Calls visit(path, parent) for a path and all below it, parents first; below what it refuses, nothing."""
+        waiting = [(top, above)]
         count = 0
         while waiting and count < MOST_NODES:
             path, parent = waiting.pop()
@@ -77,37 +90,75 @@ class Reader:
                     raise
             count += 1
 
-    def tree(self):
-        if not self.use():
-            return None
-        nodes = []
+    def role(self, path):
+        return self.call(self.name, path, A + "Accessible", "GetRoleName")[0]
 
-        def visit(path, parent):
-            shows = path == ROOT or "visible" in self.states(path)
-            if shows:
-                nodes.append(self.node(path, parent))
-            return shows
-        self.walk(visit)
-        self.still = {node["path"] for node in nodes
-                      if node["role"] in ("label", "graphic") and "focusable" not in node["states"]
-                      or node["role"] == "tree item"}  # a folder may have many; the tree tells of the focus too
-        self.leaves = {node["path"] for node in nodes} - {node["parent"] for node in nodes}
-        return nodes
-
-    def focus(self):
+    def windows(self):
+        """Path and name of the windows that show; None before the program has come."""
         if not self.use():
             return None
         found = []
-
-        def visit(path, _):
-            if path in self.still:
-                return False
-            states = self.states(path) if path != ROOT else ["visible"]
-            if "focused" in states:
-                found.append(path)
-            return "visible" in states and path not in self.leaves
-        self.walk(visit)
+        for path in self.children(ROOT):
+            try:
+                if "visible" in self.states(path):
+                    found.append((path, self.value(path, A + "Accessible", "Name")))
+            except GLib.Error:  # it may go between the question and the answer
+                pass
         return found
+
+    def tree(self, top, hidden):
+        self.use()
+        nodes = [] if top == ROOT else [self.node(ROOT, None)]
+
+        def visit(path, parent):
+            shows = hidden or path == ROOT or "visible" in self.states(path)
+            if shows:
+                nodes.append(self.node(path, parent))
+            return shows
+        self.walk(top, None if top == ROOT else ROOT, visit)
+        return nodes
+
+    def listen(self, seconds):
+        """Hears what has been said, and waits for more if nothing has."""
+        context = GLib.MainContext.default()
+        if not context.pending() and seconds > 0:
+            alarm = GLib.timeout_add(int(seconds * 1000) + 1, lambda: GLib.SOURCE_CONTINUE)
+            context.iteration(True)
+            GLib.source_remove(alarm)
+        while context.iteration(False):
+            pass
+
+    def focus(self):
+        """The paths from what has the keyboard up to the program; an item of a list is left out for its list."""
+        self.listen(0)
+        while self.told and self.use():
+            self.focused = self.chain(self.told.pop(0)) or self.focused
+        return self.focused
+
+    def chain(self, path):
+        """The paths from one that was said to have the keyboard up to its window; none where that is not so: lists say it
+        of their items whoever has it."""
+        chain = []
+        try:
+            while path != ROOT and len(chain) < MOST_LEVELS:
+                if len(chain) == 1 and self.role(path) in HOLDERS:
+                    chain.pop()
+                chain.append(path)
+                path = self.value(path, A + "Accessible", "Parent")[1]
+            return chain if "focused" in self.states(chain[0]) else []
+        except GLib.Error:  # gone meanwhile
+            return []
+
+    def moved(self, before, seconds):
+        end = time.monotonic() + seconds
+        while True:
+            now = self.focus()
+            left = end - time.monotonic()
+            if now and now[0] != before:
+                return now
+            if left <= 0:
+                return None
+            self.listen(left)
 
     def act(self, path, action):
         self.use()
@@ -117,10 +168,12 @@ class Reader:
 
 def main():
     reader = Reader(sys.argv[1])
+    requests = {"windows": reader.windows, "tree": reader.tree, "focus": reader.focus, "moved": reader.moved,
+                "act": reader.act}
     for line in sys.stdin:
         request, *arguments = json.loads(line)
         try:
-            answer = {"tree": reader.tree, "focus": reader.focus, "act": reader.act}[request](*arguments)
+            answer = requests[request](*arguments)
             print(json.dumps({"answer": answer}), flush=True)
         except GLib.Error as error:
             print(json.dumps({"error": error.message}), flush=True)

@@ -11,7 +11,8 @@ WELCOME = (
     ("link", "Lindora Center", "the row of that name is a link to the same place"),
     ("scroll bar", "Vertical scroll bar", "a row comes into sight when it gets the focus"),
 )
-PICTURE = (("push button", "Picture List", "the F key, and File List in the context menu"),)
+ALONE = ("push button", "Show the picture alone", "the H key, and Hide Interface in the context menu")
+PICTURE = (("push button", "Picture List", "the F key, and File List in the context menu"), ALONE)
 
 
 class MainWindow(AccessibleJourney):
@@ -33,7 +34,7 @@ class MainWindow(AccessibleJourney):
     def test_information_and_panels(self):
         self.with_pictures()
         self.key("2", "f", "k")
-        self.check("information", self.shown("Quorvia"))
+        self.check("information", self.shown("Quorvia"), (ALONE,))
         self.no_faults()
 
     def test_filmstrip(self):

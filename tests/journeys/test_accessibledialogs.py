@@ -45,8 +45,7 @@ class Dialogs(AccessibleJourney):
         """The context menu by its key, and rows of it by their letters."""
         def way():
             before = self.top_windows()
-            self.key(MENU)
-            wait_until(lambda: self.top_windows() > before, "the menu")
+            self.brought(lambda: self.key(MENU), lambda: self.top_windows() > before, "the menu")
             self.key(*letters)
         return way
 
