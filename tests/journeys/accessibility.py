@@ -40,6 +40,7 @@ WITHIN = {"page tab": "page tab list", "list item": "list", "tree item": "tree",
 TELLING = {"label", "image", "icon", "progress bar", "frame", "window", "dialog", "alert", "status bar", "tool bar",
            "popup menu"}
 VAGUE = {"filler", "unknown", "invalid", "layered pane", "frame", "window"}
+MENU_ROLES = {"popup menu", "menu", "menu item", "check menu item", "radio menu item"}
 ROOT = "/org/a11y/atspi/accessible/root"
 STAYS = 8  # seconds after which a focus that a key did not move is taken to stay; only a fault makes one wait as long
 LOST = 5  # seconds after which a key that brought nothing is taken to be lost
@@ -203,6 +204,12 @@ class AccessibleJourney(Journey):
         wait_until(lambda: top.path not in self.spoken_windows() and self.ask("focus")[-1] != top.path,
                    "the end of " + top.name)
 
+    def found(self, top, role, name):
+        """The node below `top` of a role, whose name begins with `name`."""
+        fitting = [node for node in top.below() if node.role == role and node.name.startswith(name)]
+        self.assertTrue(fitting, "no %s \"%s\"" % (role, name))
+        return fitting[0]
+
     # --- names and roles
 
     def check_names(self, what, top):
@@ -210,17 +217,43 @@ class AccessibleJourney(Journey):
         wrong = [str(node) for node in top.below() if is_unsaid(node)]
         self.faults += ["%s: %s has no fitting name or role" % (what, each) for each in wrong]
 
+    def check_menu(self, what, how):
+        """A menu that `how` opens by keys: all its rows, and the keys lead through those that can be chosen."""
+        before = self.focused()
+        first = self.brought(how, lambda: self.ask("moved", before, LOST), what)
+        menu = self.tree(first[1], hidden=True)
+        rows = [node for node in menu.below() if node.role != "separator"]
+        self.assertGreater(len(rows), 2)
+        self.faults += ["%s: %s has no fitting name or role" % (what, node) for node in rows
+                        if node.role not in MENU_ROLES or not node.name.strip()]
+        on_show = {node.path: node for node in menu.children if "visible" in node.states and node.role != "separator"}
+        reached = set()
+        for _ in self.walk_by("Down", reached):
+            pass
+        self.faults += ["%s: %s is not reached by the keyboard" % (what, node) for path, node in on_show.items()
+                        if path not in reached and "enabled" in node.states]
+        return menu
+
     # --- the way of the keys
 
     def focused(self):
         """The path of what has the keyboard."""
         return wait_until(lambda: self.ask("focus"), "the focus")[0]
 
-    def press(self, key, before):
+    def press_and_see(self, key, before):
         """Presses a key; what has the focus then, or `before` when it stays for a while."""
         self.output("xdotool", "key", key)
         now = self.ask("moved", before, STAYS)
         return now[0] if now else before
+
+    def go_to(self, node):
+        """Presses Tab until the node has the focus."""
+        for _ in range(MOST_STOPS):
+            now = self.focused()
+            if now == node.path:
+                return
+            self.press_and_see("Tab", now)
+        self.fail("no way to %s" % node)
 
     def walk_by(self, key, seen, wanted=None):
         """Presses a key until the focus has been there before, or at all that is wanted; gives the places on the way."""
@@ -230,7 +263,7 @@ class AccessibleJourney(Journey):
         for _ in range(MOST_STOPS):
             if wanted and wanted <= seen:
                 break
-            now = self.press(key, self.focused())  # what walked on within a group may have moved it
+            now = self.press_and_see(key, self.focused())  # what walked on within a group may have moved it
             if now in seen:
                 break
             seen.add(now)
