@@ -4,6 +4,7 @@
 #include "controls/ScrollBar.h"
 #include "output/PagePreview.h"
 #include "output/PreviewLayout.h"
+#include "platform/SpokenWidget.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -39,6 +40,7 @@ PreviewBox::PreviewBox(const PageSurface& page, QWidget* parent)
 {
     setObjectName(QStringLiteral("pBox"));
     setAccessibleName(QStringLiteral("Preview"));
+    platform::speakAs(this, QAccessible::Graphic);
     setFocusPolicy(Qt::StrongFocus);
     m_pHold->setObjectName(QStringLiteral("pHold"));
     m_pHold->setAccessibleName(QStringLiteral("Corner"));

@@ -61,6 +61,7 @@ frmImageViewFull::frmImageViewFull(Sinks sinks, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_QuitOnClose, false); // the main window goes on, hidden or not
     setFocusPolicy(Qt::StrongFocus);
+    setFocus(); // none of the bar's buttons has the keys, and readers ask who has
     setMouseTracking(true);
     m_iFull->hide();
     connect(m_iFull, &FullScreenBar::asked, this, &frmImageViewFull::performOfBar);

@@ -26,7 +26,7 @@ BandMenu::BandMenu(ToolModel* model, ToolBand* band, QWidget* parent)
     : QMenu(parent), m_model(model), m_band(band)
 {
     setObjectName(band->name());
-    setAccessibleName(band->caption());
+    setAccessibleName(band->caption().isEmpty() ? tr("Menu") : band->caption());
     setToolTipsVisible(true);
     connect(this, &QMenu::aboutToHide, this, &BandMenu::closeBand);
     if (parentMenu())
@@ -162,6 +162,7 @@ void BandMenu::addGroup(int first, int count)
     const QString caption = tr("%1 to %2").arg(shortened(from), shortened(to));
     auto* const menu = new BandMenu(m_model, m_band, this);
     menu->m_group = true;
+    menu->setAccessibleName(caption);
     menu->m_first = first;
     menu->m_count = count;
     auto* const row = new QAction(QString(caption).replace(QLatin1Char('&'), QLatin1String("&&")), this);
@@ -213,6 +214,8 @@ void BandMenu::showTool(const ToolValues& values, QAction* row)
     row->setVisible(values.visible);
     if (row->isSeparator())
         return;
+    if (row->menu())
+        row->menu()->setAccessibleName(plainCaption(values));
     row->setText(markedCaption(values));
     row->setEnabled(values.enabled);
     if (values.kind == ToolKind::Combo)

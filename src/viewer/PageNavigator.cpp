@@ -15,7 +15,7 @@ QToolButton* makeButton(QWidget* parent, const QString& name, const QString& tex
     button->setObjectName(name);
     button->setText(text);
     button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
+    button->setFocusPolicy(Qt::TabFocus); // a click leaves the keys where they are
     button->setAccessibleName(accessibleName);
     button->setToolTip(accessibleName);
     return button;
@@ -64,6 +64,13 @@ PageNavigator::PageNavigator(QWidget* parent) : QFrame(parent), m_lTiffImg(new Q
     connect(previous, &QToolButton::clicked, this, &PageNavigator::previousClicked);
     connect(next, &QToolButton::clicked, this, &PageNavigator::nextClicked);
     hide();
+}
+
+void PageNavigator::setVisible(bool visible)
+{
+    if (!visible && isAncestorOf(window()->focusWidget()))
+        window()->setFocus(); // else the toolkit would give the keys to what comes next, maybe the link
+    QFrame::setVisible(visible);
 }
 
 void PageNavigator::showPage(int page, int count)

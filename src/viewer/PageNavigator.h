@@ -29,6 +29,8 @@ class PageNavigator : public QFrame
     void place(int right);
     /// The count on show.
     int total() const;
+    /// Hidden with the focus within, it leaves that to its window.
+    void setVisible(bool visible) override;
 
   Q_SIGNALS:
     void nextClicked();

@@ -3,6 +3,7 @@
 #include "collections/PanelTabs.h"
 
 #include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QtTest>
@@ -56,6 +57,24 @@ class TestPanelTabs : public QObject
         QCOMPARE(m_tabs->tab2()->geometry(), QRect(101, 0, 100, 20));
     }
 
+    void readersAreToldOfTabs()
+    {
+        show(0);
+        const QString press = QAccessibleActionInterface::pressAction();
+        for (QWidget* const tab :
+             {static_cast<QWidget*>(m_tabs->tab1()), static_cast<QWidget*>(m_tabs->tab2())}) {
+            QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(tab);
+            const bool isInFront = tab == m_tabs->tab1();
+            QCOMPARE(access->role(), QAccessible::PageTab);
+            QCOMPARE(access->childCount(), 0); // its icon and caption are a matter of drawing
+            QVERIFY(access->state().selectable);
+            QCOMPARE(bool(access->state().selected), isInFront);
+            QCOMPARE(access->actionInterface()->actionNames().contains(press), !isInFront);
+        }
+        QCOMPARE(QAccessible::queryAccessibleInterface(m_tabs->tab1())->text(QAccessible::Name),
+                 QStringLiteral("Folders"));
+    }
+
     void theTabBehindIsAskedForByMouseAndKeys()
     {
         show();
@@ -73,7 +92,7 @@ class TestPanelTabs : public QObject
         QCOMPARE(m_tabs->tab2()->focusPolicy(), Qt::TabFocus);
         QAccessibleInterface* const face = QAccessible::queryAccessibleInterface(m_tabs->tab2());
         QCOMPARE(face->text(QAccessible::Name), QStringLiteral("Playlist"));
-        QCOMPARE(face->role(), QAccessible::Button);
+        QCOMPARE(face->role(), QAccessible::PageTab);
     }
 
     void changesAtOnceWhenItIsNotAnimated()

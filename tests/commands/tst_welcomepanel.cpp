@@ -6,6 +6,8 @@
 #include "platform/PaneBar.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QApplication>
 #include <QLabel>
 #include <QPointer>
@@ -211,6 +213,18 @@ class TestWelcomePanel : public QObject
         QTest::mousePress(logo, Qt::MouseButton(button), Qt::KeyboardModifiers(modifiers));
         QTest::mouseRelease(logo, Qt::MouseButton(button), Qt::KeyboardModifiers(modifiers), QPoint(-9, -9));
         QCOMPARE(taken(), QStringList());
+    }
+
+    void readersAreToldOfALink()
+    {
+        auto* const logo = part<commands::WelcomeLogo>("logo");
+        QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(logo);
+        QCOMPARE(access->role(), QAccessible::Link);
+        QVERIFY(!access->text(QAccessible::Name).isEmpty());
+        access->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(taken(), QStringList()); // behind the answer
+        QCoreApplication::processEvents();
+        QCOMPARE(taken(), QStringList{QStringLiteral("miLindoraCenter")});
     }
 
     void aDoubleClickOnTheLogoIsOne()

@@ -1,5 +1,7 @@
 #include "controls/uLink.h"
 
+#include <QAccessible>
+#include <QAccessibleActionInterface>
 #include <QLabel>
 #include <QtTest>
 
@@ -67,6 +69,20 @@ class TestLink : public QObject
         QCOMPARE(label(link)->geometry(), QRect(0, 0, 300, 40));
         link.SetCaption(QStringLiteral("shorter"));
         QCOMPARE(label(link)->geometry(), link.rect());
+    }
+
+    void readersAreToldOfALink()
+    {
+        uLink link(opener());
+        link.SetLinkURL(QStringLiteral("https://one.example/"));
+        QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(&link);
+        QCOMPARE(access->role(), QAccessible::Link);
+        QCOMPARE(access->childCount(), 0); // the label is a matter of drawing
+        QCOMPARE(access->text(QAccessible::Name), link.Caption());
+        const QString press = QAccessibleActionInterface::pressAction();
+        QVERIFY(access->actionInterface()->actionNames().contains(press));
+        access->actionInterface()->doAction(press);
+        QTRY_COMPARE(m_opened, QStringList{QStringLiteral("https://one.example/")});
     }
 
     void linkAndToolTipAreOne()

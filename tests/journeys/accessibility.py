@@ -94,7 +94,12 @@ def arrow_within(node):
     holder = node.parent.role if node.parent else None
     if holder == "tool bar":
         return "Right"
-    return "Down" if node.role == "radio button" else None
+    if node.role != "radio button":
+        return None
+    left = node.place[0]
+    below = [each for each in node.parent.children if each is not node and each.role == node.role
+             and abs(each.place[0] - left) <= 2]
+    return "Down" if below else "Right"
 
 
 class Node:

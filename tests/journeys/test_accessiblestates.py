@@ -10,7 +10,7 @@ BAR = tuple(("push button", name, reason) for name, reason in (
     ("View Previous Image", "the Left key"), ("View Next Image", "the Right key"),
     ("Toggle Slideshow Setting", "the P key"), (r"Change Display Types .*", "the S key"),
     ("Close Fullscreen", "the K key")))
-MAIN = (("push button", "Show the picture alone", "the H key"), ("push button", "Picture List", "the F key"))
+PICTURE = (("push button", "Picture List", "the F key, and File List in the context menu"),)
 
 
 class States(AccessibleJourney):
@@ -43,7 +43,7 @@ class States(AccessibleJourney):
         self.make("convert", "-size", "400x300", "xc:red", "xc:lime", "xc:blue", document)
         self.begin(document)
         top = self.shown("Quorvia")
-        self.check("pages", top, MAIN)
+        self.check("pages", top, PICTURE)
         self.go_to(self.found(top, "push button", "Next page"))
         self.key("space")
         self.shows(self.viewer, (0, 255, 0))

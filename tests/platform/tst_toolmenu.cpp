@@ -57,6 +57,8 @@ void TestToolMenu::rowsOfEachKind()
     QVERIFY(!ToolMenuBench::row(menu, "miDrop")->isEnabled());
     QVERIFY(ToolMenuBench::row(menu, "miDrop")->menu());
     QVERIFY(captions(ToolMenuBench::subMenu(menu, "miDrop")).isEmpty()); // not before it opens
+    QVERIFY(!menu->accessibleName().isEmpty());
+    QCOMPARE(ToolMenuBench::subMenu(menu, "miParent")->accessibleName(), text("miParent"));
 }
 
 void TestToolMenu::nothingShowsOfWhatIsInvisible()

@@ -75,6 +75,29 @@ class TestPageNavigator : public QObject
         QTest::mouseClick(back, Qt::LeftButton);
         QCOMPARE(previous.count(), 1);
     }
+
+    void theKeysReachItsButtonsAndReturn()
+    {
+        QWidget owner;
+        owner.setFocusPolicy(Qt::StrongFocus);
+        PageNavigator navigator(&owner);
+        auto* const behind = new QToolButton(&owner); // would get the keys from the toolkit
+        behind->setFocusPolicy(Qt::StrongFocus);
+        navigator.showPage(1, 2);
+        navigator.show();
+        owner.show();
+        owner.setFocus();
+        QVERIFY(QTest::qWaitForWindowActive(&owner));
+        const QSignalSpy previous(&navigator, &PageNavigator::previousClicked);
+        QTest::keyClick(owner.windowHandle(), Qt::Key_Tab);
+        QTest::keyClick(owner.windowHandle(), Qt::Key_Space);
+        QCOMPARE(previous.count(), 1);
+        auto* const forward = navigator.findChild<QToolButton*>(QStringLiteral("lTiffNext"));
+        QTest::keyClick(owner.windowHandle(), Qt::Key_Tab);
+        QVERIFY(forward->hasFocus());
+        navigator.hide();
+        QVERIFY(owner.hasFocus());
+    }
 };
 
 QTEST_MAIN(TestPageNavigator)
