@@ -203,6 +203,12 @@ class AccessibleJourney(Journey):
                 return None
         return wait_until(once, what)
 
+    def by_menu(self, *keys):
+        """Opens the context menu by its key and walks it by keys."""
+        before = self.top_windows()
+        self.brought(lambda: self.key("shift+F10"), lambda: self.top_windows() > before, "the menu")
+        self.key(*keys)
+
     def closed(self, top, key="Escape"):
         """Ends a window by a key; waits until it has gone from the tree, and another has the keys."""
         self.key(key)

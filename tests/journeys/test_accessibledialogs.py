@@ -6,8 +6,6 @@ import unittest
 from accessibility import AccessibleJourney
 from harness import RED, wait_until
 
-MENU = "shift+F10"
-
 
 class Dialogs(AccessibleJourney):
     def setUp(self):
@@ -38,19 +36,11 @@ class Dialogs(AccessibleJourney):
         self.no_faults()
 
     def test_size(self):
-        self.visit("size", self.by_menu("r", "c"))
+        self.visit("size", lambda: self.by_menu("r", "c"))
         self.no_faults()
 
-    def by_menu(self, *letters):
-        """The context menu by its key, and rows of it by their letters."""
-        def way():
-            before = self.top_windows()
-            self.brought(lambda: self.key(MENU), lambda: self.top_windows() > before, "the menu")
-            self.key(*letters)
-        return way
-
     def test_preferences(self):
-        top = self.opened(self.by_menu("n"), "the preferences")
+        top = self.opened(lambda: self.by_menu("n"), "the preferences")
         for page in ("first", "second", "third", "fourth"):
             self.check("preferences, %s page" % page, self.shown(top.name))
             self.key("ctrl+Tab")
@@ -67,7 +57,7 @@ class Dialogs(AccessibleJourney):
         self.no_faults()
 
     def test_playlist_editor(self):
-        self.visit("editor", self.by_menu("t", "p"))
+        self.visit("editor", lambda: self.by_menu("t", "p"))
         self.no_faults()
 
 

@@ -4,7 +4,7 @@ import sqlite3
 import unittest
 
 from accessibility import AccessibleJourney
-from harness import Journey, RED, wait_until
+from harness import RED, wait_until
 from printwindow import PrintJourney, WINDOW
 
 
@@ -23,24 +23,13 @@ class Tools(AccessibleJourney):
         self.process, self.viewer = self.open(self.pictures)
         self.shows(self.viewer, RED)
 
-    def by_menu(self, *letters):
-        """The context menu by its key, and rows of it by their letters."""
-        before = self.top_windows()
-        self.brought(lambda: self.key("shift+F10"), lambda: self.top_windows() > before, "the menu")
-        self.key(*letters)
-
     def test_conversion(self):
         self.begin()
         self.key("f")
         top = self.shown("Quorvia")
         self.go_to(self.found(top, "list", "Pictures"))
         self.key("ctrl+a")
-
-        def how():
-            before = self.top_windows()
-            self.brought(lambda: self.key("shift+F10"), lambda: self.top_windows() > before, "the menu")
-            self.key("Down", "Down", "Right", "Down", "Return")
-        preview = self.opened(how, "the preview")
+        preview = self.opened(lambda: self.by_menu("Down", "Down", "Right", "Down", "Return"), "the preview")
         self.check("conversion", preview)
         self.no_faults()
 
@@ -48,13 +37,18 @@ class Tools(AccessibleJourney):
         self.begin()
         top = self.opened(lambda: self.by_menu("t", "p"), "the editor")
         self.go_to(self.found(top, "combo box", ""))
-        before = self.focused()
         self.key("alt+Down")
         self.key("End", "Up", "Return")
-        self.check("editor, second page", self.shown("Playlist Editor"))
+        page = wait_until(lambda: self.holding("push button", "Rename"), "the page of the names")
+        self.check("editor, second page", page)
         self.no_faults()
 
-    def scanners(self, *settings):
+    def holding(self, role, name):
+        """The editor, once it has a control of that role and name."""
+        top = self.shown("Playlist Editor")
+        return top if any((node.role, node.name) == (role, name) for node in top.below()) else None
+
+    def slow_scanners(self):
         drivers = self.home / "drivers"
         drivers.mkdir()
         (drivers / "dll.conf").write_text("test\n")
@@ -64,7 +58,7 @@ class Tools(AccessibleJourney):
         self.environment["SANE_CONFIG_DIR"] = str(drivers)
 
     def test_scan(self):
-        self.scanners()
+        self.slow_scanners()
         self.begin()
         top = self.opened(lambda: self.by_menu("t", "s"), "the scanners")
         self.check("scanners", top)
