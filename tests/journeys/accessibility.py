@@ -283,7 +283,8 @@ class AccessibleJourney(Journey):
     def reached_by_keys(self, what, top):
         """The paths of all that the Tab key reaches, and within groups the arrows. Shift+Tab has to lead to the same."""
         kinds = {node.path: node for node in top.below()}
-        able = [node for node in top.below() if "focusable" in node.states and node.role not in WITHIN]
+        able = [node for node in top.below()
+                if "focusable" in node.states and is_acted_on(node) and not is_window(node) and node.role not in WITHIN]
         if len(able) < 2:
             return {self.focused()}
         ways = {}
