@@ -174,6 +174,7 @@ void Panes::place()
 void Panes::placeMain()
 {
     const bool toolbar = !m_ab1->isHidden();
+    m_awaitsToolbar = m_awaitsToolbar && !toolbar;
     m_Line1->setVisible(toolbar || m_awaitsToolbar);
     if (!toolbar && !m_awaitsToolbar) {
         m_aP->setGeometry(m_pMain->rect());

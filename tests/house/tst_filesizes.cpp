@@ -1,5 +1,5 @@
-// Keeps the files short: whoever reads one holds it in the head. Everything that is written here counts: code, tests,
-// benchmarks, tools.
+// Keeps the files short: whoever reads one holds it in the head. Everything that is written here counts:
+// code, tests, benchmarks, tools.
 #include <QDirIterator>
 #include <QFile>
 #include <QRegularExpression>
