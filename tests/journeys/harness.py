@@ -17,6 +17,7 @@ import unittest
 PROGRAM = os.environ["QUORVIA_PROGRAM"]
 SHOTS = os.environ.get("QUORVIA_SHOTS")  # where the screens of failed journeys go
 SCREEN = (1280, 800)
+CHROME = (0, 121, 191)  # behind tabs and toolbar
 PATIENCE = 20.0  # seconds that a condition may take; none of them does on a machine at rest
 
 
@@ -230,9 +231,15 @@ class Journey(unittest.TestCase):
         return len(self.output("xdotool", "search", "--onlyvisible", "--class", "quorvia").split())
 
     def built(self, window):
-        """Waits for the toolbar, which comes a moment after the window."""
+        """Waits for the toolbar, which comes a moment after the window, to a place that was kept for it."""
         left, top, width, height = self.geometry(window)
-        wait_until(lambda: self.pixel(left + width // 2, top + height - 4) == (0, 121, 191), "the toolbar")
+        middle, row = left + width // 2, top + height - 20
+
+        def drawn():
+            pixel = self.screen()
+            return pixel(middle, top + height - 4) == CHROME and \
+                any(pixel(x, row) != CHROME for x in range(middle - 60, middle + 60))
+        wait_until(drawn, "the toolbar")
 
     def close_by_frame(self, window):
         """A click on the close button of the window's frame."""

@@ -2,9 +2,8 @@
 
 import unittest
 
-from harness import BLUE, GREEN, Journey, RED, wait_until
+from harness import BLUE, CHROME, GREEN, Journey, RED, wait_until
 
-CHROME = (0, 121, 191)
 MARKED = (48, 140, 198)  # the toolkit's own highlight
 
 

@@ -2,10 +2,9 @@
 
 import unittest
 
-from harness import BLUE, GREEN, Journey, RED, wait_until
+from harness import BLUE, CHROME, GREEN, Journey, RED, wait_until
 
 YELLOW = (255, 255, 0)
-CHROME = (0, 121, 191)
 
 
 class Pages(Journey):

@@ -3,9 +3,8 @@
 import time
 import unittest
 
-from harness import BLUE, GREEN, Journey, RED, SCREEN, wait_until
+from harness import BLUE, CHROME, GREEN, Journey, RED, SCREEN, wait_until
 
-CHROME = (0, 121, 191)
 TWIPS = 15  # to a pixel
 STRIP = 51  # pixels of file bar and tab strip above the viewport
 TOOLBAR = 41  # pixels of the toolbar and the rule above it
