@@ -133,7 +133,22 @@ class Reader:
         self.listen(0)
         while self.told and self.use():
             self.focused = self.chain(self.told.pop(0)) or self.focused
+        if not self.focused:
+            self.focused = self.searched()
         return self.focused
+
+    def searched(self):
+        """The same by a look through the tree: what got the keyboard before the program knew a listener was not told."""
+        holders = []
+
+        def visit(path, _parent):
+            states = self.states(path)
+            if "focused" in states:
+                holders.append(path)
+            return path == ROOT or "visible" in states
+        if self.use():
+            self.walk(ROOT, None, visit)
+        return self.chain(holders[-1]) if holders else []
 
     def chain(self, path):
         """The paths from one that was said to have the keyboard up to its window; none where that is not so: lists say it
