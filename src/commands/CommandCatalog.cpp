@@ -26,7 +26,7 @@ constexpr std::array catalog = {
     CommandText{"miNext", Walking, "go to the next image"},
     CommandText{"miPrevious", Walking, "go to the previous image"},
     CommandText{"miLoadFirst", Walking, "go to the first image of the list"},
-    CommandText{"miRandom", Walking, "go to any image of the list"},
+    CommandText{"miRandom", Walking, "go to an image by chance"},
 
     CommandText{"miBestFit", View, "change between best fit and actual size"},
     CommandText{"miActualSize", View, "change between actual size and best fit"},
@@ -39,7 +39,7 @@ constexpr std::array catalog = {
     CommandText{"miViewFilmstrip", View, "show a strip of the image's neighbours"},
     CommandText{"miFileList", View, "show or hide the panel of folders and playlists"},
     CommandText{"miEXIFView", View, "show or hide the summary beside the image"},
-    CommandText{"miHideInterface", View, "show or hide the tabs above the image"},
+    CommandText{"miHideInterface", View, "show or hide what the tabs have below the image"},
     CommandText{"miFilm1", View, "one row of small images in the strip"},
     CommandText{"miFilm2", View, "two rows of small images in the strip"},
     CommandText{"miFilm3", View, "three rows of small images in the strip"},
@@ -53,8 +53,8 @@ constexpr std::array catalog = {
 
     CommandText{"miCopy", Edits, "copy the image to the clipboard"},
     CommandText{"miPaste", Edits, "look at what the clipboard holds"},
-    CommandText{"miRotateClock", Edits, "rotate the image to the right"},
-    CommandText{"miRotateCounter", Edits, "rotate the image to the left"},
+    CommandText{"miRotateClock", Edits, "rotate the image to the right, in its file too"},
+    CommandText{"miRotateCounter", Edits, "rotate the image to the left, in its file too"},
     CommandText{"miBevel", Edits, "raise the edges of the image"},
     CommandText{"miCustomResize", Edits, "ask for a size and give it to the image"},
     CommandText{"miThumb80x80", Edits, "resize the image to 80 x 80 pixels"},
@@ -78,7 +78,7 @@ constexpr std::array catalog = {
     CommandText{"miRunNomalux", Tools, "start Nomalux"},
 
     CommandText{"miWebsite", Web, "visit the website of Quorvia"},
-    CommandText{"miHVXAWebsite", Web, "visit the website of its makers"},
+    CommandText{"miHVXAWebsite", Web, "visit the website, as miWebsite does"},
     CommandText{"miLindoraCenter", Web, "visit the Lindora Center"},
     CommandText{"miHVXAImageGallery", Web, "visit the image gallery"},
     CommandText{"miWebMorphane", Web, "visit the page of Morphane"},
