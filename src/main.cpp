@@ -32,6 +32,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 
 using namespace quorvia;
@@ -108,8 +109,16 @@ int main(int argc, char* argv[])
         return 0;
     // Beyond the user's limit on file sizes a write fails, the log's too; that is not the program's end.
     std::signal(SIGXFSZ, SIG_IGN);
-    platform::FontsAhead fonts;
     const app::CommandLine line = app::parseCommandLine(arguments, QDir::currentPath());
+    const bool seen = !goesWithoutDisplay(line);
+    std::optional<platform::MessageBoxAnswerer> unseen;
+    std::optional<platform::FontsAhead> fonts;
+    if (seen) {
+        fonts.emplace();
+    } else {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        unseen.emplace(tellOnOutput);
+    }
     app::openSettings();
     auto loader = std::make_shared<engine::ImageLoader>();
     boundMemory(*loader);
@@ -119,15 +128,10 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QStringLiteral("quorvia"));
     QGuiApplication::setDesktopFileName(QStringLiteral("quorvia"));
     int toolkitArguments = 1; // the toolkit must not take words of our line for its own
-    std::optional<platform::MessageBoxAnswerer> unseen;
-    if (goesWithoutDisplay(line)) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        unseen.emplace(tellOnOutput);
-    }
     QApplication application(toolkitArguments, argv);
     platform::announceWindows(); // behind what the toolkit knows, and before the first window
-    fonts.wait();
     untilToolkitStands.reset();
+    fonts.reset(); // the first text needs them
     // No decoder may draw any more when the toolkit goes. The window, which shares the loader, is gone by
     // then.
     const auto endLoads = qScopeGuard([&] {
@@ -137,12 +141,11 @@ int main(int argc, char* argv[])
     QGuiApplication::setQuitOnLastWindowClosed(false); // a hidden main window is no reason to end
 
     if (!app::probeMachineStore())
-        return 0;
+        return EXIT_FAILURE;
     if (line.isUninstall()) {
         system::RestoreAssociations();
         system::withdrawCompanions(app::companionDirectories());
-        app::removeSettings(app::InstallPath());
-        return 0;
+        return app::removeSettings(app::InstallPath()) ? EXIT_SUCCESS : EXIT_FAILURE;
     }
     app::prepareDataDirectories(app::InstallPath());
     app::repairDataDirectories(app::InstallPath());

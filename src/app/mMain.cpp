@@ -90,7 +90,7 @@ void repairDataDirectories(const QString& installPath)
         makeLogged(playlist);
 }
 
-void removeSettings(const QString& installPath)
+bool removeSettings(const QString& installPath)
 {
     const QString leftover = installPath + QStringLiteral("playlist.qol");
     if (FileExists(leftover))
@@ -128,6 +128,7 @@ void removeSettings(const QString& installPath)
          {common::ProgramFileSupport, common::ProgramAssoPaths, common::WebSites, common::ProgramShortPaths,
           common::ProgramPaths, common::ComponentPaths})
         removeOfTool(subkey, productTitle());
+    return readOfTool(common::ProgramPaths, productTitle()).isEmpty();
 }
 
 } // namespace quorvia::app

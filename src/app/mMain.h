@@ -19,6 +19,7 @@ void prepareDataDirectories(const QString& installPath);
 void repairDataDirectories(const QString& installPath);
 
 /// Takes the program's traces out of both trees of the store and deletes `playlist.qol` in `installPath`.
-void removeSettings(const QString& installPath);
+/// False when the other tools are still told where the program is, as when another program holds the store.
+bool removeSettings(const QString& installPath);
 
 } // namespace quorvia::app

@@ -1,6 +1,7 @@
 #include "commands/CommandHelp.h"
 
 #include "app/ImageTypes.h"
+#include "engine/Codec.h"
 
 #include <algorithm>
 #include <array>
@@ -12,8 +13,9 @@ namespace {
 constexpr std::array options = {
     LineOption{"--help", "say what can be typed here, and end"},
     LineOption{"--version", "say which version this is, and end"},
-    LineOption{"/install", "register the program, and end"},
-    LineOption{"/uninstall", "give the file types back, remove the program's settings, and end"},
+    LineOption{"/install", "register the program, and end (alone on the line)"},
+    LineOption{"/uninstall",
+               "give the file types back, remove the program's settings, and end (alone on the line)"},
 };
 
 constexpr int wordColumn = 22; // as wide as the longest word and two blanks
@@ -32,7 +34,7 @@ std::span<const LineOption> lineOptions()
 
 LineOption messageOption()
 {
-    return {"/miMsg_TEXT", "show TEXT in a message box"};
+    return {"/miMsg_TEXT", "show TEXT, up to its first \"_\", in a message box"};
 }
 
 std::vector<CommandLineGroup> commandLineGroups()
@@ -57,6 +59,12 @@ QByteArray phraseOf(const CommandText& command)
 QList<QByteArray> openedEndings()
 {
     QList<QByteArray> endings = QByteArray(app::ImageExtensionList).replace("*.", "").split(';');
+    for (const engine::Codec* codec : engine::codecTable()) {
+        for (const QString& extension : codec->extensions()) {
+            if (const QByteArray ending = extension.toLatin1(); !endings.contains(ending))
+                endings.append(ending);
+        }
+    }
     endings.append("qol");
     return endings;
 }

@@ -35,8 +35,8 @@ std::vector<CommandLineGroup> commandLineGroups();
 /// What `command` does, as a phrase; of another name for a command, that it is one.
 QByteArray phraseOf(const CommandText& command);
 
-/// The endings of the files that the program opens, in small letters and without a point: pictures, then
-/// playlists.
+/// The endings of the files that the program opens, in small letters and without a point: the pictures of a
+/// folder's list, those that it opens when they are named, playlists.
 QList<QByteArray> openedEndings();
 
 /// The answer to --help.

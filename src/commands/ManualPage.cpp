@@ -128,7 +128,8 @@ QByteArray manualPage(const QByteArray& version, const QByteArray& date)
     return head(version, date) + ".SH OPTIONS\n" + optionEntries() + ".SH COMMANDS\n" + commandEntries() +
            ".SH ENVIRONMENT\n" + entries(variables) + ".SH FILES\n" + entries(files) + ".SH EXIT STATUS\n" +
            entry("0", "The program has ended as it was asked to.\n") +
-           entry("other", "It could not start, as without a display, or was broken off.\n") +
+           entry("other", "It could not start, as without a display or without settings that it\nmay write, "
+                          "or was broken off.\n") +
            ".SH SEE ALSO\n"
            ".BR lpoptions (1),\n"
            ".BR scanimage (1),\n"

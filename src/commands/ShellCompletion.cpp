@@ -81,25 +81,32 @@ QByteArray bashCompletion()
            "        esac\n"
            "    done < <(compgen -f -- \"$word\")\n"
            "} &&\n"
-           "    complete -o filenames -F _quorvia quorvia\n";
+           "    complete -o filenames -o default -F _quorvia quorvia\n";
 }
 
 QByteArray zshCompletion()
 {
+    // Its shell offers what is called an option only behind a "-".
+    QList<Word> dashed;
+    QList<Word> slashed;
+    for (const Word& each : optionWords() + commandWords())
+        (each.word.startsWith('-') ? dashed : slashed).append(each);
     return "#compdef quorvia\n"
            "_quorvia() {\n"
            "    local -a options commands\n"
+           "    local found=1\n"
            "    options=(\n" +
-           zshRows(optionWords()) +
+           zshRows(dashed) +
            "    )\n"
            "    commands=(\n" +
-           zshRows(commandWords()) +
+           zshRows(slashed) +
            "    )\n"
-           "    _describe -o option options\n"
-           "    _describe command commands\n"
+           "    _describe -o option options && found=0\n"
+           "    _describe command commands && found=0\n"
            "    _files -g '(#i)*.(" +
            openedEndings().join('|') +
-           ")(-.)'\n"
+           ")(-.)' && found=0\n"
+           "    return found\n"
            "}\n"
            "_quorvia \"$@\"\n";
 }
@@ -108,7 +115,7 @@ QByteArray fishCompletion()
 {
     QByteArray out = "# fish completion for quorvia\n"
                      "function __quorvia_paths\n"
-                     "    __fish_complete_path (commandline -ct) |\n"
+                     "    complete -C \"__fish_command_without_completions \"(commandline -ct) |\n"
                      "        string match -ri '^[^\\t]*(?:/|\\.(?:" +
                      openedEndings().join('|') +
                      "))(?:\\t.*)?$'\n"

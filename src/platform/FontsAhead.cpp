@@ -2,7 +2,9 @@
 
 #include <dlfcn.h>
 
+#include <clocale>
 #include <string>
+#include <system_error>
 
 namespace quorvia::platform {
 
@@ -22,8 +24,13 @@ bool readConfiguration(const std::string& library)
 } // namespace
 
 FontsAhead::FontsAhead(const char* library)
-    : m_thread([this, name = std::string(library)] { m_stands = readConfiguration(name); })
 {
+    // The toolkit does this too, and the decimal sign must not change in the middle of the read.
+    std::setlocale(LC_ALL, "");
+    try {
+        m_thread = std::thread([this, name = std::string(library)] { m_stands = readConfiguration(name); });
+    } catch (const std::system_error&) { // no thread to be had: the toolkit reads it as ever
+    }
 }
 
 FontsAhead::~FontsAhead()

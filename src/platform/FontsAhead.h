@@ -12,7 +12,9 @@ namespace quorvia::platform {
 class FontsAhead
 {
   public:
-    /// Begins to read. `library` is the one with the configuration, which the toolkit's own reading shares.
+    /// Begins to read, and takes the user's locale for the process. `library` is the one with the
+    /// configuration, which the toolkit's own reading shares. The environment must not be changed before the
+    /// end.
     explicit FontsAhead(const char* library = "libfontconfig.so.1");
     /// Waits for the end of the read.
     ~FontsAhead();

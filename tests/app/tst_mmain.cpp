@@ -146,7 +146,7 @@ class TestMMain : public QObject
                                    QStringLiteral("theirs"));
         }
 
-        app::removeSettings(root());
+        QVERIFY(app::removeSettings(root()));
 
         QVERIFY(!QFile::exists(leftover));
         QCOMPARE(app::read(app::setting::MainWidth, -1), -1);
@@ -172,7 +172,7 @@ class TestMMain : public QObject
 
     void removalWithNothingThere()
     {
-        app::removeSettings(root());
+        QVERIFY(app::removeSettings(root()));
         QCOMPARE(app::read(app::setting::MainWidth, -1), -1);
     }
 };

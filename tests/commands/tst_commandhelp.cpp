@@ -138,7 +138,10 @@ class TestCommandHelp : public QObject
         const QList<QByteArray> endings = commands::openedEndings();
         QCOMPARE(endings.first(), QByteArray("bmp"));
         QVERIFY(endings.contains("jif") && endings.contains("wpg") && endings.contains("qol"));
-        QCOMPARE(endings.size(), 22);
+        for (const QString name :
+             {"webp", "avif", "heic", "jxl", "pict", "vst"}) // which open when they are named
+            QVERIFY2(endings.contains(name.toLatin1()), qPrintable(name));
+        QCOMPARE(QSet<QByteArray>(endings.begin(), endings.end()).size(), endings.size());
     }
 };
 

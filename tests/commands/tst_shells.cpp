@@ -69,8 +69,8 @@ class TestShells : public QObject
                                     "bash", word},
                                    m_folder.path())
                                    .output);
-        QString words = run(shell,
-                            {"--no-config", "-c",
+        QString words = run("env",
+                            {"HOME=" + m_folder.path(), shell, "--no-config", "-c",
                              "source '" + handout + "quorvia.fish'; complete -C 'quorvia " + word + "'"},
                             m_folder.path())
                             .output;
@@ -150,6 +150,14 @@ class TestShells : public QObject
         }
         QTest::newRow("bash: blanks") << "bash"
                                       << "tw" << QStringList{"two words.png"};
+        QTest::newRow("bash: a text, left to the shell") << "bash"
+                                                         << "day.t" << QStringList();
+        QTest::newRow("fish: blanks") << "fish"
+                                      << "two\\ w" << QStringList{"two words.png"};
+        QTest::newRow("fish: a quote") << "fish"
+                                       << "\"two w" << QStringList{"two words.png"};
+        QTest::newRow("fish: home") << "fish"
+                                    << "~/da" << QStringList{"~/dawn.JPG", "~/dawn.qol", "~/days/"};
     }
     void completes()
     {
@@ -159,21 +167,46 @@ class TestShells : public QObject
         QCOMPARE(completed(shell, word), expected);
     }
 
-    /// What zsh's completion is told: the rows of both lists, and the pattern of files.
-    void zshIsToldAll()
+    /// What zsh makes of a line at its Tab key, asked of an interactive one.
+    void zshCompletes_data()
     {
+        QTest::addColumn<QString>("word");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("a command") << "/miNe"
+                                   << "/miNext ";
+        QTest::newRow("commands, as far as they agree") << "/miRotateC"
+                                                        << "/miRotateC";
+        QTest::newRow("not on a line") << "/miThumbDel"
+                                       << "/miThumbDel";
+        QTest::newRow("an option") << "--v"
+                                   << "--version ";
+        QTest::newRow("a word that is a command's") << "/uninst"
+                                                    << "/uninstall ";
+        QTest::newRow("a picture") << "dawn.J"
+                                   << "dawn.JPG ";
+        QTest::newRow("a folder, not the text beside it") << "day"
+                                                          << "days/";
+        QTest::newRow("blanks") << "two"
+                                << "two\\ words.png ";
+    }
+    void zshCompletes()
+    {
+        QFETCH(QString, word);
+        QFETCH(QString, expected);
         const Answer answer =
             run("zsh",
                 {"-f", "-c",
-                 "_describe() { local name=${@[-1]}; print -l -- ${(P)name}; }; "
-                 "_files() { setopt extendedglob; print -l -- ${~2:s/(-.)//}(N) }; source \"$1\"",
-                 "zsh", handout + "_quorvia"},
+                 "zmodload zsh/zpty; TERM=vt100 zpty shell zsh -f -i\n"
+                 "zpty -w shell \"PS1=; fpath=(${1:h} \\$fpath); autoload -U compinit; compinit -u -D; "
+                 "tell() { print -r -- \\$BUFFER'|' >told.part; mv told.part told; zle kill-buffer }; "
+                 "zle -N tell; bindkey '^Xp' tell; touch ready\"\n"
+                 "for each in {1..200}; do [[ -e ready ]] && break; sleep 0.1; done\n"
+                 "zpty -w -n shell \"quorvia $2\"$'\\t\\C-xp'\n"
+                 "for each in {1..200}; do [[ -e told ]] && break; sleep 0.1; done\n"
+                 "cat told; rm -f told ready; zpty -d shell",
+                 "zsh", handout + "_quorvia", word},
                 m_folder.path());
-        QCOMPARE(answer.code, 0);
-        QVERIFY2(answer.output.contains("\n/miNext:go to the next image\n"), qPrintable(answer.output));
-        QVERIFY(answer.output.startsWith("--help:"));
-        QVERIFY(answer.output.contains("\ndawn.JPG\n") && answer.output.contains("\ndawn.qol\n"));
-        QVERIFY(!answer.output.contains("day.txt"));
+        QCOMPARE(answer.output, "quorvia " + expected + "|\n");
     }
 };
 

@@ -9,7 +9,7 @@ namespace {
 
 constexpr OtherKey image[] = {
     {"Double click", "show the image on the whole screen"},
-    {"Right click", "open the menu with all commands"},
+    {"Right click|Menu|Shift+F10", "open the menu with all commands"},
     {"Wheel", "scroll an image that is larger than its place"},
     {"Shift+Wheel", "scroll it sideways"},
     {"Ctrl+Wheel", "zoom in and out around the pointer"},
@@ -54,12 +54,18 @@ constexpr OtherKey information[] = {
     {"Tab", "leave the description"},
 };
 
+constexpr OtherKey tabs[] = {
+    {"Tab", "walk to the tabs, or to the toolbar, from another part of the window"},
+    {"Left|Right|Home|End", "walk from tab to tab, or from button to button"},
+    {"Enter|Space", "press the button"},
+};
+
 constexpr OtherKey fullMouse[] = {
     {"Double click", "go back to the window"},
     {"Right click", "go to the next image"},
     {"Shift+Click", "go to the previous image"},
     {"Upper edge", "move the pointer there, and a bar with buttons comes"},
-    {"Any other key", "go back to the window"},
+    {"Any other key", "go back to the window, when pressed alone"},
 };
 
 constexpr OtherKey editor[] = {
@@ -117,6 +123,7 @@ constexpr std::array parts = {
     Part{"list", list},
     Part{"tree", tree},
     Part{"information", information},
+    Part{"tabs", tabs},
     Part{"fullmouse", fullMouse},
     Part{"editor", editor},
     Part{"print", print},
