@@ -52,8 +52,10 @@ bool mountReadOnlyBut(const QByteArray& folder)
 bool becomeNobody(const QByteArray& folder)
 {
     constexpr unsigned nobody = 65534;
-    if (::geteuid() != 0)
+    if (::geteuid() != 0) {
+        errno = EPERM;
         return false;
+    }
     QDirIterator each(QFile::decodeName(folder),
                       QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                       QDirIterator::Subdirectories);
@@ -67,16 +69,36 @@ bool becomeNobody(const QByteArray& folder)
 
 } // namespace
 
-QString confineTo(const QString& folder)
+Confinement confineAsNobody(const QString& folder)
 {
-    const QByteArray path = QFile::encodeName(folder);
-    if (leaveNameSpaces()) {
-        if (mountReadOnlyBut(path))
-            return {};
-        return QString::fromLocal8Bit(std::strerror(errno));
+    if (becomeNobody(QFile::encodeName(folder)))
+        return {true, false, QStringLiteral("as nobody; what all may write and the network are open")};
+    return {false, false, QStringLiteral("not nobody: ") + QString::fromLocal8Bit(std::strerror(errno))};
+}
+
+Confinement confineTo(const QString& folder)
+{
+    if (leaveNameSpaces() && mountReadOnlyBut(QFile::encodeName(folder)))
+        return {true, true, QStringLiteral("by name spaces")};
+    const QString why = QString::fromLocal8Bit(std::strerror(errno));
+    Confinement other = confineAsNobody(folder);
+    other.how += QStringLiteral(" (no name spaces: %1)").arg(why);
+    return other;
+}
+
+QString firstWritable(const QStringList& folders)
+{
+    for (const QString& folder : folders) {
+        const QByteArray path =
+            QFile::encodeName(folder) + "/.quorvia-soak-" + QByteArray::number(qint64(::getpid()));
+        const int descriptor = ::open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (descriptor < 0)
+            continue;
+        ::close(descriptor);
+        ::unlink(path.constData());
+        return folder;
     }
-    const int number = errno;
-    return becomeNobody(path) ? QString() : QString::fromLocal8Bit(std::strerror(number));
+    return {};
 }
 
 } // namespace quorvia::test

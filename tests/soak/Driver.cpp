@@ -19,6 +19,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <utility>
 
 namespace quorvia::test {
 
@@ -29,20 +30,10 @@ constexpr int answerSalt = 2'000'000;
 constexpr int memoryEvery = 25;
 constexpr int patience = 15;                   ///< steps under the same blocker, after which Esc comes
 constexpr int saysYesAfter = 2;                ///< to the end of all settings
+constexpr int keyboardRests = 110;             ///< milliseconds: keys count only 100 ms after the one before
 constexpr int muchPatience = 80;               ///< after which the window is closed
 constexpr int noPatience = 400;                ///< after which the run is given up
 constexpr qint64 readAhead = 64 * 1024 * 1024; ///< bytes: small, so that the rest is seen in the memory
-
-QStringList commandNames(viewer::frmImageView& window)
-{
-    QStringList names;
-    for (const commands::Tool& tool : viewer::commandTable(window))
-        names.append(QLatin1String(tool.name));
-    names.append({QStringLiteral("tRecent1"), QStringLiteral("tRecent2"), QStringLiteral("FileX3"),
-                  QStringLiteral("FileX40"), QStringLiteral("miMsg_Hello"), QStringLiteral("miCmdNothing"),
-                  QStringLiteral("unknown")});
-    return names;
-}
 
 bool asksToErase(const QWidget* window)
 {
@@ -62,7 +53,7 @@ Driver::Driver(const SoakPlan& plan, const SoakPlaces& places)
       m_outsider(places.pictures(), places.templates(), places.trash(), Originals::load(places.originals())),
       m_answers([this] { return StepRandom(m_plan.seed, answerSalt + m_step); }, [this] { return m_window; },
                 places.pictures()),
-      m_step(plan.from - 1)
+      m_step(plan.from - 1), m_done(plan.done)
 {
     qApp->installEventFilter(this);
 }
@@ -70,9 +61,23 @@ Driver::Driver(const SoakPlan& plan, const SoakPlaces& places)
 void Driver::run()
 {
     schedule(0);
-    while (m_step < m_plan.to)
+    while (!isDone())
         runSession();
+    notePeak();
     note(QStringLiteral("end"), {});
+}
+
+/// Those of the table, which the journal gets, and some that are not in it.
+QStringList Driver::commandNames()
+{
+    QStringList names;
+    for (const commands::Tool& tool : viewer::commandTable(*m_window))
+        names.append(QLatin1String(tool.name));
+    note(QStringLiteral("table"), names.join(u' '));
+    names.append({QStringLiteral("tRecent1"), QStringLiteral("tRecent2"), QStringLiteral("FileX3"),
+                  QStringLiteral("FileX40"), QStringLiteral("miMsg_Hello"), QStringLiteral("miCmdNothing"),
+                  QStringLiteral("unknown")});
+    return names;
 }
 
 void Driver::runSession()
@@ -86,9 +91,9 @@ void Driver::runSession()
     loader->setReadAheadCap(readAhead);
     {
         viewer::frmImageView window(loader, app::parseCommandLine(arguments, m_places.home));
-        if (m_commands.isEmpty())
-            m_commands = commandNames(window);
         m_window = &window;
+        if (m_commands.isEmpty())
+            m_commands = commandNames();
         if (viewer::runLoadStep(window, false))
             QCoreApplication::exec();
         m_window = nullptr;
@@ -98,6 +103,7 @@ void Driver::runSession()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QPixmapCache::clear();
     note(QStringLiteral("heap"), QString::number(heapInUse()));
+    notePeak();
 }
 
 QStringList Driver::sessionArguments()
@@ -127,18 +133,37 @@ void Driver::step()
     constexpr int betweenSessions = 5;
     if (!m_window)
         return schedule(betweenSessions);
-    if (m_step >= m_plan.to)
+    if (isDone())
         return end();
+    if (std::exchange(m_keyRests, false))
+        return schedule(keyboardRests);
     ++m_step;
+    noteGap();
     StepRandom random(m_plan.seed, m_step);
     const ActionKind kind = drawKind(random);
-    // Keys count only 100 ms after the one before; decoders and timers take their time, too.
-    schedule(random.oneIn(10) ? 110 : random.oneIn(5) ? 20 : random.below(3));
+    // Decoders and timers take their time, too.
+    schedule(random.oneIn(10) ? keyboardRests : random.oneIn(5) ? 20 : random.below(3));
     if (m_step % memoryEvery == 0)
         note(QStringLiteral("memory"), QString::number(residentMemory()));
     ++m_depth;
     act(kind, random);
     --m_depth;
+}
+
+/// The journal has each gap that is longer than those before.
+void Driver::noteGap()
+{
+    const qint64 gap = m_sinceStep.isValid() ? m_sinceStep.elapsed() : 0;
+    m_sinceStep.start();
+    if (gap <= m_longestGap)
+        return;
+    m_longestGap = gap;
+    note(QStringLiteral("gap"), QString::number(gap));
+}
+
+void Driver::notePeak() const
+{
+    note(QStringLiteral("peak"), QString::number(peakMemory()));
 }
 
 void Driver::end()
@@ -156,8 +181,10 @@ bool Driver::answerBlocker(QWindow* window)
     m_blocker = now;
     if (!now)
         return false;
-    const bool mayErase = m_step <= m_plan.lastErasing;
+    const bool mayErase = m_done <= m_plan.lastErasing;
     const bool mustNot = asksToErase(now) && !mayErase;
+    if (asksToErase(now) && mayErase)
+        note(QStringLiteral("asks"), described(*now));
     if (asksToErase(now) && mayErase && window && m_blocked == saysYesAfter) {
         note(QStringLiteral("yes"), described(*now));
         press(window, {Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r")});
@@ -230,16 +257,20 @@ void Driver::runCommand(StepRandom& random)
     if (!isSeen && random.oneIn(5))
         name = QStringLiteral("miShow");
     note(nameOf(ActionKind::Command), name);
+    ++m_done;
     m_window->RunTool(name);
 }
 
 void Driver::pressKey(QWindow* window, StepRandom& random)
 {
-    const KeyPress key = window == m_window->windowHandle() ? drawMainKey(random) : drawDialogKey(random);
+    const bool isMain = window == m_window->windowHandle();
+    const KeyPress key = isMain ? drawMainKey(random) : drawDialogKey(random);
     note(nameOf(ActionKind::Key), QStringLiteral("%1 %2 to %3")
                                       .arg(int(key.modifiers), 0, 16)
                                       .arg(key.key, 0, 16)
                                       .arg(window->objectName()));
+    ++m_done;
+    m_keyRests = isMain && random.oneIn(2);
     press(window, key);
 }
 
@@ -294,7 +325,8 @@ bool Driver::eventFilter(QObject* watched, QEvent* event)
     if (event->type() == QEvent::MetaCall && watched->isWidgetType())
         countCall(*static_cast<QWidget*>(watched));
     if (event->type() == QEvent::Show && watched->isWidgetType()) {
-        if (const auto* const widget = static_cast<QWidget*>(watched); widget->isWindow())
+        const auto* const widget = static_cast<QWidget*>(watched);
+        if (widget->isWindow() || widget->objectName().startsWith(QLatin1String("frm"))) // a panel
             note(QStringLiteral("window"), described(*widget));
     }
     return false;

@@ -6,7 +6,9 @@
 #include "Journal.h"
 #include "Outsider.h"
 #include "SoakPlaces.h"
+#include "SoakPlan.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -18,15 +20,6 @@ class frmImageView;
 }
 
 namespace quorvia::test {
-
-/// Which steps are made.
-struct SoakPlan
-{
-    quint32 seed = 1;
-    int from = 1;          ///< the first one
-    int to = 400;          ///< the last one
-    int lastErasing = 100; ///< after that nobody says yes to the end of all settings, which ends the process
-};
 
 class Driver : public QObject
 {
@@ -49,6 +42,10 @@ class Driver : public QObject
     void act(ActionKind kind, StepRandom& random);
     bool answerBlocker(QWindow* window);
     void end();
+    bool isDone() const { return m_done >= m_plan.inputs || m_step >= m_plan.last; }
+    void noteGap();
+    void notePeak() const;
+    QStringList commandNames();
     void runCommand(StepRandom& random);
     void pressKey(QWindow* window, StepRandom& random);
     void resizeMain(StepRandom& random);
@@ -67,8 +64,12 @@ class Driver : public QObject
     QPointer<QWidget> m_blocker;
     int m_blocked = 0; ///< steps under the same blocker
     int m_step;
-    int m_depth = 0; ///< steps that wait for a dialog, a menu or a long command
-    int m_calls = 0; ///< that widgets asked of themselves in one step
+    int m_done;              ///< commands and keys so far
+    bool m_keyRests = false; ///< the next step gives the window's keyboard its time first
+    QElapsedTimer m_sinceStep;
+    qint64 m_longestGap = 0; ///< milliseconds between two steps
+    int m_depth = 0;         ///< steps that wait for a dialog, a menu or a long command
+    int m_calls = 0;         ///< that widgets asked of themselves in one step
     int m_stepOfCalls = 0;
 };
 

@@ -24,6 +24,20 @@ QString onOneLine(QString text)
     return text.replace(u'\n', u' ').replace(u'\t', u' ');
 }
 
+/// The number behind `name` in a file of lines "name: number kB"; 0 when it is not there.
+int sizeIn(const char* path, const char* name)
+{
+    QFile file(QString::fromLatin1(path));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    for (const QByteArray& line : lines) {
+        if (line.startsWith(name))
+            return line.simplified().split(' ').value(1).toInt();
+    }
+    return 0;
+}
+
 } // namespace
 
 Journal::Journal(const QString& path)
@@ -56,17 +70,28 @@ QList<JournalLine> Journal::read(const QString& path)
     return lines;
 }
 
+int StepTail::last()
+{
+    QFile file(m_path);
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(m_read))
+        return m_last;
+    const QByteArray grown = file.readAll();
+    const QByteArray whole = grown.left(grown.lastIndexOf('\n') + 1);
+    m_read += whole.size();
+    const QList<QByteArray> lines = whole.split('\n');
+    for (const QByteArray& line : lines)
+        m_last = std::max(m_last, line.left(line.indexOf('\t')).toInt());
+    return m_last;
+}
+
 int residentMemory()
 {
-    QFile file(QStringLiteral("/proc/self/smaps_rollup"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QList<QByteArray> lines = file.readAll().split('\n');
-    for (const QByteArray& line : lines) {
-        if (line.startsWith("Rss:"))
-            return line.simplified().split(' ').value(1).toInt();
-    }
-    return 0;
+    return sizeIn("/proc/self/smaps_rollup", "Rss:");
+}
+
+int peakMemory()
+{
+    return sizeIn("/proc/self/status", "VmHWM:");
 }
 
 #ifdef __SANITIZE_ADDRESS__
@@ -84,13 +109,17 @@ int heapInUse()
         return 0;
     ::malloc_info(0, stream);
     std::fclose(stream);
+    // The totals of all arenas, behind those of each; pictures lie in blocks of their own ("mmap"), which no
+    // arena counts.
     const QString all = QString::fromLatin1(raw).section(QStringLiteral("</heap>"), -1);
     std::free(raw);
     const auto bytes = [&all](const char* what) {
         const QRegularExpression number(QLatin1String(what) + QStringLiteral("[^>]*size=\"(\\d+)\""));
         return number.match(all).captured(1).toLongLong();
     };
-    return int((bytes("system type=\"current\"") - bytes("type=\"fast\"") - bytes("type=\"rest\"")) / 1024);
+    return int((bytes("system type=\"current\"") - bytes("type=\"fast\"") - bytes("type=\"rest\"") +
+                bytes("type=\"mmap\"")) /
+               1024);
 }
 #endif
 

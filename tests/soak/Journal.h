@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
+
 namespace quorvia::test {
 
 /// One line: "step<tab>kind<tab>detail".
@@ -31,8 +33,27 @@ class Journal
     int m_descriptor;
 };
 
+/// Follows a journal that is being written.
+class StepTail
+{
+  public:
+    explicit StepTail(QString path) : m_path(std::move(path)) {}
+
+    /// The number of the last step so far; lines of other kinds that a step leaves behind do not change it. 0
+    /// when there is none.
+    int last();
+
+  private:
+    QString m_path;
+    qint64 m_read = 0; ///< bytes of whole lines
+    int m_last = 0;
+};
+
 /// The resident memory of this process in KiB; 0 when it cannot be told.
 int residentMemory();
+
+/// The highest resident memory that this process ever had, in KiB; 0 when it cannot be told.
+int peakMemory();
 
 /// What this process has allocated and not given back, in KiB: without what the allocator keeps for later. 0
 /// when it cannot be told.

@@ -135,22 +135,25 @@ Rows rowsOf(sqlite3* database, const char* query)
 
 } // namespace
 
-MemoryFigures memoryFigures(const QList<JournalLine>& lines, int steps)
+MemoryFigures memoryFigures(const QList<JournalLine>& lines, int last, int first)
 {
+    const int steps = last - first + 1;
     MemoryFigures figures;
     QMap<QString, QList<int>> early;
     QMap<QString, QList<int>> late;
     const QString resident = QStringLiteral("memory");
     const QString heap = QStringLiteral("heap");
+    const QString peak = QStringLiteral("peak");
     for (const JournalLine& line : lines) {
-        if (line.kind != resident && line.kind != heap)
+        if (line.kind != resident && line.kind != heap && line.kind != peak)
             continue;
         const int size = line.detail.toInt();
-        if (line.kind == resident)
+        const int step = line.step - first + 1;
+        if (line.kind != heap)
             figures.peak = std::max(figures.peak, size);
-        if (line.step > steps / 4 && line.step <= steps / 2)
+        if (step > steps / 4 && step <= steps / 2)
             early[line.kind].append(size);
-        if (line.step > steps / 4 * 3)
+        if (step > steps / 4 * 3)
             late[line.kind].append(size);
     }
     figures.early = median(early.value(resident));
@@ -164,9 +167,15 @@ QStringList memoryFaults(const MemoryFigures& figures, const MemoryBounds& bound
 {
     QStringList faults;
     if (figures.peak == 0)
-        faults.append(QStringLiteral("no memory was measured"));
+        return {QStringLiteral("no memory was measured")};
     if (figures.peak > bounds.peak)
         faults.append(QStringLiteral("memory: %1 KiB at the peak").arg(figures.peak));
+    if (!bounds.hasQuarters)
+        return faults;
+    if (figures.early == 0 || figures.late == 0)
+        faults.append(QStringLiteral("memory: its growth was not measured"));
+    if (figures.heapEarly == 0 || figures.heapLate == 0)
+        faults.append(QStringLiteral("memory: what is in use between sessions was not measured"));
     if (figures.growth() > bounds.growth)
         faults.append(QStringLiteral("memory: it grew by %1 KiB").arg(figures.growth()));
     if (figures.heapGrowth() > bounds.heapGrowth)

@@ -8,10 +8,11 @@
 
 namespace quorvia::test {
 
-/// Memory in KiB: the resident one while it runs, and what is in use when a session has ended.
+/// Memory in KiB: the resident one while it runs, and what is in use when a session has ended. 0 is "not
+/// measured".
 struct MemoryFigures
 {
-    int peak = 0;
+    int peak = 0;      ///< the highest that was ever seen
     int early = 0;     ///< median of the second quarter of the steps
     int late = 0;      ///< of the last quarter
     int heapEarly = 0; ///< the same medians of what is in use between sessions
@@ -20,9 +21,8 @@ struct MemoryFigures
     int heapGrowth() const { return heapLate - heapEarly; }
 };
 
-/// What the lines of kind "memory" and "heap" say, of a run of `steps` steps. Whoever is too short for
-/// quarters has a peak alone.
-MemoryFigures memoryFigures(const QList<JournalLine>& lines, int steps);
+/// What the lines of kind "memory", "peak" and "heap" say, of a run from the step `first` to the step `last`.
+MemoryFigures memoryFigures(const QList<JournalLine>& lines, int last, int first = 1);
 
 /// What may be, in KiB.
 struct MemoryBounds
@@ -30,6 +30,7 @@ struct MemoryBounds
     int peak = 0;
     int growth = 0;
     int heapGrowth = 0;
+    bool hasQuarters = true; ///< false for a run that is too short for them: the peak alone is judged
 };
 QStringList memoryFaults(const MemoryFigures& figures, const MemoryBounds& bounds);
 

@@ -65,10 +65,11 @@ Originals Originals::load(const QString& path)
     return all;
 }
 
-QStringList Originals::lost(const QString& folder) const
+QStringList Originals::lost(const QStringList& folders) const
 {
     QMap<QByteArray, QString> left = m_names;
-    eachFileBelow(folder, [&left](const QString& path) { left.remove(fingerprint(path)); });
+    for (const QString& folder : folders)
+        eachFileBelow(folder, [&left](const QString& path) { left.remove(fingerprint(path)); });
     QStringList names = left.values();
     names.sort();
     return names;

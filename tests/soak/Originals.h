@@ -25,8 +25,8 @@ class Originals
 
     bool contains(const QByteArray& print) const { return m_names.contains(print); }
     int count() const { return int(m_names.size()); }
-    /// The names of those that no file below `folder` holds any more, sorted.
-    QStringList lost(const QString& folder) const;
+    /// The names of those that no file below one of `folders` holds any more, sorted.
+    QStringList lost(const QStringList& folders) const;
 
   private:
     QMap<QByteArray, QString> m_names; ///< the first path by fingerprint

@@ -49,6 +49,8 @@ QString Outsider::act(StepRandom& random, int step) const
 QString Outsider::add(StepRandom& random, int step) const
 {
     const QStringList names = filesIn(m_templates);
+    if (names.isEmpty())
+        return QStringLiteral("adds nothing");
     const QString& name = random.oneOf(names);
     const QString path = QStringLiteral("%1/other-%2-%3").arg(m_folder).arg(step).arg(name);
     QFile file(path);

@@ -8,7 +8,29 @@
 #include <QDir>
 #include <QFile>
 
+#include <pwd.h>
+#include <unistd.h>
+
+#include <utility>
+
 namespace quorvia::test {
+
+namespace {
+
+/// False when there is none.
+bool copyAll(const QString& from, const QString& to)
+{
+    const QStringList names = QDir(from).entryList(QDir::Files);
+    if (!QDir().mkpath(to))
+        return false;
+    for (const QString& name : names) {
+        if (!QFile::copy(from + u'/' + name, to + u'/' + name))
+            return false;
+    }
+    return !names.isEmpty();
+}
+
+} // namespace
 
 void furnish(ScratchHome& home, ScratchDesktop& desktop)
 {
@@ -36,6 +58,20 @@ void furnish(ScratchHome& home, ScratchDesktop& desktop)
         qunsetenv(variable);
 }
 
+QStringList outsidePlaces()
+{
+    QStringList places{QStringLiteral(QUORVIA_SOURCE)};
+    QStringList homes{QFile::decodeName(qgetenv("HOME"))};
+    if (const passwd* const user = ::getpwuid(::getuid()))
+        homes.append(QFile::decodeName(user->pw_dir));
+    for (const QString& home : std::as_const(homes)) {
+        if (!home.isEmpty())
+            places.append({home, QDir::cleanPath(home + QStringLiteral("/.."))});
+    }
+    places.removeDuplicates();
+    return places;
+}
+
 int fillHome(const SoakPlaces& places)
 {
     const QString root = QStringLiteral(QUORVIA_SOURCE);
@@ -44,7 +80,7 @@ int fillHome(const SoakPlaces& places)
                              .findings = root + QStringLiteral("/tests/engine/codecs/findings"),
                              .extra = extra};
     if (!QDir().mkpath(places.notes()) || !folder.fill(places.pictures(), places.sources()) ||
-        !QFile::link(root + QStringLiteral("/samples"), places.templates()))
+        !copyAll(folder.samples, places.templates()))
         return 0;
     Originals originals;
     originals.add(places.pictures());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace quorvia::test {
 
@@ -16,6 +17,8 @@ struct SoakPlaces
     QString originals() const { return notes() + QStringLiteral("/originals"); }
     QString templates() const { return notes() + QStringLiteral("/templates"); }
     QString trash() const { return home + QStringLiteral("/.local/share/Trash/files"); }
+    /// Where the user would look for a picture of his: not among scratch files, caches and records.
+    QStringList kept() const { return {pictures(), sources(), trash()}; }
     QString log() const { return home + QStringLiteral("/.local/state/quorvia/qolog.log"); }
     QString userStore() const { return home + QStringLiteral("/.config/halvexa/user.db"); }
     QString machineStore() const { return home + QStringLiteral("/machine/machine.db"); }

@@ -1,6 +1,7 @@
 // The soak: thousands of random commands, keys, clicks and changes of files, the same ones for the same seed,
 // on a folder of good and broken files in a home of its own. Prints what was done; its exit code is 0 when
 // nothing crashed, hung, grew or harmed a file. See docs/decisions/0027-soak.md.
+#include "Account.h"
 #include "Confinement.h"
 #include "Driver.h"
 #include "Judge.h"
@@ -19,8 +20,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
+#include <utility>
 
 using namespace quorvia;
 using namespace quorvia::test;
@@ -36,7 +39,8 @@ constexpr int sanitized = 1;
 constexpr MemoryBounds bounds{
     .peak = sanitized * 300 * 1024, .growth = sanitized * 60 * 1024, .heapGrowth = sanitized * 1024};
 constexpr int quiet = sanitized * 40'000; ///< milliseconds without a step, after which a run hangs
-constexpr int shortRun = 2000;            ///< steps below which growth means nothing
+constexpr int shortRun = 2000;            ///< commands and keys below which growth means nothing
+constexpr int fullRun = 6000;             ///< of which each command gets its turn
 
 void print(const QString& line)
 {
@@ -72,14 +76,6 @@ int work(const SoakPlan& plan, const SoakPlaces& places)
     return 0;
 }
 
-int lastStep(const QList<JournalLine>& lines)
-{
-    int last = 0;
-    for (const JournalLine& line : lines)
-        last = qMax(last, line.step);
-    return last;
-}
-
 void printLast(const QList<JournalLine>& lines)
 {
     constexpr int shown = 50;
@@ -100,17 +96,18 @@ void printStacks(qint64 process)
         print(QString::fromLocal8Bit(debugger.readAll()));
 }
 
-/// Waits for the end of `process`, which must write to the journal now and then. False when it hung or
+/// Waits for the end of `process`, which must go on to the next step now and then. False when it hung or
 /// crashed.
 bool endsWell(QProcess& process, const QString& journal)
 {
     constexpr int look = 1000; // milliseconds
     QElapsedTimer still;
     still.start();
-    qint64 size = 0;
+    StepTail tail(journal);
+    int step = tail.last();
     while (!process.waitForFinished(look) && process.state() != QProcess::NotRunning) {
-        if (const qint64 now = QFileInfo(journal).size(); now != size) {
-            size = now;
+        if (const int now = tail.last(); now != step) {
+            step = now;
             still.restart();
         }
         if (still.elapsed() > quiet) {
@@ -124,50 +121,48 @@ bool endsWell(QProcess& process, const QString& journal)
     return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-/// Lets processes of this program make all steps, one after the other: the end of all settings ends one.
-bool workAll(SoakPlan plan, const SoakPlaces& places)
+/// Lets one process of this program do what `plan` says. Empty when it ended as it should.
+QString workOnce(const SoakPlan& plan, const SoakPlaces& places)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.setWorkingDirectory(places.home);
+    QStringList arguments{QStringLiteral("--work"), places.home};
+    const std::array numbers{std::pair("--seed", qint64(plan.seed)), std::pair("--from", qint64(plan.from)),
+                             std::pair("--last", qint64(plan.last)), std::pair("--done", qint64(plan.done)),
+                             std::pair("--steps", qint64(plan.inputs))};
+    for (const auto& [name, number] : numbers)
+        arguments.append({QLatin1String(name), QString::number(number)});
+    process.start(QStringLiteral("/proc/self/exe"), arguments);
+    if (!process.waitForStarted())
+        return QStringLiteral("it did not start: ") + process.errorString();
+    if (!endsWell(process, places.journal()))
+        return QStringLiteral("it did not come to its end");
+    return earlyEnd(Journal::read(places.journal()), plan);
+}
+
+/// Lets processes make all steps, one after the other: the end of all settings ends one. Empty when all ended
+/// as they should.
+QString workAll(SoakPlan plan, const SoakPlaces& places)
 {
     for (;;) {
-        QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedChannels);
-        process.setWorkingDirectory(places.home);
-        process.start(QStringLiteral("/proc/self/exe"),
-                      {QStringLiteral("--work"), places.home, QStringLiteral("--seed"),
-                       QString::number(plan.seed), QStringLiteral("--from"), QString::number(plan.from),
-                       QStringLiteral("--steps"), QString::number(plan.to)});
-        process.waitForStarted();
-        const bool ended = endsWell(process, places.journal());
+        const QString fault = workOnce(plan, places);
         const QList<JournalLine> lines = Journal::read(places.journal());
-        if (!ended) {
+        if (!fault.isEmpty())
             printLast(lines);
-            return false;
-        }
-        if (!lines.isEmpty() && lines.last().kind == QLatin1String("end"))
-            return true;
+        if (!fault.isEmpty() || isAtEnd(lines))
+            return fault;
         plan.from = lastStep(lines) + 1;
+        plan.done = inputCount(lines);
         print(QStringLiteral("step %1: all settings erased, the program begins anew").arg(plan.from - 1));
-        if (plan.from > plan.to)
-            return true;
     }
 }
 
 void printFigures(const QList<JournalLine>& lines, const MemoryFigures& memory, qint64 milliseconds)
 {
-    QMap<QString, int> kinds;
-    QMap<QString, int> windows;
-    QMap<QString, int> commands;
-    for (const JournalLine& line : lines) {
-        ++kinds[line.kind];
-        if (line.kind == QLatin1String("window"))
-            ++windows[line.detail];
-        if (line.kind == QLatin1String("command"))
-            ++commands[line.detail];
-    }
-    for (auto each = kinds.begin(); each != kinds.end(); ++each)
-        print(QStringLiteral("%1: %2").arg(each.key()).arg(each.value()));
-    print(QStringLiteral("different commands: %1").arg(commands.size()));
-    for (auto each = windows.begin(); each != windows.end(); ++each)
-        print(QStringLiteral("shown: %1 x %2").arg(each.value()).arg(each.key()));
+    const QStringList texts = figures(lines);
+    for (const QString& text : texts)
+        print(text);
     print(QStringLiteral("memory: peak %1 MB, second quarter %2 MB, last quarter %3 MB")
               .arg(memory.peak / 1024)
               .arg(memory.early / 1024)
@@ -178,32 +173,56 @@ void printFigures(const QList<JournalLine>& lines, const MemoryFigures& memory, 
     print(QStringLiteral("time: %1 s").arg(milliseconds / 1000));
 }
 
-/// The confined part: everything but the home, which cannot be removed from within.
-int runConfined(const SoakPlan& plan, const SoakPlaces& places)
+/// What must hold, be it long or short.
+QStringList faultsOf(const SoakPlan& plan, const SoakPlaces& places, const QList<JournalLine>& lines,
+                     const MemoryFigures& memory)
 {
-    QElapsedTimer clock;
-    clock.start();
-    if (const QString why = confineTo(places.home); !why.isEmpty()) {
-        print(QStringLiteral("Not run, since it cannot be confined to its home: ") + why);
-        return 2;
-    }
-    print(QStringLiteral("seed: %1, steps: %2").arg(plan.seed).arg(plan.to));
-    QStringList faults;
-    if (!workAll(plan, places))
-        faults.append(QStringLiteral("It did not come to its end."));
-    const QList<JournalLine> lines = Journal::read(places.journal());
-    const MemoryFigures memory = memoryFigures(lines, plan.to);
-    printFigures(lines, memory, clock.elapsed());
-
-    const QStringList lost = Originals::load(places.originals()).lost(places.home);
+    QStringList faults = floorFaults(lines, plan.inputs);
+    if (plan.inputs >= fullRun)
+        faults += commandFaults(lines);
+    const QStringList lost = Originals::load(places.originals()).lost(places.kept());
     for (const QString& each : lost)
         faults.append(QStringLiteral("lost: ") + each);
-    faults += memoryFaults(memory,
-                           plan.to < shortRun ? MemoryBounds{bounds.peak, bounds.peak, bounds.peak} : bounds);
+    MemoryBounds may = bounds;
+    may.hasQuarters = plan.inputs >= shortRun;
+    faults += memoryFaults(memory, may);
     faults += storeFaults(places.userStore());
     faults += storeFaults(places.machineStore());
     faults += logFaults(places.log());
     faults += warningFaults(lines);
+    return faults;
+}
+
+/// Empty when the run is held in its home: else why not. `outside` must not be writable then.
+QString confine(const SoakPlaces& places, QStringList outside)
+{
+    const Confinement confinement = confineTo(places.home);
+    if (!confinement.holds)
+        return confinement.how;
+    print(QStringLiteral("confined: ") + confinement.how);
+    if (confinement.isWhole)
+        outside.append({QStringLiteral("/tmp"), QStringLiteral("/var/tmp")});
+    const QString open = firstWritable(outside);
+    return open.isEmpty() ? QString() : QStringLiteral("a file could still be made in ") + open;
+}
+
+/// The confined part: everything but the home, which cannot be removed from within.
+int runConfined(const SoakPlan& plan, const SoakPlaces& places, const QStringList& outside)
+{
+    QElapsedTimer clock;
+    clock.start();
+    if (const QString why = confine(places, outside); !why.isEmpty()) {
+        print(QStringLiteral("Not run, since it cannot be confined to its home: ") + why);
+        return 2;
+    }
+    print(QStringLiteral("seed: %1, steps: %2").arg(plan.seed).arg(plan.inputs));
+    QStringList faults;
+    if (const QString fault = workAll(plan, places); !fault.isEmpty())
+        faults.append(fault);
+    const QList<JournalLine> lines = Journal::read(places.journal());
+    const MemoryFigures memory = memoryFigures(lines, lastStep(lines), plan.from);
+    printFigures(lines, memory, clock.elapsed());
+    faults += faultsOf(plan, places, lines, memory);
     for (const QString& fault : std::as_const(faults))
         print(QStringLiteral("FAULT ") + fault);
     return faults.isEmpty() ? 0 : 1;
@@ -213,6 +232,7 @@ int runConfined(const SoakPlan& plan, const SoakPlaces& places)
 /// done.
 int lead(const SoakPlan& plan, const QString& journal)
 {
+    const QStringList outside = outsidePlaces();
     ScratchHome home;
     ScratchDesktop desktop(home);
     const SoakPlaces places{QDir::cleanPath(home.path(QString()))};
@@ -225,7 +245,7 @@ int lead(const SoakPlan& plan, const QString& journal)
     print(QStringLiteral("originals: %1").arg(originals));
     const pid_t child = ::fork();
     if (child == 0) {
-        const int code = runConfined(plan, places);
+        const int code = runConfined(plan, places, outside);
         std::fflush(stdout);
         ::_exit(code);
     }
@@ -246,12 +266,15 @@ int main(int argc, char* argv[])
     for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     QCommandLineParser parser;
-    parser.addOption({QStringLiteral("seed"), QStringLiteral("Of the random numbers."), QStringLiteral("N"),
-                      QStringLiteral("1")});
-    parser.addOption({QStringLiteral("steps"), QStringLiteral("The last step."), QStringLiteral("N"),
-                      QStringLiteral("400")});
-    parser.addOption({QStringLiteral("from"), QStringLiteral("The first step."), QStringLiteral("N"),
-                      QStringLiteral("1")});
+    const auto addNumber = [&parser](const char* name, const char* text, int number) {
+        parser.addOption(
+            {QLatin1String(name), QLatin1String(text), QStringLiteral("N"), QString::number(number)});
+    };
+    addNumber("seed", "Of the random numbers.", 1);
+    addNumber("steps", "How many commands and keys; clicks and others come on top.", 400);
+    addNumber("from", "The first step.", 1);
+    addNumber("done", "Commands and keys that were before it (with --work).", 0);
+    addNumber("last", "No step after this one (with --work).", 0);
     parser.addOption(
         {QStringLiteral("work"), QStringLiteral("Makes the steps in this home."), QStringLiteral("HOME")});
     parser.addOption(
@@ -260,11 +283,12 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "%s\n%s", qPrintable(parser.errorText()), qPrintable(parser.helpText()));
         return 2;
     }
-    SoakPlan plan{.seed = parser.value(QStringLiteral("seed")).toUInt(),
-                  .from = parser.value(QStringLiteral("from")).toInt(),
-                  .to = parser.value(QStringLiteral("steps")).toInt()};
-    plan.lastErasing = plan.to / 4;
-    if (parser.isSet(QStringLiteral("work")))
+    const auto number = [&parser](const char* name) { return parser.value(QLatin1String(name)).toInt(); };
+    SoakPlan plan = planOf(quint32(number("seed")), number("from"), number("steps"));
+    if (parser.isSet(QStringLiteral("work"))) {
+        plan.done = number("done");
+        plan.last = number("last");
         return work(plan, {parser.value(QStringLiteral("work"))});
+    }
     return lead(plan, parser.value(QStringLiteral("journal")));
 }

@@ -3,7 +3,9 @@
 #include "app/Settings.h"
 #include "Judge.h"
 #include "Originals.h"
+#include "Outsider.h"
 #include "RandomActions.h"
+#include "SoakPlaces.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -74,6 +76,12 @@ class TestSoakParts : public QObject
         QTest::newRow("untouched") << "pics/a.png" << QByteArray("first") << false;
         QTest::newRow("renamed") << "pics/other name" << QByteArray("first") << false;
         QTest::newRow("in the trash") << ".local/share/Trash/files/a.png" << QByteArray("first") << false;
+        QTest::newRow("in the trash, but no file of it")
+            << ".local/share/Trash/a.png" << QByteArray("first") << true;
+        QTest::newRow("as a scratch file") << "tmp/a.png" << QByteArray("first") << true;
+        QTest::newRow("in the cache") << ".cache/a.png" << QByteArray("first") << true;
+        QTest::newRow("in the records") << ".soak/templates/a.png" << QByteArray("first") << true;
+        QTest::newRow("to the other folder") << "sources/a.png" << QByteArray("first") << false;
         QTest::newRow("changed") << "pics/a.png" << QByteArray("firs") << true;
         QTest::newRow("emptied") << "pics/a.png" << QByteArray() << true;
     }
@@ -94,7 +102,7 @@ class TestSoakParts : public QObject
 
         QVERIFY(QFile::remove(path));
         home.write(after, content);
-        const QStringList lost = Originals::load(notes).lost(home.path(QString()));
+        const QStringList lost = Originals::load(notes).lost(SoakPlaces{home.path(QString())}.kept());
         QCOMPARE(lost, isLost ? QStringList{path} : QStringList());
     }
 
@@ -117,7 +125,94 @@ class TestSoakParts : public QObject
         QVERIFY(memoryFaults(figures, {.peak = 1500, .growth = 499, .heapGrowth = 100}).isEmpty());
         QCOMPARE(memoryFaults(figures, {.peak = 1499, .growth = 499, .heapGrowth = 100}).size(), 1);
         QCOMPARE(memoryFaults(figures, {.peak = 1500, .growth = 498, .heapGrowth = 100}).size(), 1);
+        const MemoryBounds tooShort{.peak = 1500, .growth = 1, .heapGrowth = 1, .hasQuarters = false};
+        QVERIFY(memoryFaults(figures, tooShort).isEmpty());
         QCOMPARE(memoryFaults({}, {.peak = 1500, .growth = 498, .heapGrowth = 100}).size(), 1);
+    }
+
+    void aQuarterWithoutAnEndIsNotMeasured_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<int>("faults");
+        QTest::newRow("all") << "heap" << 100 << 8000 << 0;
+        QTest::newRow("no session ends in the last quarter") << "heap" << 100 << 6000 << 1;
+        QTest::newRow("nor in the second one") << "heap" << 4100 << 8000 << 1;
+        QTest::newRow("nothing taken in the last quarter") << "memory" << 100 << 6000 << 1;
+        QTest::newRow("nor in the second one, of the resident") << "memory" << 4100 << 8000 << 1;
+    }
+
+    void aQuarterWithoutAnEndIsNotMeasured()
+    {
+        QFETCH(QString, kind);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(int, faults);
+        QList<JournalLine> lines;
+        for (int step = 100; step <= 8000; step += 100) {
+            for (const QString& each : {QStringLiteral("heap"), QStringLiteral("memory")}) {
+                if (each != kind || (step >= first && step <= last))
+                    lines.append({step, each, QStringLiteral("1000")});
+            }
+        }
+        const QStringList found =
+            memoryFaults(memoryFigures(lines, 8000), {.peak = 2000, .growth = 2000, .heapGrowth = 2000});
+        QCOMPARE(found.size(), faults);
+        QVERIFY(found.filter(QStringLiteral("not measured")).size() == faults);
+    }
+
+    void quartersBeginWhereTheRunDoes()
+    {
+        QList<JournalLine> lines;
+        for (int step = 5001; step <= 9000; ++step)
+            lines.append({step, QStringLiteral("memory"), QString::number(step)});
+        const MemoryFigures figures = memoryFigures(lines, 9000, 5001);
+        QCOMPARE(figures.early, 6500);
+        QCOMPARE(figures.late, 8500);
+    }
+
+    void peakBetweenTwoLooksCounts()
+    {
+        const QList<JournalLine> lines{{25, QStringLiteral("memory"), QStringLiteral("100")},
+                                       {26, QStringLiteral("peak"), QStringLiteral("900")},
+                                       {26, QStringLiteral("heap"), QStringLiteral("2000")}};
+        QCOMPARE(memoryFigures(lines, 100).peak, 900);
+    }
+
+    void lastStepIsFollowed()
+    {
+        const ScratchHome home;
+        const QString path = home.path(QStringLiteral("journal"));
+        StepTail tail(path);
+        QCOMPARE(tail.last(), 0);
+        const Journal journal(path);
+        journal.write({7, QStringLiteral("key"), {}});
+        QCOMPARE(tail.last(), 7);
+        journal.write({0, QStringLiteral("warning"), QStringLiteral("8\t9")});
+        journal.write({7, QStringLiteral("window"), {}});
+        QCOMPARE(tail.last(), 7);
+        QFile half(path);
+        QVERIFY(half.open(QIODevice::Append) && half.write("12") == 2);
+        half.close();
+        QCOMPARE(tail.last(), 7);
+        journal.write({3, QStringLiteral("key"), {}}); // the rest of "123"
+        QCOMPARE(tail.last(), 123);
+    }
+
+    void someoneWithoutTemplatesAddsNothing()
+    {
+        const ScratchHome home;
+        for (int i = 0; i < 70; ++i)
+            home.write(QStringLiteral("pics/%1.png").arg(i), QByteArray::number(i));
+        const Outsider outsider(home.path(QStringLiteral("pics")), home.path(QStringLiteral("none")),
+                                home.path(QStringLiteral("trash")), {});
+        QStringList done;
+        for (int step = 1; step <= 40; ++step) {
+            StepRandom random(1, step);
+            done.append(outsider.act(random, step));
+        }
+        QVERIFY(done.contains(QStringLiteral("adds nothing")));
     }
 
     void journalIsReadAsWritten()
@@ -139,6 +234,25 @@ class TestSoakParts : public QObject
         const QByteArray block(64 * 1024 * 1024, 'x');
         QVERIFY(before > 0);
         QVERIFY(residentMemory() - before > int(block.size() / 1024) - 1024);
+    }
+
+    void memoryThatWasGivenBackIsInThePeak()
+    {
+        const int before = residentMemory();
+        auto block = std::make_unique<QByteArray>(64 * 1024 * 1024, 'x');
+        block.reset();
+        QVERIFY(residentMemory() - before < 32 * 1024);
+        QVERIFY2(peakMemory() - before > 63 * 1024, qPrintable(QString::number(peakMemory() - before)));
+    }
+
+    void aPictureInUseIsSeen()
+    {
+        const int before = heapInUse();
+        auto block = std::make_unique<QByteArray>(64 * 1024 * 1024, 'x');
+        const int more = heapInUse() - before;
+        QVERIFY2(more >= 64 * 1024 && more < 65 * 1024, qPrintable(QString::number(more)));
+        block.reset();
+        QVERIFY2(heapInUse() - before < 500, qPrintable(QString::number(heapInUse() - before)));
     }
 
     void heapInUseIsSeen()
