@@ -254,7 +254,7 @@ void Driver::runCommand(StepRandom& random)
     QString name = random.oneOf(m_commands);
     if (name == QLatin1String("miExit") && !random.oneIn(4))
         name = QStringLiteral("miNext");
-    if (!isSeen && random.oneIn(5))
+    if (!isSeen && random.oneIn(2))
         name = QStringLiteral("miShow");
     note(nameOf(ActionKind::Command), name);
     ++m_done;
