@@ -125,25 +125,35 @@ inline Place insideOf(const ScreenPixels& screen, const Place& place)
             std::clamp(place.y + place.height, y, screen.height) - y};
 }
 
-/// Brings `seen` to what stands at `place`, which lies on the screen, and says which share of its pixels was
-/// another: 0 to 1, and 1 the first time or after another size.
-inline double changedShare(const ScreenPixels& screen, const Place& place, std::vector<std::uint32_t>& seen)
+/// The share of the pixels at `place`, which lies on the screen, that are others than in `seen`: 0 to 1, and
+/// 1 the first time or after another size. More than `enough` brings `seen` to what stands; less leaves it,
+/// so that small changes add up.
+inline double changedShare(const ScreenPixels& screen, const Place& place, std::vector<std::uint32_t>& seen,
+                           double enough)
 {
     const std::size_t count = std::size_t(place.width) * std::size_t(place.height);
     if (count == 0)
         return 0;
-    const bool first = seen.size() != count;
-    seen.resize(count);
-    std::size_t changed = 0;
-    std::size_t index = 0;
-    for (int y = 0; y < place.height; ++y) {
-        const std::uint32_t* row = screen.pixels + std::ptrdiff_t(place.y + y) * screen.stride + place.x;
-        for (int x = 0; x < place.width; ++x, ++index) {
-            changed += ((seen[index] ^ row[x]) & 0xffffff) != 0 ? 1 : 0;
-            seen[index] = row[x];
+    const auto rowAt = [&](int y) {
+        return screen.pixels + std::ptrdiff_t(place.y + y) * screen.stride + place.x;
+    };
+    double share = 1;
+    if (seen.size() == count) {
+        std::size_t changed = 0;
+        std::size_t index = 0;
+        for (int y = 0; y < place.height; ++y) {
+            const std::uint32_t* row = rowAt(y);
+            for (int x = 0; x < place.width; ++x, ++index)
+                changed += ((seen[index] ^ row[x]) & 0xffffff) != 0 ? 1 : 0;
         }
+        share = double(changed) / double(count);
     }
-    return first ? 1 : double(changed) / double(count);
+    if (share <= enough)
+        return share;
+    seen.resize(count);
+    for (int y = 0; y < place.height; ++y)
+        std::copy_n(rowAt(y), place.width, seen.begin() + std::ptrdiff_t(y) * place.width);
+    return share;
 }
 
 } // namespace quorvia::bench

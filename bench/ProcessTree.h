@@ -48,7 +48,8 @@ inline std::vector<pid_t> processTree(pid_t root)
     return tree;
 }
 
-/// The processor time that `root` and what descends from it have taken, in ticks of the kernel's clock.
+/// The processor time that `root` and what descends from it have taken, with children that have ended, in
+/// ticks of the kernel's clock.
 inline long ticksOfTree(pid_t root)
 {
     long ticks = 0;
@@ -57,10 +58,10 @@ inline long ticksOfTree(pid_t root)
         std::string line;
         std::getline(file, line);
         // The name, which may hold blanks, ends with the last bracket; user and system time are the 12th and
-        // 13th words behind it.
+        // 13th words behind it, those of its ended children the next two.
         std::istringstream words(line.substr(line.rfind(')') + 1));
         std::string word;
-        for (int i = 1; i <= 13 && words >> word; ++i)
+        for (int i = 1; i <= 15 && words >> word; ++i)
             ticks += i >= 12 ? std::stol(word) : 0;
     }
     return ticks;

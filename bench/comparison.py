@@ -7,22 +7,19 @@ import platform
 import shlex
 import shutil
 import signal
-import statistics
 import subprocess
 import sys
 import time
 
-OURS = 'quorvia'
-CASES = {
-    '2mp': ('JPEG, 2 MP', 'alone-2mp-jpg/2mp.jpg'),
-    '24mp': ('JPEG, 24 MP', 'alone-24mp-jpg/24mp.jpg'),
-    '100mp': ('JPEG, 100 MP', 'alone-100mp-jpg/100mp.jpg'),
-    'png': ('PNG, 24 MP', 'alone-24mp-png/24mp.png'),
-    'tif': ('TIFF, 24 MP, uncompressed', 'alone-24mp-tif/24mp.tif'),
-    'deflate': ('TIFF, 24 MP, deflate', 'alone-24mp-deflate-tif/24mp-deflate.tif'),
-}
-WALKS = ('walk', 'hold')
+from comparison_table import CASES, OURS, WALKS, Results, behind, print_tables
+
 PATIENCE = 15  # seconds for a first picture
+SETUP_PATIENCE = 60  # seconds for a line of a viewer's setup
+MOST_STEPS = 38  # from the second of the walk's forty pictures to its last; past it a step would not be recognised
+
+
+class MeasuringError(Exception):
+    """What measures failed, not what is measured."""
 
 
 class Viewer:
@@ -37,12 +34,16 @@ class Viewer:
         self.fields = {'b': options.build}
         self.home = os.path.join(options.work, 'homes', name)
         self.environment = self.make_environment()
+        self.bus = None
+
+    def set_up(self):
+        """Starts the bus and runs the lines of setup; subprocess.SubprocessError when one of them fails."""
         self.bus = subprocess.Popen(
             ['dbus-daemon', '--session', '--nofork', '--print-address'], env=self.environment,
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.environment['DBUS_SESSION_BUS_ADDRESS'] = self.bus.stdout.readline().strip()
-        for line in entry.get('setup', '').strip().splitlines():
-            subprocess.run(['sh', '-c', line], env=self.environment, check=True, cwd=self.home)
+        for line in self.entry.get('setup', '').strip().splitlines():
+            subprocess.run(['sh', '-c', line], env=self.environment, check=True, cwd=self.home, timeout=SETUP_PATIENCE)
 
     def make_environment(self):
         """What the stage has, with our own home."""
@@ -68,6 +69,8 @@ class Viewer:
         return words
 
     def end(self):
+        if self.bus is None:
+            return
         self.bus.send_signal(signal.SIGTERM)
         self.bus.wait()
 
@@ -85,34 +88,19 @@ class Run:
         return self.numbers.get(name, [])
 
 
-class Results:
-    """All numbers of all runs, by viewer, case and name."""
-
-    def __init__(self):
-        self.numbers = {}
-
-    def add(self, viewer, case, run):
-        for name, values in run.numbers.items():
-            self.numbers.setdefault((viewer, case, name), []).extend(values)
-
-    def of(self, viewer, case, name):
-        return self.numbers.get((viewer, case, name), [])
-
-    def median(self, viewer, case, name):
-        """None when there are no numbers."""
-        values = self.of(viewer, case, name)
-        return statistics.median(values) if values else None
-
-
 def installed(command):
     return shutil.which(shlex.split(command)[0]) is not None
 
 
 def entries(path, wanted):
-    """The viewers of viewers.conf: those that are there, and lines about the others."""
+    """The viewers of viewers.conf: those that are there, and lines about the others. KeyError when one of the wanted
+    names is not in it."""
     config = configparser.RawConfigParser(delimiters=('=',))
     config.optionxform = str  # paths keep their capitals
     config.read(path, encoding='utf-8')
+    unknown = [name for name in wanted if name not in config]
+    if unknown:
+        raise KeyError(', '.join(unknown))
     present, absent = {}, []
     for name in config.sections():
         entry = config[name]
@@ -127,23 +115,53 @@ def entries(path, wanted):
     return present, absent
 
 
+def set_up(viewers, absent):
+    """Makes the viewers ready; takes those that cannot be out of the list, with a line in `absent` about each."""
+    for viewer in list(viewers):
+        try:
+            viewer.set_up()
+        except subprocess.SubprocessError as error:
+            viewer.end()
+            viewers.remove(viewer)
+            absent.append(f'{viewer.name}: left out, its setup failed: {error}')
+
+
+def end_session(leader):
+    """Ends all that is left of the session that process `leader` began."""
+    for name in filter(str.isdigit, os.listdir('/proc')):
+        try:
+            if os.getsid(int(name)) == leader:
+                os.kill(int(name), signal.SIGKILL)
+        except (ProcessLookupError, PermissionError):
+            pass
+
+
 def call(options, viewer, arguments, line, path, seconds):
-    """One run; its standard error stays silent unless it tells that no picture came."""
+    """One run, with all ended that it began. MeasuringError when it could not measure, subprocess.TimeoutExpired when it
+    took longer than `seconds`."""
     command = [os.path.join(options.build, 'bench', 'viewer_run'), os.path.join(options.work, 'Xvfb_screen0'),
                *arguments, *viewer.words(line, path)]
-    with open(os.path.join(options.work, 'noise'), 'w', encoding='utf-8') as noise:
-        done = subprocess.run(command, env=viewer.environment, cwd=viewer.home, stdout=subprocess.PIPE,
-                              stderr=noise, text=True, timeout=seconds, check=False)
-    return Run(done.stdout)
+    with open(os.path.join(options.work, 'noise'), 'w+', encoding='utf-8', errors='replace') as noise:
+        with subprocess.Popen(command, env=viewer.environment, cwd=viewer.home, stdout=subprocess.PIPE,
+                              stderr=noise, text=True, start_new_session=True) as process:
+            try:
+                text, _ = process.communicate(timeout=seconds)
+            finally:
+                end_session(process.pid)
+        noise.seek(0)
+        if process.returncode not in (0, 1):
+            raise MeasuringError(f'viewer_run with {viewer.name} ended with {process.returncode}: {noise.read().strip()}')
+    return Run(text)
 
 
-def run_case(options, viewer, case):
+def run_case(options, viewer, case, warmup):
+    """One run of a case; to warm up, a walk has three steps and the key is held for a second."""
+    path = os.path.join(options.pictures, 'walk', '00.jpg')
     if case == 'walk':
-        path = os.path.join(options.pictures, 'walk', '00.jpg')
-        return call(options, viewer, ['walk', viewer.key, str(options.steps), '1200'], viewer.walk, path, 900)
+        steps = min(3, options.steps) if warmup else options.steps
+        return call(options, viewer, ['walk', viewer.key, str(steps), '1200'], viewer.walk, path, 900)
     if case == 'hold':
-        path = os.path.join(options.pictures, 'walk', '00.jpg')
-        return call(options, viewer, ['hold', viewer.key, '4'], viewer.walk, path, 120)
+        return call(options, viewer, ['hold', viewer.key, '1' if warmup else '4'], viewer.walk, path, 120)
     path = os.path.join(options.pictures, CASES[case][1])
     return call(options, viewer, ['open', str(PATIENCE)], viewer.command, path, 120)
 
@@ -158,25 +176,29 @@ def read_once(options):
                         pass
 
 
-def measure(options, viewers, cases, results):
-    """All rounds, viewers in turn within each. A viewer that fails a case is not asked again for it."""
+def measure(options, viewers, cases, results, absent):
+    """All rounds, viewers in turn within each, after one that does not count. A viewer that fails a case is not asked
+    again for it; about one that did not come to an end there is a line in `absent`."""
     for case in cases:
-        rounds = {'walk': 1, 'hold': 2}.get(case, options.runs)
-        warmups = 1 if case in CASES else 0
+        rounds = 1 + {'walk': 1, 'hold': 2}.get(case, options.runs)
+        wanted = {'walk': 'step', 'hold': 'rate'}.get(case, 'first')
         failed = set()
-        for number in range(rounds + warmups):
+        for number in range(rounds):
             for viewer in viewers:
                 if viewer.name in failed:
                     continue
                 began = time.time()
-                run = run_case(options, viewer, case)
-                wanted = {'walk': 'step', 'hold': 'rate'}.get(case, 'first')
+                try:
+                    run = run_case(options, viewer, case, warmup=number == 0)
+                except subprocess.TimeoutExpired as error:
+                    run = Run('')
+                    absent.append(f'{viewer.name}: left out of {case}, took longer than {error.timeout:g} s')
                 if not run.get(wanted):
                     failed.add(viewer.name)
-                elif number >= warmups:
+                elif number > 0:
                     results.add(viewer.name, case, run)
                 values = ' '.join(f'{value:g}' for value in run.get(wanted)[:8]) or 'no picture'
-                print(f'{case} {number + 1}/{rounds + warmups} {viewer.name}: {values} ({time.time() - began:.1f} s)',
+                print(f'{case} {number + 1}/{rounds} {viewer.name}: {values} ({time.time() - began:.1f} s)',
                       file=sys.stderr, flush=True)
 
 
@@ -204,74 +226,6 @@ def show(options, viewers, cases):
             process.wait()
 
 
-def spread(values, digits=0):
-    return f'{min(values):.{digits}f} to {max(values):.{digits}f}'
-
-
-def cell(results, viewer, case, name, unit, scale=1.0, digits=0):
-    """Median, least and most, and the ratio to ours."""
-    values = [value * scale for value in results.of(viewer, case, name)]
-    if not values:
-        return 'none'
-    text = f'{statistics.median(values):.{digits}f} {unit} ({spread(values, digits)})'
-    ours = results.median(OURS, case, name)
-    if viewer != OURS and ours:
-        text += f', **{statistics.median(values) / (ours * scale):.2f}**'
-    return text
-
-
-def table(heads, rows):
-    lines = ['| ' + ' | '.join(heads) + ' |', '|' + '---|' * len(heads)]
-    return '\n'.join(lines + ['| ' + ' | '.join(row) + ' |' for row in rows])
-
-
-def print_tables(results, viewers, cases):
-    names = [viewer.name for viewer in viewers]
-    pictures = [case for case in cases if case in CASES]
-    titles = [CASES[case][0] for case in pictures]
-    sections = [
-        ('From the start to the first picture', 'first', 'ms', 1.0),
-        ('Until the picture did not change any more', 'last', 'ms', 1.0),
-        ('Memory while the picture stands (PSS)', 'memory', 'MB', 1 / 1024),
-        ('Peak of resident memory', 'peak', 'MB', 1 / 1024),
-    ]
-    for title, name, unit, scale in sections if pictures else []:
-        print(f'\n### {title}\n')
-        print(table([''] + titles, [[viewer] + [cell(results, viewer, case, name, unit, scale) for case in pictures]
-                                    for viewer in names]))
-    if any(case in cases for case in WALKS):
-        print('\n### The next picture in a folder of 24 MP JPEGs\n')
-        print(table(['', 'from key to picture', 'key held, pictures a second', 'memory after the walk (PSS)', 'peak'],
-                    [[viewer, cell(results, viewer, 'walk', 'step', 'ms', digits=1),
-                      cell(results, viewer, 'hold', 'rate', '/s', digits=1),
-                      cell(results, viewer, 'walk', 'memory', 'MB', 1 / 1024),
-                      cell(results, viewer, 'walk', 'peak', 'MB', 1 / 1024)] for viewer in names]))
-
-
-def behind(results, viewers, cases):
-    """A line for each number in which another one is better than ours."""
-    lines = []
-    kinds = [(case, name, title, False) for case in cases if case in CASES
-             for name, title in (('first', 'first picture'), ('last', 'picture at rest'), ('memory', 'memory'),
-                                 ('peak', 'peak of memory'))]
-    kinds += [('walk', 'step', 'next picture', False), ('hold', 'rate', 'pictures a second', True),
-              ('walk', 'memory', 'memory', False)]
-    for case, name, title, more_is_better in kinds:
-        ours = results.median(OURS, case, name)
-        if not ours:
-            continue
-        ratios = {}
-        for viewer in viewers:
-            theirs = results.median(viewer.name, case, name)
-            if viewer.name != OURS and theirs and (theirs > ours if more_is_better else theirs < ours):
-                ratios[viewer.name] = theirs / ours
-        if ratios:
-            said = ', '.join(f'{viewer} {ratio:.2f}' for viewer, ratio in
-                             sorted(ratios.items(), key=lambda item: item[1], reverse=more_is_better))
-            lines.append(f'- {CASES[case][0] if case in CASES else "Walk"}, {title}: {said}')
-    return lines
-
-
 def version_of(package):
     done = subprocess.run(['dpkg-query', '-W', '-f', '${Version}', package], stdout=subprocess.PIPE,
                           stderr=subprocess.DEVNULL, text=True, check=False)
@@ -283,7 +237,7 @@ def main():
     for name in ('pictures', 'build', 'work'):
         parser.add_argument('--' + name, required=True)
     parser.add_argument('--runs', type=int, default=5)
-    parser.add_argument('--steps', type=int, default=40)
+    parser.add_argument('--steps', type=int, default=36)
     parser.add_argument('--viewers', default='')
     parser.add_argument('--cases', default=','.join([*CASES, *WALKS]))
     parser.add_argument('--show', default='')
@@ -295,25 +249,34 @@ def main():
     unknown = [case for case in cases if case not in CASES and case not in WALKS]
     if unknown:
         parser.error('no such case: ' + ', '.join(unknown))
+    if not 1 <= options.steps <= MOST_STEPS:
+        parser.error(f'steps: 1 to {MOST_STEPS}')
     conf = os.path.join(os.path.dirname(os.path.abspath(__file__)), 'viewers.conf')
-    present, absent = entries(conf, wanted)
+    try:
+        present, absent = entries(conf, wanted)
+    except KeyError as error:
+        parser.error(f'no such viewer in {conf}: {error.args[0]}')
     read_once(options)
-    viewers = []
+    viewers = [Viewer(name, entry, options) for name, entry in present.items()]
     results = Results()
+    failure = ''
     signal.signal(signal.SIGTERM, signal.default_int_handler)
     try:
-        for name, entry in present.items():
-            viewers.append(Viewer(name, entry, options))
+        set_up(viewers, absent)
         if options.show:
             os.makedirs(options.show, exist_ok=True)
             show(options, viewers, cases)
             return
-        measure(options, viewers, cases, results)
+        measure(options, viewers, cases, results, absent)
     except KeyboardInterrupt:
-        print('Broken off; this is what was measured until then.\n')
+        failure = 'Broken off'
+    except MeasuringError as error:
+        failure = str(error)
     finally:
         for viewer in viewers:
             viewer.end()
+    if failure:
+        print(f'{failure}; this is what was measured until then.\n')
     print(f'{time.strftime("%Y-%m-%d %H:%M")}, {os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}, '
           f'Linux {platform.release()}, {options.runs} rounds. '
           'Median (least to most), **in bold** how many times ours.')
@@ -324,6 +287,8 @@ def main():
     if absent:
         print('\n### Left out\n')
         print('\n'.join('- ' + line for line in absent))
+    if failure:
+        sys.exit(failure)
 
 
 if __name__ == '__main__':

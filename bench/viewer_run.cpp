@@ -1,24 +1,23 @@
 // One run of any viewer, timed by what stands on the screen.
 //   viewer_run SCREEN open SECONDS COMMAND...         opens a picture whose marks are magenta
-//   viewer_run SCREEN walk KEY COUNT PAUSE COMMAND... opens a folder's first picture and walks COUNT steps,
-//   each
-//                                                     begun PAUSE milliseconds after the picture before stood
+//   viewer_run SCREEN walk KEY COUNT PAUSE COMMAND... opens a folder's first picture and walks COUNT steps;
+//                                                     PAUSE milliseconds after a picture stood comes the key
 //   viewer_run SCREEN hold KEY SECONDS COMMAND...     the same with the key held
 // SCREEN is the file of an Xvfb that was started with -fbdir. KEY is the name of a keysym. Pictures are found
 // by PictureFinder; in the folder, number i (from 0) has marks with the code i % 6 + 1. Prints lines of a
-// name and numbers: milliseconds, kilobytes and pixels. 1 when no picture came.
+// name and numbers: milliseconds, kilobytes and pixels; nothing about a picture or a program that was not
+// there. 1 when no picture came or a walk ended early, 2 when it could not measure.
 #include "PictureFinder.h"
 #include "ProcessTree.h"
 #include "ScreenFile.h"
+#include "StartedProgram.h"
 
-#include <sys/wait.h>
 #include <unistd.h>
 #include <X11/extensions/XTest.h>
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -43,17 +42,6 @@ void sleepMilliseconds(double milliseconds)
     usleep(useconds_t(milliseconds * 1000));
 }
 
-pid_t start(char* words[])
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        setpgid(0, 0);
-        execvp(words[0], words);
-        _exit(127);
-    }
-    return child;
-}
-
 /// The code of the whole picture on the screen, 0 for none.
 int shownCode(const ScreenPixels& screen)
 {
@@ -64,27 +52,31 @@ int shownCode(const ScreenPixels& screen)
     return 0;
 }
 
-/// Ends the program and all of its group, and waits until its picture is gone.
-void end(pid_t child, const ScreenPixels& screen)
+/// Waits until no picture stands on the screen; false when one still does after `limit` milliseconds.
+bool waitUntilClear(const ScreenPixels& screen, double limit)
 {
-    kill(child, SIGTERM);
     const auto begin = Clock::now();
-    bool ended = false;
-    while (!(ended = waitpid(child, nullptr, WNOHANG) != 0) && millisecondsSince(begin) < 3000)
-        sleepMilliseconds(10);
-    kill(-child, SIGKILL);
-    if (!ended)
-        waitpid(child, nullptr, 0);
-    while (shownCode(screen) != 0 && millisecondsSince(begin) < 6000)
+    while (shownCode(screen) != 0) {
+        if (millisecondsSince(begin) >= limit)
+            return false;
         sleepMilliseconds(20);
+    }
+    return true;
+}
+
+/// Ends the program and waits until its picture is gone.
+void end(StartedProgram& program, const ScreenPixels& screen)
+{
+    program.end(3000);
+    waitUntilClear(screen, 3000);
     sleepMilliseconds(100); // the window manager puts its things away
 }
 
-/// Waits for the picture with marks of `code`; empty after `limit` milliseconds or when `child` has ended.
-Place waitFor(const ScreenPixels& screen, int code, double limit)
+/// Waits for the picture with marks of `code`; empty after `limit` milliseconds or when `program` has ended.
+Place waitFor(const ScreenPixels& screen, StartedProgram& program, int code, double limit)
 {
     const auto begin = Clock::now();
-    while (millisecondsSince(begin) < limit) {
+    while (millisecondsSince(begin) < limit && !program.hasEnded()) {
         const Place place = findPicture(screen, code);
         if (!place.isEmpty())
             return place;
@@ -93,18 +85,19 @@ Place waitFor(const ScreenPixels& screen, int code, double limit)
     return {};
 }
 
-/// Milliseconds since `begin` when more than a hundredth of `place` last changed, which must then have stood
-/// for 700 ms.
+/// Milliseconds since `begin` when `place` last was another by more than a hundredth than at the change
+/// before; it must then have stood for 700 ms.
 double lastChange(const ScreenPixels& screen, const Place& place, Clock::time_point begin)
 {
     constexpr double still = 700;
     constexpr double atMost = 15'000;
+    constexpr double change = 0.01;
     std::vector<std::uint32_t> seen;
     double last = millisecondsSince(begin);
-    changedShare(screen, place, seen);
+    changedShare(screen, place, seen, change);
     const double first = last;
     for (double now = last; now - last < still && now - first < atMost; now = millisecondsSince(begin)) {
-        if (changedShare(screen, place, seen) > 0.01)
+        if (changedShare(screen, place, seen, change) > change)
             last = now;
         sleepMilliseconds(4);
     }
@@ -113,25 +106,28 @@ double lastChange(const ScreenPixels& screen, const Place& place, Clock::time_po
 
 /// Waits until the program has had nothing to do for half a second, or for 20 seconds: a picture can stand
 /// long before its decode has ended.
-void waitUntilIdle(pid_t child)
+void waitUntilIdle(const StartedProgram& program)
 {
     constexpr double span = 500;
     constexpr long idleTicks = 1; // of 50
     const auto begin = Clock::now();
     for (long before = -1; millisecondsSince(begin) < 20'000;) {
-        const long now = ticksOfTree(child);
-        if (before >= 0 && now - before <= idleTicks)
+        const long now = ticksOfTree(program.process());
+        // Less than before: a part of it has ended and took its count along, which says nothing.
+        if (before >= 0 && now >= before && now - before <= idleTicks)
             return;
         before = now;
         sleepMilliseconds(span);
     }
 }
 
-void printMemory(pid_t child)
+/// Prints what the program takes when it has come to rest; nothing when it has ended.
+void printMemory(const StartedProgram& program)
 {
-    waitUntilIdle(child);
-    const TreeMemory memory = memoryOfTree(child);
-    std::printf("memory %ld\npeak %ld\n", memory.kilobytes, memory.peakKilobytes);
+    waitUntilIdle(program);
+    const TreeMemory memory = memoryOfTree(program.process());
+    if (memory.kilobytes > 0 && memory.peakKilobytes > 0)
+        std::printf("memory %ld\npeak %ld\n", memory.kilobytes, memory.peakKilobytes);
 }
 
 class Keys
@@ -164,80 +160,99 @@ class Keys
 bool open(const ScreenPixels& screen, double limit, char* command[])
 {
     const auto begin = Clock::now();
-    const pid_t child = start(command);
-    const Place place = waitFor(screen, magenta, limit);
+    StartedProgram program(command);
+    const Place place = waitFor(screen, program, magenta, limit);
     const double first = millisecondsSince(begin);
     if (!place.isEmpty()) {
         const double last = lastChange(screen, insideOf(screen, place), begin);
         const Place after = findPicture(screen, magenta);
         std::printf("first %.1f\nlast %.1f\nwidth %d\n", first, last < first + 10 ? first : last,
                     after.width);
-        printMemory(child);
+        printMemory(program);
     }
-    end(child, screen);
+    end(program, screen);
     return !place.isEmpty();
 }
 
 /// Opens the folder's first picture and lets the viewer come to rest. The first key only makes the picture on
 /// show the current one in some viewers; what is shown after it is where the walk begins. 0 for none.
-int openWalk(const ScreenPixels& screen, const Keys& keys, pid_t child)
+int openWalk(const ScreenPixels& screen, const Keys& keys, StartedProgram& program)
 {
     constexpr double reaction = 1000;
-    if (waitFor(screen, 1, 2 * patience).isEmpty())
+    if (waitFor(screen, program, 1, 2 * patience).isEmpty())
         return 0;
     sleepMilliseconds(reaction);
-    waitUntilIdle(child);
+    waitUntilIdle(program);
     keys.press();
     sleepMilliseconds(reaction);
-    waitUntilIdle(child);
+    waitUntilIdle(program);
     return shownCode(screen);
 }
 
 bool walk(const ScreenPixels& screen, const Keys& keys, int count, int pause, char* command[])
 {
-    const pid_t child = start(command);
-    int code = openWalk(screen, keys, child);
+    StartedProgram program(command);
+    int code = openWalk(screen, keys, program);
     int steps = 0;
     for (; code != 0 && steps < count; ++steps) {
         sleepMilliseconds(pause);
         code = code % colors + 1;
         const auto begin = Clock::now();
         keys.press();
-        if (waitFor(screen, code, patience).isEmpty())
+        if (waitFor(screen, program, code, patience).isEmpty())
             break;
         std::printf("step %.1f\n", millisecondsSince(begin));
     }
-    printMemory(child);
-    end(child, screen);
+    if (steps > 0)
+        printMemory(program);
+    end(program, screen);
     return steps == count;
 }
 
+/// True when a further key brings no other picture than `shown`: the folder's last one stood already.
+bool isAtEnd(const ScreenPixels& screen, const Keys& keys, const StartedProgram& program, int shown)
+{
+    constexpr double reaction = 1000;
+    const auto stands = [&] {
+        const int code = shownCode(screen);
+        return code == 0 || code == shown; // 0: a message may lie over it
+    };
+    if (!stands()) // keys that were still waiting brought others
+        return false;
+    keys.press();
+    sleepMilliseconds(reaction);
+    waitUntilIdle(program);
+    return stands();
+}
+
+/// The rate counts every picture that was seen, over the whole time of the hold, the keyboard's delay before
+/// it repeats included; at the folder's end over the time until its last picture stood.
 bool hold(const ScreenPixels& screen, const Keys& keys, double seconds, char* command[])
 {
-    const pid_t child = start(command);
-    int shown = openWalk(screen, keys, child);
+    StartedProgram program(command);
+    int shown = openWalk(screen, keys, program);
     const bool began = shown != 0;
-    std::vector<double> times;
-    const auto begin = Clock::now();
-    if (began)
+    if (began) {
+        int seen = 0;
+        double last = 0;
+        const auto begin = Clock::now();
         keys.set(true);
-    while (began && millisecondsSince(begin) < seconds * 1000) {
-        const int code = shownCode(screen);
-        if (code != 0 && code != shown) {
-            times.push_back(millisecondsSince(begin));
-            shown = code;
+        while (millisecondsSince(begin) < seconds * 1000 && !program.hasEnded()) {
+            const int code = shownCode(screen);
+            if (code != 0 && code != shown) {
+                ++seen;
+                last = millisecondsSince(begin);
+                shown = code;
+            }
+            sleepMilliseconds(0.4);
         }
-        sleepMilliseconds(0.4);
+        const double whole = millisecondsSince(begin);
+        keys.set(false);
+        printMemory(program);
+        const bool atEnd = seen > 0 && isAtEnd(screen, keys, program, shown);
+        std::printf("rate %.2f\nseen %d\n", seen * 1000 / (atEnd ? last : whole), seen);
     }
-    keys.set(false);
-    // The first one comes before the keyboard begins to repeat.
-    if (times.size() > 2)
-        std::printf("rate %.2f\n", double(times.size() - 2) * 1000 / (times.back() - times[1]));
-    else
-        std::printf("rate %.2f\n", double(times.size()) / seconds);
-    std::printf("seen %zu\n", times.size());
-    printMemory(child);
-    end(child, screen);
+    end(program, screen);
     return began;
 }
 
@@ -247,7 +262,8 @@ int main(int argc, char* argv[])
 {
     Display* display = XOpenDisplay(nullptr);
     const std::string what = argc > 4 ? argv[2] : "";
-    if (!display || (what != "open" && argc < 6) || (what == "walk" && argc < 7)) {
+    const bool complete = what == "open" || (what == "hold" && argc >= 6) || (what == "walk" && argc >= 7);
+    if (!display || !complete) {
         std::fprintf(
             stderr,
             "usage: viewer_run SCREEN open SECONDS COMMAND... | walk KEY COUNT PAUSE COMMAND... | hold KEY "
@@ -257,6 +273,10 @@ int main(int argc, char* argv[])
     const ScreenFile file(argv[1]);
     if (!file.screen().pixels) {
         std::fprintf(stderr, "cannot read %s\n", argv[1]);
+        return 2;
+    }
+    if (!waitUntilClear(file.screen(), 3000)) {
+        std::fprintf(stderr, "an old picture still stands on the screen\n");
         return 2;
     }
     // Out of the way of what comes up under a pointer.

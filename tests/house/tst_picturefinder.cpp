@@ -110,12 +110,41 @@ class TestPictureFinder : public QObject
         QImage image(screenSize, QImage::Format_RGB32);
         image.fill(Qt::white);
         const Place all{0, 0, screenSize.width(), screenSize.height()};
+        constexpr double enough = 0.01;
         std::vector<std::uint32_t> seen;
-        QCOMPARE(changedShare(pixelsOf(image), all, seen), 1.0);
-        QCOMPARE(changedShare(pixelsOf(image), all, seen), 0.0);
+        QCOMPARE(changedShare(pixelsOf(image), all, seen, enough), 1.0);
+        QCOMPARE(changedShare(pixelsOf(image), all, seen, enough), 0.0);
         QPainter(&image).fillRect(0, 0, 160, 1000, Qt::red);
-        QCOMPARE(changedShare(pixelsOf(image), all, seen), 0.1);
-        QCOMPARE(changedShare(pixelsOf(image), all, seen), 0.0);
+        QCOMPARE(changedShare(pixelsOf(image), all, seen, enough), 0.1);
+        QCOMPARE(changedShare(pixelsOf(image), all, seen, enough), 0.0);
+    }
+
+    void slowChanges_data()
+    {
+        QTest::addColumn<int>("times");
+        QTest::addColumn<int>("width"); // of each change, in pixels
+        QTest::addColumn<int>("noticed");
+        QTest::newRow("ten of half a hundredth") << 10 << 8 << 3; // at each third
+        QTest::newRow("ten of a tenth") << 10 << 160 << 10;
+        QTest::newRow("two of half a hundredth") << 2 << 8 << 0;
+    }
+
+    void slowChanges()
+    {
+        QFETCH(int, times);
+        QFETCH(int, width);
+        QImage image(screenSize, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        const Place all{0, 0, screenSize.width(), screenSize.height()};
+        constexpr double enough = 0.01;
+        std::vector<std::uint32_t> seen;
+        changedShare(pixelsOf(image), all, seen, enough);
+        int noticed = 0;
+        for (int i = 0; i < times; ++i) {
+            QPainter(&image).fillRect(i * width, 0, width, screenSize.height(), Qt::red);
+            noticed += changedShare(pixelsOf(image), all, seen, enough) > enough ? 1 : 0;
+        }
+        QTEST(noticed, "noticed");
     }
 
     void insides()
