@@ -76,15 +76,6 @@ QString qolLine(QByteArrayView line)
     return utf8.hasError() ? QString::fromLatin1(line) : text;
 }
 
-QStringList qolPaths(const QByteArray& bytes)
-{
-    QStringList paths;
-    QolLines lines(bytes);
-    while (const std::optional<QByteArrayView> line = lines.next())
-        paths.append(qolLine(*line));
-    return paths;
-}
-
 QByteArray qolContent(const QByteArray& bytes)
 {
     QByteArrayView rest = withoutMark(bytes);

@@ -33,9 +33,6 @@ class QolLines
 /// What `line` of a playlist file says: UTF-8, or Latin-1 when it cannot be that, as other tools write it.
 QString qolLine(QByteArrayView line);
 
-/// All lines of `bytes` that QolLines gives.
-QStringList qolPaths(const QByteArray& bytes);
-
 /// `bytes` without a comment on the first line, which holds a date: two files that differ in nothing else are
 /// of one content.
 QByteArray qolContent(const QByteArray& bytes);

@@ -54,14 +54,6 @@ double megabytesOf(const QString& file)
     return double(QFileInfo(file).size()) / bytesOfMegabyte;
 }
 
-ThumbnailCount countThumbnails(const QString& directory)
-{
-    ThumbnailCount count{.files = listThumbnails(directory)};
-    for (const QString& file : count.files)
-        count.megabytes += megabytesOf(file);
-    return count;
-}
-
 void deleteThumbnails(const QStringList& files, const std::function<bool(int done)>& goOn)
 {
     int done = 0;

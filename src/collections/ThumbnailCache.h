@@ -38,8 +38,6 @@ struct ThumbnailCount
 QStringList listThumbnails(const QString& directory);
 /// The size of `file`; 0 when it has gone. Costs a look at it.
 double megabytesOf(const QString& file);
-/// Both at once.
-ThumbnailCount countThumbnails(const QString& directory);
 
 /// Deletes those of `files` that are thumbnails by their name and no directories; all others stay. What
 /// cannot be deleted is passed over. `goOn` is asked before each, with how many are done; false ends it.

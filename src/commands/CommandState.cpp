@@ -168,15 +168,6 @@ void apply(const platform::ToolModel& model, const Facts& facts, Routine routine
 
 } // namespace
 
-ToolState toolState(const QString& name, const CommandFacts& facts, const ToolState& before)
-{
-    const Row* const row = rowOf(name);
-    if (!row)
-        return before;
-    return {resultOf(row->enabled, facts).value_or(before.enabled),
-            resultOf(row->checked, facts).value_or(before.checked)};
-}
-
 void applyState(platform::ToolModel& model, const CommandFacts& facts)
 {
     apply(model, facts, Routine::Toolbar);

@@ -26,21 +26,10 @@ struct CommandFacts
     QString selectedTab;       ///< key of the tab strip's selected tab
 };
 
-struct ToolState
-{
-    bool enabled = true;
-    bool checked = false;
-
-    bool operator==(const ToolState&) const = default;
-};
-
-/// The state of the tool `name` by both routines, `before` being the one it had: a tool that the table does
-/// not name keeps it, and so does either half that the table leaves alone.
-ToolState toolState(const QString& name, const CommandFacts& facts, const ToolState& before);
-
 /// Brings the tools of `model` in line with `facts`, all but the marks of the views; the copies on the bands
-/// `bWallpaper`, `bSlide` and `bFilmStrip` too, which do not follow their tools. A tool that is not there
-/// costs nothing.
+/// `bWallpaper`, `bSlide` and `bFilmStrip` too, which do not follow their tools. A tool that the table does
+/// not name keeps its state, and so does either half that the table leaves alone; one that is not there costs
+/// nothing.
 void applyState(platform::ToolModel& model, const CommandFacts& facts);
 /// Brings the check marks of the view tools in line: `miViewNormal`, `miViewInformation`, `miViewFilmstrip`
 /// and `miInterfaceTabs`.

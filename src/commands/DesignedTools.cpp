@@ -125,12 +125,4 @@ void addDesignedTools(ToolModel& model)
             {"miThumbFull", "miThumbDelete", "miSep", "miFilm1", "miFilm2", "sSep", "miInformation"});
 }
 
-QStringList iconCarriers()
-{
-    QStringList names;
-    for (const char* const icon : carrierIcons)
-        names.append(carrierName(icon));
-    return names;
-}
-
 } // namespace quorvia::commands

@@ -10,7 +10,4 @@ namespace quorvia::commands {
 /// carrier's name without its "#" and stands in variants 0 and 2.
 void addDesignedTools(platform::ToolModel& model);
 
-/// The names of the icon carriers, as in "#open".
-QStringList iconCarriers();
-
 } // namespace quorvia::commands

@@ -202,11 +202,6 @@ QImage toSrgb(QImage image, const QByteArray& profile)
     return converted(std::move(image), *conversion);
 }
 
-QImage displayImage(const Picture& picture)
-{
-    return toSrgb(picture.image, picture.profile);
-}
-
 bool convertInks(QImage& image, int rows, const ColorConversion& conversion, bool inverted,
                  const CancelFlag& cancel)
 {

@@ -67,9 +67,6 @@ QImage converted(QImage image, const ColorConversion& conversion);
 /// nothing to convert.
 QImage toSrgb(QImage image, const QByteArray& profile);
 
-/// The image of `picture` as it is to be shown: in sRGB.
-QImage displayImage(const Picture& picture);
-
 /// Converts the first `rows` rows of a decoder's four-ink pixels, which lie in `image` (RGB32) for the time
 /// being, in place on all cores. False when `cancel` was set: then not all are converted.
 bool convertInks(QImage& image, int rows, const ColorConversion& conversion, bool inverted,

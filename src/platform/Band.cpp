@@ -104,25 +104,6 @@ void Band::setWidth(int width)
     change(with(state(), &BandState::width, width));
 }
 
-void Band::setHeight(int height)
-{
-    change(with(state(), &BandState::height, height));
-}
-
-QRect Band::floatingRect() const
-{
-    const BandState now = state();
-    return now.floatingPosition ? QRect(*now.floatingPosition, now.floatingSize) : QRect();
-}
-
-void Band::setFloatingRect(const QRect& rect)
-{
-    BandState next = state();
-    next.floatingPosition = rect.topLeft();
-    next.floatingSize = rect.size();
-    change(next);
-}
-
 void Band::toggleFloating()
 {
     setDockingArea(isFloating() ? m_dockedArea : dockingArea::floating);

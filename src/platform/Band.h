@@ -40,17 +40,11 @@ class Band : public QObject
     /// A number of dockingArea; other numbers are passed over.
     int dockingArea() const { return m_state.area; }
     void setDockingArea(int area);
-    /// The side where it stands when it does not float, or stood last.
-    int dockedArea() const { return m_dockedArea; }
     /// Width where it is docked left or right.
     int width() const { return state().width; }
     void setWidth(int width);
     /// Height where it is docked at the top or bottom.
     int height() const { return state().height; }
-    void setHeight(int height);
-    /// Place and size while floating; a null rectangle before there was one.
-    QRect floatingRect() const;
-    void setFloatingRect(const QRect& rect);
     /// Floats a docked band, docks a floating one where it was.
     void toggleFloating();
 
@@ -99,7 +93,7 @@ class Band : public QObject
     QString m_toolName;
     QString m_caption;
     BandState m_state; ///< as wanted: what is on the screen can be less where there is no room
-    int m_dockedArea;
+    int m_dockedArea;  ///< where it stands when it does not float, or stood last
     BandDock* m_dock = nullptr;
     QPointer<QWidget> m_client;
     bool m_placing = false;

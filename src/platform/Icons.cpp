@@ -86,15 +86,6 @@ class DrawingEngine : public QIconEngine
 
 } // namespace
 
-QStringList iconNames()
-{
-    QStringList names;
-    const QStringList files = QFileInfo(pathOf(QString())).dir().entryList(QDir::Files, QDir::Name);
-    for (const QString& file : files)
-        names.append(file.chopped(ending.size()));
-    return names;
-}
-
 bool isIcon(const QString& name)
 {
     const QString bare = bareName(name);

@@ -7,12 +7,8 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QString>
-#include <QStringList>
 
 namespace quorvia::platform {
-
-/// The names of all drawings, sorted.
-QStringList iconNames();
 
 /// True when `name`, with or without a "#" before it, names a drawing.
 bool isIcon(const QString& name);

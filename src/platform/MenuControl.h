@@ -29,7 +29,6 @@ class MenuControl : public QMainWindow
     /// The widget between the bands; taken over. One that was there before is hidden and is the caller's
     /// again.
     void setClientArea(QWidget* widget);
-    QWidget* clientArea() const { return centralWidget(); }
 
     /// Places client area and bands for the present size at once. Until the control is first shown this does
     /// not happen by itself.

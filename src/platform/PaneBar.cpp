@@ -165,16 +165,6 @@ PaneRow* PaneBar::makeRow(const PaneItem& item, bool besideIcons)
     return row;
 }
 
-void PaneBar::setFolded(const QString& key, bool folded)
-{
-    if (auto* const head = m_column->findChild<PaneHead*>(headName(key)))
-        head->setChecked(!folded);
-    else if (folded)
-        m_folded.insert(key);
-    else
-        m_folded.remove(key);
-}
-
 /// The name of the head or row with the focus; empty when none has it.
 QString PaneBar::focusedName() const
 {

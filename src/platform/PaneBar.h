@@ -71,7 +71,6 @@ class PaneBar : public QScrollArea
     /// Whether the rows of the pane `key` are put away. Kept over changes of the panes, also while there is
     /// no pane of that key.
     bool isFolded(const QString& key) const { return m_folded.contains(key); }
-    void setFolded(const QString& key, bool folded);
 
   Q_SIGNALS:
     /// A row was clicked, or chosen by Enter or the space bar.

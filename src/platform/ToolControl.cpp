@@ -85,16 +85,6 @@ int ToolControl::usualHeight()
     return rowHeight;
 }
 
-int ToolControl::widthInTwips() const
-{
-    return toTwips(width());
-}
-
-int ToolControl::heightInTwips() const
-{
-    return toTwips(height());
-}
-
 void ToolControl::setWidthInTwips(int twips)
 {
     m_wantedWidth = toPixels(std::max(0, twips));

@@ -34,8 +34,6 @@ class ToolControl : public QWidget
     static QString version();
 
     /// Width and height in twips. What is set is also what `fitInto` comes back to.
-    int widthInTwips() const;
-    int heightInTwips() const;
     void setWidthInTwips(int twips);
     void setHeightInTwips(int twips);
     /// Takes the width that was set, or `pixels` when that is less.

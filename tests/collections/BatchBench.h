@@ -7,8 +7,8 @@
 #include "collections/PictureList.h"
 #include "collections/PlaylistFolder.h"
 #include "collections/PlaylistKeeper.h"
-#include "collections/QolText.h"
 #include "ListBench.h"
+#include "support/QolPaths.h"
 #include "support/ScratchTrash.h"
 
 #include <QDir>
@@ -52,7 +52,7 @@ class BatchTest : public QObject
     QStringList stored() const
     {
         QFile file(collections::namedPlaylistPath(playlist().ActivePlaylist()));
-        return file.open(QIODevice::ReadOnly) ? collections::qolPaths(file.readAll()) : QStringList("(none)");
+        return file.open(QIODevice::ReadOnly) ? test::qolPaths(file.readAll()) : QStringList("(none)");
     }
     QString relative(const QString& path) const { return QDir(in("pics")).relativeFilePath(path); }
     static QByteArray contentOf(const QString& path)

@@ -9,6 +9,7 @@
 #include "collections/PlaylistFolder.h"
 #include "collections/QolText.h"
 #include "platform/FolderTree.h"
+#include "support/QolPaths.h"
 #include "support/ScratchHome.h"
 
 #include <QAbstractButton>
@@ -67,10 +68,7 @@ class EditorBench
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
     }
     /// The names of the files that stand in the named playlist `name`.
-    static QStringList stored(const char* name)
-    {
-        return namesOf(collections::qolPaths(bytesAt(named(name))));
-    }
+    static QStringList stored(const char* name) { return namesOf(test::qolPaths(bytesAt(named(name)))); }
     static QStringList namesOf(QStringList paths)
     {
         for (QString& path : paths)

@@ -10,9 +10,9 @@
 #include "collections/PlaylistFolder.h"
 #include "collections/PlaylistHead.h"
 #include "collections/PlaylistKeeper.h"
-#include "collections/QolText.h"
 #include "ListBench.h"
 #include "platform/Dialogs.h"
+#include "support/QolPaths.h"
 
 #include <QApplication>
 #include <QFile>
@@ -76,7 +76,7 @@ class PlaylistFaceStage
     QStringList stored(const char* name) const
     {
         QFile file(collections::namedPlaylistPath(QLatin1String(name)));
-        return file.open(QIODevice::ReadOnly) ? collections::qolPaths(file.readAll()) : QStringList("(none)");
+        return file.open(QIODevice::ReadOnly) ? test::qolPaths(file.readAll()) : QStringList("(none)");
     }
 
     void makePlaylist(const char* name, const QStringList& files)

@@ -4,6 +4,7 @@
 #include "collections/frmImageViewPlaylist.h"
 #include "collections/Playlist.h"
 #include "platform/Dialogs.h"
+#include "support/QolPaths.h"
 
 #include <QDialog>
 #include <QMenu>
@@ -254,7 +255,7 @@ class TestBatchWindow : public test::BatchTest
         QCOMPARE(m_host->list()->files(), pathsOf({"z.jpg", "b.jpg", "z.jpg"}));
         QCOMPARE(m_host->List(2), QString("3. z (JPG)"));
         const QString file = collections::namedPlaylistPath("Auto Playlist");
-        QTRY_COMPARE(collections::qolPaths(contentOf(file)), m_host->list()->files());
+        QTRY_COMPARE(test::qolPaths(contentOf(file)), m_host->list()->files());
     }
 };
 

@@ -147,7 +147,7 @@ class TestFilmstripCells : public QObject
         const QString moved = m_bench->home.path(QStringLiteral("moved/"));
         QVERIFY(QDir().mkdir(moved));
         QVERIFY(app::save(app::common::ThumbnailPath, moved));
-        QCOMPARE(collections::countThumbnails(collections::thumbnailDirectory()).files.size(), 0);
+        QCOMPARE(collections::listThumbnails(collections::thumbnailDirectory()).size(), 0);
         QVERIFY(m_bench->draws());
         QCOMPARE(QDir(moved).entryList(QDir::Files), m_bench->thumbnails());
         QCOMPARE(m_bench->thumbnails().size(), 1);

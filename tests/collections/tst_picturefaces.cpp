@@ -6,6 +6,7 @@
 #include "collections/QolText.h"
 #include "ListBench.h"
 #include "platform/LongWork.h"
+#include "support/QolPaths.h"
 
 #include <QDir>
 #include <QFile>
@@ -200,7 +201,7 @@ class TestPictureFaces : public QObject
         playlist().saveOpen(); // the entry stays in the file
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(collections::qolPaths(file.readAll()), pathsOf({"c.jpg", "a.jpg", "b.jpg"}));
+        QCOMPARE(test::qolPaths(file.readAll()), pathsOf({"c.jpg", "a.jpg", "b.jpg"}));
 
         QVERIFY(QFile::rename(in("pics/away"), in("pics/a.jpg")));
         look();

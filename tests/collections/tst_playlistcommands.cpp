@@ -9,6 +9,7 @@
 #include "ListBench.h"
 #include "platform/Dialogs.h"
 #include "platform/LongWork.h"
+#include "support/QolPaths.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,7 +43,7 @@ class TestPlaylistCommands : public QObject
     QStringList stored() const
     {
         QFile file(collections::namedPlaylistPath(playlist().ActivePlaylist()));
-        return file.open(QIODevice::ReadOnly) ? collections::qolPaths(file.readAll()) : QStringList("(none)");
+        return file.open(QIODevice::ReadOnly) ? test::qolPaths(file.readAll()) : QStringList("(none)");
     }
     /// The playlist's face with these files.
     void showPlaylist(const QList<const char*>& names) const

@@ -1,6 +1,7 @@
 // The box of the playlist editor in which a playlist is chosen, and the files that dialogs name.
 #include "NamesStage.h"
 #include "support/FullDisk.h"
+#include "support/QolPaths.h"
 
 #include <QtTest>
 
@@ -340,7 +341,7 @@ class TestPlaylistEditorCombo : public QObject, private test::NamesStage
         answer = m_bench.in("other.qol");
         m_bench.editor->SaveQOLPlaylist(QString());
         QCOMPARE(m_bench.tag(), QStringLiteral("other"));
-        QCOMPARE(collections::qolPaths(EditorBench::bytesAt(answer)), m_bench.pathsOf({"B.jpg"}));
+        QCOMPARE(test::qolPaths(EditorBench::bytesAt(answer)), m_bench.pathsOf({"B.jpg"}));
     }
 
     void anEditorThatGoesWhileItAsksComesToNoHarm_data()

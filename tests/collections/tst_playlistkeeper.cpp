@@ -7,6 +7,7 @@
 #include "platform/Dialogs.h"
 #include "platform/LongWork.h"
 #include "support/FullDisk.h"
+#include "support/QolPaths.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -47,7 +48,7 @@ class TestPlaylistKeeper : public QObject
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
     }
     /// The files that stand in a playlist file.
-    static QStringList stored(const QString& path) { return collections::qolPaths(bytesAt(path)); }
+    static QStringList stored(const QString& path) { return test::qolPaths(bytesAt(path)); }
     QTimer& tPlaylistSave() const { return *m_keeper->findChild<QTimer*>(QStringLiteral("tPlaylistSave")); }
     void tick() const
     {

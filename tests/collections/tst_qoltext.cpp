@@ -1,13 +1,14 @@
 // What stands in a playlist file.
 #include "collections/QolText.h"
+#include "support/QolPaths.h"
 
 #include <QRandomGenerator>
 #include <QTest>
 
 using namespace quorvia;
 using collections::qolContent;
-using collections::qolPaths;
 using collections::qolText;
+using test::qolPaths;
 
 class TestQolText : public QObject
 {

@@ -169,7 +169,7 @@ class TestThumbnailCache : public QObject
         QCOMPARE(storeInAChild(true), -1);
         for (const QString& left : QDir(m_cache).entryList(QDir::Files | QDir::Hidden))
             QVERIFY2(!left.endsWith(QStringLiteral(".thb")), qPrintable(left));
-        QVERIFY(countThumbnails(m_cache).files.isEmpty());
+        QVERIFY(listThumbnails(m_cache).isEmpty());
         QVERIFY(!hasThumbnail(thumbnail));
         QCOMPARE(storeInAChild(false), 1); // it was the crash that ended it
         QVERIFY(hasThumbnail(thumbnail));
@@ -181,34 +181,33 @@ class TestThumbnailCache : public QObject
         m_home->write(QStringLiteral("cache/2_b.THB"), QByteArray(524'288, 'x'));
         m_home->write(QStringLiteral("cache/other.jpg"), QByteArray(100, 'x'));
         m_home->write(QStringLiteral("cache/below/3_c.thb"), QByteArray(100, 'x'));
-        const ThumbnailCount count = countThumbnails(m_cache.chopped(1)); // the "/" is added
-        QCOMPARE(count.files.size(), 2);
-        QCOMPARE(count.megabytes, 1.5);
-        QVERIFY(count.files.contains(m_cache + QStringLiteral("1_a.thb")));
-        QCOMPARE(countThumbnails(m_cache).files.size(), 2);
+        const QStringList files = listThumbnails(m_cache.chopped(1)); // the "/" is added
+        QCOMPARE(files.size(), 2);
+        QCOMPARE(megabytesOf(files[0]) + megabytesOf(files[1]), 1.5);
+        QVERIFY(files.contains(m_cache + QStringLiteral("1_a.thb")));
+        QCOMPARE(listThumbnails(m_cache).size(), 2);
     }
 
     void countsNothingWhereNothingIs()
     {
-        const ThumbnailCount count = countThumbnails(m_home->path(QStringLiteral("nowhere")));
-        QVERIFY(count.files.isEmpty());
-        QCOMPARE(count.megabytes, 0.0);
+        QVERIFY(listThumbnails(m_home->path(QStringLiteral("nowhere"))).isEmpty());
+        QCOMPARE(megabytesOf(m_home->path(QStringLiteral("nowhere/1_a.thb"))), 0.0);
     }
 
     void countsOnlyTheDirectoryThatIsAskedFor()
     {
         m_home->write(QStringLiteral("cache/1_a.thb"), "x");
         QVERIFY(app::save(app::common::ThumbnailPath, m_home->path(QStringLiteral("moved/"))));
-        QVERIFY(countThumbnails(thumbnailDirectory()).files.isEmpty());
+        QVERIFY(listThumbnails(thumbnailDirectory()).isEmpty());
     }
 
     void deletesWhatWasCounted()
     {
         m_home->write(QStringLiteral("cache/1_a.thb"), "x");
-        const ThumbnailCount count = countThumbnails(m_cache);
+        const QStringList counted = listThumbnails(m_cache);
         const QString later = m_home->write(QStringLiteral("cache/2_b.thb"), "x");
-        deleteThumbnails(count.files);
-        QCOMPARE(countThumbnails(m_cache).files, QStringList(later));
+        deleteThumbnails(counted);
+        QCOMPARE(listThumbnails(m_cache), QStringList(later));
     }
 
     void deletesNothingElse()

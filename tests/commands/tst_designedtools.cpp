@@ -1,5 +1,6 @@
 // The bands, tools and icon carriers that there are before the definition is read.
 #include "commands/DesignedTools.h"
+#include "IconCarriers.h"
 
 #include <QTest>
 
@@ -138,8 +139,9 @@ class TestDesignedTools : public QObject
     {
         QFETCH(QString, icon);
         const QString name = u'#' + icon;
-        QVERIFY(iconCarriers().contains(name));
-        QCOMPARE(iconCarriers().size(), 34);
+        const QStringList carriers = quorvia::test::iconCarriers(*m_model);
+        QVERIFY(carriers.contains(name));
+        QCOMPARE(carriers.size(), 34);
         const Tool* const carrier = m_model->tool(name);
         QVERIFY(carrier);
         QCOMPARE(carrier->values().category, QStringLiteral("Images"));

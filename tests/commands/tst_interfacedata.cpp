@@ -2,6 +2,7 @@
 #include "BuildStage.h"
 #include "CommandNames.h"
 #include "commands/InterfaceFile.h"
+#include "IconCarriers.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -176,7 +177,7 @@ class TestInterfaceData : public QObject
     void everyIconIsACarrier()
     {
         int icons = 0;
-        const QStringList carriers = commands::iconCarriers();
+        const QStringList carriers = test::iconCarriers(BuildStage().model);
         for (const QStringList& item : itemsOf(shipped())) {
             if (const QString icon = item.value(2); !icon.isEmpty()) {
                 QVERIFY2(carriers.contains(icon), qPrintable(icon));
@@ -301,7 +302,7 @@ class TestInterfaceData : public QObject
                 QVERIFY2(isCommand(name) || parents.contains(name), qPrintable(name));
             known.insert(name);
         }
-        QCOMPARE(icons, commands::iconCarriers());
+        QCOMPARE(icons, test::iconCarriers(stage.model));
         BuildStage built;
         build(built, shipped());
         for (const Tool* const tool : toolsOf(built)) {

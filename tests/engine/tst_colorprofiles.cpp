@@ -1,6 +1,7 @@
 // Colour profiles: which are taken, kept and shared, and what broken ones do.
 #include "CodecFixtures.h"
 #include "ColorFixtures.h"
+#include "DisplayImage.h"
 #include "Mutator.h"
 #include "ProfileFixtures.h"
 

@@ -1,5 +1,6 @@
 // Colours, greys and whole pictures brought to sRGB, against the formulas and lcms2.
 #include "ColorFixtures.h"
+#include "DisplayImage.h"
 #include "ProfileFixtures.h"
 
 #include <QtTest>

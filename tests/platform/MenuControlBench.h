@@ -44,6 +44,27 @@ class MenuControlBench : public QWidget
     QRect placeOf(const QWidget* widget) const { return {widget->mapTo(control, QPoint()), widget->size()}; }
     QRect placeOf(const Band* band) const { return placeOf(dockOf(band)); }
 
+    /// Gives a band another height, for where it is docked at the top or bottom.
+    static void setHeight(Band* band, int height)
+    {
+        BandState state = band->state();
+        state.height = height;
+        band->apply(state);
+    }
+    /// Place and size of a band while floating; a null rectangle before there was one.
+    static QRect floatingRect(const Band* band)
+    {
+        const BandState state = band->state();
+        return state.floatingPosition ? QRect(*state.floatingPosition, state.floatingSize) : QRect();
+    }
+    static void setFloatingRect(Band* band, const QRect& rect)
+    {
+        BandState state = band->state();
+        state.floatingPosition = rect.topLeft();
+        state.floatingSize = rect.size();
+        band->apply(state);
+    }
+
     MenuControl* control = new MenuControl(this);
     QWidget* top = new QWidget;
     Band* list;

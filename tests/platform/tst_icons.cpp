@@ -13,7 +13,23 @@
 
 using namespace quorvia::platform;
 
+/// The resources of a static library have to be asked for, and that outside of every namespace.
+static void registerIcons()
+{
+    Q_INIT_RESOURCE(icons);
+}
+
 namespace {
+
+/// The names of all drawings that are built in, sorted.
+QStringList iconNames()
+{
+    registerIcons();
+    QStringList names;
+    for (const QString& file : QDir(QStringLiteral(":/icons")).entryList(QDir::Files, QDir::Name))
+        names.append(file.section(u'.', 0, 0));
+    return names;
+}
 
 const QStringList carriers =
     QStringLiteral("next previous bestfit actualsize fullscreen slideshow zoomin zoomout "

@@ -224,7 +224,7 @@ class TestPaneBar : public QObject
 
     void otherPanesKeepFoldsAndFocus()
     {
-        m_bar->setFolded(QStringLiteral("two"), true);
+        head("two")->click();
         head("one")->setFocus();
         QList<Pane> panes = twoPanes();
         panes.prepend({.key = QStringLiteral("zero"), .title = QStringLiteral("Zeroth"), .items = {}});
@@ -240,17 +240,22 @@ class TestPaneBar : public QObject
         QVERIFY(!m_bar->isFolded(QStringLiteral("one")));
     }
 
-    void aPaneCanBeFoldedBeforeItIsThere()
+    void aFoldIsKeptWhileItsPaneIsGone()
     {
-        m_bar->setFolded(QStringLiteral("later"), true);
-        m_bar->setPanes({{.key = QStringLiteral("later"),
-                          .title = QStringLiteral("Later"),
-                          .items = {{.key = QStringLiteral("x"), .text = QStringLiteral("X")}}}});
-        QVERIFY(!row("x")->isVisible());
+        head("two")->click();
         m_bar->setPanes({});
-        QVERIFY(!head("later"));
-        m_bar->setFolded(QStringLiteral("later"), false);
-        QVERIFY(!m_bar->isFolded(QStringLiteral("later")));
+        QVERIFY(!head("two"));
+        QVERIFY(m_bar->isFolded(QStringLiteral("two")));
+        m_bar->setPanes(twoPanes());
+        QVERIFY(!head("two")->isChecked());
+        QVERIFY(!row("c")->isVisible());
+        QVERIFY(row("a")->isVisible());
+        head("two")->click();
+        QVERIFY(row("c")->isVisible());
+        m_bar->setPanes({});
+        QVERIFY(!m_bar->isFolded(QStringLiteral("two")));
+        m_bar->setPanes(twoPanes());
+        QVERIFY(row("c")->isVisible());
     }
 
     void aRowMayChangeThePanesInItsClick()

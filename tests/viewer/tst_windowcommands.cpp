@@ -2,6 +2,7 @@
 #include "app/mWindowsAPI.h"
 #include "app/Product.h"
 #include "app/Settings.h"
+#include "app/Twips.h"
 #include "commands/CommandCatalog.h"
 #include "commands/CommandNames.h"
 #include "controls/gnTab.h"
@@ -426,9 +427,9 @@ class TestWindowCommands : public QObject, private test::PictureStage
         platform::ToolControl* const ab1 = window.panes()->ab1();
         QVERIFY(!ab1->isHidden());
         const platform::ToolBand* const toolbar = model(window).band(QStringLiteral("Toolbar"));
-        QCOMPARE(ab1->heightInTwips(), toolbar->size().height());
+        QCOMPARE(app::toTwips(ab1->height()), toolbar->size().height());
         QVERIFY(toolbar->size().width() > 2 * toolbar->size().height());
-        QCOMPARE(ab1->widthInTwips(), std::min(toolbar->size().width(), window.width() * 15));
+        QCOMPARE(app::toTwips(ab1->width()), std::min(toolbar->size().width(), window.width() * 15));
         const platform::ToolBand* const menu = model(window).band(QStringLiteral("NewImage"));
         QCOMPARE(menu->tool(QStringLiteral("miSlideShowMenu"))->values().kind, platform::ToolKind::DropDown);
     }

@@ -4,6 +4,7 @@
 #include "collections/PlaylistEditor.h"
 #include "collections/PlaylistFolder.h"
 #include "collections/QolText.h"
+#include "support/QolPaths.h"
 #include "viewer/ViewerBench.h"
 
 #include <QDir>
@@ -191,7 +192,7 @@ class TestWindowPlaylists : public QObject
         m_bench->close();
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(collections::qolPaths(file.readAll()), QStringList({in("pics/b.png"), in("other/d.png")}));
+        QCOMPARE(test::qolPaths(file.readAll()), QStringList({in("pics/b.png"), in("other/d.png")}));
     }
 };
 

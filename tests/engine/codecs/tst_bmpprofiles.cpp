@@ -1,6 +1,7 @@
 // Colour profiles in bitmaps: those of other programs, misplaced and broken ones, and those that are written.
 #include "BmpMaker.h"
 #include "CutFiles.h"
+#include "DisplayImage.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/ColorConversion.h"
 #include "Hex.h"

@@ -1,5 +1,6 @@
 // Colour profiles that JPEG files bring with them, good and broken.
 #include "CodecFixtures.h"
+#include "DisplayImage.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/ColorConversion.h"
 #include "HostileBytes.h"

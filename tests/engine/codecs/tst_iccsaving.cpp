@@ -1,4 +1,5 @@
 // Colour profiles in the files that are written.
+#include "DisplayImage.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/ColorConversion.h"
 #include "JpegFixtures.h"

@@ -1,6 +1,7 @@
 // JPEG XL against libjxl's own program, and its colours against the profiles' formulas.
 #include "CodecChecks.h"
 #include "corpus/MapTools.h"
+#include "DisplayImage.h"
 #include "engine/codecs/Codecs.h"
 #include "engine/ColorConversion.h"
 #include "engine/Limits.h"
