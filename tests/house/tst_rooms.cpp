@@ -49,9 +49,10 @@ class TestRooms : public QObject
     {
         QTest::addColumn<QString>("room");
         QTest::addColumn<QStringList>("forbidden");
-        const QStringList upper = {QStringLiteral("viewer"), QStringLiteral("commands"),
+        const QStringList upper = {QStringLiteral("viewer"),      QStringLiteral("commands"),
                                    QStringLiteral("collections"), QStringLiteral("output"),
-                                   QStringLiteral("system")};
+                                   QStringLiteral("system"),      QStringLiteral("scan"),
+                                   QStringLiteral("postrel")}; // the last two are programs of their own
         QTest::newRow("platform") << "platform"
                                   << (QStringList(upper) << "app"
                                                          << "controls"
@@ -62,17 +63,39 @@ class TestRooms : public QObject
                                                        << "platform");
         QTest::newRow("app") << "app" << (QStringList(upper) << "controls");
         QTest::newRow("controls") << "controls" << upper;
-        for (const char* middle : {"commands", "collections", "output", "system"}) {
-            QStringList others = upper;
-            others.removeOne(QLatin1String(middle));
-            QTest::newRow(middle) << middle << others;
-        }
+        const auto others = [&upper](const char* room) {
+            QStringList all = upper;
+            all.removeOne(QLatin1String(room));
+            return all;
+        };
+        for (const char* middle : {"commands", "collections", "output", "system"})
+            QTest::newRow(middle) << middle << others(middle);
+        QTest::newRow("viewer") << "viewer" << QStringList{QStringLiteral("scan"), QStringLiteral("postrel")};
+        QTest::newRow("scan") << "scan"
+                              << (others("scan") << "app"
+                                                 << "controls"
+                                                 << "engine"
+                                                 << "platform");
+        QTest::newRow("postrel") << "postrel"
+                                 << (others("postrel") << "app"
+                                                       << "controls"
+                                                       << "engine");
+    }
+
+    void theRoomsAreThese()
+    {
+        QStringList rooms = m_arrows.keys();
+        rooms.sort();
+        QCOMPARE(rooms, QStringList({"app", "collections", "commands", "controls", "engine", "output",
+                                     "platform", "postrel", "scan", "system", "viewer"}));
     }
 
     void arrowsRunDown()
     {
         QFETCH(QString, room);
         QFETCH(QStringList, forbidden);
+        for (const QString& other : forbidden)
+            QVERIFY2(m_arrows.contains(other), qPrintable(other)); // a name of a room
         const QSet<QString> reached = reach(m_arrows, room);
         for (const QString& other : forbidden)
             QVERIFY2(!reached.contains(other), qPrintable(room + QStringLiteral(" reaches ") + other));

@@ -45,6 +45,17 @@ QRegularExpression expressionOf(const QString& name)
     return QRegularExpression(QRegularExpression::wildcardToRegularExpression(name));
 }
 
+/// True when `name` would take any new file of a folder, or any folder: "engine/*", "scan/tst_*", "*/x". The
+/// folder of a codec is a subject by itself.
+bool takesEverything(const QString& name)
+{
+    static const QRegularExpression folderOfACodec(QStringLiteral("^engine/codecs/[^/*]+/\\*$"));
+    static const QRegularExpression everything(QStringLiteral("^(tst_|test_)?\\*+$"));
+    if (folderOfACodec.match(name).hasMatch())
+        return false;
+    return name.section(u'/', 0, -2).contains(u'*') || everything.match(name.section(u'/', -1)).hasMatch();
+}
+
 } // namespace
 
 class TestSubjects : public QObject
@@ -72,6 +83,7 @@ class TestSubjects : public QObject
         const QStringList names = namesInColumn(column);
         QVERIFY(names.size() > 30);
         for (const QString& name : names) {
+            QVERIFY2(!takesEverything(name), qPrintable(name + QStringLiteral(" takes everything")));
             const QRegularExpression expression = expressionOf(name);
             bool leads = false;
             for (const QString& file : all) {
@@ -83,6 +95,30 @@ class TestSubjects : public QObject
             QVERIFY2(leads, qPrintable(name + QStringLiteral(" leads to no file")));
         }
         QVERIFY2(unnamed.isEmpty(), qPrintable(unnamed.values().join(u' ') + QStringLiteral(": in no row")));
+    }
+
+    void namesThatTakeEverything_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("everything");
+        QTest::newRow("a room") << "engine/*" << true;
+        QTest::newRow("the tests of a room") << "scan/tst_*" << true;
+        QTest::newRow("the journeys") << "journeys/test_*" << true;
+        QTest::newRow("two stars") << "engine/**" << true;
+        QTest::newRow("no room") << "*" << true;
+        QTest::newRow("all codecs") << "engine/codecs/*" << true;
+        QTest::newRow("the folders of all codecs") << "engine/codecs/*/*" << true;
+        QTest::newRow("a name in any room") << "*/Twips" << true;
+        QTest::newRow("a codec") << "engine/codecs/png/*" << false;
+        QTest::newRow("a family of names") << "collections/Qol*" << false;
+        QTest::newRow("a family of tests") << "collections/tst_qol*" << false;
+        QTest::newRow("a name") << "app/Twips" << false;
+    }
+
+    void namesThatTakeEverything()
+    {
+        QFETCH(QString, name);
+        QTEST(takesEverything(name), "everything");
     }
 };
 
