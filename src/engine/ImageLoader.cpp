@@ -42,9 +42,8 @@ class Hold final : public ImageLoad
 
     ~Hold() override
     {
-        std::vector<LoadCallback> callbacks; // dies after the lock, as m_task does
         const std::lock_guard lock(m_pool->mutex);
-        callbacks = letGo();
+        letGo();
         m_pool->dropUnlessHeld(m_task);
         m_pool->discard(m_task);
     }
@@ -80,26 +79,11 @@ class Hold final : public ImageLoad
         wantFull();
     }
 
-    void whenFull(std::function<void()> done) override
-    {
-        {
-            const std::lock_guard lock(m_pool->mutex);
-            if (m_cancelled || m_task->dropped)
-                return;
-            if (!m_task->full) {
-                m_task->callbacks.emplace_back(this, std::move(done));
-                return;
-            }
-        }
-        done();
-    }
-
     void cancel() override
     {
-        std::vector<LoadCallback> callbacks;
-        LoadTaskPointer forgotten;
+        LoadTaskPointer forgotten; // dies after the lock
         const std::lock_guard lock(m_pool->mutex);
-        callbacks = letGo();
+        letGo();
         if (m_task->holds == 0 && m_pool->newest == m_task)
             forgotten = std::move(m_pool->newest);
         m_pool->dropUnlessHeld(m_task);
@@ -110,14 +94,13 @@ class Hold final : public ImageLoad
   private:
     // --- with the mutex held
 
-    std::vector<LoadCallback> letGo()
+    void letGo()
     {
         if (m_cancelled)
-            return {};
+            return;
         m_cancelled = true;
         --m_task->holds;
         m_pool->work.notify_all(); // reading ahead may have waited for its full picture
-        return takeCallbacksOf(*m_task, this);
     }
 
     void wantFull()
@@ -183,8 +166,7 @@ class ImageLoader::Private
 
     ~Private()
     {
-        std::vector<LoadCallback> callbacks; // these six die after the lock
-        std::vector<LoadTaskPointer> alive;
+        std::vector<LoadTaskPointer> alive; // these five die after the lock
         std::vector<LoadTaskPointer> discarded;
         LoadTaskPointer newest;
         LoadTaskPointer expected;
@@ -199,8 +181,6 @@ class ImageLoader::Private
                     continue;
                 alive.push_back(task);
                 pool->drop(*task);
-                for (LoadCallback& callback : takeCallbacks(*task))
-                    callbacks.push_back(std::move(callback));
             }
             newest = std::move(pool->newest);
             expected = std::move(pool->expected);

@@ -45,10 +45,6 @@ class ImageLoad
     virtual Picture fullIfReady() = 0;
     /// Lets the full decode begin after the first picture, in the background.
     virtual void requestFull() = 0;
-    /// `done` is called once from the loader's thread when the full picture stands or has failed (at once,
-    /// from the calling thread, when it does already). Does not start it. Not called any more after cancel()
-    /// or after this hold is dropped, though a call that has begun may still be running.
-    virtual void whenFull(std::function<void()> done) = 0;
     /// Gives up this hold: its waits give Cancelled from now on. When no other hold is left, a decode under
     /// way ends soon and the data are forgotten.
     virtual void cancel() = 0;

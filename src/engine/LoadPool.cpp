@@ -62,23 +62,20 @@ Result<PageHeader> beginFirst(LoadPool& pool, const LoadTaskPointer& task)
 }
 
 /// `first` stands, and with it `full` where that is there already. With the mutex held.
-std::vector<LoadCallback> endFirst(LoadPool& pool, const LoadTaskPointer& task, const Result<Picture>& first,
-                                   const std::optional<Result<Picture>>& full)
+void endFirst(LoadPool& pool, const LoadTaskPointer& task, const Result<Picture>& first,
+              const std::optional<Result<Picture>>& full)
 {
     task->running = false;
     if (!task->ahead)
         --pool.firstsRunning;
     task->first = first;
-    std::vector<LoadCallback> callbacks;
     if (full) {
         task->full = full;
-        callbacks = takeCallbacks(*task);
     } else if (task->fullWanted) {
         pool.enqueue(task);
     }
     pool.changed.notify_all();
     pool.work.notify_all(); // full decodes may have waited for this one
-    return callbacks;
 }
 
 /// The full picture when the decode for the box gave it, or failed: then there is none either.
@@ -94,13 +91,8 @@ void runFirst(LoadPool& pool, const LoadTaskPointer& task)
     const auto full = fullOf(first);
     if (full)
         task->decoder.reset();
-    std::vector<LoadCallback> callbacks;
-    {
-        const std::lock_guard lock(pool.mutex);
-        callbacks = endFirst(pool, task, first, full);
-    }
-    for (const LoadCallback& callback : callbacks)
-        callback();
+    const std::lock_guard lock(pool.mutex);
+    endFirst(pool, task, first, full);
 }
 
 /// Every pixel; opens the file first when the first picture did not come from it.
@@ -119,26 +111,20 @@ Result<Picture> decodeFull(const LoadPool& pool, LoadTask& task, QSize pageSize)
 void runFull(LoadPool& pool, const LoadTaskPointer& task, QSize pageSize)
 {
     const Result<Picture> full = decodeFull(pool, *task, pageSize);
-    std::vector<LoadCallback> callbacks;
     std::optional<Result<Picture>> outdated; // freed without the mutex
-    {
-        const std::lock_guard lock(pool.mutex);
-        task->running = false;
-        if (brokenOff(*task, full)) {
-            pool.enqueue(task); // does nothing for a dropped one
-        } else {
-            task->full = full;
-            outdated = task->first;
-            if (full)
-                task->first = full;
-            task->decoder.reset();
-            callbacks = takeCallbacks(*task);
-        }
-        pool.changed.notify_all();
-        pool.work.notify_all(); // reading ahead may have waited for this one
+    const std::lock_guard lock(pool.mutex);
+    task->running = false;
+    if (brokenOff(*task, full)) {
+        pool.enqueue(task); // does nothing for a dropped one
+    } else {
+        task->full = full;
+        outdated = task->first;
+        if (full)
+            task->first = full;
+        task->decoder.reset();
     }
-    for (const LoadCallback& callback : callbacks)
-        callback();
+    pool.changed.notify_all();
+    pool.work.notify_all(); // reading ahead may have waited for this one
 }
 
 /// Bytes that decoding a page of `header` for `box` takes at least.
@@ -310,26 +296,6 @@ LoadTaskPointer LoadPool::findReady(const PageKey& key, QSize box)
     return task;
 }
 
-std::vector<LoadCallback> takeCallbacks(LoadTask& task)
-{
-    std::vector<LoadCallback> taken;
-    for (auto& entry : task.callbacks)
-        taken.push_back(std::move(entry.second));
-    task.callbacks.clear();
-    return taken;
-}
-
-std::vector<LoadCallback> takeCallbacksOf(LoadTask& task, const void* hold)
-{
-    std::vector<LoadCallback> taken;
-    for (auto& entry : task.callbacks) {
-        if (entry.first == hold)
-            taken.push_back(std::move(entry.second));
-    }
-    std::erase_if(task.callbacks, [hold](const auto& entry) { return entry.first == hold; });
-    return taken;
-}
-
 void runThread(LoadPool& pool)
 {
     std::unique_lock lock(pool.mutex);
@@ -392,20 +358,15 @@ AheadOutcome decodeAhead(LoadTask& task)
 
 void endAhead(LoadPool& pool, const LoadTaskPointer& task, const AheadOutcome& outcome)
 {
-    std::vector<LoadCallback> callbacks;
     std::vector<ReadyPage> gone; // freed without the mutex
-    {
-        const std::lock_guard lock(pool.mutex);
-        const auto full = fullOf(outcome.decoded);
-        callbacks = endFirst(pool, task, outcome.shown ? *outcome.shown : outcome.decoded, full);
-        if (task->ahead && !task->dropped) {
-            pool.ahead.settled.insert(task->key.path);
-            if (outcome.shown && !outcome.shown->readError)
-                gone = keepReady(pool.ahead, *task, *outcome.shown, full);
-        }
+    const std::lock_guard lock(pool.mutex);
+    const auto full = fullOf(outcome.decoded);
+    endFirst(pool, task, outcome.shown ? *outcome.shown : outcome.decoded, full);
+    if (task->ahead && !task->dropped) {
+        pool.ahead.settled.insert(task->key.path);
+        if (outcome.shown && !outcome.shown->readError)
+            gone = keepReady(pool.ahead, *task, *outcome.shown, full);
     }
-    for (const LoadCallback& callback : callbacks)
-        callback();
 }
 
 } // namespace quorvia::engine

@@ -17,8 +17,6 @@
 
 namespace quorvia::engine {
 
-using LoadCallback = std::function<void()>;
-
 /// The work of one load, shared by its holds and the thread that does it. Everything below the line is
 /// guarded by LoadPool::mutex, but for `decoder`, which belongs to the thread that set `running`, and for
 /// reading `ahead`.
@@ -42,7 +40,6 @@ struct LoadTask
     std::optional<Result<PageHeader>> header;
     std::optional<Result<Picture>> first; ///< gives way to the full one
     std::optional<Result<Picture>> full;
-    std::vector<std::pair<const void*, LoadCallback>> callbacks; ///< with the hold that asked
 
     bool failed() const { return (header && !*header) || (first && !*first) || (full && !*full); }
     /// True when another try may give more than this has.
@@ -75,7 +72,7 @@ struct LoadJob
 };
 
 /// What the loader, its threads and all holds share. One mutex guards it all: it is only ever held for a few
-/// assignments, never while decoding, calling back or freeing what a callback holds.
+/// assignments, never while decoding or freeing pictures.
 struct LoadPool
 {
     explicit LoadPool(DecoderOpener decoderOpener) : opener(std::move(decoderOpener)) {}
@@ -132,11 +129,6 @@ struct LoadPool
     /// picture.
     bool isIdle() const;
 };
-
-/// The callbacks of a finished task, taken out so that they run and die without the mutex.
-std::vector<LoadCallback> takeCallbacks(LoadTask& task);
-/// The same for those that one hold asked for.
-std::vector<LoadCallback> takeCallbacksOf(LoadTask& task, const void* hold);
 
 /// What each thread of the loader does, until LoadPool::stopping.
 void runThread(LoadPool& pool);

@@ -121,56 +121,36 @@ class tst_LoaderThreads : public QObject, protected LoaderStage
         QVERIFY(older->first() && newer->first() && a->first() && b->first());
     }
 
-    void whenFullCallsOnce()
+    void theFullPictureIsReadyWhenItWasAskedFor()
     {
-        std::atomic<int> calls = 0;
         const auto load = m_loader->load(big, 1, box);
-        load->whenFull([&] { ++calls; });
         QVERIFY(load->first());
-        QCOMPARE(calls.load(), 0); // it does not start the decode
+        QVERIFY(load->fullIfReady().image.isNull()); // nobody has asked for it
+        QCOMPARE((*m_pictures)[big].fullGate->arrivals(), 0);
         load->requestFull();
-        QTRY_COMPARE(calls.load(), 1);
-        const auto here = std::this_thread::get_id();
-        std::thread::id where;
-        load->whenFull([&] { where = std::this_thread::get_id(); }); // it stands already
-        QVERIFY(where == here);
-        QCOMPARE(calls.load(), 1);
+        QTRY_COMPARE(load->fullIfReady().image.size(), QSize(1000, 500));
+        QCOMPARE((*m_pictures)[big].fullGate->arrivals(), 1);
     }
 
-    void whenFullTellsOfFailureToo()
+    void nothingIsReadyOfAFailure()
     {
         (*m_pictures)[big].badPixels = true;
-        std::atomic<int> calls = 0;
-        (*m_pictures)[big].firstGate->close();
         const auto load = m_loader->load(big, 1, box);
-        load->whenFull([&] { ++calls; });
-        (*m_pictures)[big].firstGate->open();
-        QTRY_COMPARE(calls.load(), 1);
-    }
-
-    void whenFullMayAskTheLoader()
-    {
-        const auto load = m_loader->load(big, 1, box);
-        std::promise<QSize> size;
-        load->whenFull([&] { size.set_value(load->full()->image.size()); });
         load->requestFull();
-        auto answer = size.get_future();
-        QVERIFY(ended(answer));
-        QCOMPARE(answer.get(), QSize(1000, 500));
+        QVERIFY(!load->full());
+        QVERIFY(load->fullIfReady().image.isNull());
     }
 
-    void noCallAfterCancel()
+    void nothingIsReadyAfterCancel()
     {
         (*m_pictures)[big].firstGate->close();
-        std::atomic<int> calls = 0;
         const auto one = m_loader->load(big, 1, box);
         const auto two = m_loader->load(big, 1, box);
-        one->whenFull([&] { ++calls; });
         one->cancel();
         (*m_pictures)[big].firstGate->open();
         QVERIFY(two->full());
-        m_loader.reset(); // joins: nothing runs any more
-        QCOMPARE(calls.load(), 0);
+        QVERIFY(one->fullIfReady().image.isNull());
+        QCOMPARE(two->fullIfReady().image.size(), QSize(1000, 500));
     }
 
     void droppingTheLoaderEndsItsLoads()
@@ -225,7 +205,8 @@ class tst_LoaderThreads : public QObject, protected LoaderStage
                     break;
                 case 3:
                     load->requestFull();
-                    load->whenFull([&arrived] { ++arrived; });
+                    if (const Picture ready = load->fullIfReady(); !ready.image.isNull())
+                        wrong += ready.image.size() == full ? 0 : 1;
                     break;
                 case 4:
                     wrong += !load->header() && name != names.back() ? 1 : 0;
