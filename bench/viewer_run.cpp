@@ -133,8 +133,7 @@ void printMemory(const StartedProgram& program)
 class Keys
 {
   public:
-    Keys(Display* display, const char* name)
-        : m_display(display), m_code(XKeysymToKeycode(display, XStringToKeysym(name)))
+    Keys(Display* display, const char* name) : m_display(display), m_code(codeOf(display, name))
     {
         XkbSetAutoRepeatRate(display, XkbUseCoreKbd, 300, 33);
     }
@@ -153,6 +152,13 @@ class Keys
     }
 
   private:
+    /// The key of that name; 0 when no key is called so.
+    static KeyCode codeOf(Display* display, const char* name)
+    {
+        const KeySym symbol = XStringToKeysym(name);
+        return symbol == NoSymbol ? KeyCode(0) : XKeysymToKeycode(display, symbol);
+    }
+
     Display* m_display;
     KeyCode m_code;
 };
@@ -275,13 +281,14 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "cannot read %s\n", argv[1]);
         return 2;
     }
+    // Out of the way of what comes up under a pointer, and of the look at what stands.
+    XTestFakeMotionEvent(display, 0, file.screen().width - 1, file.screen().height - 1, CurrentTime);
+    XSync(display, False);
+    sleepMilliseconds(50); // it is painted into the screen
     if (!waitUntilClear(file.screen(), 3000)) {
         std::fprintf(stderr, "an old picture still stands on the screen\n");
         return 2;
     }
-    // Out of the way of what comes up under a pointer.
-    XTestFakeMotionEvent(display, 0, file.screen().width - 1, file.screen().height - 1, CurrentTime);
-    XFlush(display);
     if (what == "open")
         return open(file.screen(), std::atof(argv[3]) * 1000, argv + 4) ? 0 : 1;
     const Keys keys(display, argv[3]);
