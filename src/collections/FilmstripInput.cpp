@@ -202,8 +202,10 @@ bool Filmstrip::takeKey(const QKeyEvent& event)
 
 void Filmstrip::contextMenuEvent(QContextMenuEvent* event)
 {
-    event->accept(); // the mouse's comes with the release of its button
-    if (event->reason() == QContextMenuEvent::Keyboard && m_current >= 0 && m_current < count())
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const bool hasCurrent = m_current >= 0 && m_current < count();
+    event->setAccepted(!byKey || hasCurrent); // the mouse's comes with the release of its button
+    if (byKey && hasCurrent)
         Q_EMIT ImageClicked(m_current, rightButton, app::NoModifier);
 }
 

@@ -4,6 +4,7 @@
 #include "app/MainWindow.h"
 #include "collections/Playlist.h"
 #include "collections/PlaylistFolder.h"
+#include "platform/MenuKeys.h"
 #include "platform/Shell.h"
 #include "platform/SpokenWidget.h"
 
@@ -112,6 +113,8 @@ void frmImageViewPlaylist::resizeEvent(QResizeEvent*)
 
 void frmImageViewPlaylist::keyPressEvent(QKeyEvent* event)
 {
+    if (platform::isMenuKey(*event))
+        return platform::askForMenu(*window());
     // Taken here for good: the main window would get it a second time as one of its own.
     if (const int code = app::virtualKeyCode(event->key(), event->nativeScanCode()); code != 0)
         m_main.GlobalKeyPress(code, app::modifierMask(event->modifiers()));

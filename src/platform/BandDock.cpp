@@ -2,6 +2,7 @@
 
 #include "platform/Band.h"
 #include "platform/BandTitleBar.h"
+#include "platform/MenuKeys.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -158,6 +159,8 @@ bool BandDock::event(QEvent* event)
         Q_EMIT pressed();
     else if (event->type() == QEvent::WindowActivate && isFloating() && !focusWidget())
         focusClient();
+    if (isFloating() && asksForMenu(*event)) // nobody within has one of his own; the window may
+        return QCoreApplication::sendEvent(parentWidget()->window(), event);
     const bool handled = QDockWidget::event(event);
     if (event->type() == QEvent::Resize || (event->type() == QEvent::Move && isFloating()))
         Q_EMIT geometryChanged();

@@ -5,46 +5,51 @@
 #include <QVariant>
 #include <QWidget>
 
+#include <typeinfo>
+
 namespace quorvia::platform {
 
 namespace {
 
 constexpr char roleProperty[] = "spokenRole";
 
+/// The widget as what it says itself. It outlives that side of it by a moment: while the toolkit's part of the
+/// widget ends it may still be asked, and is then the toolkit's own.
 class SpokenAccess : public QAccessibleWidget
 {
   public:
-    SpokenAccess(QWidget* widget, SpokenWidget* spoken) : QAccessibleWidget(widget), m_spoken(spoken) {}
+    using QAccessibleWidget::QAccessibleWidget;
 
-    QAccessible::Role role() const override { return m_spoken->spokenRole(); }
+    QAccessible::Role role() const override
+    {
+        const SpokenWidget* const said = spoken();
+        return said ? said->spokenRole() : QAccessibleWidget::role();
+    }
 
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        m_spoken->addSpokenState(state);
+        if (const SpokenWidget* const said = spoken())
+            said->addSpokenState(state);
         return state;
     }
 
-    int childCount() const override
-    {
-        return m_spoken->hidesItsParts() ? 0 : QAccessibleWidget::childCount();
-    }
+    int childCount() const override { return hidesParts() ? 0 : QAccessibleWidget::childCount(); }
 
     QAccessibleInterface* child(int index) const override
     {
-        return m_spoken->hidesItsParts() ? nullptr : QAccessibleWidget::child(index);
+        return hidesParts() ? nullptr : QAccessibleWidget::child(index);
     }
 
     int indexOfChild(const QAccessibleInterface* child) const override
     {
-        return m_spoken->hidesItsParts() ? -1 : QAccessibleWidget::indexOfChild(child);
+        return hidesParts() ? -1 : QAccessibleWidget::indexOfChild(child);
     }
 
     QStringList actionNames() const override
     {
         const QStringList ofToolkit = QAccessibleWidget::actionNames();
-        return m_spoken->isSpokenPressable() && widget()->isEnabled() ? QStringList{pressAction()} + ofToolkit
-                                                                      : ofToolkit;
+        return pressable(widget()) ? QStringList{pressAction()} + ofToolkit : ofToolkit;
     }
 
     void doAction(const QString& action) override
@@ -53,14 +58,31 @@ class SpokenAccess : public QAccessibleWidget
             QAccessibleWidget::doAction(action);
             return;
         }
-        if (!m_spoken->isSpokenPressable() || !widget()->isEnabled())
-            return;
         // Behind the answer: what a press does may last, or end the widget.
-        QTimer::singleShot(0, widget(), [spoken = m_spoken] { spoken->pressSpoken(); });
+        QTimer::singleShot(0, widget(), [pressed = widget()] {
+            if (SpokenWidget* const said = pressable(pressed))
+                said->pressSpoken();
+        });
     }
 
   private:
-    SpokenWidget* m_spoken; ///< is the widget itself
+    /// Null once the widget is only the toolkit's: the language says so of what is being destroyed.
+    static SpokenWidget* spokenOf(QWidget* widget) { return dynamic_cast<SpokenWidget*>(widget); }
+
+    SpokenWidget* spoken() const { return spokenOf(widget()); }
+
+    bool hidesParts() const
+    {
+        const SpokenWidget* const said = spoken();
+        return said && said->hidesItsParts();
+    }
+
+    /// The widget, if a press does anything now.
+    static SpokenWidget* pressable(QWidget* widget)
+    {
+        SpokenWidget* const said = spokenOf(widget);
+        return said && said->isSpokenPressable() && widget->isEnabled() ? said : nullptr;
+    }
 };
 
 /// Asked for before it gets a parent, a widget is a window only for a while.
@@ -82,9 +104,11 @@ class PlainAccess : public QAccessibleWidget
 QAccessibleInterface* makeAccess(const QString& className, QObject* object)
 {
     auto* const widget = qobject_cast<QWidget*>(object);
-    if (auto* const spoken = dynamic_cast<SpokenWidget*>(object); spoken && widget)
-        return new SpokenAccess(widget, spoken);
-    if (!widget || className != QLatin1String("QWidget"))
+    if (widget && dynamic_cast<SpokenWidget*>(widget))
+        return new SpokenAccess(widget);
+    // Of no class but QWidget is each widget that is being destroyed. What is made for one of those would stay
+    // in the toolkit's books; the toolkit itself, which is asked next, can tell them from the living.
+    if (!widget || className != QLatin1String("QWidget") || typeid(*widget) == typeid(QWidget))
         return nullptr;
     return new PlainAccess(widget);
 }

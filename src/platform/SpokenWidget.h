@@ -28,7 +28,8 @@ class SpokenWidget
     virtual bool hidesItsParts() const { return false; }
 };
 
-/// Lets `widget`, of no class that the toolkit knows better than as QWidget, tell that it is a `role`.
+/// Lets `widget`, of a class of our own that the toolkit knows no better than as QWidget, tell that it is a
+/// `role`.
 void speakAs(QWidget* widget, QAccessible::Role role);
 /// Lets windows of such classes tell that they are windows. Only the first call does anything; it must
 /// come behind the making of the application, which announces what the toolkit knows.

@@ -1,9 +1,8 @@
 #include "viewer/MenuKey.h"
 
+#include "platform/MenuKeys.h"
 #include "viewer/frmImageView.h"
 
-#include <QContextMenuEvent>
-#include <QCoreApplication>
 #include <QKeyEvent>
 
 namespace quorvia::viewer {
@@ -13,35 +12,20 @@ MenuKey::MenuKey(frmImageView* window) : QObject(window), m_window(window)
     window->installEventFilter(this);
 }
 
-bool MenuKey::isMenuKey(const QKeyEvent& key)
-{
-    return key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier && !key.isAutoRepeat();
-}
-
-/// Sees what no widget within the window took.
+/// Sees what no widget within the window took. The clients of the bands, which take all keys, ask for the menu
+/// themselves; a floating band hands the question on.
 bool MenuKey::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::KeyPress && isMenuKey(*static_cast<QKeyEvent*>(event))) {
-        askForMenu();
+    if (event->type() == QEvent::KeyPress && platform::isMenuKey(*static_cast<QKeyEvent*>(event))) {
+        platform::askForMenu(*m_window);
         return true;
     }
-    // Of the menu key the toolkit makes such an event itself.
-    if (event->type() == QEvent::ContextMenu &&
-        static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
+    if (platform::asksForMenu(*event)) {
         event->accept();
         openMenu();
         return true;
     }
     return QObject::eventFilter(watched, event);
-}
-
-/// As the toolkit does it for the menu key; what nobody takes comes to the window.
-void MenuKey::askForMenu()
-{
-    QWidget* const focused = m_window->focusWidget() ? m_window->focusWidget() : m_window;
-    const QPoint middle = focused->rect().center();
-    QContextMenuEvent event(QContextMenuEvent::Keyboard, middle, focused->mapToGlobal(middle));
-    QCoreApplication::sendEvent(focused, &event);
 }
 
 void MenuKey::openMenu()

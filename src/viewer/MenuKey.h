@@ -1,12 +1,9 @@
-// The keys that stand for a right click: the menu key, and Shift+F10 where a keyboard has none. What has the
+// The keys that stand for a right click in the main window and its bands, docked or floating. What has the
 // keys may open a menu of its own; else the context menu opens in the middle of the view, with its first row
 // chosen.
 #pragma once
 
 #include <QObject>
-
-class QContextMenuEvent;
-class QKeyEvent;
 
 namespace quorvia::viewer {
 
@@ -19,14 +16,10 @@ class MenuKey : public QObject
   public:
     explicit MenuKey(frmImageView* window);
 
-    /// True for Shift+F10, pressed and not held.
-    static bool isMenuKey(const QKeyEvent& key);
-
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void askForMenu();
     void openMenu();
 
     frmImageView* m_window;

@@ -1,6 +1,7 @@
 #include "viewer/PageNavigator.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QToolButton>
 
@@ -8,10 +9,26 @@ namespace quorvia::viewer {
 
 namespace {
 
+/// The toolkit's buttons would take the arrows, to walk from one button to the next.
+class PageButton : public QToolButton
+{
+  public:
+    using QToolButton::QToolButton;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_Space)
+            QToolButton::keyPressEvent(event);
+        else
+            event->ignore(); // the viewer's own keys work here too
+    }
+};
+
 QToolButton* makeButton(QWidget* parent, const QString& name, const QString& text,
                         const QString& accessibleName)
 {
-    auto* button = new QToolButton(parent);
+    auto* button = new PageButton(parent);
     button->setObjectName(name);
     button->setText(text);
     button->setAutoRaise(true);

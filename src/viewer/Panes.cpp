@@ -96,6 +96,7 @@ Panes::Panes(QWidget* window, Sinks sinks)
     alone.caption = tr("Show the picture alone");
     alone.pictures[0] = QStringLiteral("alone");
     m_iButton->showTool(alone, platform::ToolButton::Opens::Nothing);
+    m_iButton->setFocusPolicy(Qt::TabFocus); // no row lends it the key
     connect(m_iButton, &QAbstractButton::clicked, this,
             [this] { m_sinks.runTool(QStringLiteral("miHideInterface")); });
     m_uLink->setObjectName(QStringLiteral("uLink"));
@@ -199,6 +200,8 @@ void Panes::placeButton()
     m_iButton->resize(m_iButton->sizeHint());
     if (!m_interfaceFlag && !m_ab1->isHidden())
         top = buttonTop(app::toTwips(m_iButton->x() + m_iButton->width()), toolbar);
+    if (!top && m_iButton->hasFocus())
+        m_window->setFocus(); // it goes by its own press too
     m_iButton->setVisible(top.has_value());
     if (top)
         m_iButton->move(m_iButton->x(), app::toPixels(*top));

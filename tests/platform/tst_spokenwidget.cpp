@@ -10,6 +10,68 @@
 
 using namespace quorvia::platform;
 
+namespace {
+
+/// A widget of a class that nobody knows.
+class OwnWidget : public QWidget
+{
+};
+
+/// Is a child of a widget; asks for its parent's interface at the end of both.
+class LateAsker : public QObject
+{
+  public:
+    LateAsker(QWidget* parent, bool& answered) : QObject(parent), m_answered(answered) {}
+    ~LateAsker() override { m_answered = QAccessible::queryAccessibleInterface(parent()) != nullptr; }
+    Q_DISABLE_COPY_MOVE(LateAsker)
+
+  private:
+    bool& m_answered;
+};
+
+/// While it lives, each event that tells of a focus is asked for all that a reader asks for.
+class CuriousReader
+{
+  public:
+    CuriousReader() : m_before(QAccessible::installUpdateHandler(ask))
+    {
+        roles().clear();
+        QAccessible::setActive(true);
+    }
+    ~CuriousReader()
+    {
+        QAccessible::setActive(false);
+        QAccessible::installUpdateHandler(m_before);
+    }
+    Q_DISABLE_COPY_MOVE(CuriousReader)
+
+    /// What the ones with a focus event said that they are.
+    static QList<QAccessible::Role>& roles()
+    {
+        static QList<QAccessible::Role> heard; // the toolkit's handler is a plain function
+        return heard;
+    }
+
+  private:
+    static void ask(QAccessibleEvent* event)
+    {
+        QAccessibleInterface* const asked =
+            event->type() == QAccessible::Focus ? event->accessibleInterface() : nullptr;
+        if (!asked)
+            return;
+        roles().append(asked->role());
+        asked->state();
+        for (int index = 0; index < asked->childCount(); ++index)
+            asked->indexOfChild(asked->child(index));
+        asked->actionInterface()->actionNames();
+        asked->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    }
+
+    QAccessible::UpdateHandler m_before;
+};
+
+} // namespace
+
 class TestSpokenWidget : public QObject
 {
     Q_OBJECT
@@ -83,11 +145,67 @@ class TestSpokenWidget : public QObject
         QVERIFY(!access(&head)->state().collapsed);
     }
 
+    void whatEndsTheEnablingBeforeTheTurnIsNotPressed()
+    {
+        PaneRow row(item(PaneItemKind::Link), {}, false);
+        const QSignalSpy clicked(&row, &PaneRow::clicked);
+        actions(&row)->doAction(QAccessibleActionInterface::pressAction());
+        row.setEnabled(false);
+        QCoreApplication::processEvents();
+        QCOMPARE(clicked.size(), 0);
+    }
+
+    void mayBeAskedWhileItEnds_data()
+    {
+        QTest::addColumn<bool>("isHead");
+        QTest::newRow("row") << false;
+        QTest::newRow("head") << true;
+    }
+
+    void mayBeAskedWhileItEnds()
+    {
+        QFETCH(bool, isHead);
+        QWidget window;
+        QWidget* const part = isHead
+                                  ? static_cast<QWidget*>(new PaneHead(QStringLiteral("Tips"), {}, &window))
+                                  : new PaneRow(item(PaneItemKind::Link), {}, false);
+        part->setParent(&window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        part->setFocus();
+        const QAccessible::Role role = access(part)->role();
+        const CuriousReader reader;
+        delete part;
+        QVERIFY(!CuriousReader::roles().isEmpty());
+        QVERIFY(!CuriousReader::roles().contains(role)); // it was its own no longer
+    }
+
+    void nothingIsMadeForWhatIsBeingDestroyed_data()
+    {
+        QTest::addColumn<bool>("isWindow");
+        QTest::newRow("window") << true;
+        QTest::newRow("within") << false;
+    }
+
+    void nothingIsMadeForWhatIsBeingDestroyed()
+    {
+        QFETCH(bool, isWindow);
+        OwnWidget around;
+        bool answered = true;
+        auto* const own = new OwnWidget;
+        if (!isWindow)
+            own->setParent(&around);
+        speakAs(own, QAccessible::Graphic);
+        new LateAsker(own, answered);
+        delete own;
+        QVERIFY(!answered);
+    }
+
     void plainWidgetsHaveTheRoleThatTheyAreGiven()
     {
-        QWidget window;
+        OwnWidget window;
         QCOMPARE(access(&window)->role(), QAccessible::Window);
-        auto* const within = new QWidget;
+        auto* const within = new OwnWidget;
         QCOMPARE(access(within)->role(), QAccessible::Window);
         within->setParent(&window); // no longer
         QCOMPARE(access(within)->role(), QAccessible::Client);

@@ -1,11 +1,26 @@
 #include "viewer/PageNavigator.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolButton>
 
 using namespace quorvia::viewer;
+
+namespace {
+
+/// A window that notes the keys that come to it.
+class KeyNoting : public QWidget
+{
+  public:
+    QList<int> keys;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override { keys.append(event->key()); }
+};
+
+} // namespace
 
 class TestPageNavigator : public QObject
 {
@@ -74,6 +89,43 @@ class TestPageNavigator : public QObject
         QCOMPARE(next.count(), 1);
         QTest::mouseClick(back, Qt::LeftButton);
         QCOMPARE(previous.count(), 1);
+    }
+
+    void itsButtonsLeaveTheKeysToTheWindow_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::addColumn<int>("clicks");
+        QTest::newRow("left") << Qt::Key_Left << 0;
+        QTest::newRow("right") << Qt::Key_Right << 0;
+        QTest::newRow("up") << Qt::Key_Up << 0;
+        QTest::newRow("down") << Qt::Key_Down << 0;
+        QTest::newRow("a letter") << Qt::Key_K << 0;
+        QTest::newRow("Esc") << Qt::Key_Escape << 0;
+        QTest::newRow("the space bar") << Qt::Key_Space << 1;
+    }
+
+    void itsButtonsLeaveTheKeysToTheWindow()
+    {
+        QFETCH(Qt::Key, key);
+        QFETCH(int, clicks);
+        KeyNoting owner;
+        PageNavigator navigator(&owner);
+        navigator.showPage(2, 3);
+        navigator.show();
+        owner.show();
+        QVERIFY(QTest::qWaitForWindowActive(&owner));
+        const QSignalSpy previous(&navigator, &PageNavigator::previousClicked);
+        const QSignalSpy next(&navigator, &PageNavigator::nextClicked);
+        const QStringList names{QStringLiteral("lTiffPrevious"), QStringLiteral("lTiffNext")};
+        for (const QString& name : names) {
+            auto* const button = navigator.findChild<QToolButton*>(name);
+            button->setFocus(Qt::TabFocusReason);
+            QTest::keyClick(owner.windowHandle(), key);
+            QVERIFY(button->hasFocus());
+        }
+        QCOMPARE(previous.count(), clicks);
+        QCOMPARE(next.count(), clicks);
+        QCOMPARE(owner.keys, clicks == 0 ? QList<int>(2, key) : QList<int>());
     }
 
     void theKeysReachItsButtonsAndReturn()
