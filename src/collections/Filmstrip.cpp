@@ -69,13 +69,16 @@ void Filmstrip::Clear()
 {
     m_images.clear();
     m_current = -1;
+    setAccessibleDescription(QString());
     frameCurrent();
     m_pImages->wipe();
+    Q_EMIT listChanged();
 }
 
 void Filmstrip::add(const QString& sFile)
 {
     m_images.append(sFile);
+    Q_EMIT listChanged();
 }
 
 void Filmstrip::DrawStrip()

@@ -66,6 +66,8 @@ class Filmstrip : public QWidget
     void SetSelectedImages(const QString& text);
 
   Q_SIGNALS:
+    /// The list was emptied, or has one entry more.
+    void listChanged();
     /// A button was let go over an image, and the strip was not dragged.
     void IndexSelected(int ListIndex);
     /// Right behind it.

@@ -14,47 +14,47 @@ namespace {
 class CellItem : public platform::SpokenItem
 {
   public:
-    CellItem(Filmstrip* strip, int index)
-        : SpokenItem(strip, QAccessible::ListItem), m_strip(strip), m_index(index)
-    {
-    }
+    CellItem(Filmstrip* strip, int index) : SpokenItem(strip, index, QAccessible::ListItem), m_strip(strip) {}
 
-    bool isValid() const override { return m_index < m_strip->Images().size(); }
+    bool isValid() const override { return place() < m_strip->Images().size(); }
 
     QRect rect() const override
     {
-        const QRect cell = m_strip->cellRect(m_index);
+        const QRect cell = m_strip->cellRect(place());
         return {m_strip->mapToGlobal(cell.topLeft()), cell.size()};
     }
 
     QString text(QAccessible::Text kind) const override
     {
-        return kind == QAccessible::Name && isValid() ? app::SplitPathName(m_strip->Images().at(m_index), 2)
+        return kind == QAccessible::Name && isValid() ? app::SplitPathName(m_strip->Images().at(place()), 2)
                                                       : QString();
     }
 
   protected:
-    bool isSelected() const override { return m_strip->currentIndex() == m_index; }
-    bool isInSight() const override { return m_strip->rect().intersects(m_strip->cellRect(m_index)); }
+    bool isSelected() const override { return m_strip->currentIndex() == place(); }
+    bool isInSight() const override { return m_strip->rect().intersects(m_strip->cellRect(place())); }
 
     void press() override
     {
         // Behind the answer: an image is opened, and the list may be another one then.
-        QTimer::singleShot(0, m_strip, [strip = m_strip, index = m_index] {
-            if (index < strip->Images().size())
+        const QString file = m_strip->Images().at(place());
+        QTimer::singleShot(0, m_strip, [strip = m_strip, index = place(), file] {
+            if (strip->Images().value(index) == file)
                 strip->choose(index);
         });
     }
 
   private:
     Filmstrip* m_strip;
-    int m_index; ///< from 0
 };
 
 class StripItems : public platform::SpokenItems
 {
   public:
-    explicit StripItems(Filmstrip* strip) : SpokenItems(strip, QAccessible::List), m_strip(strip) {}
+    explicit StripItems(Filmstrip* strip) : SpokenItems(strip, QAccessible::List), m_strip(strip)
+    {
+        follow(strip, &Filmstrip::listChanged);
+    }
 
     int childCount() const override { return int(m_strip->Images().size()); }
 

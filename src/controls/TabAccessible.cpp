@@ -12,17 +12,17 @@ class TabItem : public platform::SpokenItem
 {
   public:
     TabItem(TabSurface* surface, int index)
-        : SpokenItem(surface, QAccessible::PageTab), m_surface(surface), m_index(index)
+        : SpokenItem(surface, index, QAccessible::PageTab), m_surface(surface)
     {
     }
 
-    bool isValid() const override { return m_index <= m_surface->tabs().count(); }
+    bool isValid() const override { return number() <= m_surface->tabs().count(); }
 
     QRect rect() const override
     {
         if (!isValid())
             return {};
-        const TabRecord& tab = m_surface->tabs().at(m_index);
+        const TabRecord& tab = m_surface->tabs().at(number());
         return {m_surface->mapToGlobal(QPoint(tab.Left, 0)), QSize(tab.Width, m_surface->height())};
     }
 
@@ -30,26 +30,28 @@ class TabItem : public platform::SpokenItem
     {
         if (!isValid())
             return {};
-        const TabRecord& tab = m_surface->tabs().at(m_index);
+        const TabRecord& tab = m_surface->tabs().at(number());
         if (kind == QAccessible::Name)
             return tab.Caption;
         return kind == QAccessible::Description ? tab.ToolTip : QString();
     }
 
   protected:
-    bool isSelected() const override { return m_surface->tabs().at(m_index).Selected; }
+    bool isSelected() const override { return m_surface->tabs().at(number()).Selected; }
 
     bool isInSight() const override
     {
-        const TabRecord& tab = m_surface->tabs().at(m_index);
+        const TabRecord& tab = m_surface->tabs().at(number());
         return m_surface->visibleRegion().intersects(QRect(tab.Left, 0, tab.Width, 1));
     }
 
-    void press() override { Q_EMIT m_surface->tabPressed(m_index); }
+    void press() override { Q_EMIT m_surface->tabPressed(number()); }
 
   private:
+    /// As the tabs count, from 1.
+    int number() const { return place() + 1; }
+
     TabSurface* m_surface;
-    int m_index; ///< from 1
 };
 
 class TabItems : public platform::SpokenItems
@@ -73,7 +75,7 @@ class TabItems : public platform::SpokenItems
     }
 
   protected:
-    platform::SpokenItem* makeItem(int index) const override { return new TabItem(m_surface, index + 1); }
+    platform::SpokenItem* makeItem(int index) const override { return new TabItem(m_surface, index); }
 
   private:
     TabSurface* m_surface;

@@ -1,5 +1,7 @@
 // Tells the presses of a key from its repeats while it is held down, also where the display names no repeat
-// as such: by the times of what it tells.
+// as such: by the times of what it tells, where that lets the key go just before each repeat. One that lets
+// it go right behind each press looks like a finger that taps: there a repeat is known only behind one that
+// was, for no press of the user's may be lost.
 #pragma once
 
 #include <QtGlobal>

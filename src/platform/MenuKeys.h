@@ -10,8 +10,8 @@ namespace quorvia::platform {
 
 /// True for Shift+F10, pressed and not held.
 bool isMenuKey(const QKeyEvent& key);
-/// Asks what has the keys in `window` for its menu, at its caret or in its middle, as the toolkit does for the
-/// menu key. What is not taken there goes up to the window.
+/// Asks what has the keys in `window` for its menu, at its caret or in its middle, as the toolkit does for
+/// the menu key. What is not taken there goes up to the window.
 void askForMenu(QWidget& window);
 /// True for a question for a menu that came of a key.
 bool asksForMenu(const QEvent& event);

@@ -1,6 +1,6 @@
 #include "platform/SpokenItems.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace quorvia::platform {
 
@@ -32,9 +32,31 @@ void SpokenItem::doAction(const QString& action)
         press();
 }
 
+SpokenItems::SpokenItems(QWidget* list, QAccessible::Role role) : QAccessibleWidget(list, role)
+{
+    m_reorder.setSingleShot(true);
+    QObject::connect(&m_reorder, &QTimer::timeout, list, [list] {
+        QAccessibleEvent reorder(list, QAccessible::ObjectReorder);
+        QAccessible::updateAccessibility(&reorder);
+    });
+}
+
 SpokenItems::~SpokenItems()
 {
-    for (const auto& [index, id] : m_ids)
+    dropItems();
+}
+
+void SpokenItems::forgetItems()
+{
+    dropItems();
+    if (QAccessible::isActive() && !m_reorder.isActive())
+        m_reorder.start(0);
+}
+
+void SpokenItems::dropItems()
+{
+    const auto dropped = std::exchange(m_ids, {});
+    for (const auto& [index, id] : dropped)
         QAccessible::deleteAccessibleInterface(id);
 }
 
@@ -52,10 +74,8 @@ QAccessibleInterface* SpokenItems::child(int index) const
 
 int SpokenItems::indexOfChild(const QAccessibleInterface* wanted) const
 {
-    const auto found = std::find_if(m_ids.begin(), m_ids.end(), [wanted](const auto& known) {
-        return QAccessible::accessibleInterface(known.second) == wanted;
-    });
-    return found == m_ids.end() ? -1 : found->first;
+    const auto* const item = dynamic_cast<const SpokenItem*>(wanted);
+    return item && item->isOf(widget()) ? item->index() : -1;
 }
 
 } // namespace quorvia::platform

@@ -4,6 +4,8 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QObject>
+#include <QTimer>
 #include <QWidget>
 
 #include <map>
@@ -14,8 +16,15 @@ namespace quorvia::platform {
 class SpokenItem : public QAccessibleInterface, public QAccessibleActionInterface
 {
   public:
-    /// An entry of `list`, with which it goes.
-    SpokenItem(QWidget* list, QAccessible::Role role) : m_list(list), m_role(role) {}
+    /// The entry at `index`, from 0, of `list`, with which it goes.
+    SpokenItem(QWidget* list, int index, QAccessible::Role role) : m_list(list), m_index(index), m_role(role)
+    {
+    }
+
+    /// Its place; -1 when the list has grown shorter.
+    int index() const { return isValid() ? m_index : -1; }
+    /// Whether it is one of `list`.
+    bool isOf(const QWidget* list) const { return list == m_list; }
 
     QObject* object() const override { return nullptr; }
     QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(m_list); }
@@ -38,9 +47,12 @@ class SpokenItem : public QAccessibleInterface, public QAccessibleActionInterfac
     virtual bool isInSight() const = 0;
     /// Chooses the entry, which is there.
     virtual void press() = 0;
+    /// Its place, valid or not.
+    int place() const { return m_index; }
 
   private:
     QWidget* m_list;
+    int m_index;
     QAccessible::Role m_role;
 };
 
@@ -48,7 +60,7 @@ class SpokenItem : public QAccessibleInterface, public QAccessibleActionInterfac
 class SpokenItems : public QAccessibleWidget
 {
   public:
-    SpokenItems(QWidget* list, QAccessible::Role role) : QAccessibleWidget(list, role) {}
+    SpokenItems(QWidget* list, QAccessible::Role role);
     ~SpokenItems() override;
 
     QAccessibleInterface* child(int index) const override;
@@ -57,9 +69,20 @@ class SpokenItems : public QAccessibleWidget
   protected:
     /// Makes the entry at `index`, from 0.
     virtual SpokenItem* makeItem(int index) const = 0;
+    /// Each `signal` of `list` says that it has become another one: the entries that a reader knows are gone,
+    /// and it is told so once, when what brings the change has ended.
+    template <class List>
+    void follow(List* list, void (List::*signal)())
+    {
+        QObject::connect(list, signal, &m_reorder, [this] { forgetItems(); });
+    }
 
   private:
+    void forgetItems();
+    void dropItems();
+
     mutable std::map<int, QAccessible::Id> m_ids; ///< of the entries asked for so far, by their index
+    QTimer m_reorder;                             ///< runs while a reader is to be told
 };
 
 } // namespace quorvia::platform

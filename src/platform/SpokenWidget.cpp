@@ -13,8 +13,8 @@ namespace {
 
 constexpr char roleProperty[] = "spokenRole";
 
-/// The widget as what it says itself. It outlives that side of it by a moment: while the toolkit's part of the
-/// widget ends it may still be asked, and is then the toolkit's own.
+/// The widget as what it says itself. It outlives that side of it by a moment: while the toolkit's part of
+/// the widget ends it may still be asked, and is then the toolkit's own.
 class SpokenAccess : public QAccessibleWidget
 {
   public:
@@ -106,8 +106,8 @@ QAccessibleInterface* makeAccess(const QString& className, QObject* object)
     auto* const widget = qobject_cast<QWidget*>(object);
     if (widget && dynamic_cast<SpokenWidget*>(widget))
         return new SpokenAccess(widget);
-    // Of no class but QWidget is each widget that is being destroyed. What is made for one of those would stay
-    // in the toolkit's books; the toolkit itself, which is asked next, can tell them from the living.
+    // Of no class but QWidget is each widget that is being destroyed. What is made for one of those would
+    // stay in the toolkit's books; the toolkit itself, which is asked next, can tell them from the living.
     if (!widget || className != QLatin1String("QWidget") || typeid(*widget) == typeid(QWidget))
         return nullptr;
     return new PlainAccess(widget);

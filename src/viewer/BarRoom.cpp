@@ -14,7 +14,9 @@ BarRoom::BarRoom(QPlainTextEdit* box) : QObject(box), m_box(box)
 
 bool BarRoom::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_box && event->type() == QEvent::Resize)
+    const QEvent::Type type = event->type();
+    if (watched == m_box &&
+        (type == QEvent::Resize || type == QEvent::FontChange || type == QEvent::StyleChange))
         setPolicy();
     return false;
 }

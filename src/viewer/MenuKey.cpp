@@ -12,8 +12,8 @@ MenuKey::MenuKey(frmImageView* window) : QObject(window), m_window(window)
     window->installEventFilter(this);
 }
 
-/// Sees what no widget within the window took. The clients of the bands, which take all keys, ask for the menu
-/// themselves; a floating band hands the question on.
+/// Sees what no widget within the window took. The clients of the bands, which take all keys, ask for the
+/// menu themselves; a floating band hands the question on.
 bool MenuKey::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress && platform::isMenuKey(*static_cast<QKeyEvent*>(event))) {

@@ -1,5 +1,6 @@
 // What a screen reader sees of the filmstrip.
 #include "collections/Filmstrip.h"
+#include "FilmBench.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
@@ -7,6 +8,64 @@
 #include <QtTest>
 
 using quorvia::collections::Filmstrip;
+using quorvia::test::FilmBench;
+
+namespace {
+
+/// Notes what a reader is told while it lives.
+class Listener
+{
+  public:
+    struct Told
+    {
+        QAccessible::Event what;
+        const QObject* about;
+        int child; ///< -1 for none
+    };
+
+    Listener() : m_before(QAccessible::installUpdateHandler(note))
+    {
+        told().clear();
+        QAccessible::setActive(true);
+    }
+    ~Listener()
+    {
+        QAccessible::setActive(false);
+        QAccessible::installUpdateHandler(m_before);
+    }
+    Q_DISABLE_COPY_MOVE(Listener)
+
+    /// The children that `what` about `strip` was told of.
+    static QList<int> children(QAccessible::Event what, const Filmstrip& strip)
+    {
+        QList<int> found;
+        for (const Told& each : std::as_const(told())) {
+            if (each.what == what && each.about == &strip)
+                found.append(each.child);
+        }
+        return found;
+    }
+
+  private:
+    static QList<Told>& told()
+    {
+        static QList<Told> heard; // the toolkit's handler is a plain function
+        return heard;
+    }
+    static void note(QAccessibleEvent* event)
+    {
+        told().append({event->type(), event->object(), event->child()});
+    }
+
+    QAccessible::UpdateHandler m_before;
+};
+
+QAccessibleInterface* access(Filmstrip& strip)
+{
+    return QAccessible::queryAccessibleInterface(&strip);
+}
+
+} // namespace
 
 class TestFilmstripAccess : public QObject
 {
@@ -27,10 +86,127 @@ class TestFilmstripAccess : public QObject
         QCOMPARE(list->indexOfChild(second), 1);
         QCOMPARE(list->child(1), second);
         QVERIFY(!list->child(3));
+        const QAccessible::Id id = QAccessible::uniqueId(second);
         strip.Clear();
         QCOMPARE(list->childCount(), 0);
-        QVERIFY(!second->isValid());
-        QVERIFY(second->state().invalid);
+        QVERIFY(!QAccessible::accessibleInterface(id)); // with the picture that it stood for
+    }
+
+    void anotherListIsToldOfOnce()
+    {
+        Filmstrip strip;
+        for (const char* file : {"/p/a.png", "/p/b.png", "/p/c.png"})
+            strip.add(QLatin1String(file));
+        QAccessibleInterface* const list = access(strip);
+        const QAccessible::Id second = QAccessible::uniqueId(list->child(1));
+        const Listener listener;
+        strip.Clear();
+        for (const char* file : {"/q/x.png", "/q/y.png"})
+            strip.add(QLatin1String(file));
+        QVERIFY(Listener::children(QAccessible::ObjectReorder, strip).isEmpty()); // there may be more
+        QTRY_COMPARE(Listener::children(QAccessible::ObjectReorder, strip), QList<int>{-1});
+        QVERIFY(!QAccessible::accessibleInterface(second));
+        QCOMPARE(list->childCount(), 2);
+        QCOMPARE(list->child(1)->text(QAccessible::Name), QStringLiteral("y.png"));
+        QVERIFY(!list->child(2));
+        QAccessible::setActive(false);
+        strip.Clear();
+        QTest::qWait(0);
+        QCOMPARE(Listener::children(QAccessible::ObjectReorder, strip).size(), 1);
+    }
+
+    void manyEntriesKnowTheirPlaces()
+    {
+        constexpr int many = 20'000; // takes minutes when each is looked for
+        Filmstrip strip;
+        for (int i = 0; i < many; ++i)
+            strip.add(QStringLiteral("/p/%1.png").arg(i));
+        QAccessibleInterface* const list = access(strip);
+        for (int i = 0; i < many; ++i)
+            list->child(i);
+        for (int i = 0; i < many; ++i)
+            QCOMPARE(list->indexOfChild(list->child(i)), i);
+        Filmstrip other;
+        other.add(QStringLiteral("/p/0.png"));
+        QCOMPARE(list->indexOfChild(access(other)->child(0)), -1);
+        QCOMPARE(list->indexOfChild(list), -1);
+    }
+
+    void theKeysTellWhereTheyAre()
+    {
+        const FilmBench bench;
+        Filmstrip& strip = *bench.strip;
+        bench.addMany(20);
+        bench.laysOut();
+        strip.setFocus();
+        QVERIFY(strip.hasFocus());
+        QCOMPARE(strip.currentIndex(), 0);
+        QAccessibleInterface* const list = access(strip);
+        QCOMPARE(list->focusChild(), list->child(0));
+        {
+            const Listener listener;
+            QTest::keyClick(&strip, Qt::Key_Right);
+            QTest::keyClick(&strip, Qt::Key_Right);
+            QCOMPARE(Listener::children(QAccessible::Focus, strip), (QList<int>{1, 2}));
+        }
+        QCOMPARE(list->focusChild(), list->child(2));
+        QVERIFY(list->child(2)->state().selected && list->child(2)->state().focused);
+        QVERIFY(!list->child(1)->state().selected && !list->child(1)->state().focused);
+        QVERIFY(!list->child(2)->state().offscreen);
+        QVERIFY(list->child(19)->state().offscreen);
+        QTest::keyClick(&strip, Qt::Key_End);
+        QCOMPARE(list->focusChild(), list->child(19));
+        QVERIFY(!list->child(19)->state().offscreen);
+        QVERIFY(list->child(2)->state().offscreen);
+        strip.clearFocus();
+        QVERIFY(!list->focusChild());
+        QVERIFY(list->child(19)->state().selected && !list->child(19)->state().focused);
+    }
+
+    void entriesStandWhereTheirPicturesShow_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<double>("part");   // of the way that the bar can go
+        for (const int count : {20, 300}) { // one strip, and a window over more
+            for (const int rows : {1, 2, 3}) {
+                for (const double part : {0.0, 0.4, 1.0})
+                    QTest::addRow("%d in %d rows, %d%%", count, rows, qRound(part * 100))
+                        << count << rows << part;
+            }
+        }
+    }
+
+    void entriesStandWhereTheirPicturesShow()
+    {
+        QFETCH(int, count);
+        QFETCH(int, rows);
+        QFETCH(double, part);
+        const FilmBench bench;
+        Filmstrip& strip = *bench.strip;
+        bench.addMany(count);
+        strip.SetNumberOfRows(rows);
+        bench.laysOut();
+        bench.bar().SetValue(qRound(bench.bar().Max() * part));
+        QAccessibleInterface* const list = access(strip);
+        const QSignalSpy clicked(&strip, &Filmstrip::IndexSelected);
+        int seen = 0;
+        for (int i = 0; i < count; ++i) {
+            QAccessibleInterface* const entry = list->child(i);
+            const QPoint middle = entry->rect().center();
+            const QPoint within = bench.surface().mapFromGlobal(middle);
+            const bool shows =
+                strip.rect().contains(strip.mapFromGlobal(middle)) && bench.surface().rect().contains(within);
+            if (!shows)
+                continue;
+            ++seen;
+            QVERIFY(!entry->state().offscreen);
+            QCOMPARE(list->childAt(middle.x(), middle.y()), entry);
+            QTest::mouseClick(&bench.surface(), Qt::LeftButton, {}, within);
+            QCOMPARE(clicked.size(), seen);
+            QCOMPARE(clicked.constLast().constFirst().toInt(), i);
+        }
+        QVERIFY(seen >= 3);
     }
 
     void aPressIsAClick()

@@ -24,6 +24,14 @@ STATES = {1: "active", 4: "checked", 8: "enabled", 7: "editable", 11: "focusable
           16: "modal", 23: "selected", 25: "showing", 30: "visible", 18: "multiline"}
 
 
+class TooMany(Exception):
+    """A tree without end, or one that is larger than any of the program's should be."""
+
+
+def is_silence(error):
+    return "Timeout" in error.message or "NoReply" in error.message
+
+
 class Reader:
     def __init__(self, address):
         self.bus = Gio.DBusConnection.new_for_address_sync(
@@ -76,18 +84,39 @@ class Reader:
                 "role": self.role(path),
                 "states": self.states(path), "actions": actions, "place": place}
 
+    def lists(self, parent, path):
+        """Whether what is above a path still tells of it."""
+        try:
+            return path in self.children(parent)
+        except GLib.Error:  # gone too
+            return False
+
+    def asked(self, path, parent, question):
+        """The answer of question() about a path; None when that has gone meanwhile. What does not answer though it is
+        there is a fault."""
+        try:
+            return question()
+        except GLib.Error as error:
+            if is_silence(error):
+                raise
+        try:
+            return question()
+        except GLib.Error as error:
+            if is_silence(error) or parent is None or self.lists(parent, path):
+                raise
+        return None
+
     def walk(self, top, above, visit):
-        """Calls visit(path, parent) for a path and all below it, parents first; below what it refuses, nothing."""
+        """Calls visit(path, parent) for a path and all below it, parents first. It answers what is below the path, or
+        None."""
         waiting = [(top, above)]
         count = 0
-        while waiting and count < MOST_NODES:
+        while waiting:
+            if count == MOST_NODES:
+                raise TooMany("more than %d things below %s" % (MOST_NODES, top))
             path, parent = waiting.pop()
-            try:
-                if visit(path, parent):
-                    waiting.extend((child, path) for child in reversed(self.children(path)))
-            except GLib.Error as error:  # it may go between the question and the answer
-                if "Timeout" in error.message or "NoReply" in error.message:
-                    raise
+            below = self.asked(path, parent, lambda: visit(path, parent))
+            waiting.extend((child, path) for child in reversed(below or []))
             count += 1
 
     def role(self, path):
@@ -99,11 +128,9 @@ class Reader:
             return None
         found = []
         for path in self.children(ROOT):
-            try:
-                if "visible" in self.states(path):
-                    found.append((path, self.value(path, A + "Accessible", "Name")))
-            except GLib.Error:  # it may go between the question and the answer
-                pass
+            name = self.asked(path, ROOT, lambda: "visible" in self.states(path) and
+                              [self.value(path, A + "Accessible", "Name")])
+            found += [(path, each) for each in name or []]
         return found
 
     def tree(self, top, hidden):
@@ -111,10 +138,11 @@ class Reader:
         nodes = [] if top == ROOT else [self.node(ROOT, None)]
 
         def visit(path, parent):
-            shows = hidden or path == ROOT or "visible" in self.states(path)
-            if shows:
-                nodes.append(self.node(path, parent))
-            return shows
+            if not hidden and path != ROOT and "visible" not in self.states(path):
+                return None
+            node, below = self.node(path, parent), self.children(path)
+            nodes.append(node)
+            return below
         self.walk(top, None if top == ROOT else ROOT, visit)
         return nodes
 
@@ -143,9 +171,10 @@ class Reader:
 
         def visit(path, _parent):
             states = self.states(path)
+            below = self.children(path) if path == ROOT or "visible" in states else None
             if "focused" in states:
                 holders.append(path)
-            return path == ROOT or "visible" in states
+            return below
         if self.use():
             self.walk(ROOT, None, visit)
         return self.chain(holders[-1]) if holders else []
@@ -190,8 +219,8 @@ def main():
         try:
             answer = requests[request](*arguments)
             print(json.dumps({"answer": answer}), flush=True)
-        except GLib.Error as error:
-            print(json.dumps({"error": error.message}), flush=True)
+        except (GLib.Error, TooMany) as error:
+            print(json.dumps({"error": str(error)}), flush=True)
 
 
 if __name__ == "__main__":

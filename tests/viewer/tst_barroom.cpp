@@ -20,6 +20,7 @@ class Changes
     {
         for (QScrollBar* bar : {field.verticalScrollBar(), field.horizontalScrollBar()}) {
             QObject::connect(bar, &QScrollBar::rangeChanged, &field, [this, &field] {
+                ++m_all;
                 if (++m_count == endless)
                     field.resize(400, 400);
             });
@@ -27,10 +28,13 @@ class Changes
     }
     bool isEndless() const { return m_count >= endless; }
     void forget() { m_count = 0; }
+    /// Also those that were forgotten.
+    int all() const { return m_all; }
 
   private:
     static constexpr int endless = 100;
     int m_count = 0;
+    int m_all = 0;
 };
 
 } // namespace
@@ -78,8 +82,35 @@ class TestBarRoom : public QObject
             }
         }
         field->setParent(bench.panel.get());
+        QVERIFY(changes.all() > 0); // or nothing was seen
         QVERIFY2(restless.isEmpty(),
                  qPrintable(QStringLiteral("%1: ").arg(restless.size()) + restless.mid(0, 10).join(u',')));
+    }
+
+    void goesByTheFontToo_data()
+    {
+        QTest::addColumn<bool>("isDescription");
+        QTest::newRow("the description's box") << true;
+        QTest::newRow("a box of facts") << false;
+    }
+
+    void goesByTheFontToo()
+    {
+        QFETCH(bool, isDescription);
+        const test::ScratchHome home;
+        test::PanelBench bench(home.path(QStringLiteral("pics/")));
+        auto* const field = bench.panel->findChild<QPlainTextEdit*>(
+            isDescription ? QStringLiteral("tDes") : QStringLiteral("tFileInfo"));
+        field->resize(60, 80);
+        const QFont small = field->font();
+        QCOMPARE(field->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+        QFont large = small;
+        large.setPixelSize(90); // no letter has room beside the bar
+        field->setFont(large);
+        QCOMPARE(field->size(), QSize(60, 80));
+        QCOMPARE(field->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+        field->setFont(small);
+        QCOMPARE(field->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
     }
 
     void isThereWhenTheTextNeedsIt()

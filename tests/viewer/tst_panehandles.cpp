@@ -207,6 +207,29 @@ class TestPaneHandles : public QObject, private PaneStage
         QVERIFY(iButton->isHidden());
     }
 
+    void theButtonBesideTheToolbarIsReachedByTab()
+    {
+        frmImageView& window = open();
+        sizeToolbar(window, {300, 40});
+        window.panes()->ab1()->show();
+        window.RunTool(QStringLiteral("miHideInterface"));
+        auto* const iButton = window.findChild<QAbstractButton*>(QStringLiteral("iButton"));
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        window.setFocus();
+        constexpr int mostStops = 20;
+        for (int i = 0; i < mostStops && !iButton->hasFocus(); ++i)
+            QTest::keyClick(window.windowHandle(), Qt::Key_Tab);
+        QVERIFY(iButton->hasFocus());
+        QTRY_VERIFY(!window.findChild<QTimer*>(QStringLiteral("tWait"))->isActive());
+        QTest::keyClick(window.windowHandle(), Qt::Key_Right);
+        QCOMPARE(window.lastTool(), QStringLiteral("miNext"));
+        QVERIFY(iButton->hasFocus());
+        QTest::keyClick(window.windowHandle(), Qt::Key_Space);
+        QVERIFY(iButton->isHidden());
+        QVERIFY(window.hasFocus());
+    }
+
     void aClickOnTheFilebarShowsTheList()
     {
         frmImageView& window = open();
