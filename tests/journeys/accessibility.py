@@ -43,8 +43,13 @@ VAGUE = {"filler", "unknown", "invalid", "layered pane", "frame", "window"}
 MENU_ROLES = {"popup menu", "menu", "menu item", "check menu item", "radio menu item"}
 ROOT = "/org/a11y/atspi/accessible/root"
 STAYS = 8  # seconds after which a focus that a key did not move is taken to stay; only a fault makes one wait as long
+MOVES = 2  # seconds after which a key that moved nothing in a list is taken to move nothing
 LOST = 5  # seconds after which a key that brought nothing is taken to be lost
 MOST_STOPS = 80
+# The keys that lead through the items of what has the focus, and back: the first that move anything are taken.
+WALKS = {"list": (("Down", "Up"), ("Up", "Down"), ("End", "Home"), ("Home", "End")),
+         "page tab list": (("Right", "Left"), ("Left", "Right")),
+         "tree": (("Down", "Up"), ("Up", "Down")), "table": (("Down", "Up"), ("Up", "Down"))}
 
 
 def is_of_a_list(node):
@@ -78,10 +83,16 @@ def is_unsaid(node):
 
 
 def is_reached(node, reached):
+    """With a holder of items its items are reached: items_walked() sees to it."""
     if node.path in reached:
         return True
     holder = WITHIN.get(node.role)
     return any(above.role == holder and above.path in reached for above in node.above())
+
+
+def items_of(holder):
+    """What can be chosen in a list, a tree, a table or a strip of tabs."""
+    return [node for node in holder.below() if WITHIN.get(node.role) == holder.role and "enabled" in node.states]
 
 
 def place_of(node):
@@ -237,13 +248,28 @@ class AccessibleJourney(Journey):
         self.assertGreater(len(rows), 2)
         self.faults += ["%s: %s has no fitting name or role" % (what, node) for node in rows
                         if node.role not in MENU_ROLES or not node.name.strip()]
+        on_show = self.rows_walked(what, menu)
+        within = next((node for node in on_show if node.children and "enabled" in node.states), None)
+        self.assertTrue(within, "no menu within " + what)
+        while self.focused() != within.path:
+            self.press_and_see("Down", self.focused())
+        first = self.brought(lambda: self.output("xdotool", "key", "Right"), lambda: self.ask("moved", within.path, LOST),
+                             within.name)
+        inner = self.tree(first[1], hidden=True)
+        self.assertGreater(len(self.rows_walked("%s: %s" % (what, within.name), inner)), 1)
+        self.output("xdotool", "key", "Left")
+        wait_until(lambda: self.focused() == within.path, "the way back to " + within.name)
+        return menu
+
+    def rows_walked(self, what, menu):
+        """The rows of a menu that show, through which the Down key leads from the one that has the focus."""
         on_show = {node.path: node for node in menu.children if "visible" in node.states and node.role != "separator"}
         reached = set()
         for _ in self.walk_by("Down", reached):
             pass
         self.faults += ["%s: %s is not reached by the keyboard" % (what, node) for path, node in on_show.items()
                         if path not in reached and "enabled" in node.states]
-        return menu
+        return list(on_show.values())
 
     # --- the way of the keys
 
@@ -288,10 +314,14 @@ class AccessibleJourney(Journey):
         if len(able) < 2:
             return {self.focused()}
         ways = {}
+        walked = set()
         for key in ("Tab", "shift+Tab"):
             reached = set()
             for stop in self.walk_by(key, reached):
                 node = kinds.get(stop)
+                if node and node.role in WALKS and stop not in walked:
+                    walked.add(stop)
+                    self.items_walked(what, node)
                 arrow = node and key == "Tab" and arrow_within(node)
                 if arrow:
                     group = {each.path for each in node.parent.children
@@ -302,6 +332,32 @@ class AccessibleJourney(Journey):
         forwards, backwards = ({place_of(kinds[path]) for path in way if path in kinds} for way in ways.values())
         self.faults += ["%s: %s is only reached one way" % (what, place) for place in forwards ^ backwards]
         return ways["Tab"]
+
+    def chosen(self, holder):
+        """The items of what has the focus that are chosen now, or where the keys are."""
+        now = self.tree(holder.path)
+        return frozenset(node.path for node in items_of(now) if {"selected", "focused"} & node.states) if now else frozenset()
+
+    def stepped(self, holder, key):
+        """Presses a key; whether another item is chosen then."""
+        before = self.chosen(holder)
+        self.output("xdotool", "key", key)
+        try:
+            return wait_until(lambda: self.chosen(holder) - before, "another item", MOVES)
+        except AssertionError:
+            return None
+
+    def items_walked(self, what, holder):
+        """The arrows lead from item to item of what has the focus, if it has two; they are left where they were."""
+        if len(items_of(holder)) < 2:
+            return
+        begins = self.chosen(holder)
+        for there, back in WALKS[holder.role]:
+            # Where none was chosen, the first step only chooses one.
+            if self.stepped(holder, there) and (begins or self.stepped(holder, there)):
+                self.assertTrue(self.stepped(holder, back), "no way back in %s" % holder)
+                return
+        self.faults.append("%s: no arrow leads through %s" % (what, holder))
 
     def check_keys(self, what, top, otherwise=()):
         """All that can be acted on below `top` is reached by the keys, or is a row of `otherwise`: (role, name, reason), the
@@ -319,7 +375,15 @@ class AccessibleJourney(Journey):
         self.faults += ["%s: the keys reach %s \"%s\" after all" % (what, row[0], row[1])
                         for row in otherwise if row not in needed]
 
-    def check(self, what, top, otherwise=()):
+    def check_holds(self, what, top, holds):
+        """`top` shows at least two things: (role, name), the name a pattern. Else nothing would have been looked at."""
+        self.assertGreater(len(holds), 1)
+        nodes = list(top.below())
+        self.faults += ["%s: there is no %s \"%s\"" % (what, role, name) for role, name in holds
+                        if not any(node.role == role and re.fullmatch(name, node.name) for node in nodes)]
+
+    def check(self, what, top, holds, otherwise=()):
+        self.check_holds(what, top, holds)
         self.check_names(what, top)
         self.check_keys(what, top, otherwise)
 
