@@ -12,54 +12,6 @@ using quorvia::test::FilmBench;
 
 namespace {
 
-/// Notes what a reader is told while it lives.
-class Listener
-{
-  public:
-    struct Told
-    {
-        QAccessible::Event what;
-        const QObject* about;
-        int child; ///< -1 for none
-    };
-
-    Listener() : m_before(QAccessible::installUpdateHandler(note))
-    {
-        told().clear();
-        QAccessible::setActive(true);
-    }
-    ~Listener()
-    {
-        QAccessible::setActive(false);
-        QAccessible::installUpdateHandler(m_before);
-    }
-    Q_DISABLE_COPY_MOVE(Listener)
-
-    /// The children that `what` about `strip` was told of.
-    static QList<int> children(QAccessible::Event what, const Filmstrip& strip)
-    {
-        QList<int> found;
-        for (const Told& each : std::as_const(told())) {
-            if (each.what == what && each.about == &strip)
-                found.append(each.child);
-        }
-        return found;
-    }
-
-  private:
-    static QList<Told>& told()
-    {
-        static QList<Told> heard; // the toolkit's handler is a plain function
-        return heard;
-    }
-    static void note(QAccessibleEvent* event)
-    {
-        told().append({event->type(), event->object(), event->child()});
-    }
-
-    QAccessible::UpdateHandler m_before;
-};
-
 QAccessibleInterface* access(Filmstrip& strip)
 {
     return QAccessible::queryAccessibleInterface(&strip);
@@ -92,27 +44,32 @@ class TestFilmstripAccess : public QObject
         QVERIFY(!QAccessible::accessibleInterface(id)); // with the picture that it stood for
     }
 
-    void anotherListIsToldOfOnce()
+    void anotherListHasOtherEntries()
     {
         Filmstrip strip;
         for (const char* file : {"/p/a.png", "/p/b.png", "/p/c.png"})
             strip.add(QLatin1String(file));
         QAccessibleInterface* const list = access(strip);
         const QAccessible::Id second = QAccessible::uniqueId(list->child(1));
-        const Listener listener;
         strip.Clear();
         for (const char* file : {"/q/x.png", "/q/y.png"})
             strip.add(QLatin1String(file));
-        QVERIFY(Listener::children(QAccessible::ObjectReorder, strip).isEmpty()); // there may be more
-        QTRY_COMPARE(Listener::children(QAccessible::ObjectReorder, strip), QList<int>{-1});
         QVERIFY(!QAccessible::accessibleInterface(second));
         QCOMPARE(list->childCount(), 2);
         QCOMPARE(list->child(1)->text(QAccessible::Name), QStringLiteral("y.png"));
         QVERIFY(!list->child(2));
-        QAccessible::setActive(false);
+    }
+
+    void aPressDoesNothingToAnotherList()
+    {
+        Filmstrip strip;
+        strip.add(QStringLiteral("/p/a.png"));
+        const QSignalSpy clicked(&strip, &Filmstrip::ImageClicked);
+        access(strip)->child(0)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         strip.Clear();
-        QTest::qWait(0);
-        QCOMPARE(Listener::children(QAccessible::ObjectReorder, strip).size(), 1);
+        strip.add(QStringLiteral("/q/a.png"));
+        QCoreApplication::processEvents();
+        QCOMPARE(clicked.size(), 0);
     }
 
     void manyEntriesKnowTheirPlaces()
@@ -132,7 +89,7 @@ class TestFilmstripAccess : public QObject
         QCOMPARE(list->indexOfChild(list), -1);
     }
 
-    void theKeysTellWhereTheyAre()
+    void theEntryWithTheKeysSaysSo()
     {
         const FilmBench bench;
         Filmstrip& strip = *bench.strip;
@@ -143,12 +100,8 @@ class TestFilmstripAccess : public QObject
         QCOMPARE(strip.currentIndex(), 0);
         QAccessibleInterface* const list = access(strip);
         QCOMPARE(list->focusChild(), list->child(0));
-        {
-            const Listener listener;
-            QTest::keyClick(&strip, Qt::Key_Right);
-            QTest::keyClick(&strip, Qt::Key_Right);
-            QCOMPARE(Listener::children(QAccessible::Focus, strip), (QList<int>{1, 2}));
-        }
+        QTest::keyClick(&strip, Qt::Key_Right);
+        QTest::keyClick(&strip, Qt::Key_Right);
         QCOMPARE(list->focusChild(), list->child(2));
         QVERIFY(list->child(2)->state().selected && list->child(2)->state().focused);
         QVERIFY(!list->child(1)->state().selected && !list->child(1)->state().focused);

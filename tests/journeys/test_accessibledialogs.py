@@ -18,31 +18,40 @@ class Dialogs(AccessibleJourney):
     def keys(self, *keys):
         return lambda: self.key(*keys)
 
-    def visit(self, what, how, otherwise=()):
+    def visit(self, what, how, holds, otherwise=()):
         top = self.opened(how, what)
-        self.check(what, top, otherwise)
+        self.check(what, top, holds, otherwise)
         self.closed(top)
         self.focus(self.viewer)
 
     def test_boxes(self):
-        for what, key in (("help", "F1"), ("shortcuts", "F2"), ("about", "F10"), ("engine", "F12")):
-            self.visit(what, self.keys(key))
+        asks = (("label", "You have requested to view .*"), ("push button", "Yes"), ("push button", "No"))
+        tells = (("label", "(?s).*Image Engine: .*"), ("push button", "OK"))
+        for what, key, holds in (("help", "F1", asks), ("shortcuts", "F2", asks), ("about", "F10", tells),
+                                 ("engine", "F12", tells)):
+            self.visit(what, self.keys(key), holds)
         self.no_faults()
 
     def test_files(self):
-        self.visit("rename", self.keys("ctrl+r"))
-        self.visit("open", self.keys("ctrl+o"))
-        self.visit("save", self.keys("ctrl+s"))
+        files = (("tree", "Files"), ("tree item", "b.png"), ("text", "File name:"), ("list", "Sidebar"))
+        self.visit("rename", self.keys("ctrl+r"), (("text", "Rename File to"), ("push button", "OK")))
+        self.visit("open", self.keys("ctrl+o"), files)
+        self.visit("save", self.keys("ctrl+s"), (*files, ("push button", "Save")))
         self.no_faults()
 
     def test_size(self):
-        self.visit("size", lambda: self.by_menu("r", "c"))
+        self.visit("size", lambda: self.by_menu("r", "c"), (
+            ("text", "Width"), ("text", "Height"), ("check box", "Constrain Aspects")))
         self.no_faults()
 
     def test_preferences(self):
         top = self.opened(lambda: self.by_menu("n"), "the preferences")
-        for page in ("first", "second", "third", "fourth"):
-            self.check("preferences, %s page" % page, self.shown(top.name))
+        for page, holds in (
+                ("General Settings", (("check box", "Load Previous Layout"), ("push button", "Background Color"))),
+                ("Fullscreen Settings", (("check box", "Enable Border"), ("push button", "Background Color"))),
+                ("JPEG Settings", (("scroll bar", "Luminance Quality"), ("check box", "Grayscale"))),
+                ("Advanced", (("check box", "Enable Beta Features"), ("push button", "Clear Thumbnails")))):
+            self.check("preferences, " + page, self.shown(top.name), (("page tab", page), *holds))
             self.key("ctrl+Tab")
         self.closed(top)
         self.no_faults()
@@ -53,11 +62,12 @@ class Dialogs(AccessibleJourney):
                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(self._end, owner)
         wait_until(lambda: self.output("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS"), "the offer")
-        self.visit("clipboard", self.keys("ctrl+v"), (("menu item", "View", "Alt and its letter open it"),))
+        self.visit("clipboard", self.keys("ctrl+v"), (("push button", "Paste Image >>"), ("push button", "Cancel")), (("menu item", "View", "Alt and its letter open it"),))
         self.no_faults()
 
     def test_playlist_editor(self):
-        self.visit("editor", lambda: self.by_menu("t", "p"))
+        self.visit("editor", lambda: self.by_menu("t", "p"), (
+            ("tree", "Folders"), ("list", "Images of the folder"), ("list item", "a.png"), ("combo box", "Auto Playlist")))
         self.no_faults()
 
 

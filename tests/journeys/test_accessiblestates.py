@@ -2,7 +2,7 @@
 
 import unittest
 
-from accessibility import AccessibleJourney
+from accessibility import AccessibleJourney, LOST
 from harness import RED, wait_until
 
 # What does what the buttons of the bar do: role, name, reason.
@@ -24,14 +24,14 @@ class States(AccessibleJourney):
     def test_full_screen(self):
         self.begin()
         top = self.opened(lambda: self.key("ctrl+f"), "full screen")
-        self.check("full screen", top)
+        self.check("full screen", top, (("frame", "Fullscreen"), ("image", "Picture")))
         self.output("xdotool", "mousemove", "600", "300")
 
         def barred():
             self.output("xdotool", "mousemove", "600", "20", "mousemove", "610", "20")
             now = self.tree(top.path)
             return now if any(node.name == "Fullscreen bar" for node in now.below()) else None
-        self.check("full screen with its bar", wait_until(barred, "the bar"), BAR)
+        self.check("full screen with its bar", wait_until(barred, "the bar"), tuple(row[:2] for row in BAR), BAR)
         self.key("p")
         self.check_names("slide show", self.tree(top.path))
         self.key("p")
@@ -43,11 +43,24 @@ class States(AccessibleJourney):
         self.make("convert", "-size", "400x300", "xc:red", "xc:lime", "xc:blue", document)
         self.begin(document)
         top = self.shown("Quorvia")
-        self.check("pages", top, PICTURE)
+        self.check("pages", top, (("push button", "Previous page"), ("push button", "Next page"), ("label", "1 of 3")), PICTURE)
         self.go_to(self.found(top, "push button", "Next page"))
         self.key("space")
         self.shows(self.viewer, (0, 255, 0))
         self.no_faults()
+
+    def test_menu_keys_in_the_panels(self):
+        self.begin()
+        self.key("f", "k")
+        top = self.shown("Quorvia")
+        for role, name in (("tree", "Folders"), ("push button", "Select Directory"), ("link", "View as Slideshow")):
+            for key in ("shift+F10", "Menu"):
+                self.go_to(self.found(top, role, name))
+                before = self.focused()
+                first = self.brought(lambda: self.key(key), lambda: self.ask("moved", before, LOST), "the menu")
+                self.assertEqual(self.tree(first[0]).name, "Open")
+                self.key("Escape")
+                wait_until(lambda: self.ask("focus")[-1] == top.path, "the end of the menu")
 
     def test_menus(self):
         self.begin()

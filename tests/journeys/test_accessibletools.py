@@ -12,7 +12,8 @@ class Printing(AccessibleJourney, PrintJourney):
     def test_window(self):
         self.start_viewer()
         self.summon(WINDOW)
-        self.check("print", self.shown(WINDOW))
+        self.check("print", self.shown(WINDOW), (
+            ("text", "Page Title"), ("radio button", "Landscape"), ("push button", "Print")))
         self.no_faults()
 
 
@@ -30,7 +31,7 @@ class Tools(AccessibleJourney):
         self.go_to(self.found(top, "list", "Pictures"))
         self.key("ctrl+a")
         preview = self.opened(lambda: self.by_menu("Down", "Down", "Right", "Down", "Return"), "the preview")
-        self.check("conversion", preview)
+        self.check("conversion", preview, (("label", "Preview:"), ("push button", "Yes to All")))
         self.no_faults()
 
     def test_second_page_of_the_editor(self):
@@ -40,7 +41,7 @@ class Tools(AccessibleJourney):
         self.key("alt+Down")
         self.key("End", "Up", "Return")
         page = wait_until(lambda: self.holding("push button", "Rename"), "the page of the names")
-        self.check("editor, second page", page)
+        self.check("editor, second page", page, (("list", "Playlists"), ("push button", "Create New")))
         self.no_faults()
 
     def holding(self, role, name):
@@ -61,17 +62,18 @@ class Tools(AccessibleJourney):
         self.slow_scanners()
         self.begin()
         top = self.opened(lambda: self.by_menu("t", "s"), "the scanners")
-        self.check("scanners", top)
+        self.check("scanners", top, (("list", "Sources"), ("list item", "Noname .*"), ("combo box", "300 dpi")))
         progress = self.opened(lambda: self.key("Return"), "the progress")
-        self.check("scan", progress)
+        self.check("scan", progress, (("progress bar", ".*"), ("push button", "Cancel")))
         box = self.opened(lambda: self.key("Escape"), "the box")
-        self.check("not scanned", box)
+        self.check("not scanned", box, (("label", "Either 'cancel' .*"), ("push button", "OK")))
         self.closed(box)
         self.no_faults()
 
     def test_tool_that_is_not_there(self):
         self.start("/miRunNomalux", wait=False)
-        self.check("not found", self.shown("Program Not Found"))
+        self.check("not found", self.shown("Program Not Found"), (
+            ("label", "Nomalux could not be found .*"), ("push button", "Yes"), ("push button", "No")))
         self.no_faults()
 
     def test_update(self):
@@ -87,7 +89,8 @@ class Tools(AccessibleJourney):
                 store.execute("INSERT OR REPLACE INTO settings (key, name, type, value) VALUES (?, 'AutoUpdate', 1, ?)",
                               ("Software\\Halvexa\\" + key, value))
         self.start("/miAutoUpdate", wait=False)
-        self.check("update", self.shown("Quorvia"))
+        self.check("update", self.shown("Quorvia"), (
+            ("label", "This application will .*"), ("push button", "OK"), ("push button", "Cancel")))
         self.no_faults()
 
 
