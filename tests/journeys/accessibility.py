@@ -50,6 +50,8 @@ MOST_STOPS = 80
 WALKS = {"list": (("Down", "Up"), ("Up", "Down"), ("End", "Home"), ("Home", "End")),
          "page tab list": (("Right", "Left"), ("Left", "Right")),
          "tree": (("Down", "Up"), ("Up", "Down")), "table": (("Down", "Up"), ("Up", "Down"))}
+# Not walked: role, name, reason.
+UNWALKED = (("list", "Sidebar", "of the toolkit's file dialog, which goes to the folder of the first item that a key chooses"),)
 
 
 def is_of_a_list(node):
@@ -350,13 +352,14 @@ class AccessibleJourney(Journey):
 
     def items_walked(self, what, holder):
         """The arrows lead from item to item of what has the focus, if it has two; they are left where they were."""
-        if len(items_of(holder)) < 2:
+        if len(items_of(holder)) < 2 or any((holder.role, holder.name) == row[:2] for row in UNWALKED):
             return
         begins = self.chosen(holder)
         for there, back in WALKS[holder.role]:
             # Where none was chosen, the first step only chooses one.
             if self.stepped(holder, there) and (begins or self.stepped(holder, there)):
-                self.assertTrue(self.stepped(holder, back), "no way back in %s" % holder)
+                # Where the arrows are the viewer's, it drops one that comes right behind another.
+                self.assertTrue(self.stepped(holder, back) or self.stepped(holder, back), "no way back in %s" % holder)
                 return
         self.faults.append("%s: no arrow leads through %s" % (what, holder))
 
@@ -381,7 +384,7 @@ class AccessibleJourney(Journey):
         self.assertGreater(len(holds), 1)
         nodes = list(top.below())
         self.faults += ["%s: there is no %s \"%s\"" % (what, role, name) for role, name in holds
-                        if not any(node.role == role and re.fullmatch(name, node.name) for node in nodes)]
+                        if not any(node.role == role and re.fullmatch(name, node.name, re.DOTALL) for node in nodes)]
 
     def check(self, what, top, holds, otherwise=()):
         self.check_holds(what, top, holds)
