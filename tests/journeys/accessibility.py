@@ -317,14 +317,10 @@ class AccessibleJourney(Journey):
         if len(able) < 2:
             return {self.focused()}
         ways = {}
-        walked = set()
         for key in ("Tab", "shift+Tab"):
             reached = set()
             for stop in self.walk_by(key, reached):
                 node = kinds.get(stop)
-                if node and node.role in WALKS and stop not in walked:
-                    walked.add(stop)
-                    self.items_walked(what, node)
                 arrow = node and key == "Tab" and arrow_within(node)
                 if arrow:
                     group = {each.path for each in node.parent.children
@@ -334,6 +330,9 @@ class AccessibleJourney(Journey):
             ways[key] = reached
         forwards, backwards = ({place_of(kinds[path]) for path in way if path in kinds} for way in ways.values())
         self.faults += ["%s: %s is only reached one way" % (what, place) for place in forwards ^ backwards]
+        for node in able:  # at last, as what is chosen may enable something
+            if node.role in WALKS and node.path in ways["Tab"]:
+                self.items_walked(what, node)
         return ways["Tab"]
 
     def chosen(self, holder):
@@ -354,6 +353,7 @@ class AccessibleJourney(Journey):
         """The arrows lead from item to item of what has the focus, if it has two; they are left where they were."""
         if len(items_of(holder)) < 2 or any((holder.role, holder.name) == row[:2] for row in UNWALKED):
             return
+        self.go_to(holder)
         begins = self.chosen(holder)
         for there, back in WALKS[holder.role]:
             # Where none was chosen, the first step only chooses one.

@@ -39,6 +39,7 @@ class Reader:
             None, None)
         self.name = None  # of the program
         self.told = []  # the paths that the program has said to have the keyboard since it was asked
+        self.has_told = False  # whether it has said anything so far: before it knows a listener it does not
         self.focused = []  # the last of them that has it, and the ones above it
         self.bus.signal_subscribe(None, A + "Event.Object", "StateChanged", None, "focused", Gio.DBusSignalFlags.NONE,
                                   self.hear)
@@ -46,6 +47,7 @@ class Reader:
                            GLib.Variant("(s)", (EVENT,)), None, Gio.DBusCallFlags.NONE, PATIENCE, None)
 
     def hear(self, _bus, _sender, path, _interface, _member, facts):
+        self.has_told = True
         if facts.unpack()[1] == 1:
             self.told.append(path)
 
@@ -200,6 +202,9 @@ class Reader:
             left = end - time.monotonic()
             if now and now[0] != before:
                 return now
+            if left <= 0 and not self.has_told:
+                self.focused = self.searched()
+                return self.focused if self.focused and self.focused[0] != before else None
             if left <= 0:
                 return None
             self.listen(left)
