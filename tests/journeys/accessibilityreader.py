@@ -16,6 +16,7 @@ REGISTRY = "org.a11y.atspi.Registry"
 ROOT = "/org/a11y/atspi/accessible/root"
 A = "org.a11y.atspi."
 PATIENCE = 5000  # milliseconds that an answer may take
+SILENCE = 0.5  # seconds
 MOST_NODES = 3000
 MOST_LEVELS = 40
 EVENT = "object:state-changed:focused"
@@ -43,8 +44,11 @@ class Reader:
         self.focused = []  # the last of them that has it, and the ones above it
         self.bus.signal_subscribe(None, A + "Event.Object", "StateChanged", None, "focused", Gio.DBusSignalFlags.NONE,
                                   self.hear)
-        self.bus.call_sync(REGISTRY, "/org/a11y/atspi/registry", REGISTRY, "RegisterEvent",
-                           GLib.Variant("(s)", (EVENT,)), None, Gio.DBusCallFlags.NONE, PATIENCE, None)
+        self.register()
+
+    def register(self):
+        """Has the programs told that somebody listens."""
+        self.call(REGISTRY, "/org/a11y/atspi/registry", REGISTRY, "RegisterEvent", GLib.Variant("(s)", (EVENT,)))
 
     def hear(self, _bus, _sender, path, _interface, _member, facts):
         self.has_told = True
@@ -202,12 +206,12 @@ class Reader:
             left = end - time.monotonic()
             if now and now[0] != before:
                 return now
-            if left <= 0 and not self.has_told:
-                self.focused = self.searched()
-                return self.focused if self.focused and self.focused[0] != before else None
             if left <= 0:
                 return None
-            self.listen(left)
+            self.listen(left if self.has_told else min(left, SILENCE))
+            if not self.has_told:  # it may have come up while the first word to it was on its way
+                self.register()
+                self.focused = self.searched() or self.focused
 
     def act(self, path, action):
         self.use()
