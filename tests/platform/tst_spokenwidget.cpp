@@ -39,8 +39,11 @@ QAccessible::Role askedForAll(QAccessible::Id id)
     asked->state();
     for (int index = 0; index < asked->childCount(); ++index)
         asked->indexOfChild(asked->child(index));
-    asked->actionInterface()->actionNames();
-    asked->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QAccessibleActionInterface* const actions = asked->actionInterface();
+    if (!actions)
+        return QAccessible::NoRole;
+    actions->actionNames();
+    actions->doAction(QAccessibleActionInterface::pressAction());
     return asked->role();
 }
 
