@@ -33,7 +33,7 @@ class Stores(Journey):
         program = self.start(self.picture("red.png", "red"), wait=False)
         self.window("Fatial Error")
         self.key("Return")
-        self.ended(program)
+        self.ended(program, 1)
         self.assertFalse(any("Form_Load" in line for line in self.log_lines()))
         self.assertFalse(self.root.exists())
 
