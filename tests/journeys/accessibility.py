@@ -9,22 +9,12 @@ import re
 import shutil
 import subprocess
 
+import messagebus
 from harness import Journey, wait_until
 
 LAUNCHERS = ("/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi2-core/at-spi-bus-launcher")
 SYSTEM_PYTHON = "/usr/bin/python3"  # the one that the packages of the bindings are for
 READER = pathlib.Path(__file__).with_name("accessibilityreader.py")
-BUS = """<busconfig>
-  <type>session</type>
-  <listen>unix:path={home}/run/session</listen>
-  <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-  </policy>
-</busconfig>
-"""
 
 
 def tool(places):
@@ -149,7 +139,7 @@ class AccessibleJourney(Journey):
     def setUp(self):
         super().setUp()
         self.faults = []
-        (self.home / "bus.conf").write_text(BUS.format(home=self.home))
+        (self.home / "bus.conf").write_text(messagebus.CONFIGURATION.format(socket=self.home / "run" / "session"))
         bus = subprocess.Popen(
             [shutil.which("dbus-daemon"), "--config-file=%s" % (self.home / "bus.conf"), "--nofork", "--print-address"],
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)

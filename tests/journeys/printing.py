@@ -18,6 +18,8 @@ import sys
 import tempfile
 import time
 
+import messagebus
+
 PATIENCE = 20.0  # seconds that the server may take to start
 
 # What the server runs to print: keeps the document and what came with it, complete once the name is there.
@@ -35,19 +37,6 @@ to="{prints}/$IPP_JOB_ID"
 cp -- "$1" "$to.part" || exit 1
 env | grep '^IPP_' > "$to.txt"
 mv "$to.part" "$to.pdf"
-"""
-
-# The printer wants a message bus, even when it is told to announce nothing there.
-BUS = """<busconfig>
-  <type>session</type>
-  <listen>unix:path={home}/bus</listen>
-  <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_destination="*"/>
-    <allow receive_sender="*"/>
-  </policy>
-</busconfig>
 """
 
 # A printer that takes PDF, prints grey unless told otherwise and has two papers.
@@ -303,7 +292,8 @@ class IppPrinter(Furnished):
     def _furnish(self):
         for name in ("prints", "spool"):
             (self.home / name).mkdir()
-        (self.home / "bus.conf").write_text(BUS.format(home=self.home))
+        # The printer wants a bus, even when it is told to announce nothing there.
+        (self.home / "bus.conf").write_text(messagebus.CONFIGURATION.format(socket=self.home / "bus"))
         command = self.home / "command"
         command.write_text(COMMAND.format(prints=self.prints))
         command.chmod(0o700)
