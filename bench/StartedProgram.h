@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 
 namespace quorvia::bench {
 
@@ -18,6 +20,10 @@ class StartedProgram
             setpgid(0, 0);
             execvp(words[0], words);
             _exit(127);
+        }
+        if (m_process < 0) {
+            std::perror("fork");
+            std::exit(2); // could not measure
         }
         setpgid(m_process, m_process); // whoever comes first
     }

@@ -226,10 +226,12 @@ def show(options, viewers, cases):
             process.wait()
 
 
-def version_of(package):
-    done = subprocess.run(['dpkg-query', '-W', '-f', '${Version}', package], stdout=subprocess.PIPE,
+def version_of(viewer):
+    if viewer.name == OURS:
+        return 'built here'
+    done = subprocess.run(['dpkg-query', '-W', '-f', '${Version}', viewer.entry['package']], stdout=subprocess.PIPE,
                           stderr=subprocess.DEVNULL, text=True, check=False)
-    return done.stdout or 'built here'
+    return done.stdout or 'of unknown version'
 
 
 def main():
@@ -280,7 +282,7 @@ def main():
     print(f'{time.strftime("%Y-%m-%d %H:%M")}, {os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}, '
           f'Linux {platform.release()}, {options.runs} rounds. '
           'Median (least to most), **in bold** how many times ours.')
-    print('\n' + ', '.join(f'{viewer.name} {version_of(viewer.entry.get("package", OURS))}' for viewer in viewers) + '.')
+    print('\n' + ', '.join(f'{viewer.name} {version_of(viewer)}' for viewer in viewers) + '.')
     print_tables(results, viewers, cases)
     print('\n### Where another one is better (theirs / ours)\n')
     print('\n'.join(behind(results, viewers, cases)) or 'Nowhere.')

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sourced by run and check: what a fresh machine needs, and the builds. Says what it does, and nothing when all is there.
+# Sourced by run, check and the scripts of tools and bench: what a fresh machine needs, and the builds. Says what it does, and nothing when all is there.
 
 # ensure_packages FILE...: installs what is missing of the packages named in the files. "a | b" is one or the other.
 ensure_packages() {
@@ -54,6 +54,15 @@ first_known() {
         fi
     done
     echo "${names[0]}"
+}
+
+# build_bench ROOT TARGET...: builds programs of bench in the release build.
+build_bench() {
+    local root=$1
+    shift
+    mkdir -p "$root/build"
+    (cd "$root" && cmake --preset release -DQUORVIA_BENCH=ON >/dev/null)
+    ninja -C "$root/build/release" --quiet "$@"
 }
 
 # build_preset ROOT PRESET TARGET...: configures and builds without noise; the configuration's output shows only when

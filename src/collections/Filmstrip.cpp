@@ -250,10 +250,15 @@ void Filmstrip::lookAtPixels()
 }
 
 /// The column at the left edge, 0-based.
+int Filmstrip::firstPaintedColumn() const
+{
+    return std::max(m_pump.FirstIndex - 1, 0) / m_rows;
+}
+
 int Filmstrip::firstColumn() const
 {
     if (!isWhole())
-        return std::max(m_pump.FirstIndex - 1, 0) / m_rows;
+        return firstPaintedColumn();
     return m_cell.width() > 0 ? -m_drag.left / m_cell.width() : 0;
 }
 

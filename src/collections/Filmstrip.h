@@ -55,8 +55,10 @@ class Filmstrip : public QWidget
     void SetNumberOfRows(int rows);
     /// The position that the keys lead from; -1 before they came.
     int currentIndex() const { return m_current; }
-    /// Where the cell of `index` lies on the control, in pixels, were it as large as it takes.
+    /// Where the cell of `index` lies on the control, in pixels; outside of it when it is scrolled away.
     QRect cellRect(int index) const;
+    /// The position of the image at `point` of the control, in pixels; -1 where none lies.
+    int indexAt(QPoint point) const;
     /// Does what a click on the image `index` does.
     void choose(int index);
     /// The selected positions, each with a ";" behind it.
@@ -112,6 +114,8 @@ class Filmstrip : public QWidget
     void lookAtPixels();
     void drawFrom(int column);
     int firstColumn() const;
+    int firstPaintedColumn() const;
+    CellPlace paintedPlace(int index) const;
     void showFirstColumn(int column);
     void beginPass();
     void paintNext();

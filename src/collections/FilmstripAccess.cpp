@@ -2,6 +2,7 @@
 
 #include "app/mFile.h"
 #include "collections/Filmstrip.h"
+#include "platform/AccessFactory.h"
 #include "platform/SpokenItems.h"
 
 #include <QTimer>
@@ -60,12 +61,7 @@ class StripItems : public platform::SpokenItems
 
     QAccessibleInterface* childAt(int x, int y) const override
     {
-        const QPoint at = m_strip->mapFromGlobal(QPoint(x, y));
-        for (int index = 0; index < childCount(); ++index) {
-            if (m_strip->cellRect(index).contains(at))
-                return child(index);
-        }
-        return nullptr;
+        return child(m_strip->indexAt(m_strip->mapFromGlobal(QPoint(x, y))));
     }
 
     QAccessibleInterface* focusChild() const override
@@ -80,17 +76,11 @@ class StripItems : public platform::SpokenItems
     Filmstrip* m_strip;
 };
 
-QAccessibleInterface* makeItems(const QString&, QObject* object)
-{
-    auto* const strip = qobject_cast<Filmstrip*>(object);
-    return strip ? new StripItems(strip) : nullptr;
-}
-
 } // namespace
 
 void announceFilmstrips()
 {
-    QAccessible::installFactory(makeItems); // knows the ones that it has
+    QAccessible::installFactory(platform::accessOf<Filmstrip, StripItems>);
 }
 
 } // namespace quorvia::collections

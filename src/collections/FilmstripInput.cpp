@@ -241,14 +241,23 @@ void Filmstrip::choose(int index)
     Q_EMIT ImageClicked(index, leftButton, app::NoModifier);
 }
 
-QRect Filmstrip::cellRect(int index) const
+/// The place of an image on what is painted.
+CellPlace Filmstrip::paintedPlace(int index) const
 {
     const CellPlace place = placeOf(index, m_rows);
-    const int column = place.column - std::max(m_pump.FirstIndex - 1, 0) / m_rows;
-    const QRect twips(QPoint(column * m_cell.width(), place.row * m_cell.height()), m_cell);
-    return QRect(QPoint(app::toPixels(twips.x()), app::toPixels(twips.y())),
-                 QSize(app::toPixels(twips.width()), app::toPixels(twips.height())))
-        .translated(m_pImages->pos());
+    return {place.column - firstPaintedColumn(), place.row};
+}
+
+QRect Filmstrip::cellRect(int index) const
+{
+    return m_pImages->cellRect(paintedPlace(index)).translated(m_pImages->pos());
+}
+
+int Filmstrip::indexAt(QPoint point) const
+{
+    if (!m_pImages->geometry().contains(point))
+        return -1;
+    return hit(QPointF(m_pImages->mapFromParent(point)) * app::twipsPerPixel).value_or(-1);
 }
 
 /// Scrolls no further than it takes to see the cell.
@@ -267,7 +276,7 @@ void Filmstrip::showCurrent()
             m_sBar->SetValue((right + scrollUnit - 1) / scrollUnit);
         return;
     }
-    const int first = std::max(m_pump.FirstIndex - 1, 0) / m_rows;
+    const int first = firstPaintedColumn();
     const int seen = std::max(width / std::max(m_cell.width(), 1), 1);
     if (column < first || column >= first + seen)
         m_sBar->SetValue(column < first ? column : column - seen + 1);
@@ -277,8 +286,7 @@ void Filmstrip::frameCurrent()
 {
     if (!hasFocus() || m_current < 0 || m_current >= count())
         return m_pImages->frame(std::nullopt);
-    const CellPlace place = placeOf(m_current, m_rows);
-    m_pImages->frame(CellPlace{place.column - std::max(m_pump.FirstIndex - 1, 0) / m_rows, place.row});
+    m_pImages->frame(paintedPlace(m_current));
 }
 
 } // namespace quorvia::collections

@@ -27,6 +27,9 @@ class StripSurface : public QWidget
     void put(CellPlace place, const QImage& cell);
     /// The size in device pixels of a cell at `place` on a screen of device pixel ratio `ratio`.
     QSize pixelsAt(CellPlace place, double ratio) const;
+    /// Where the cell at `place` is painted, in pixels of the widget; of a place outside of the grid, where
+    /// it would be.
+    QRect cellRect(CellPlace place) const { return deviceRect(place, 1); }
     /// Draws the frame of the keyboard's focus around the cell at `place`, or none.
     void frame(std::optional<CellPlace> place);
 

@@ -1,10 +1,9 @@
 #include "collections/frmImageViewPlaylist.h"
 
-#include "app/KeyCodes.h"
+#include "app/BandKeys.h"
 #include "app/MainWindow.h"
 #include "collections/Playlist.h"
 #include "collections/PlaylistFolder.h"
-#include "platform/MenuKeys.h"
 #include "platform/Shell.h"
 #include "platform/SpokenWidget.h"
 
@@ -113,11 +112,7 @@ void frmImageViewPlaylist::resizeEvent(QResizeEvent*)
 
 void frmImageViewPlaylist::keyPressEvent(QKeyEvent* event)
 {
-    if (platform::isMenuKey(*event))
-        return platform::askForMenu(*window());
-    // Taken here for good: the main window would get it a second time as one of its own.
-    if (const int code = app::virtualKeyCode(event->key(), event->nativeScanCode()); code != 0)
-        m_main.GlobalKeyPress(code, app::modifierMask(event->modifiers()));
+    app::takeBandKey(*this, *event, m_main);
 }
 
 } // namespace quorvia::collections

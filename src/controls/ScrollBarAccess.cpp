@@ -1,6 +1,7 @@
 #include "controls/ScrollBarAccess.h"
 
 #include "controls/ScrollBar.h"
+#include "platform/AccessFactory.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -42,17 +43,11 @@ class ScrollBarAccess : public QAccessibleWidget, public QAccessibleValueInterfa
     ScrollBar* m_bar;
 };
 
-QAccessibleInterface* makeAccess(const QString&, QObject* object)
-{
-    auto* const bar = qobject_cast<ScrollBar*>(object);
-    return bar ? new ScrollBarAccess(bar) : nullptr;
-}
-
 } // namespace
 
 void announceScrollBars()
 {
-    QAccessible::installFactory(makeAccess); // knows the ones that it has
+    QAccessible::installFactory(platform::accessOf<ScrollBar, ScrollBarAccess>);
 }
 
 } // namespace quorvia::controls

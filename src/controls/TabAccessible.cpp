@@ -1,6 +1,7 @@
 #include "controls/TabAccessible.h"
 
 #include "controls/TabSurface.h"
+#include "platform/AccessFactory.h"
 #include "platform/SpokenItems.h"
 
 namespace quorvia::controls {
@@ -81,17 +82,11 @@ class TabItems : public platform::SpokenItems
     TabSurface* m_surface;
 };
 
-QAccessibleInterface* makeTabItems(const QString&, QObject* object)
-{
-    auto* const surface = qobject_cast<TabSurface*>(object);
-    return surface ? new TabItems(surface) : nullptr;
-}
-
 } // namespace
 
 void installTabAccessibility()
 {
-    QAccessible::installFactory(makeTabItems); // knows the ones that it has
+    QAccessible::installFactory(platform::accessOf<TabSurface, TabItems>);
 }
 
 } // namespace quorvia::controls

@@ -57,7 +57,7 @@ constexpr std::array keys = {
     FullScreenKey{code::down, FullScreenAction::Next, nextText},
     FullScreenKey{code::left, FullScreenAction::PressPrevious, previousText},
     FullScreenKey{code::up, FullScreenAction::Previous, previousText},
-    FullScreenKey{code::space, FullScreenAction::Random, "go to any image of the list"},
+    FullScreenKey{code::space, FullScreenAction::Random, "go to an image by chance"},
     FullScreenKey{'P', FullScreenAction::SlideShow, "start or stop the slide show"},
     FullScreenKey{'S', FullScreenAction::Mode, "change between actual size, best fit and stretched"},
     FullScreenKey{'T', FullScreenAction::Caption, "show or hide the name of the image"},

@@ -1,11 +1,10 @@
 #include "output/frmImageEXIF.h"
 
+#include "app/BandKeys.h"
 #include "app/Colors.h"
-#include "app/KeyCodes.h"
 #include "app/MainWindow.h"
 #include "app/mFile.h"
 #include "platform/FileStatus.h"
-#include "platform/MenuKeys.h"
 
 #include <QEvent>
 #include <QKeyEvent>
@@ -91,11 +90,7 @@ void frmImageEXIF::changeEvent(QEvent* event)
 
 void frmImageEXIF::keyPressEvent(QKeyEvent* event)
 {
-    if (platform::isMenuKey(*event))
-        return platform::askForMenu(*window());
-    // Taken here for good: the main window would get it a second time as one of its own.
-    if (const int code = app::virtualKeyCode(event->key(), event->nativeScanCode()); code != 0)
-        m_main.GlobalKeyPress(code, app::modifierMask(event->modifiers()));
+    app::takeBandKey(*this, *event, m_main);
 }
 
 } // namespace quorvia::output

@@ -1,6 +1,5 @@
 #include "platform/Icons.h"
 
-#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>

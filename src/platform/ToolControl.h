@@ -33,7 +33,7 @@ class ToolControl : public QWidget
     /// The version of the control, as in "1.0.000".
     static QString version();
 
-    /// Width and height in twips. What is set is also what `fitInto` comes back to.
+    /// Sets the width or the height, in twips; `fitInto` comes back to it.
     void setWidthInTwips(int twips);
     void setHeightInTwips(int twips);
     /// Takes the width that was set, or `pixels` when that is less.

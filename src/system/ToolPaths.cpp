@@ -21,8 +21,8 @@ QString GetToolPath(const QString& tool, bool shortForm)
 {
     using namespace app::common;
     const auto found = [&tool]() -> QString {
-        for (const app::CommonSubkey& subkey :
-             {ProgramPaths, ProgramAssoPaths, ProgramShortPaths, ResourcePaths, ComponentPaths}) {
+        for (const app::CommonSubkey& subkey : {ProgramPaths, ProgramAssoPaths, ProgramShortPaths,
+                                                ProgramAssoPaths, ResourcePaths, ComponentPaths}) {
             if (QString path = app::readOfTool(subkey, tool); app::FileExists(path))
                 return path;
         }

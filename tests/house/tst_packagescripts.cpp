@@ -178,6 +178,20 @@ class TestPackageScripts : public QObject
         QVERIFY(QDir(m_folder->path()).exists());
     }
 
+    /// Users may put what they like into the store.
+    void noCommandOfTheStoreIsRun()
+    {
+        const QString made = m_folder->filePath("made");
+        QProcess maker;
+        maker.start("sqlite3", {store(), "CREATE TABLE stand_in (key, name); CREATE VIEW settings AS SELECT "
+                                         "edit('', 'touch " +
+                                             made + "') AS key, '' AS name;"});
+        QVERIFY(maker.waitForFinished() && maker.exitCode() == 0);
+        QCOMPARE(run("postrm", "purge").code, 0);
+        QVERIFY(!QFile::exists(made));
+        QVERIFY(QFile::exists(store()));
+    }
+
     void whatCannotBeLookedIntoStays_data()
     {
         QTest::addColumn<QByteArray>("content");

@@ -35,6 +35,14 @@ class MenuControlBench : public QWidget
         QVERIFY(QTest::qWaitForWindowExposed(this));
     }
 
+    /// Opens the window with the list floating beside it.
+    void openFloating()
+    {
+        open();
+        list->setVisible(true);
+        list->setDockingArea(dockingArea::floating);
+    }
+
     QDockWidget* dockOf(const Band* band) const { return control->findChild<QDockWidget*>(band->name()); }
     QAbstractButton* button(const Band* band, const char* name) const
     {

@@ -208,9 +208,7 @@ void TestFloatingBands::closedByItsButton()
 void TestFloatingBands::closedByTheWindowManager()
 {
     MenuControlBench bench;
-    bench.open();
-    bench.list->setVisible(true);
-    bench.list->setDockingArea(dockingArea::floating);
+    bench.openFloating();
     const QRect place = bench.floatingRect(bench.list);
     const QSignalSpy shown(bench.list, &Band::visibilityChanged);
     bench.dockOf(bench.list)->close();
@@ -243,9 +241,7 @@ void TestFloatingBands::closedWithTheMainWindow()
         }
     };
     ClosingBench bench;
-    bench.open();
-    bench.list->setVisible(true);
-    bench.list->setDockingArea(dockingArea::floating);
+    bench.openFloating();
     const BandState before = bench.list->state();
     bench.close();
     QCOMPARE(bench.saved, before);
@@ -257,9 +253,7 @@ void TestFloatingBands::closedWithTheMainWindow()
 void TestFloatingBands::closedJustBeforeTheMainWindow()
 {
     MenuControlBench bench;
-    bench.open();
-    bench.list->setVisible(true);
-    bench.list->setDockingArea(dockingArea::floating);
+    bench.openFloating();
     bench.dockOf(bench.list)->close(); // a session that ends closes windows in any order
     bench.close();
     QCoreApplication::processEvents();
@@ -270,9 +264,7 @@ void TestFloatingBands::closedJustBeforeTheMainWindow()
 void TestFloatingBands::hiddenWithTheMainWindow()
 {
     MenuControlBench bench;
-    bench.open();
-    bench.list->setVisible(true);
-    bench.list->setDockingArea(dockingArea::floating);
+    bench.openFloating();
     bench.setFloatingRect(bench.list, {300, 200, 320, 240});
     const QSignalSpy shown(bench.list, &Band::visibilityChanged);
     bench.dockOf(bench.list)->move(310, 210);

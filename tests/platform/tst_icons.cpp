@@ -1,6 +1,7 @@
 // The drawings: that all are there, that each can be seen and told from the others, and that they take the
 // colour that they are asked for.
 #include "platform/Contrast.h"
+#include "platform/DrawnPixels.h"
 #include "platform/Icons.h"
 #include "platform/ToolLook.h"
 
@@ -12,6 +13,7 @@
 #include <QTest>
 
 using namespace quorvia::platform;
+using quorvia::test::drawnPixels;
 
 /// The resources of a static library have to be asked for, and that outside of every namespace.
 static void registerIcons()
@@ -46,17 +48,6 @@ const QStringList others =
 QImage imageOf(const QString& name, int side, const QColor& color = Qt::black)
 {
     return drawing(name, side, color).toImage().convertToFormat(QImage::Format_ARGB32);
-}
-
-/// How many pixels are covered at least by half.
-int drawnPixels(const QImage& image)
-{
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += qAlpha(image.pixel(x, y)) >= 128;
-    }
-    return count;
 }
 
 /// The mean contrast with the ground of the pixels that are covered at least by half.

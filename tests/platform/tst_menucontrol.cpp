@@ -426,9 +426,7 @@ void TestMenuControl::bandsGoWithTheControl()
     QPointer<QWidget> floatingDock;
     {
         MenuControlBench bench;
-        bench.open();
-        bench.list->setVisible(true);
-        bench.list->setDockingArea(dockingArea::floating);
+        bench.openFloating();
         bench.info->setVisible(true);
         client = bench.listClient;
         floatingDock = bench.dockOf(bench.list);

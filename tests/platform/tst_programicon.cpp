@@ -1,23 +1,20 @@
 // The program's own icon: that it is there in each size, that it can be told from light and dark grounds, and
 // that the sizes which a package carries are those of the drawing.
 #include "platform/Contrast.h"
+#include "platform/DrawnPixels.h"
 #include "platform/ProgramIcon.h"
 
 #include <QTest>
 
 using namespace quorvia::platform;
+using quorvia::test::drawnPixels;
 
 namespace {
 
 /// How many pixels are covered at least by half, of a hundred.
 int coveredPercent(const QImage& image)
 {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += qAlpha(image.pixel(x, y)) >= 128;
-    }
-    return count * 100 / (image.width() * image.height());
+    return drawnPixels(image) * 100 / (image.width() * image.height());
 }
 
 } // namespace

@@ -164,6 +164,22 @@ class TestShell : public QObject
                                                           "a b", "", "*", "$HOME", "-x", "é"}));
     }
 
+    /// Nothing waits for the end of what was started.
+    void doesNotWait()
+    {
+        const QString go = m_home.path("go");
+        const QString told = m_home.path("told");
+        const QString program =
+            m_home.write("bin/waits", ("#!/bin/sh\nfor each in $(seq 600); do [ -e '" + go +
+                                       "' ] && break; sleep 0.1; done\n: > '" + told + "'\n")
+                                          .toLocal8Bit());
+        QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
+        QCOMPARE(startProgram(program, {}, QString()), ShellCode::Ok);
+        QVERIFY(!QFile::exists(told)); // it waits for us
+        m_home.write("go", "");
+        QTRY_VERIFY(QFile::exists(told));
+    }
+
     void startsInThePresentDirectory()
     {
         const QString program = m_desktop.makeProgram("here");

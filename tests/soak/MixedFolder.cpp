@@ -4,6 +4,7 @@
 #include "engine/corpus/WpgMaker.h"
 #include "engine/fixtures/Mutator.h"
 #include "engine/fixtures/SoftimageMaker.h"
+#include "support/FileContent.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -23,12 +24,6 @@ bool write(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// The formats that ImageMagick writes for us.

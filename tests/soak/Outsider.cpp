@@ -1,5 +1,7 @@
 #include "Outsider.h"
 
+#include "support/FileContent.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -10,12 +12,6 @@ namespace quorvia::test {
 namespace {
 
 constexpr int fewFiles = 60; ///< below that some are fetched from the trash
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 

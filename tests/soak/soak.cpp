@@ -174,13 +174,16 @@ void printFigures(const QList<JournalLine>& lines, const MemoryFigures& memory, 
 }
 
 /// What must hold, be it long or short.
-QStringList faultsOf(const SoakPlan& plan, const SoakPlaces& places, const QList<JournalLine>& lines,
-                     const MemoryFigures& memory)
+QStringList faultsOf(const SoakPlan& plan, const SoakPlaces& places, int originals,
+                     const QList<JournalLine>& lines, const MemoryFigures& memory)
 {
     QStringList faults = floorFaults(lines, plan.inputs);
     if (plan.inputs >= fullRun)
         faults += commandFaults(lines);
-    const QStringList lost = Originals::load(places.originals()).lost(places.kept());
+    const Originals known = Originals::load(places.originals()); // from a home in which chance deletes
+    if (known.count() != originals)
+        faults.append(QStringLiteral("the list of originals is not whole"));
+    const QStringList lost = known.lost(places.kept());
     for (const QString& each : lost)
         faults.append(QStringLiteral("lost: ") + each);
     MemoryBounds may = bounds;
@@ -207,7 +210,7 @@ QString confine(const SoakPlaces& places, QStringList outside)
 }
 
 /// The confined part: everything but the home, which cannot be removed from within.
-int runConfined(const SoakPlan& plan, const SoakPlaces& places, const QStringList& outside)
+int runConfined(const SoakPlan& plan, const SoakPlaces& places, int originals, const QStringList& outside)
 {
     QElapsedTimer clock;
     clock.start();
@@ -222,7 +225,7 @@ int runConfined(const SoakPlan& plan, const SoakPlaces& places, const QStringLis
     const QList<JournalLine> lines = Journal::read(places.journal());
     const MemoryFigures memory = memoryFigures(lines, lastStep(lines), plan.from);
     printFigures(lines, memory, clock.elapsed());
-    faults += faultsOf(plan, places, lines, memory);
+    faults += faultsOf(plan, places, originals, lines, memory);
     for (const QString& fault : std::as_const(faults))
         print(QStringLiteral("FAULT ") + fault);
     return faults.isEmpty() ? 0 : 1;
@@ -245,7 +248,7 @@ int lead(const SoakPlan& plan, const QString& journal)
     print(QStringLiteral("originals: %1").arg(originals));
     const pid_t child = ::fork();
     if (child == 0) {
-        const int code = runConfined(plan, places, outside);
+        const int code = runConfined(plan, places, originals, outside);
         std::fflush(stdout);
         ::_exit(code);
     }

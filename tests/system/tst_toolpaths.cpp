@@ -1,4 +1,5 @@
 // Where the other tools of the family are looked for, and in which order.
+#include "app/mFile.h"
 #include "app/mWindowsAPI.h"
 #include "app/Settings.h"
 #include "app/SettingsHome.h"
@@ -44,7 +45,7 @@ class TestToolPaths : public QObject
         const QString program = m_home->write(QStringLiteral("postrel"), "#!");
         QVERIFY(app::RegWriteValue(app::Root::LocalMachine, key, name, program));
         QCOMPARE(system::GetToolPath(postrel(), false), program);
-        QVERIFY(!system::GetToolPath(postrel(), true).isEmpty());
+        QCOMPARE(system::GetToolPath(postrel(), true), app::GetShortPath(program));
         QVERIFY(app::RegWriteValue(app::Root::LocalMachine, key, name, program + QStringLiteral(".gone")));
         QCOMPARE(system::GetToolPath(postrel(), false), QString());
         QCOMPARE(system::GetToolPath(postrel(), true), QString());

@@ -2,6 +2,9 @@
 #include "app/Settings.h"
 #include "app/SettingsHome.h"
 #include "platform/Dialogs.h"
+#include "platform/SettingsStore.h"
+#include "platform/Shell.h"
+#include "support/FileContent.h"
 #include "system/UpdateCheck.h"
 
 #include <QTest>
@@ -49,6 +52,29 @@ class TestUpdateCheck : public QObject
         m_code = platform::ShellCode::Ok;
     }
     void cleanup() { m_home.reset(); }
+
+    /// The updater is a program of its own, which writes while ours has the store open.
+    void anUpdaterTellsOfALaterVersion()
+    {
+        QCOMPARE(app::read(setting::LatestVersion), QStringLiteral("0.0.0"));
+        const QString told = m_home->path(QStringLiteral("told"));
+        const QByteArray script =
+            "#!/bin/sh\nsqlite3 -cmd '.timeout 5000' '" + platform::userStorePath().toLocal8Bit() +
+            "' \"INSERT OR REPLACE INTO settings (key, name, type, value) VALUES "
+            "('Software\\\\Halvexa\\\\Quorvia\\\\Settings', 'Latest Version', 1, '2.0.1')\"\n"
+            "printf '%s\\n' \"$@\" > '" +
+            told.toLocal8Bit() + "'\n";
+        m_home->write(QStringLiteral("bin/updater"), script);
+        QVERIFY(QFile::setPermissions(m_updater, QFile::ReadOwner | QFile::ExeOwner));
+        system::UpdateSinks real = sinks();
+        real.start = [](const QString& program, const QStringList& arguments) {
+            return platform::startProgram(program, arguments, QString());
+        };
+        system::CheckForUpdate(false, true, real);
+        QTRY_COMPARE(app::read(setting::LatestVersion), QStringLiteral("2.0.1"));
+        QTRY_COMPARE(test::contentOf(told),
+                     QByteArray("/showdialog\n/versionupdate:(Halvexa;1.0.0;Quorvia;)\n/exit\n"));
+    }
 
     void weeks_data()
     {

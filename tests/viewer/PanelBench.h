@@ -120,9 +120,9 @@ class PanelBench
 };
 
 /// That, in a fresh home with the images a.png, b.png and c.png.
-struct PanelStage
+struct PanelHome
 {
-    PanelStage()
+    PanelHome()
     {
         for (const char* name : {"a.png", "b.png", "c.png"})
             home.write(QStringLiteral("pics/") + QLatin1String(name), name);
@@ -130,6 +130,17 @@ struct PanelStage
 
     ScratchHome home;
     PanelBench bench{home.path(QStringLiteral("pics/"))};
+};
+
+/// What each test of the panel stands on: a new one for every function.
+class PanelStage
+{
+  protected:
+    void setUp() { m_stage = std::make_unique<PanelHome>(); }
+    void tearDown() { m_stage.reset(); }
+    PanelBench& bench() { return m_stage->bench; }
+
+    std::unique_ptr<PanelHome> m_stage;
 };
 
 } // namespace quorvia::test

@@ -11,22 +11,16 @@
 #include <QTest>
 #include <QUrl>
 
-#include <memory>
-
 using namespace quorvia;
 using test::PanelBench;
 
-class TestDescriptionBox : public QObject
+class TestDescriptionBox : public QObject, private test::PanelStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::PanelStage> m_stage;
-    PanelBench& bench() { return m_stage->bench; }
-
   private Q_SLOTS:
-    void init() { m_stage = std::make_unique<test::PanelStage>(); }
-    void cleanup() { m_stage.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     /// What is typed there must not run the window's commands.
     void aBoxThatTakesNoTextKeepsItsKeys_data()

@@ -12,19 +12,14 @@
 #include <QTest>
 
 #include <functional>
-#include <memory>
-
 using namespace quorvia;
 using test::PanelBench;
 
-class TestDescriptionKeeper : public QObject
+class TestDescriptionKeeper : public QObject, private test::PanelStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::PanelStage> m_stage;
-    PanelBench& bench() { return m_stage->bench; }
-
     void touch() const
     {
         QFile file(imageA());
@@ -109,8 +104,8 @@ class TestDescriptionKeeper : public QObject
     }
 
   private Q_SLOTS:
-    void init() { m_stage = std::make_unique<test::PanelStage>(); }
-    void cleanup() { m_stage.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void keeps_data()
     {

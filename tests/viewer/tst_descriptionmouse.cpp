@@ -8,22 +8,16 @@
 #include <QTest>
 #include <QTimer>
 
-#include <memory>
-
 using namespace quorvia;
 using test::PanelBench;
 
-class TestDescriptionMouse : public QObject
+class TestDescriptionMouse : public QObject, private test::PanelStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::PanelStage> m_stage;
-    PanelBench& bench() { return m_stage->bench; }
-
   private Q_SLOTS:
-    void init() { m_stage = std::make_unique<test::PanelStage>(); }
-    void cleanup() { m_stage.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void enteringByTheMiddleButtonPastesOverAll()
     {

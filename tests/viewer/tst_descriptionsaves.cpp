@@ -12,19 +12,14 @@
 #include <QPlainTextEdit>
 #include <QTest>
 
-#include <memory>
-
 using namespace quorvia;
 using test::PanelBench;
 
-class TestDescriptionSaves : public QObject
+class TestDescriptionSaves : public QObject, private test::PanelStage
 {
     Q_OBJECT
 
   private:
-    std::unique_ptr<test::PanelStage> m_stage;
-    PanelBench& bench() { return m_stage->bench; }
-
     QByteArray log() const
     {
         QFile file(app::logPath());
@@ -32,8 +27,8 @@ class TestDescriptionSaves : public QObject
     }
 
   private Q_SLOTS:
-    void init() { m_stage = std::make_unique<test::PanelStage>(); }
-    void cleanup() { m_stage.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void aPictureWithoutAFileHasNoDescriptionToSave()
     {

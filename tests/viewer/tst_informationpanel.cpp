@@ -14,22 +14,16 @@
 #include <QTest>
 #include <QTextBlock>
 
-#include <memory>
-
 using namespace quorvia;
 using test::PanelBench;
 
-class TestInformationPanel : public QObject
+class TestInformationPanel : public QObject, private test::PanelStage
 {
     Q_OBJECT
 
-  private:
-    std::unique_ptr<test::PanelStage> m_stage;
-    PanelBench& bench() { return m_stage->bench; }
-
   private Q_SLOTS:
-    void init() { m_stage = std::make_unique<test::PanelStage>(); }
-    void cleanup() { m_stage.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void showsTheCurrentImage()
     {

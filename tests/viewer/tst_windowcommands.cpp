@@ -47,8 +47,10 @@ class TestWindowCommands : public QObject, private test::PictureStage
     void everyCommandHasOneHandler()
     {
         QStringList names;
-        for (const commands::Tool& tool : viewer::commandTable(m_bench->make()))
+        for (const commands::Tool& tool : viewer::commandTable(m_bench->make())) {
+            QVERIFY2(tool.run, tool.name);
             names.append(QLatin1String(tool.name));
+        }
         QStringList expected;
         for (const test::CommandRow& row : test::commandNames)
             expected.append(QLatin1String(row.name));

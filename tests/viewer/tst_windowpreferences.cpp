@@ -147,6 +147,8 @@ class TestWindowPreferences : public QObject, private test::PictureStage
             QVERIFY(test::contentOf(list).contains("\nimage/png=quorvia.desktop\n"));
             QCOMPARE(app::read(setting::Associate), 0);
         }));
+        QVERIFY(test::contentOf(list).contains(
+            "\nimage/png=quorvia.desktop\n")); // behind the end of the dialog, too
     }
 
     void anotherProgramTakesTheTypesOver()

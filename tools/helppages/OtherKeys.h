@@ -15,7 +15,7 @@ struct OtherKey
 };
 
 /// The keys of the part of the program that is called `part`, in the order in which they are told of:
-/// "image", "strip", "list", "tree", "information", "fullmouse", "editor", "print", "clipboard",
+/// "image", "strip", "list", "tree", "information", "tabs", "fullmouse", "editor", "print", "clipboard",
 /// "conversion", "preferences", "size". Empty for any other name.
 std::span<const OtherKey> otherKeys(const QString& part);
 /// The names of all parts.

@@ -6,7 +6,6 @@
 #include "engine/codecs/avif/HeifPieces.h"
 
 #include <QByteArray>
-#include <QList>
 #include <QSize>
 
 namespace quorvia::engine {
