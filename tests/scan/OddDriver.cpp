@@ -1,5 +1,6 @@
-// A scanner driver for tests that fails where it is told to, by $QUORVIA_ODD_DRIVER: "list hangs", "start
-// hangs", "close hangs" or "close crashes". Else it has one device, whose picture has 40 x 30 greys.
+// A scanner driver for tests that fails where it is told to, by $QUORVIA_ODD_DRIVER: "no device", "list
+// hangs", "start hangs", "read fails", "read crashes" (both amid the picture), "close hangs" or "close
+// crashes". Else it has one device, whose picture has 40 x 30 greys.
 #include <sane/sane.h>
 #include <unistd.h>
 
@@ -44,7 +45,8 @@ SANE_Status sane_odd_get_devices(const SANE_Device*** list, SANE_Bool)
         hang();
     static const SANE_Device device{"one", "Odd", "Scanner", "flatbed scanner"};
     static std::array<const SANE_Device*, 2> devices{&device, nullptr};
-    *list = devices.data();
+    static std::array<const SANE_Device*, 1> none{nullptr};
+    *list = isTold("no device") ? none.data() : devices.data();
     return SANE_STATUS_GOOD;
 }
 
@@ -91,6 +93,10 @@ SANE_Status sane_odd_read(SANE_Handle, SANE_Byte* bytes, SANE_Int, SANE_Int* len
     *length = 0;
     if (linesLeft == 0)
         return SANE_STATUS_EOF;
+    if (linesLeft == height / 2 && isTold("read fails"))
+        return SANE_STATUS_IO_ERROR;
+    if (linesLeft == height / 2 && isTold("read crashes"))
+        std::abort();
     for (SANE_Int x = 0; x < width; ++x)
         bytes[x] = SANE_Byte(x * 6);
     *length = width;

@@ -34,11 +34,10 @@ class TestScanHelper : public QObject
     {
         QProcess helper;
         helper.start(QStringLiteral(SCAN_HELPER), arguments);
-        if (!helper.waitForFinished(20'000) || helper.exitStatus() != QProcess::NormalExit)
-            return -1;
+        const bool isFinished = helper.waitForFinished(20'000);
         m_output = helper.readAllStandardOutput();
         m_errors = helper.readAllStandardError();
-        return helper.exitCode();
+        return isFinished && helper.exitStatus() == QProcess::NormalExit ? helper.exitCode() : -1;
     }
     int acquire(const QStringList& options = {})
     {
@@ -171,6 +170,37 @@ class TestScanHelper : public QObject
         QVERIFY2(m_errors.contains(why), m_errors.constData());
         QCOMPARE(m_errors.count('\n'), 1);
         QVERIFY(!QFile::exists(target()));
+    }
+
+    void aDriverThatFailsAmidThePicture_data()
+    {
+        QTest::addColumn<QByteArray>("fault");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QByteArray>("why");
+        QTest::newRow("fails") << QByteArray("read fails") << int(Failed)
+                               << QByteArray("Error during device I/O");
+        QTest::newRow("crashes") << QByteArray("read crashes") << -1 << QByteArray();
+    }
+
+    void aDriverThatFailsAmidThePicture()
+    {
+        QFETCH(QByteArray, fault);
+        QFETCH(QByteArray, why);
+        m_drivers->installOdd(ODD_DRIVERS, fault.constData());
+        QTEST(run({"--acquire", "odd:one", target()}), "code");
+        QVERIFY2(m_output.startsWith("progress 0."), m_output.constData()); // lines had come
+        QVERIFY(!m_output.contains("picture"));
+        QVERIFY2(m_errors.contains(why), m_errors.constData());
+        QCOMPARE(m_errors.isEmpty(), why.isEmpty());
+        QVERIFY(!QFile::exists(target()));
+    }
+
+    void aDriverThatFindsNothing()
+    {
+        m_drivers->installOdd(ODD_DRIVERS, "no device");
+        QCOMPARE(run({"--list"}), int(Done));
+        QCOMPARE(m_output, QByteArray());
+        QCOMPARE(m_errors, QByteArray());
     }
 
     void noSuchDevice()

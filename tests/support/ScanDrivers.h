@@ -36,8 +36,6 @@ class ScanDrivers
     void install() const { write("dll.conf", "# drivers\ntest\n"); }
     /// No driver is installed.
     void remove() const { write("dll.conf", "# no drivers\n"); }
-    /// A driver is installed that finds no device.
-    void install(const QByteArray& other) const { write("dll.conf", other + '\n'); }
     /// The driver in `directory` that fails where `fault` says, by its own words, is the only one. For as
     /// long as this lives.
     void installOdd(const char* directory, const char* fault)
