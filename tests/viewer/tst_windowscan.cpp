@@ -2,11 +2,16 @@
 #include "app/Settings.h"
 #include "commands/ToolDispatcher.h"
 #include "platform/Dialogs.h"
+#include "platform/NextDialog.h"
 #include "platform/ScanSource.h"
 #include "support/ScanDrivers.h"
 #include "viewer/CommandStage.h"
 
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QListWidget>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
@@ -30,6 +35,18 @@ class TestWindowScan : public QObject, private test::CommandStage
     std::function<void()> m_whenAsked;
 
     QStringList acquired() const { return QDir(in("root/Acquired Images")).entryList(QDir::Files); }
+
+    /// The box that nothing came was there, and the picture from before is; `caption` is its title.
+    void isAsBefore(const QString& caption) const
+    {
+        QCOMPARE(m_bench->boxes.size(), size_t(1));
+        QVERIFY(m_bench->boxes[0].text.startsWith(QStringLiteral("Either 'cancel' was selected")));
+        QCOMPARE(m_window->currentFile(), in("pics/a.png"));
+        QCOMPARE(m_bench->middle(), QColor(Qt::red));
+        QCOMPARE(m_window->windowTitle(), caption);
+        QVERIFY(!m_window->scan().isBusy());
+        QVERIFY(acquired().isEmpty());
+    }
 
   private Q_SLOTS:
     void init()
@@ -139,6 +156,56 @@ class TestWindowScan : public QObject, private test::CommandStage
         QVERIFY(m_asked.back().devices.isEmpty());
         QCOMPARE(m_bench->logTexts().filter(QStringLiteral("could not be listed")).size(), 1);
         QCOMPARE(m_window->currentFile(), in("pics/a.png"));
+    }
+
+    void aDriverThatFailsAmidThePicture_data()
+    {
+        QTest::addColumn<QByteArray>("fault");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("fails") << QByteArray("read fails") << "Error during device I/O";
+        QTest::newRow("crashes") << QByteArray("read crashes") << "the scanner helper crashed";
+    }
+
+    void aDriverThatFailsAmidThePicture()
+    {
+        QFETCH(QByteArray, fault);
+        QFETCH(QString, why);
+        frmImageView& window = show({in("pics")});
+        const QString caption = window.windowTitle();
+        m_drivers->installOdd(ODD_DRIVERS, fault.constData());
+        m_answer = ScanChoice{"odd:one", ScanMode::Gray, 75};
+        run("miScan");
+        QCOMPARE(m_asked.size(), size_t(1));
+        QCOMPARE(m_asked[0].devices.size(), 1);
+        QCOMPARE(m_bench->logTexts().filter(QStringLiteral("Nothing was acquired: ")).filter(why).size(), 1);
+        isAsBefore(caption);
+    }
+
+    void aDriverThatFindsNothing()
+    {
+        frmImageView& window = show({in("pics")});
+        const QString caption = window.windowTitle();
+        const QStringList log = m_bench->logTexts();
+        m_drivers->installOdd(ODD_DRIVERS, "no device");
+        m_answerer.reset(); // the dialog itself
+        QStringList rows;
+        bool isOkEnabled = true;
+        const test::NextDialog<QDialog> next(
+            [&](QDialog& dialog) {
+                const auto* const devices = dialog.findChild<QListWidget*>(QStringLiteral("Devices"));
+                for (int i = 0; i < devices->count(); ++i)
+                    rows.append(devices->item(i)->text());
+                auto* const buttons = dialog.findChild<QDialogButtonBox*>();
+                isOkEnabled = buttons->button(QDialogButtonBox::Ok)->isEnabled();
+                QTest::mouseClick(buttons->button(QDialogButtonBox::Cancel), Qt::LeftButton);
+            },
+            QStringLiteral("ScanSource"));
+        run("miScan");
+        QVERIFY(next.seen());
+        QCOMPARE(rows, QStringList(QStringLiteral("No scanner or camera was found.")));
+        QVERIFY(!isOkEnabled);
+        QCOMPARE(m_bench->logTexts(), log); // the driver did all right
+        isAsBefore(caption);
     }
 
     void aBlankPage()
