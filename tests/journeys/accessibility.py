@@ -23,7 +23,7 @@ def tool(places):
 
 
 # What can be acted on by itself, and what is acted on within something that has the focus for it.
-ACTING = {"push button", "toggle button", "check box", "radio button", "link", "combo box", "spin button", "slider", "list",
+ACTING = {"push button", "toggle button", "check box", "radio button", "link", "combo box", "spin button", "spin box", "slider", "list",
           "tree", "table", "page tab list", "text", "scroll bar", "page tab", "list item", "tree item", "menu item",
           "check menu item", "radio menu item"}
 WITHIN = {"page tab": "page tab list", "list item": "list", "tree item": "tree", "table cell": "table"}
@@ -46,7 +46,7 @@ UNWALKED = (("list", "Sidebar", "of the toolkit's file dialog, which goes to the
 
 def is_of_a_list(node):
     """The list of a combo box that is not open, and what a spin button or a view is put together of."""
-    return any(above.role in ("combo box", "spin button") for above in node.above())
+    return any(above.role in ("combo box", "spin button", "spin box") for above in node.above())
 
 
 def is_acted_on(node):
@@ -80,6 +80,11 @@ def is_reached(node, reached):
         return True
     holder = WITHIN.get(node.role)
     return any(above.role == holder and above.path in reached for above in node.above())
+
+
+def row_of(node, table):
+    """The row of a table that stands for a node: (role, name, reason), the name a pattern."""
+    return next((row for row in table if row[0] == node.role and re.fullmatch(row[1], node.name)), None)
 
 
 def items_of(holder):
@@ -226,39 +231,58 @@ class AccessibleJourney(Journey):
 
     # --- names and roles
 
-    def check_names(self, what, top):
-        """All of what `top` holds has the name and the role that a reader can say."""
-        wrong = [str(node) for node in top.below() if is_unsaid(node)]
-        self.faults += ["%s: %s has no fitting name or role" % (what, each) for each in wrong]
+    def check_names(self, what, top, unsaid=()):
+        """All of what `top` holds has the name and the role that a reader can say, or is a row of `unsaid`, as those of
+        check_keys()."""
+        needed = set()
+        for node in top.below():
+            if not is_unsaid(node):
+                continue
+            row = row_of(node, unsaid)
+            if row:
+                needed.add(row)
+            else:
+                self.faults.append("%s: %s has no fitting name or role" % (what, node))
+        self.faults += ["%s: %s \"%s\" can be said after all" % (what, row[0], row[1]) for row in unsaid if row not in needed]
 
-    def check_menu(self, what, how):
-        """A menu that `how` opens by keys: all its rows, and the keys lead through those that can be chosen."""
+    def check_menu(self, what, how, menus=1):
+        """A menu that `how` opens by keys, with at least so many menus within: all its rows, and the keys lead through those
+        that can be chosen, and through those of the menus within."""
         before = self.focused()
         first = self.brought(how, lambda: self.ask("moved", before, LOST), what)
         menu = self.tree(first[1], hidden=True)
-        rows = [node for node in menu.below() if node.role != "separator"]
-        self.assertGreater(len(rows), 2)
-        self.faults += ["%s: %s has no fitting name or role" % (what, node) for node in rows
-                        if node.role not in MENU_ROLES or not node.name.strip()]
         on_show = self.rows_walked(what, menu)
-        within = next((node for node in on_show if node.children and "enabled" in node.states), None)
-        self.assertTrue(within, "no menu within " + what)
-        while self.focused() != within.path:
-            self.press_and_see("Down", self.focused())
-        first = self.brought(lambda: self.output("xdotool", "key", "Right"), lambda: self.ask("moved", within.path, LOST),
-                             within.name)
-        inner = self.tree(first[1], hidden=True)
-        self.assertGreater(len(self.rows_walked("%s: %s" % (what, within.name), inner)), 1)
-        # Of the row that it came from the toolkit says nothing again.
-        self.output("xdotool", "key", "Left")
-        self.assertIn(self.press_and_see("Down", self.focused()), [node.path for node in on_show])
+        self.assertGreater(len(on_show), 2)
+        self.assertGreaterEqual(self.menus_walked(what, on_show), menus)
         return menu
 
+    def menus_walked(self, what, on_show):
+        """Walks all the menus within one, whose rows are given, and theirs; how many it has itself."""
+        withins = [node for node in on_show if node.children and "enabled" in node.states]
+        for within in withins:
+            while self.focused() != within.path:
+                self.press_and_see("Down", self.focused())
+            first = self.brought(lambda: self.output("xdotool", "key", "Right"),
+                                 lambda: self.ask("moved", within.path, LOST), within.name)
+            name = "%s: %s" % (what, within.name)
+            inner = self.tree(first[1], hidden=True)
+            self.assertEqual(inner.name or within.name, within.name)
+            rows = self.rows_walked(name, inner)
+            self.assertTrue(rows, "nothing in " + name)
+            self.menus_walked(name, rows)
+            # Of the row that it came from the toolkit says nothing again.
+            self.output("xdotool", "key", "Left")
+            self.assertIn(self.press_and_see("Down", self.focused()), [node.path for node in on_show])
+        return len(withins)
+
     def rows_walked(self, what, menu):
-        """The rows of a menu that show, through which the Down key leads from the one that has the focus."""
+        """The rows of a menu that show, through which the Down key leads from the one that has the focus. All of them have
+        names and roles."""
+        self.faults += ["%s: %s has no fitting name or role" % (what, node) for node in menu.below()
+                        if node.role != "separator" and (node.role not in MENU_ROLES or not node.name.strip())]
         on_show = {node.path: node for node in menu.children if "visible" in node.states and node.role != "separator"}
         reached = set()
-        for _ in self.walk_by("Down", reached):
+        for _ in self.walk_by("Down", reached, {path for path, node in on_show.items() if "enabled" in node.states}):
             pass
         self.faults += ["%s: %s is not reached by the keyboard" % (what, node) for path, node in on_show.items()
                         if path not in reached and "enabled" in node.states]
@@ -318,8 +342,10 @@ class AccessibleJourney(Journey):
                     for _ in self.walk_by(arrow, reached, group):
                         pass
             ways[key] = reached
-        forwards, backwards = ({place_of(kinds[path]) for path in way if path in kinds} for way in ways.values())
-        self.faults += ["%s: %s is only reached one way" % (what, place) for place in forwards ^ backwards]
+        forwards, backwards = ({place_of(kinds[path]): kinds[path] for path in way if path in kinds}
+                               for way in ways.values())
+        self.faults += ["%s: %s is only reached one way" % (what, {**forwards, **backwards}[place])
+                        for place in forwards.keys() ^ backwards.keys()]
         for node in able:  # at last, as what is chosen may enable something
             if node.role in WALKS and node.path in ways["Tab"]:
                 self.items_walked(what, node)
@@ -361,7 +387,7 @@ class AccessibleJourney(Journey):
         for node in top.below():
             if not is_acted_on(node) or is_reached(node, reached):
                 continue
-            row = next((row for row in otherwise if row[0] == node.role and re.fullmatch(row[1], node.name)), None)
+            row = row_of(node, otherwise)
             if row:
                 needed.add(row)
             else:
@@ -376,9 +402,9 @@ class AccessibleJourney(Journey):
         self.faults += ["%s: there is no %s \"%s\"" % (what, role, name) for role, name in holds
                         if not any(node.role == role and re.fullmatch(name, node.name, re.DOTALL) for node in nodes)]
 
-    def check(self, what, top, holds, otherwise=()):
+    def check(self, what, top, holds, otherwise=(), unsaid=()):
         self.check_holds(what, top, holds)
-        self.check_names(what, top)
+        self.check_names(what, top, unsaid)
         self.check_keys(what, top, otherwise)
 
     def no_faults(self):

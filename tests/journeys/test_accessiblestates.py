@@ -66,7 +66,7 @@ class States(AccessibleJourney):
     def test_menus(self):
         self.begin()
         for key in ("shift+F10", "Menu"):
-            menu = self.check_menu("context menu by " + key, lambda: self.key(key))
+            menu = self.check_menu("context menu by " + key, lambda: self.key(key), 12)
             self.key("Escape")
             wait_until(lambda: self.ask("focus")[-1] != menu.path, "the end of the menu")
         self.no_faults()
