@@ -114,7 +114,7 @@ class Node:
     """A thing that shows, as the program tells of it."""
 
     def __init__(self, facts, parent):
-        self.path, self.name, self.about, self.role = (facts[key] for key in ("path", "name", "about", "role"))
+        self.path, self.name, self.role = (facts[key] for key in ("path", "name", "role"))
         self.states, self.actions, self.place = set(facts["states"]), facts["actions"], facts["place"]
         self.parent = parent
         self.children = []

@@ -1,7 +1,7 @@
 """Reads what a program tells screen readers. Run as a program by the system's own Python, which has the bindings of the
 message bus; asked and answered in lines of JSON on its standard streams (see accessibility.py). Ends with its input.
 
-A request is ["windows"], ["tree", path, hidden], ["focus"], ["moved", path, seconds] or ["act", path, action]. A tree is the
+A request is ["windows"], ["tree", path, hidden], ["focus"] or ["moved", path, seconds]. A tree is the
 list of the nodes of what shows, each behind its parent; with `hidden` of what does not show too. "focus" is what the program
 last said to have the keyboard, as the paths from that node up to its window; "moved" waits until that is another than `path`.
 """
@@ -21,8 +21,7 @@ MOST_NODES = 3000
 MOST_LEVELS = 40
 EVENT = "object:state-changed:focused"
 HOLDERS = {"list", "tree", "table", "page tab list"}  # one place of the tabulator each, for all their items
-STATES = {1: "active", 4: "checked", 8: "enabled", 7: "editable", 11: "focusable", 12: "focused", 24: "sensitive",
-          16: "modal", 23: "selected", 25: "showing", 30: "visible", 18: "multiline"}
+STATES = {8: "enabled", 11: "focusable", 12: "focused", 23: "selected", 30: "visible"}
 
 
 class TooMany(Exception):
@@ -86,7 +85,6 @@ class Reader:
         if A + "Component" in faces:
             place = self.call(self.name, path, A + "Component", "GetExtents", GLib.Variant("(u)", (0,)))[0]
         return {"path": path, "parent": parent, "name": self.value(path, A + "Accessible", "Name"),
-                "about": self.value(path, A + "Accessible", "Description"),
                 "role": self.role(path),
                 "states": self.states(path), "actions": actions, "place": place}
 
@@ -213,16 +211,10 @@ class Reader:
                 self.register()
                 self.focused = self.searched() or self.focused
 
-    def act(self, path, action):
-        self.use()
-        names = [row[0] for row in self.call(self.name, path, A + "Action", "GetActions")[0]]
-        return self.call(self.name, path, A + "Action", "DoAction", GLib.Variant("(i)", (names.index(action),)))[0]
-
 
 def main():
     reader = Reader(sys.argv[1])
-    requests = {"windows": reader.windows, "tree": reader.tree, "focus": reader.focus, "moved": reader.moved,
-                "act": reader.act}
+    requests = {"windows": reader.windows, "tree": reader.tree, "focus": reader.focus, "moved": reader.moved}
     for line in sys.stdin:
         request, *arguments = json.loads(line)
         try:
