@@ -2,6 +2,7 @@
 
 #include "collections/RowDelegate.h"
 #include "platform/OneLine.h"
+#include "platform/SpokenWidget.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -48,11 +49,15 @@ class NameCombo : public QComboBox
     }
 };
 
-/// A frame that shows when it has the keys.
-class NameBox : public QFrame
+/// A frame that shows when it has the keys. For a reader it is a button, which opens the list.
+class NameBox : public QFrame, public platform::SpokenWidget
 {
   public:
-    using QFrame::QFrame;
+    explicit NameBox(PlaylistHead* head) : QFrame(head), m_head(head) {}
+
+    QAccessible::Role spokenRole() const override { return QAccessible::Button; }
+    bool isSpokenPressable() const override { return true; }
+    void pressSpoken() override { m_head->openList(); }
 
   protected:
     void paintEvent(QPaintEvent* event) override
@@ -65,6 +70,9 @@ class NameBox : public QFrame
         option.rect = contentsRect().adjusted(1, 1, -1, -1);
         QStylePainter(this).drawPrimitive(QStyle::PE_FrameFocusRect, option);
     }
+
+  private:
+    PlaylistHead* m_head;
 };
 
 /// An arrow down as the desktop draws it.

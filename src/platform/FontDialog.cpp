@@ -65,6 +65,7 @@ class FontDialog : public QDialog
         m_fonts->setWindowFlags(Qt::Widget);
         m_fonts->setOptions(QFontDialog::NoButtons | QFontDialog::DontUseNativeDialog);
         m_fonts->setSizeGripEnabled(false);
+        m_fonts->setAccessibleName(question.title); // it is told as a dialog within the dialog
         m_fonts->setCurrentFont(withStyleName(question.start.font));
         m_color->setObjectName(QStringLiteral("Color"));
         m_color->setAccessibleName(tr("Color of the text"));

@@ -54,6 +54,19 @@ class TestPlaylistHead : public QObject
     }
     void cleanup() { m_window.reset(); }
 
+    void aReaderOpensTheList()
+    {
+        QAccessibleInterface* const box = QAccessible::queryAccessibleInterface(m_head->box());
+        QVERIFY(box);
+        QCOMPARE(box->role(), QAccessible::Button);
+        m_head->setName("one");
+        QCOMPARE(box->text(QAccessible::Name), QStringLiteral("Playlist: one"));
+        QAccessibleActionInterface* const actions = box->actionInterface();
+        QVERIFY(actions);
+        actions->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_VERIFY(isOpen());
+    }
+
     void captions_data()
     {
         QTest::addColumn<QString>("name");
