@@ -139,7 +139,8 @@ void frmImageView::buildInterfaceSoon()
     constexpr int delay = 100; // milliseconds
     QTimer::singleShot(delay, this, [this] {
         checkVersionAfterStart(*this);
-        OpenMenuX(true);
+        if (!m_interface->isBuilt()) // who was quick to ask for the menu may have it open
+            OpenMenuX(true);
         m_panes->awaitToolbar(false); // there is none when its definition is empty
         m_panes->place();
     });

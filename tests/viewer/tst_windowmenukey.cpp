@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QTest>
 #include <QWindow>
 
@@ -78,6 +79,25 @@ class TestWindowMenuKey : public QObject
         QVERIFY(menu->isVisible());
         QVERIFY(menu->activeAction());
         QCOMPARE(menu->activeAction(), menu->actions().constFirst());
+        window.panes()->ab1()->menus()->close();
+    }
+
+    /// Shortly after its start the window reads the definition, unless it has by then.
+    void aMenuOpenedAtOnceStaysAsItIs()
+    {
+        constexpr int longer = 150; // milliseconds, than that takes to come
+        ViewerBench bench;
+        bench.threePictures();
+        frmImageView& window = bench.load({bench.in("pics")});
+        window.OpenMenuX(true);
+        QTest::keyClick(&window, Qt::Key_F10, Qt::ShiftModifier);
+        QMenu* const menu = window.panes()->ab1()->menus()->menu();
+        QVERIFY(menu);
+        const QPointer<QAction> first(menu->activeAction());
+        QVERIFY(first);
+        QTest::qWait(longer);
+        QVERIFY(first);
+        QCOMPARE(menu->activeAction(), first.data());
         window.panes()->ab1()->menus()->close();
     }
 
