@@ -54,7 +54,7 @@ class Panels(AccessibleJourney):
         wait_until(lambda: any(node.name == "Playlist Editor" for node in self.tree(top.path).below()), "the playlist")
         self.check("playlist", self.shown("Quorvia"), (
             ("page tab", "Playlist"), ("push button", "Add Images to Playlist"), ("push button", "Playlist Editor"),
-            ("push button", "Open Playlist"), ("label", "0 Images")))
+            ("push button", "Playlist: Auto Playlist"), ("label", "0 Images")))
         self.no_faults()
 
     def test_floating_list(self):
