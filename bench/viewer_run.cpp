@@ -171,9 +171,7 @@ bool open(const ScreenPixels& screen, double limit, char* command[])
     const double first = millisecondsSince(begin);
     if (!place.isEmpty()) {
         const double last = lastChange(screen, insideOf(screen, place), begin);
-        const Place after = findPicture(screen, magenta);
-        std::printf("first %.1f\nlast %.1f\nwidth %d\n", first, last < first + 10 ? first : last,
-                    after.width);
+        std::printf("first %.1f\nlast %.1f\n", first, last < first + 10 ? first : last);
         printMemory(program);
     }
     end(program, screen);
@@ -256,7 +254,7 @@ bool hold(const ScreenPixels& screen, const Keys& keys, double seconds, char* co
         keys.set(false);
         printMemory(program);
         const bool atEnd = seen > 0 && isAtEnd(screen, keys, program, shown);
-        std::printf("rate %.2f\nseen %d\n", seen * 1000 / (atEnd ? last : whole), seen);
+        std::printf("rate %.2f\n", seen * 1000 / (atEnd ? last : whole));
     }
     end(program, screen);
     return began;

@@ -4,8 +4,6 @@
 
 #include <QString>
 
-#include <optional>
-
 namespace quorvia::platform {
 class ToolModel;
 }

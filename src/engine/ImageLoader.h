@@ -5,8 +5,6 @@
 
 #include "engine/Codec.h"
 
-#include <QDateTime>
-
 #include <functional>
 #include <memory>
 

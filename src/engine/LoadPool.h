@@ -109,8 +109,7 @@ struct LoadPool
     void dropUnlessHeld(const LoadTaskPointer& task);
 
     /// Lets go of `task` on one of the threads: to free a large picture takes milliseconds, which whoever
-    /// drops a load may not have. Left to the caller when the threads have ended,
-    /// and without memory.
+    /// drops a load may not have. Left to the caller when the threads have ended, and without memory.
     void discard(LoadTaskPointer& task);
 
     /// A task of `key` that is good for `box`, or null.

@@ -144,7 +144,6 @@ class TestDesignedTools : public QObject
         QCOMPARE(carriers.size(), 34);
         const Tool* const carrier = m_model->tool(name);
         QVERIFY(carrier);
-        QCOMPARE(carrier->values().category, QStringLiteral("Images"));
         QCOMPARE(carrier->picture(0), icon);
         QCOMPARE(carrier->picture(1), QString());
         QCOMPARE(carrier->picture(2), icon);

@@ -1,6 +1,8 @@
 // The manual page and the scripts of completion as their readers take them: without complaint, and bash, fish
 // and zsh complete what they should. The files are those that a package would carry.
 #include "commands/CommandHelp.h"
+#include "support/FileContent.h"
+#include "support/ProgramAnswer.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,36 +12,11 @@
 #include <QTest>
 
 using namespace quorvia;
+using test::answerOf, test::contentOf, test::ProgramAnswer;
 
 namespace {
 
 const QString handout = QStringLiteral(HANDOUT_FOLDER "/");
-
-struct Answer
-{
-    int code = -1;
-    QString output; ///< of both streams
-};
-
-/// Runs `program` in `directory`; code -1 when it does not end.
-Answer run(const QString& program, const QStringList& arguments, const QString& directory = QString())
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.setWorkingDirectory(directory);
-    process.start(program, arguments);
-    Answer answer;
-    if (process.waitForFinished(20000) && process.exitStatus() == QProcess::NormalExit)
-        answer.code = process.exitCode();
-    answer.output = QString::fromLocal8Bit(process.readAll());
-    return answer;
-}
-
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStringList sortedLines(const QString& text)
 {
@@ -61,18 +38,18 @@ class TestShells : public QObject
     QStringList completed(const QString& shell, const QString& word) const
     {
         if (shell == QLatin1String("bash"))
-            return sortedLines(run(shell,
-                                   {"--norc", "-c",
-                                    "source '" + handout +
-                                        "quorvia'; COMP_WORDS=(quorvia \"$1\"); COMP_CWORD=1; "
-                                        "_quorvia; printf '%s\\n' \"${COMPREPLY[@]}\"",
-                                    "bash", word},
-                                   m_folder.path())
+            return sortedLines(answerOf(shell,
+                                        {"--norc", "-c",
+                                         "source '" + handout +
+                                             "quorvia'; COMP_WORDS=(quorvia \"$1\"); COMP_CWORD=1; "
+                                             "_quorvia; printf '%s\\n' \"${COMPREPLY[@]}\"",
+                                         "bash", word},
+                                        m_folder.path())
                                    .output);
-        QString words = run("env",
-                            {"HOME=" + m_folder.path(), shell, "--no-config", "-c",
-                             "source '" + handout + "quorvia.fish'; complete -C 'quorvia " + word + "'"},
-                            m_folder.path())
+        QString words = answerOf("env",
+                                 {"HOME=" + m_folder.path(), shell, "--no-config", "-c",
+                                  "source '" + handout + "quorvia.fish'; complete -C 'quorvia " + word + "'"},
+                                 m_folder.path())
                             .output;
         QStringList lines;
         for (const QString& line : sortedLines(words))
@@ -93,10 +70,10 @@ class TestShells : public QObject
 
     void theFilesHoldTheTexts()
     {
-        QCOMPARE(contents(handout + "quorvia"), commands::bashCompletion());
-        QCOMPARE(contents(handout + "_quorvia"), commands::zshCompletion());
-        QCOMPARE(contents(handout + "quorvia.fish"), commands::fishCompletion());
-        QCOMPARE(contents(handout + "quorvia.1"), commands::manualPage(VERSION, RELEASE_DATE));
+        QCOMPARE(contentOf(handout + "quorvia"), commands::bashCompletion());
+        QCOMPARE(contentOf(handout + "_quorvia"), commands::zshCompletion());
+        QCOMPARE(contentOf(handout + "quorvia.fish"), commands::fishCompletion());
+        QCOMPARE(contentOf(handout + "quorvia.1"), commands::manualPage(VERSION, RELEASE_DATE));
     }
 
     void noComplaint_data()
@@ -114,14 +91,14 @@ class TestShells : public QObject
     {
         QFETCH(QString, program);
         QFETCH(QStringList, arguments);
-        const Answer answer = run(program, arguments);
+        const ProgramAnswer answer = answerOf(program, arguments);
         QCOMPARE(answer.output, QString());
         QCOMPARE(answer.code, 0);
     }
 
     void theManualPageShowsTheCommands()
     {
-        const Answer page = run("mandoc", {"-Tascii", handout + "quorvia.1"});
+        const ProgramAnswer page = answerOf("mandoc", {"-Tascii", handout + "quorvia.1"});
         QCOMPARE(page.code, 0);
         const QString text = QString(page.output).remove(QRegularExpression(".\b"));
         QVERIFY2(text.simplified().contains("/miNext Go to the next image. /miPrevious "), qPrintable(text));
@@ -193,19 +170,19 @@ class TestShells : public QObject
     {
         QFETCH(QString, word);
         QFETCH(QString, expected);
-        const Answer answer =
-            run("zsh",
-                {"-f", "-c",
-                 "zmodload zsh/zpty; TERM=vt100 zpty shell zsh -f -i\n"
-                 "zpty -w shell \"PS1=; fpath=(${1:h} \\$fpath); autoload -U compinit; compinit -u -D; "
-                 "tell() { print -r -- \\$BUFFER'|' >told.part; mv told.part told; zle kill-buffer }; "
-                 "zle -N tell; bindkey '^Xp' tell; touch ready\"\n"
-                 "for each in {1..200}; do [[ -e ready ]] && break; sleep 0.1; done\n"
-                 "zpty -w -n shell \"quorvia $2\"$'\\t\\C-xp'\n"
-                 "for each in {1..200}; do [[ -e told ]] && break; sleep 0.1; done\n"
-                 "cat told; rm -f told ready; zpty -d shell",
-                 "zsh", handout + "_quorvia", word},
-                m_folder.path());
+        const ProgramAnswer answer =
+            answerOf("zsh",
+                     {"-f", "-c",
+                      "zmodload zsh/zpty; TERM=vt100 zpty shell zsh -f -i\n"
+                      "zpty -w shell \"PS1=; fpath=(${1:h} \\$fpath); autoload -U compinit; compinit -u -D; "
+                      "tell() { print -r -- \\$BUFFER'|' >told.part; mv told.part told; zle kill-buffer }; "
+                      "zle -N tell; bindkey '^Xp' tell; touch ready\"\n"
+                      "for each in {1..200}; do [[ -e ready ]] && break; sleep 0.1; done\n"
+                      "zpty -w -n shell \"quorvia $2\"$'\\t\\C-xp'\n"
+                      "for each in {1..200}; do [[ -e told ]] && break; sleep 0.1; done\n"
+                      "cat told; rm -f told ready; zpty -d shell",
+                      "zsh", handout + "_quorvia", word},
+                     m_folder.path());
         QCOMPARE(answer.output, "quorvia " + expected + "|\n");
     }
 };

@@ -1,5 +1,6 @@
 // What an installation puts into a directory, and what the Debian package of it says of itself.
 #include "support/FileContent.h"
+#include "support/ProgramAnswer.h"
 #include "support/ScratchHome.h"
 
 #include <QDir>
@@ -12,29 +13,9 @@
 #include <QTest>
 
 using namespace quorvia;
-using test::contentOf;
+using test::answerOf, test::contentOf, test::ProgramAnswer;
 
 namespace {
-
-struct Answer
-{
-    int code = -1;
-    QString output; ///< of both streams
-};
-
-/// Runs `program` to its end; code -1 when it does not come within two minutes.
-Answer run(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    Answer answer;
-    constexpr int patience = 120000; // milliseconds
-    if (process.waitForFinished(patience) && process.exitStatus() == QProcess::NormalExit)
-        answer.code = process.exitCode();
-    answer.output = QString::fromUtf8(process.readAll());
-    return answer;
-}
 
 /// All files below `directory`, from there on, sorted.
 QStringList filesBelow(const QString& directory)
@@ -100,7 +81,7 @@ QStringList caught(const QString& text, const char* pattern)
 /// The value of `field` in the control file of a package.
 QString fieldOf(const QString& package, const QString& field)
 {
-    return run("dpkg-deb", {"-f", package, field}).output.trimmed();
+    return answerOf("dpkg-deb", {"-f", package, field}).output.trimmed();
 }
 
 } // namespace
@@ -123,12 +104,14 @@ class TestPackage : public QObject
     void initTestCase()
     {
         QVERIFY(m_stage.isValid() && m_packages.isValid());
-        const Answer installed = run(CMAKE_PROGRAM, {"--install", BUILD_FOLDER, "--prefix", m_stage.path()});
+        const ProgramAnswer installed =
+            answerOf(CMAKE_PROGRAM, {"--install", BUILD_FOLDER, "--prefix", m_stage.path()});
         QVERIFY2(installed.code == 0, qPrintable(installed.output));
-        m_architecture = run("dpkg", {"--print-architecture"}).output.trimmed();
+        m_architecture = answerOf("dpkg", {"--print-architecture"}).output.trimmed();
         QVERIFY(!m_architecture.isEmpty());
-        const Answer packed = run(CPACK_PROGRAM, {"-G", "DEB", "--config", BUILD_FOLDER "/CPackConfig.cmake",
-                                                  "-B", m_packages.path()});
+        const ProgramAnswer packed =
+            answerOf(CPACK_PROGRAM,
+                     {"-G", "DEB", "--config", BUILD_FOLDER "/CPackConfig.cmake", "-B", m_packages.path()});
         QVERIFY2(packed.code == 0, qPrintable(packed.output));
     }
 
@@ -155,7 +138,7 @@ class TestPackage : public QObject
     {
         QFETCH(QString, program);
         QFETCH(QStringList, arguments);
-        const Answer answer = run(program, arguments);
+        const ProgramAnswer answer = answerOf(program, arguments);
         QVERIFY2(answer.code == 0, qPrintable(answer.output));
     }
 
@@ -184,7 +167,7 @@ class TestPackage : public QObject
 
     void theProgramAnswersFromThere()
     {
-        const Answer version = run(staged("bin/quorvia"), {"--version"});
+        const ProgramAnswer version = answerOf(staged("bin/quorvia"), {"--version"});
         QCOMPARE(version.output, QStringLiteral("Quorvia " VERSION "\n"));
         QCOMPARE(version.code, 0);
     }
@@ -209,7 +192,7 @@ class TestPackage : public QObject
 
     void thePackageHoldsTheSameFiles()
     {
-        const QString list = run("dpkg-deb", {"-c", package()}).output;
+        const QString list = answerOf("dpkg-deb", {"-c", package()}).output;
         QStringList files = caught(list, "-(?:rwxr-xr-x|rw-r--r--) root/root .* \\./usr/(\\S+)\n");
         files.sort();
         QCOMPARE(files, expectedFiles()); // so all belong to root, and nobody else may write them
@@ -251,7 +234,7 @@ class TestPackage : public QObject
     void thePackageDependsOnWhatIsLoadedLater()
     {
         QFETCH(QString, library);
-        const QString owners = run("dpkg-query", {"-S", "*/" + library}).output;
+        const QString owners = answerOf("dpkg-query", {"-S", "*/" + library}).output;
         const QStringList owner =
             caught(owners, ("(?:^|\n)([^: \n]+)[^\n]*/" + library.toLatin1() + "\n").constData());
         QVERIFY2(!owner.isEmpty(), qPrintable(owners));
@@ -262,7 +245,7 @@ class TestPackage : public QObject
     void theScriptsOfThePackage()
     {
         const QTemporaryDir control;
-        QCOMPARE(run("dpkg-deb", {"-e", package(), control.path()}).code, 0);
+        QCOMPARE(answerOf("dpkg-deb", {"-e", package(), control.path()}).code, 0);
         QStringList names = QDir(control.path()).entryList(QDir::Files, QDir::Name);
         QCOMPARE(names, QStringList({"control", "md5sums", "postrm", "prerm"}));
         for (const char* name : {"prerm", "postrm"}) {

@@ -2,6 +2,7 @@
 // stays, and no script ever fails. They run with that store and the program in places of the test.
 #include "platform/SettingsStore.h"
 #include "support/FileContent.h"
+#include "support/ProgramAnswer.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,18 +11,12 @@
 #include <QTest>
 
 using namespace quorvia;
-using test::contentOf;
+using test::answerOf, test::contentOf, test::ProgramAnswer;
 
 namespace {
 
 const QString paths = QStringLiteral("Software\\Halvexa\\Common\\ProgramPaths");
 const QString testing = QStringLiteral("Software\\Halvexa\\Common\\Testing");
-
-struct Answer
-{
-    int code = -1; ///< -1: it did not end
-    QString output;
-};
 
 } // namespace
 
@@ -36,8 +31,8 @@ class TestPackageScripts : public QObject
     QString store() const { return m_folder->filePath("machine.db"); }
 
     /// Runs the script called `name` as dpkg does, with the environment `variables` on top.
-    Answer run(const QString& name, const QString& word,
-               const QList<std::pair<QString, QString>>& variables = {})
+    ProgramAnswer run(const QString& name, const QString& word,
+                      const QList<std::pair<QString, QString>>& variables = {})
     {
         QByteArray text = contentOf(SCRIPTS_FOLDER "/" + name);
         const QByteArray place = "/var/lib/halvexa/machine.db";
@@ -49,13 +44,7 @@ class TestPackageScripts : public QObject
         for (const auto& [variable, value] : variables)
             environment.insert(variable, value);
         script.setProcessEnvironment(environment);
-        script.setProcessChannelMode(QProcess::MergedChannels);
-        script.start("/bin/sh", {"-c", QString::fromUtf8(text), name, word});
-        Answer answer;
-        if (script.waitForFinished(60000) && script.exitStatus() == QProcess::NormalExit)
-            answer.code = script.exitCode();
-        answer.output = QString::fromUtf8(script.readAll());
-        return answer;
+        return answerOf(script, "/bin/sh", {"-c", QString::fromUtf8(text), name, word});
     }
 
     /// Makes the store with the row of one tool for each of `tools`, and the row common to all.
@@ -102,7 +91,7 @@ class TestPackageScripts : public QObject
         QFETCH(QString, word);
         QFETCH(QStringList, left);
         fill({"Quorvia", "Morphane"});
-        const Answer answer = run("prerm", word);
+        const ProgramAnswer answer = run("prerm", word);
         QCOMPARE(answer.output, QString());
         QCOMPARE(answer.code, 0);
         QCOMPARE(tools(), left);
@@ -112,7 +101,7 @@ class TestPackageScripts : public QObject
     {
         for (const char* script : {"prerm", "postrm"}) {
             for (const char* word : {"remove", "purge"}) {
-                const Answer answer = run(script, word);
+                const ProgramAnswer answer = run(script, word);
                 QCOMPARE(answer.output, QString());
                 QCOMPARE(answer.code, 0);
             }
@@ -140,7 +129,7 @@ class TestPackageScripts : public QObject
     {
         fill({"Quorvia"});
         m_program = QStringLiteral("/bin/false");
-        const Answer answer = run("prerm", "remove");
+        const ProgramAnswer answer = run("prerm", "remove");
         QCOMPARE(answer.output, "quorvia: its part of " + store() + " stays\n");
         QCOMPARE(answer.code, 0);
         QCOMPARE(tools(), QStringList{"Quorvia"});
@@ -170,7 +159,7 @@ class TestPackageScripts : public QObject
         QFETCH(QStringList, tools);
         QFETCH(bool, goes);
         fill(tools);
-        const Answer answer = run("postrm", word);
+        const ProgramAnswer answer = run("postrm", word);
         QCOMPARE(answer.output, QString());
         QCOMPARE(answer.code, 0);
         QCOMPARE(QFile::exists(store()), !goes);

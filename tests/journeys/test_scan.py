@@ -74,8 +74,6 @@ class ScanTest(Journey):
         self.assertGreater(int(width), 100)
         self.assertGreater(int(height), 50)
 
-    # --- the journeys
-
     def begin_amid_a_scan(self):
         """The program while its helper scans, and the helper's processes."""
         self.slow()
@@ -86,6 +84,8 @@ class ScanTest(Journey):
         children = self.children(process)
         self.assertTrue(children)
         return process, children
+
+    # --- the journeys
 
     def test_chosen_and_acquired(self):
         process, window = self.begin(self.pictures)
