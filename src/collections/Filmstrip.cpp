@@ -249,12 +249,13 @@ void Filmstrip::lookAtPixels()
         m_tResize.start();
 }
 
-/// The column at the left edge, 0-based.
+/// The column that the surface begins with, 0-based.
 int Filmstrip::firstPaintedColumn() const
 {
     return std::max(m_pump.FirstIndex - 1, 0) / m_rows;
 }
 
+/// The column at the left edge, 0-based.
 int Filmstrip::firstColumn() const
 {
     if (!isWhole())

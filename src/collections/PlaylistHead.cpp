@@ -56,8 +56,9 @@ class NameBox : public QFrame, public platform::SpokenWidget
     explicit NameBox(PlaylistHead* head) : QFrame(head), m_head(head) {}
 
     QAccessible::Role spokenRole() const override { return QAccessible::Button; }
-    bool isSpokenPressable() const override { return true; }
+    bool isSpokenPressable() const override { return m_head->hasNames(); }
     void pressSpoken() override { m_head->openList(); }
+    bool hidesItsParts() const override { return true; }
 
   protected:
     void paintEvent(QPaintEvent* event) override

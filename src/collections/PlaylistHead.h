@@ -36,6 +36,7 @@ class PlaylistHead : public QWidget
     void setName(const QString& name);
     /// What the list holds; texts shown letter for letter.
     void setNames(const QStringList& names);
+    bool hasNames() const { return !m_names.isEmpty(); }
     /// Shows the list over the name. Nothing happens when it shows already, or has no entries.
     void openList();
     void hideList();

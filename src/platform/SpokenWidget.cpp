@@ -1,6 +1,7 @@
 #include "platform/SpokenWidget.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QTimer>
 #include <QVariant>
 #include <QWidget>
@@ -77,11 +78,19 @@ class SpokenAccess : public QAccessibleWidget
         return said && said->hidesItsParts();
     }
 
+    /// Whether a dialog is up that keeps the mouse from the widget too.
+    static bool isBlocked(const QWidget* widget)
+    {
+        const QWidget* const dialog = QApplication::activeModalWidget();
+        return dialog && dialog != widget && !dialog->isAncestorOf(widget);
+    }
+
     /// The widget, if a press does anything now.
     static SpokenWidget* pressable(QWidget* widget)
     {
         SpokenWidget* const said = spokenOf(widget);
-        return said && said->isSpokenPressable() && widget->isEnabled() ? said : nullptr;
+        return said && said->isSpokenPressable() && widget->isEnabled() && !isBlocked(widget) ? said
+                                                                                              : nullptr;
     }
 };
 

@@ -22,7 +22,8 @@ class SpokenWidget
     virtual void addSpokenState(QAccessible::State& state) const;
     /// Whether `pressSpoken` does anything.
     virtual bool isSpokenPressable() const { return false; }
-    /// Does what a click of the user does. Is called with the widget enabled only.
+    /// Does what a click of the user does. Is called only when the widget is enabled, and no dialog blocks
+    /// it.
     virtual void pressSpoken() {}
     /// Whether the widgets within are a matter of drawing, of which a reader need not know.
     virtual bool hidesItsParts() const { return false; }

@@ -134,12 +134,20 @@ void frmImageView::UpdateToolbar()
     m_panes->aP()->recalcLayout();
 }
 
+void frmImageView::updateTools()
+{
+    UpdateToolbar();
+    updateViewMarks();
+}
+
 void frmImageView::buildInterfaceSoon()
 {
     constexpr int delay = 100; // milliseconds
     QTimer::singleShot(delay, this, [this] {
         checkVersionAfterStart(*this);
-        if (!m_interface->isBuilt()) // who was quick to ask for the menu may have it open
+        if (m_interface->isBuilt()) // who was quick to ask for the menu may have it open
+            updateTools();
+        else
             OpenMenuX(true);
         m_panes->awaitToolbar(false); // there is none when its definition is empty
         m_panes->place();
@@ -151,8 +159,7 @@ void frmImageView::showTab()
     if (!m_interface) // the panes are built first
         return;
     showPaneContents();
-    UpdateToolbar();
-    updateViewMarks();
+    updateTools();
 }
 
 void frmImageView::showPaneContents()

@@ -117,6 +117,7 @@ class frmImageView : public QWidget, public app::MainWindow
     FilmstripHost::Parts filmstripParts();
     InterfaceTools::Parts interfaceParts();
     output::SlideshowSinks slideshowSinks();
+    void updateTools();
     void showTab();
     void noteList();
     void layoutView();

@@ -94,11 +94,7 @@ InterfaceTools::Parts frmImageView::interfaceParts()
                          .files = [this] { return listedFiles(*list()); },
                          .delay = [this] { return m_slideshow->delayText(); }},
             .runTool = [this](const QString& name) { RunTool(name); },
-            .updateToolbar =
-                [this] {
-                    UpdateToolbar();
-                    updateViewMarks();
-                },
+            .updateToolbar = [this] { updateTools(); },
             .placePanes = [this] { layoutPanes(); }};
 }
 

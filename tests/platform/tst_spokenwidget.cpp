@@ -111,6 +111,26 @@ class TestSpokenWidget : public QObject
         QVERIFY(!actions(&row)->actionNames().contains(QAccessibleActionInterface::pressAction()));
     }
 
+    void whatADialogBlocksIsNotPressed()
+    {
+        PaneRow row(item(PaneItemKind::Link), {}, false);
+        QDialog dialog;
+        dialog.setModal(true);
+        PaneRow within(item(PaneItemKind::Link), {}, false);
+        within.setParent(&dialog);
+        dialog.show();
+        const QSignalSpy clicked(&row, &PaneRow::clicked);
+        const QSignalSpy clickedWithin(&within, &PaneRow::clicked);
+        for (PaneRow* const pressed : {&row, &within})
+            actions(pressed)->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_COMPARE(clickedWithin.size(), 1);
+        QCOMPARE(clicked.size(), 0);
+        QVERIFY(!actions(&row)->actionNames().contains(QAccessibleActionInterface::pressAction()));
+        dialog.hide();
+        actions(&row)->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_COMPARE(clicked.size(), 1);
+    }
+
     void aHeadIsAButtonThatFolds()
     {
         PaneHead head(QStringLiteral("Tips"), {}, nullptr);
