@@ -5,8 +5,8 @@
 //   viewer_run SCREEN hold KEY SECONDS COMMAND...     the same with the key held
 // SCREEN is the file of an Xvfb that was started with -fbdir. KEY is the name of a keysym. Pictures are found
 // by PictureFinder; in the folder, number i (from 0) has marks with the code i % 6 + 1. Prints lines of a
-// name and numbers: milliseconds, kilobytes and pixels; nothing about a picture or a program that was not
-// there. 1 when no picture came or a walk ended early, 2 when it could not measure.
+// name and numbers: milliseconds, kilobytes, pictures a second; nothing about a picture or a program that was
+// not there. 1 when no picture came or a walk ended early, 2 when it could not measure.
 #include "PictureFinder.h"
 #include "ProcessTree.h"
 #include "ScreenFile.h"

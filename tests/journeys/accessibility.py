@@ -260,8 +260,7 @@ class AccessibleJourney(Journey):
         """Walks all the menus within one, whose rows are given, and theirs; how many it has itself."""
         withins = [node for node in on_show if node.children and "enabled" in node.states]
         for within in withins:
-            while self.focused() != within.path:
-                self.press_and_see("Down", self.focused())
+            self.go_to(within, "Down")
             first = self.brought(lambda: self.output("xdotool", "key", "Right"),
                                  lambda: self.ask("moved", within.path, LOST), within.name)
             name = "%s: %s" % (what, within.name)
@@ -300,13 +299,13 @@ class AccessibleJourney(Journey):
         now = self.ask("moved", before, STAYS)
         return now[0] if now else before
 
-    def go_to(self, node):
-        """Presses Tab until the node has the focus."""
+    def go_to(self, node, key="Tab"):
+        """Presses a key until the node has the focus."""
         for _ in range(MOST_STOPS):
             now = self.focused()
             if now == node.path:
                 return
-            self.press_and_see("Tab", now)
+            self.press_and_see(key, now)
         self.fail("no way to %s" % node)
 
     def walk_by(self, key, seen, wanted=None):

@@ -20,7 +20,7 @@ TABBED_PAST = (
     ("text", "", "what it shows is chosen in the list beneath it"),
     ("text", "Size", "the list beneath it, and Alt and the letter of its label"),
 )
-# Told as what its class is; Space, Return and the Down key open the names.
+# What the dialog of colours has to hold.
 WELLS = (("filler", "Basic colors"), ("spin box", "Red:"), ("text", "HTML:"), ("push button", "OK"))
 
 

@@ -76,7 +76,7 @@ class TestDesktopEntries : public QObject
         QElapsedTimer time;
         time.start();
         QCOMPARE(entryPath(QString("a-").repeated(200000)), QString());
-        QVERIFY(time.elapsed() < 2000);
+        QVERIFY(time.elapsed() < 20'000);
     }
 
     void usable_data()

@@ -96,7 +96,7 @@ class TestFolderModel : public QObject
         const auto made = model({at("top")});
         const QModelIndex top = made->index(0, 0);
         open(*made, top);
-        QTRY_COMPARE(made->rowCount(top), 3);
+        QTRY_COMPARE(namesBelow(*made, top), QStringList({"A", "b", "c"}));
         const QModelIndex a = made->index(0, 0, top);
         for (int row = 0; row < 3; ++row) { // they may have some: nobody has looked
             QVERIFY(made->hasChildren(made->index(row, 0, top)));
@@ -104,8 +104,8 @@ class TestFolderModel : public QObject
         }
         QSignalSpy read(made.get(), &FolderModel::folderRead);
         open(*made, a);
-        QTRY_VERIFY(!read.isEmpty());
-        QVERIFY(!made->hasChildren(a));
+        QTRY_VERIFY(!made->hasChildren(a));
+        QVERIFY(!read.isEmpty());
         QVERIFY(made->hasChildren(made->index(1, 0, top)));
     }
 
@@ -149,7 +149,7 @@ class TestFolderModel : public QObject
         const QAbstractItemModelTester tester(made.get());
         const QModelIndex top = made->index(0, 0);
         open(*made, top);
-        QTRY_COMPARE(made->rowCount(top), 3);
+        QTRY_COMPARE(namesBelow(*made, top), QStringList({"A", "b", "c"}));
         const QPersistentModelIndex b = made->index(1, 0, top);
         const QPersistentModelIndex inner = made->indexOf(at("top/b/inner"));
         QVERIFY(inner.isValid());
@@ -176,7 +176,7 @@ class TestFolderModel : public QObject
         const QAbstractItemModelTester tester(made.get());
         const QModelIndex top = made->index(0, 0);
         open(*made, top);
-        QTRY_COMPARE(made->rowCount(top), 3);
+        QTRY_COMPARE(namesBelow(*made, top), QStringList({"A", "b", "c"}));
         QVERIFY(QDir(at("top")).removeRecursively());
         QVERIFY(!made->indexOf(at("top/b")).isValid());
         QVERIFY(!made->indexOf(at("top")).isValid());

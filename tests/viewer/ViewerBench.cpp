@@ -2,6 +2,7 @@
 
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
+#include "system/UpdateCheck.h"
 #include "viewer/LoadStep.h"
 
 #include <QDir>
@@ -20,6 +21,7 @@ ViewerBench::ViewerBench(std::shared_ptr<engine::ImageLoader> loader)
       m_loader(std::move(loader))
 {
     app::openSettings();
+    system::isFirstStartOfVersion();    // the next is not, so that nothing runs by itself amid a test
     QDir().mkpath(in("root/Playlist")); // as the start of the program leaves it
 }
 

@@ -267,6 +267,7 @@ class TestWindowCommands : public QObject, private test::PictureStage
     void anEmptyListWithAPicture()
     {
         frmImageView& window = built();
+        window.list()->findChild<QTimer*>(QStringLiteral("tFolder"))->setInterval(60'000);
         window.OpenX(in("pics/a.png")); // its folder is read a moment later
         QCOMPARE(window.list()->ListCount(), 0);
         QVERIFY(values(window, "miZoomIn").enabled);
