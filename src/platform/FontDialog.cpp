@@ -1,6 +1,7 @@
 // The dialog for a font of Dialogs.h: the toolkit's, which knows no colour, in one that does.
 #include "platform/Answerers.h"
 #include "platform/Dialogs.h"
+#include "platform/FontStyles.h"
 
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -16,24 +17,25 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include <vector>
+
 namespace quorvia::platform {
 
 template class Answerer<FontQuestion, std::optional<ColoredFont>>;
 
 namespace {
 
-/// `font` with the name that its family has for this weight and slope, the shortest as others are condensed.
-/// Without one the toolkit's dialog takes the first style of a family that does not call it "Normal".
+/// `font` with the name that its family has for this weight and slope, or for the nearest ones. Without one
+/// the toolkit's dialog takes the first style of a family that does not call it "Normal".
 QFont withStyleName(QFont font)
 {
     const QString family = QFontInfo(font).family();
-    QString name;
-    for (const QString& style : QFontDatabase::styles(family)) {
-        const QFont styled = QFontDatabase::font(family, style, font.pointSize());
-        const bool fits = styled.weight() == font.weight() && styled.italic() == font.italic();
-        if (fits && (name.isEmpty() || style.size() < name.size()))
-            name = style;
+    std::vector<FontStyle> styles;
+    for (const QString& name : QFontDatabase::styles(family)) {
+        const QFont styled = QFontDatabase::font(family, name, font.pointSize());
+        styles.push_back({name, styled.weight(), styled.italic()});
     }
+    const QString name = nearestStyle(styles, font.weight(), font.italic());
     if (!name.isEmpty()) {
         font.setFamilies({family});
         font.setStyleName(name);
@@ -57,7 +59,8 @@ class FontDialog : public QDialog
 {
   public:
     FontDialog(QWidget* owner, const FontQuestion& question)
-        : QDialog(owner), m_fonts(new QFontDialog(this)), m_color(new QPushButton(this))
+        : QDialog(owner), m_start(question.start.font), m_fonts(new QFontDialog(this)),
+          m_color(new QPushButton(this))
     {
         setObjectName(QStringLiteral("FontQuestion"));
         setWindowTitle(question.title);
@@ -67,6 +70,8 @@ class FontDialog : public QDialog
         m_fonts->setSizeGripEnabled(false);
         m_fonts->setAccessibleName(question.title); // it is told as a dialog within the dialog
         m_fonts->setCurrentFont(withStyleName(question.start.font));
+        m_shown = m_fonts->currentFont();
+        connect(m_fonts, &QFontDialog::currentFontChanged, this, &FontDialog::seeStyle);
         m_color->setObjectName(QStringLiteral("Color"));
         m_color->setAccessibleName(tr("Color of the text"));
         m_color->setAutoDefault(false);
@@ -92,7 +97,15 @@ class FontDialog : public QDialog
         m_fonts->show();
     }
 
-    ColoredFont chosen() const { return {withoutStyleName(m_fonts->currentFont()), m_chosen}; }
+    ColoredFont chosen() const
+    {
+        QFont font = withoutStyleName(m_fonts->currentFont());
+        if (!m_styleChosen) {
+            font.setBold(m_start.bold());
+            font.setItalic(m_start.italic());
+        }
+        return {font, m_chosen};
+    }
 
   protected:
     /// Enter elsewhere within it, which it would keep: it has no button of its own.
@@ -110,6 +123,13 @@ class FontDialog : public QDialog
 
   private:
     static QString tr(const char* text) { return QDialog::tr(text); }
+
+    /// A family may lack the style asked for, and then shows another: only one that the user chose counts.
+    void seeStyle(const QFont& font)
+    {
+        if (font.family() != m_shown.family() || font.styleName() != m_shown.styleName())
+            m_styleChosen = true;
+    }
 
     void setColor(const QColor& color)
     {
@@ -129,6 +149,9 @@ class FontDialog : public QDialog
             setColor(*color);
     }
 
+    const QFont m_start;
+    QFont m_shown; ///< with the style that stands in the dialog for the start's
+    bool m_styleChosen = false;
     QFontDialog* m_fonts;
     QPushButton* m_color;
     QColor m_chosen;
