@@ -1,5 +1,6 @@
 #include "platform/NetworkState.h"
 
+#include <QNetworkInterface>
 #include <QTest>
 
 #include <arpa/inet.h>
@@ -81,6 +82,19 @@ class TestNetworkState : public QObject
     }
 
     void noAddress() { QVERIFY(!carriesConnection(ready, nullptr)); }
+
+    /// As the toolkit's own look at the interfaces finds it.
+    void thisMachine()
+    {
+        constexpr auto ready = QNetworkInterface::IsUp | QNetworkInterface::IsRunning;
+        bool carries = false;
+        for (const QNetworkInterface& each : QNetworkInterface::allInterfaces()) {
+            const auto state = each.flags() & (ready | QNetworkInterface::IsLoopBack);
+            for (const QNetworkAddressEntry& entry : each.addressEntries())
+                carries = carries || (state == ready && !entry.ip().isLinkLocal());
+        }
+        QCOMPARE(isConnected(), carries);
+    }
 
     void aMachineWithoutNetwork()
     {

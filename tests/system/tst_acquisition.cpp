@@ -1,5 +1,7 @@
 // `miScan` over sinks: each of its steps, what a failure leaves, and the names of the files.
 #include "app/mFile.h"
+#include "app/mWindowsAPI.h"
+#include "app/Settings.h"
 #include "engine/ImageEngine.h"
 #include "platform/Dialogs.h"
 #include "support/ScanDrivers.h"
@@ -8,6 +10,7 @@
 
 #include <QRegularExpression>
 #include <QTest>
+#include <QTimer>
 
 using namespace quorvia;
 
@@ -125,6 +128,7 @@ class TestAcquisition : public QObject
         QVERIFY(!m_isWaitingInABox);
         m_answerer.reset();
         m_ix1.reset();
+        app::closeSettings();
         m_drivers.reset();
         m_home.reset();
     }
@@ -279,6 +283,18 @@ class TestAcquisition : public QObject
         QCOMPARE(m_ix1->Picture(), edited);
     }
 
+    void whatIsPendingRunsBeforeTheSave()
+    {
+        m_ix1->SetAcquisitionSource({.select = {}, .acquire = [this] {
+                                         QTimer::singleShot(0, this, [this] { note("pending"); });
+                                         return page();
+                                     }});
+        scan();
+        const qsizetype save = m_steps.indexOf(QRegularExpression(QStringLiteral("save .*")));
+        QVERIFY(save > 0);
+        QVERIFY(m_steps.mid(0, save).contains(QStringLiteral("pending")));
+    }
+
     void theProgramEndsWithAPictureInHand_data()
     {
         QTest::addColumn<bool>("inTheDevice");
@@ -289,13 +305,17 @@ class TestAcquisition : public QObject
     void theProgramEndsWithAPictureInHand()
     {
         QFETCH(bool, inTheDevice);
+        app::openSettings();
+        app::save(app::setting::JPEGGray, 1);
         m_endsWhileItIsPlaced = !inTheDevice;
         m_ix1->SetAcquisitionSource({.select = {}, .acquire = [this, inTheDevice] {
                                          m_isEnding = inTheDevice;
-                                         return page();
+                                         return page(Qt::red);
                                      }});
         scan();
-        QCOMPARE(QImage(folder() + QStringLiteral("Image 04052003-160708.jpg")).size(), QSize(40, 30));
+        const QImage saved(folder() + QStringLiteral("Image 04052003-160708.jpg"));
+        QCOMPARE(saved.size(), QSize(40, 30));
+        QVERIFY(saved.allGray()); // the options of JPEG apply
         QVERIFY(m_boxes.empty());
         QVERIFY(m_steps.filter(QRegularExpression(QStringLiteral("open|save|elsewhere"))).isEmpty());
         QVERIFY(!QGuiApplication::overrideCursor());

@@ -73,16 +73,17 @@ class TestWindowFamily : public QObject
     void theUpdaterAfterAStart_data()
     {
         QTest::addColumn<QString>("startedBefore");
+        QTest::addColumn<int>("isDue");
         QTest::addColumn<QString>("form");
-        QTest::newRow("the first of this version") << "0.1.0"
-                                                   << "/loginstall:(";
-        QTest::newRow("another") << "1.0.0"
-                                 << "/versionupdate:(";
+        QTest::newRow("the first of this version") << "0.1.0" << 1 << "/loginstall:(";
+        QTest::newRow("the first, checks switched off") << "0.1.0" << 0 << "/loginstall:(";
+        QTest::newRow("another") << "1.0.0" << 1 << "/versionupdate:(";
     }
 
     void theUpdaterAfterAStart()
     {
         QFETCH(QString, startedBefore);
+        QFETCH(int, isDue);
         QFETCH(QString, form);
         m_bench.close();
         m_desktop.forget(QStringLiteral("updater"));
@@ -90,6 +91,7 @@ class TestWindowFamily : public QObject
         app::save(app::common::AutoUpdate, m_desktop.makeProgram(QStringLiteral("updater")));
         app::save(setting::StartedVersion, startedBefore);
         app::save(setting::LastCheck, QString());
+        app::save(setting::AutoUpdate, isDue);
         window.buildInterfaceSoon();
         QTRY_VERIFY(window.interfaceTools()->isBuilt());
         QCOMPARE(app::read(setting::StartedVersion), QStringLiteral("1.0.0"));
@@ -103,10 +105,15 @@ class TestWindowFamily : public QObject
     {
         viewer::frmImageView& window = m_bench.load();
         m_bench.boxes.clear();
+        m_desktop.forget(QStringLiteral("updater"));
+        app::save(app::common::AutoUpdate, m_desktop.makeProgram(QStringLiteral("updater")));
         window.RunTool(QStringLiteral("miAutoUpdate"));
         QCOMPARE(m_bench.boxes.size(), std::size_t(1));
         QVERIFY(m_bench.boxes[0].buttons == platform::BoxButtons::OkCancel);
         m_bench.boxes.clear();
+        if (platform::isConnected()) // its OK was pressed
+            QTRY_COMPARE(m_desktop.record(QStringLiteral("updater")).mid(1),
+                         QStringList({"/showdialog", "/versionupdate:(Halvexa;1.0.0;Quorvia;)", "/exit"}));
     }
 };
 

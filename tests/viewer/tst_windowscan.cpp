@@ -95,6 +95,24 @@ class TestWindowScan : public QObject, private test::CommandStage
         QCOMPARE(m_asked[0].start, ScanChoice());
     }
 
+    void theOptionsOfJpegApply_data()
+    {
+        QTest::addColumn<int>("gray");
+        QTest::newRow("as scanned") << 0;
+        QTest::newRow("without colours") << 1;
+    }
+    void theOptionsOfJpegApply()
+    {
+        QFETCH(int, gray);
+        show({in("pics")});
+        app::save(setting::JPEGGray, gray);
+        run("miScan");
+        QCOMPARE(acquired().size(), 1);
+        const QImage saved(in("root/Acquired Images/") + acquired()[0]);
+        QCOMPARE(saved.width(), 118);
+        QCOMPARE(saved.allGray(), gray == 1);
+    }
+
     void theLastChoiceIsKept()
     {
         show({in("pics")});
@@ -102,9 +120,12 @@ class TestWindowScan : public QObject, private test::CommandStage
         run("miScan");
         QCOMPARE(m_window->ix1()->ImagePixelWidth(), 157);
         m_answer.reset();
+        QVERIFY(m_bench->boxes.empty());
         run("miScan");
+        QCOMPARE(m_bench->boxes.size(), size_t(1)); // and scans nothing with the choice from before
         QCOMPARE(m_asked.back().start, (ScanChoice{"test:0", ScanMode::Gray, 100}));
         run("miScan"); // a cancel forgets nothing
+        QCOMPARE(m_bench->boxes.size(), size_t(2));
         QCOMPARE(m_asked.back().start, (ScanChoice{"test:0", ScanMode::Gray, 100}));
     }
 
