@@ -28,10 +28,10 @@ struct RegisteredEntry
 /// Nothing when the text is no such entry.
 std::optional<RegisteredEntry> importRegistration(const QString& text, const QString& name);
 
-/// Writes the registration text of the existing file `program` beside the pattern in InstallPath, asks over
-/// `owner` (may be null), and on Yes installs the entry and makes it the default for its types. A missing
-/// pattern and a file that is no program are told in a box, every other obstacle to the log. No entry of
-/// another program is written over. True when all of it stands.
+/// Writes the registration text of the existing file `program` into InstallPath, wherever the pattern was
+/// found (app::resourcePath), asks over `owner` (may be null), and on Yes installs the entry and makes it the
+/// default for its types. A missing pattern and a file that is no program are told in a box, every other
+/// obstacle to the log. No entry of another program is written over. True when all of it stands.
 bool associateOther(QWidget* owner, const QString& program);
 
 } // namespace quorvia::system

@@ -9,6 +9,7 @@
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QApplication>
+#include <QChildEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QTest>
@@ -17,6 +18,36 @@
 
 using namespace quorvia;
 using commands::WelcomePanel;
+
+namespace {
+
+/// Counts the panes that bars are given, and those among them that were painted at once.
+class WatchOfPanes : public QObject
+{
+  public:
+    WatchOfPanes() { QCoreApplication::instance()->installEventFilter(this); }
+
+    int made = 0;
+    int madeInSight = 0;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() != QEvent::ChildAdded || !watched->isWidgetType())
+            return false;
+        const auto* const column = static_cast<const QWidget*>(watched);
+        const QWidget* const viewport = column->parentWidget();
+        const auto* const bar = viewport ? qobject_cast<platform::PaneBar*>(viewport->parent()) : nullptr;
+        const QObject* const child = static_cast<const QChildEvent*>(event)->child();
+        if (bar && bar->widget() == column && child->objectName() != QLatin1String("logo")) {
+            ++made;
+            madeInSight += column->updatesEnabled() ? 1 : 0;
+        }
+        return false;
+    }
+};
+
+} // namespace
 
 class TestWelcomePanel : public QObject
 {
@@ -249,13 +280,37 @@ class TestWelcomePanel : public QObject
         QTRY_VERIFY(row("MEDIA")->mapTo(m_pane, QPoint(row("MEDIA")->width(), 0)).x() <= 480);
     }
 
+    void nothingIsPaintedWhileItIsBuilt()
+    {
+        QWidget pane;
+        pane.show();
+        const WatchOfPanes watch;
+        const WelcomePanel panel(&pane, {.missingTools = {QStringLiteral("Tessary")}, .tips = {"a"}},
+                                 [](const QString&) {});
+        QCOMPARE(watch.made, 2 + 3);
+        QCOMPARE(watch.madeInSight, 0);
+        QVERIFY(panel.vBar()->updatesEnabled());
+        QVERIFY(panel.vBack()->updatesEnabled());
+    }
+
+    void theHeadsHaveTheirOwnColour_data()
+    {
+        QTest::addColumn<QString>("head");
+        for (const char* head :
+             {"WelcomeHead", "InformationHead", "ResourceHead", "SoftwareHead", "TIPSHead"})
+            QTest::newRow(head) << QString::fromLatin1(head);
+    }
+
     void theHeadsHaveTheirOwnColour()
     {
-        const QImage head = part<QAbstractButton>("WelcomeHead")->grab().toImage();
-        QCOMPARE(head.pixelColor(2, 2), QColor(0, 85, 170)); // red in the lowest byte of its number
+        QFETCH(QString, head);
+        auto* const button = part<QAbstractButton>(qPrintable(head));
+        QVERIFY(button);
+        const QImage image = button->grab().toImage();
+        QCOMPARE(image.pixelColor(2, 2), QColor(0, 85, 170)); // red in the lowest byte of its number
         bool white = false;
-        for (int x = 0; x < head.width(); ++x)
-            white = white || head.pixelColor(x, head.height() / 2) == QColor(Qt::white);
+        for (int x = 0; x < image.width(); ++x)
+            white = white || image.pixelColor(x, image.height() / 2) == QColor(Qt::white);
         QVERIFY(white);
     }
 

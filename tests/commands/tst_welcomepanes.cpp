@@ -19,12 +19,12 @@ WelcomeFacts someFacts(const QStringList& missing)
     return {.missingTools = missing, .imagesOpened = 12, .tips = {"a", "b", "c", "a", "e"}};
 }
 
-/// "key|caption|command" of each row.
+/// "key|caption|command|icon" of each row.
 QStringList rowsOf(const Pane& pane)
 {
     QStringList rows;
     for (const PaneItem& item : pane.items)
-        rows.append(item.key + u'|' + item.text + u'|' + item.tag);
+        rows.append(item.key + u'|' + item.text + u'|' + item.tag + u'|' + item.icon);
     return rows;
 }
 
@@ -49,17 +49,18 @@ class TestWelcomePanes : public QObject
         QCOMPARE(keysOf(panes), (QStringList{"Welcome", "Information"}));
         QCOMPARE(panes[0].title, QStringLiteral("  - Welcome to Quorvia"));
         QCOMPARE(rowsOf(panes[0]),
-                 (QStringList{
-                     "OPEN|Open Image|miOpen", "OPENTIP|          Open a image for viewing.|",
-                     "Playlist|Create Playlist|miPlaylistEditor",
-                     "PlaylistTIP|          Create a playlist of images.|", "WEBSITE|Visit Website|miWebsite",
-                     "WEBSITETIP|          Visit our company website.|", "HELP|Help Documentation|miHelp",
-                     "HELPTIP|          View the HTML help manual for this product.|"}));
+                 (QStringList{"OPEN|Open Image|miOpen|open", "OPENTIP|          Open a image for viewing.||",
+                              "Playlist|Create Playlist|miPlaylistEditor|playlist",
+                              "PlaylistTIP|          Create a playlist of images.||",
+                              "WEBSITE|Visit Website|miWebsite|website",
+                              "WEBSITETIP|          Visit our company website.||",
+                              "HELP|Help Documentation|miHelp|help",
+                              "HELPTIP|          View the HTML help manual for this product.||"}));
         QCOMPARE(panes[1].title, QStringLiteral("Product Information"));
         const QString version = app::versionText(app::productVersion(), QStringLiteral("."));
         QCOMPARE(rowsOf(panes[1]),
-                 (QStringList{"INFO|Quorvia|", "INFO2|Version: " + version + "|", "DEVL|Developed By:|",
-                              "DEVL2|Halvexa|miHVXAWebsite", "INFO4|12 total images have been viewed.|"}));
+                 (QStringList{"INFO|Quorvia||", "INFO2|Version: " + version + "||", "DEVL|Developed By:||",
+                              "DEVL2|Halvexa|miHVXAWebsite|", "INFO4|12 total images have been viewed.||"}));
     }
 
     void nothingOpenedYetIsNought()
@@ -74,22 +75,23 @@ class TestWelcomePanes : public QObject
         QCOMPARE(keysOf(panes), (QStringList{"Resource", "TIPS"}));
         QCOMPARE(panes[0].title, QStringLiteral("  - Quorvia Resources"));
         QCOMPARE(rowsOf(panes[0]),
-                 (QStringList{"MEDIA|Lindora Center|miLindoraCenter",
-                              "MEDIATIP|Find Images and Imaging Information at the Lindora Center|",
-                              "HVXAGALLEY|HVXA Image Gallery|miHVXAImageGallery",
-                              "HVXAGALLEYTIP|Halvexa's exclusive online image gallery.|"}));
+                 (QStringList{"MEDIA|Lindora Center|miLindoraCenter|lindora",
+                              "MEDIATIP|Find Images and Imaging Information at the Lindora Center||",
+                              "HVXAGALLEY|HVXA Image Gallery|miHVXAImageGallery|gallery",
+                              "HVXAGALLEYTIP|Halvexa's exclusive online image gallery.||"}));
         QCOMPARE(panes[1].title, QStringLiteral("Random Tips of the Day"));
-        QCOMPARE(rowsOf(panes[1]), (QStringList{"TIP|Tip 1: a|", "TIP2|Tip 2: b|", "TIP3|Tip 3: c|",
-                                                "TIP4|Tip 4: a|", "TIP5|Tip 5: e|"}));
+        QCOMPARE(rowsOf(panes[1]),
+                 (QStringList{"TIP|Tip 1: a||tip", "TIP2|Tip 2: b||tip", "TIP3|Tip 3: c||tip",
+                              "TIP4|Tip 4: a||tip", "TIP5|Tip 5: e||tip"}));
     }
 
     void missingTools_data()
     {
         QTest::addColumn<QStringList>("missing");
-        QTest::addColumn<QStringList>("rows"); // "key|command"
-        const QStringList mo = {"MO|miWebMorphane", "MOTIP|", "MOMORE|miWebMorphane"};
-        const QStringList te = {"TE|miWebTessary", "TETIP|", "TEMORE|miWebTessary"};
-        const QStringList no = {"NO|miWebNomalux", "NOTIP|", "NOMORE|miWebNomalux"};
+        QTest::addColumn<QStringList>("rows"); // "key|command|icon"
+        const QStringList mo = {"MO|miWebMorphane|software", "MOTIP||", "MOMORE|miWebMorphane|"};
+        const QStringList te = {"TE|miWebTessary|software", "TETIP||", "TEMORE|miWebTessary|"};
+        const QStringList no = {"NO|miWebNomalux|software", "NOTIP||", "NOMORE|miWebNomalux|"};
         QTest::newRow("none") << QStringList() << QStringList();
         QTest::newRow("one") << QStringList{"Tessary"} << te;
         QTest::newRow("two") << QStringList{"Nomalux", "Morphane"} << mo + no;
@@ -109,7 +111,7 @@ class TestWelcomePanes : public QObject
         QCOMPARE(panes[1].title, QStringLiteral("  - Halvexa - Addtional Software Titles"));
         QStringList got;
         for (const PaneItem& item : panes[1].items)
-            got.append(item.key + u'|' + item.tag);
+            got.append(item.key + u'|' + item.tag + u'|' + item.icon);
         QCOMPARE(got, rows);
         for (qsizetype i = 0; i < panes[1].items.size(); i += 3) {
             QVERIFY(missing.contains(panes[1].items[i].text));

@@ -1,5 +1,6 @@
 // The preferences: how they look, what a screen reader has of them, and their keys.
 #include "app/Colors.h"
+#include "app/Settings.h"
 #include "controls/gnTab.h"
 #include "system/OptionsBench.h"
 
@@ -362,6 +363,9 @@ class TestOptionsLook : public QObject
         slider.setSliderDown(true);
         slider.setSliderPosition(123);
         QCOMPARE(m_bench->part<QLabel>("lChrome").text(), QStringLiteral("123"));
+        m_bench->part<QPushButton>("Command2").click();
+        QCOMPARE(slider.value(), 20);
+        QCOMPARE(app::read(app::setting::JPEGChrome), 123); // the number that was told
         slider.setSliderDown(false);
     }
 };

@@ -2,6 +2,7 @@
 #include "app/Log.h"
 #include "app/mFile.h"
 #include "app/Paths.h"
+#include "app/Resources.h"
 #include "app/SettingsHome.h"
 #include "platform/DesktopEntries.h"
 #include "platform/Dialogs.h"
@@ -163,6 +164,18 @@ class TestOtherViewer : public QObject
         QVERIFY(associate(file, BoxAnswer::Yes));
         for (const char* type : {"image/jpeg", "image/tiff", "image/x-dcx", "application/x-wpg"})
             QCOMPARE(viewerOf(type), "userapp-view.desktop");
+    }
+
+    /// As in a package: the pattern lies elsewhere, and nothing is written there.
+    void theTextIsWrittenToTheRoot()
+    {
+        const QString found = app::resourcePath(QStringLiteral("AssociationImages.dat"));
+        QVERIFY(!found.startsWith(app::InstallPath()));
+        const QString file = program("view");
+        QVERIFY(associate(file, BoxAnswer::Yes));
+        QCOMPARE(contentOf(written()),
+                 registrationText(QString::fromUtf8(contentOf(found)), app::InstallPath(), file).toUtf8());
+        QVERIFY(!QFile::exists(found + QStringLiteral(".reg")));
     }
 
     void aPatternThatIsMissingOrUnreadable()

@@ -1,6 +1,8 @@
 // The preferences over the main window: what they take from it and give to it.
 #include "app/Colors.h"
 #include "app/Settings.h"
+#include "controls/uLink.h"
+#include "platform/Band.h"
 #include "platform/Dialogs.h"
 #include "platform/NextDialog.h"
 #include "support/FileContent.h"
@@ -9,6 +11,7 @@
 #include "viewer/PictureStage.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -49,6 +52,19 @@ bool runPreferences(frmImageView& window, const std::function<void(frmImageViewO
     });
     window.RunTool(QStringLiteral("miPref"));
     return next.seen();
+}
+
+/// Where the window and its panes stand; nowhere for one that is not there or does not show.
+QList<QRect> places(const frmImageView& window)
+{
+    const viewer::Panes& panes = *window.panes();
+    QList<QRect> all = {window.geometry()};
+    for (const QWidget* pane : std::initializer_list<const QWidget*>{
+             panes.pMain(), panes.pTop(), panes.pContain(), panes.pWelcome(), panes.pInformation(),
+             panes.pShowInfo(), panes.pFilmStrip(), panes.pFilm(), panes.bPlay()->client(),
+             panes.bInfo()->client()})
+        all.append(pane && pane->isVisible() ? pane->geometry() : QRect());
+    return all;
 }
 
 } // namespace
@@ -103,13 +119,26 @@ class TestWindowPreferences : public QObject, private test::PictureStage
     void otherOptionsWaitForTheNextUse()
     {
         frmImageView& window = m_bench->load({m_bench->in("pics")});
+        QTRY_COMPARE(window.currentFile(), m_bench->in("pics/a.png"));
         QVERIFY(window.viewport()->FitToWindow());
+        QVERIFY(window.panes()->uLink()->isVisible());
+        QVERIFY(!window.isFullScreen());
+        const QList<QRect> before = places(window);
         QVERIFY(runPreferences(window, [](frmImageViewOptions& options) {
             part<QComboBox>(options, "cView")->setCurrentIndex(1);
+            for (const char* check : {"cFull", "cLayout", "chkDyn"})
+                part<QCheckBox>(options, check)->click();
             click(options, "Command2");
         }));
+        QCoreApplication::processEvents();
         QCOMPARE(app::read(setting::cView), 1);
+        QCOMPARE(app::read(setting::cFull), 1);
+        QCOMPARE(app::read(setting::cLayout), 0);
+        QCOMPARE(app::read(setting::DynamicLink), 0);
         QVERIFY(window.viewport()->FitToWindow());
+        QVERIFY(window.panes()->uLink()->isVisible());
+        QVERIFY(!window.isFullScreen());
+        QCOMPARE(places(window), before);
     }
 
     void thumbnailsAreCountedAndCleared()

@@ -3,6 +3,7 @@
 #include "app/Product.h"
 #include "app/Settings.h"
 #include "app/WebPages.h"
+#include "commands/WelcomeTips.h"
 #include "controls/uLink.h"
 #include "platform/MenuControl.h"
 #include "platform/PaneBar.h"
@@ -50,6 +51,26 @@ class TestWindowWelcome : public QObject, private test::PictureStage
         QVERIFY(bar(window, "vBar")->isVisible());
         QCOMPARE(row(window, "INFO4")->text(), QStringLiteral("0 total images have been viewed."));
         QVERIFY(row(window, "TIP5")->text().startsWith(QStringLiteral("Tip 5: ")));
+    }
+
+    void eachWindowDrawsItsTips()
+    {
+        QStringList texts;
+        for (int number = 1; number <= 14; ++number)
+            texts.append(commands::tipText(number));
+        QSet<QString> sets;
+        for (int round = 0; round < 10; ++round) {
+            const QStringList drawn = tips(m_bench->load()).split(u'\n', Qt::SkipEmptyParts);
+            QCOMPARE(drawn.size(), 5);
+            for (int number = 1; number <= 5; ++number) {
+                const QString& tip = drawn.at(number - 1);
+                const QString prefix = QStringLiteral("Tip %1: ").arg(number);
+                QVERIFY2(tip.startsWith(prefix) && texts.contains(tip.mid(prefix.size())), qPrintable(tip));
+            }
+            sets.insert(drawn.join(u'\n'));
+            m_bench->close();
+        }
+        QVERIFY(sets.size() > 1);
     }
 
     void aStartWithAPictureDoesNotPayForIt_data()
