@@ -107,6 +107,7 @@ void frmClipboard::buildMenu()
     bar->setNativeMenuBar(false);
     QMenu* const view = bar->addMenu(tr("&View"));
     view->setObjectName(QStringLiteral("mnuView"));
+    view->setAccessibleName(tr("View"));
     const auto add = [this, view](const char* name, const QString& text) {
         QAction* const item = view->addAction(text);
         item->setObjectName(QLatin1String(name));

@@ -211,10 +211,10 @@ class AccessibleJourney(Journey):
                 return None
         return wait_until(once, what)
 
-    def by_menu(self, *keys):
-        """Opens the context menu by its key and walks it by keys."""
+    def by_menu(self, *keys, opener="shift+F10"):
+        """Opens a menu, the context menu unless told, by its key and walks it by keys."""
         before = self.top_windows()
-        self.brought(lambda: self.key("shift+F10"), lambda: self.top_windows() > before, "the menu")
+        self.brought(lambda: self.key(opener), lambda: self.top_windows() > before, "the menu")
         self.key(*keys)
 
     def closed(self, top, key="Escape"):
@@ -245,14 +245,14 @@ class AccessibleJourney(Journey):
                 self.faults.append("%s: %s has no fitting name or role" % (what, node))
         self.faults += ["%s: %s \"%s\" can be said after all" % (what, row[0], row[1]) for row in unsaid if row not in needed]
 
-    def check_menu(self, what, how, menus=1):
-        """A menu that `how` opens by keys, with at least so many menus within: all its rows, and the keys lead through those
+    def check_menu(self, what, how, menus=1, least=3):
+        """A menu that `how` opens by keys, with at least so many menus within and rows: all rows, and the keys lead through those
         that can be chosen, and through those of the menus within."""
         before = self.focused()
         first = self.brought(how, lambda: self.ask("moved", before, LOST), what)
         menu = self.tree(first[1], hidden=True)
         on_show = self.rows_walked(what, menu)
-        self.assertGreater(len(on_show), 2)
+        self.assertGreaterEqual(len(on_show), least)
         self.assertGreaterEqual(self.menus_walked(what, on_show), menus)
         return menu
 

@@ -62,8 +62,11 @@ class Dialogs(AccessibleJourney):
                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(self._end, owner)
         wait_until(lambda: self.output("xclip", "-selection", "clipboard", "-o", "-t", "TARGETS"), "the offer")
-        self.visit("clipboard", self.keys("ctrl+v"), (("push button", "Paste Image >>"), ("push button", "Cancel")),
+        top = self.opened(self.keys("ctrl+v"), "clipboard")
+        self.check("clipboard", top, (("push button", "Paste Image >>"), ("push button", "Cancel")),
                    (("menu item", "View", "Alt and its letter open it"),))
+        self.check_menu("menu of the clipboard", self.keys("alt+v"), 0, 2)
+        self.key("Escape")
         self.no_faults()
 
     def test_playlist_editor(self):

@@ -104,6 +104,14 @@ class Printing(AccessibleJourney, PrintJourney):
         self.closed(top)
         self.no_faults()
 
+    def test_effects_menu(self):
+        self.start_viewer()
+        self.summon(WINDOW)
+        self.go_to(self.found(self.shown(WINDOW), "push button", "FX Features >"))
+        self.check_menu("effects", lambda: self.by_menu("Down", opener="space"), 0)
+        self.key("Escape")
+        self.no_faults()
+
 
 if __name__ == "__main__":
     unittest.main()
