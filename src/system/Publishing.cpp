@@ -26,11 +26,6 @@ QString runTogether(QString text)
     return text.remove(u'.').remove(u' ');
 }
 
-QString versionText(const QString& separator)
-{
-    return app::versionText(app::productVersion(), separator);
-}
-
 } // namespace
 
 void PublishProgram(bool isComponent)
@@ -70,16 +65,26 @@ QString builtInHomeUrl(const QString& title)
     return app::readOfTool(app::common::WebSites, QString());
 }
 
+QString appQuery(const QString& title, const app::Version& version)
+{
+    return QStringLiteral("?app=") + runTogether(title) + app::versionText(version, QString());
+}
+
+QString toolQuery(const QString& title, const app::Version& version, const QString& tag)
+{
+    return QStringLiteral("programname=") + QString(title).remove(u'.') + QStringLiteral("&version=") +
+           app::versionText(version, QStringLiteral(".")) + QStringLiteral("&app=") +
+           runTogether(title + app::versionText(version, QString()) + tag) + QStringLiteral("&check=1");
+}
+
 QString BuildAppQuery()
 {
-    return QStringLiteral("?app=") + runTogether(app::productTitle()) + versionText(QString());
+    return appQuery(app::productTitle(), app::productVersion());
 }
 
 QString BuildToolQuery(const QString& tag)
 {
-    return QStringLiteral("programname=") + app::productTitle().remove(u'.') + QStringLiteral("&version=") +
-           versionText(QStringLiteral(".")) + QStringLiteral("&app=") +
-           runTogether(app::productTitle() + versionText(QString()) + tag) + QStringLiteral("&check=1");
+    return toolQuery(app::productTitle(), app::productVersion(), tag);
 }
 
 } // namespace quorvia::system

@@ -1,6 +1,8 @@
 // Publishes the program in the machine-wide store, where the maker's other tools find it.
 #pragma once
 
+#include "app/Product.h"
+
 #include <QString>
 
 namespace quorvia::system {
@@ -15,12 +17,17 @@ QString GetHomeUrl();
 /// the one in the store that bears no name.
 QString builtInHomeUrl(const QString& title);
 
-/// "?app=", the title without points and blanks, and the version's three numbers without anything between
+/// "?app=", `title` without points and blanks, and the three numbers of `version` without anything between
 /// them.
+QString appQuery(const QString& title, const app::Version& version);
+/// The same of this program.
 QString BuildAppQuery();
 
-/// The long query of a request whose origin `tag` names, as in "AppMenuItem": title, version and tag, each
-/// without the points and blanks that the maker's pages do not take.
+/// The long query of a request whose origin `tag` names, as in "AppMenuItem": `title` without its points and
+/// `version`; then title, version and tag run together, without the points and blanks that the maker's pages
+/// do not take.
+QString toolQuery(const QString& title, const app::Version& version, const QString& tag);
+/// The same of this program.
 QString BuildToolQuery(const QString& tag);
 
 } // namespace quorvia::system

@@ -25,6 +25,34 @@ class TestWebPages : public QObject
         QCOMPARE(addresses.size(), pages);
     }
 
+    void addresses_data()
+    {
+        QTest::addColumn<WebPage>("page");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("front") << WebPage::Front << "https://www.halvexa.example/";
+        QTest::newRow("product") << WebPage::Product << "https://www.halvexa.example/quorvia/";
+        QTest::newRow("product of Morphane")
+            << WebPage::ProductMorphane << "https://www.halvexa.example/morphane/";
+        QTest::newRow("product of Tessary")
+            << WebPage::ProductTessary << "https://www.halvexa.example/tessary/";
+        QTest::newRow("product of Nomalux")
+            << WebPage::ProductNomalux << "https://www.halvexa.example/nomalux/";
+        QTest::newRow("download") << WebPage::Download << "https://www.halvexa.example/quorvia/download/";
+        QTest::newRow("support") << WebPage::Support << "https://www.halvexa.example/support/?part=support";
+        QTest::newRow("report") << WebPage::Report << "https://www.halvexa.example/support/?part=report";
+        QTest::newRow("media portal") << WebPage::MediaPortal << "https://lindora.example/";
+        QTest::newRow("image gallery") << WebPage::ImageGallery << "https://gallery.halvexa.example/";
+        QTest::newRow("shell menu") << WebPage::ShellMenu
+                                    << "https://www.halvexa.example/quorvia/shell-menu/";
+        QTest::newRow("partner") << WebPage::Partner << "https://partner.halvexa.example/";
+    }
+
+    void addresses()
+    {
+        QFETCH(WebPage, page);
+        QTEST(webAddress(page), "address");
+    }
+
     void theSupportPagesHaveAQuery()
     {
         QCOMPARE(QUrl(webAddress(WebPage::Support)).query(), QStringLiteral("part=support"));

@@ -24,6 +24,17 @@ namespace {
 
 const QString own = "quorvia.desktop";
 
+qint64 changedAt(const QString& path)
+{
+    return QFileInfo(path).lastModified().toSecsSinceEpoch();
+}
+
+bool makeOld(const QString& path)
+{
+    const struct timespec old[2] = {{1000, 0}, {1000, 0}};
+    return ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), old, 0) == 0;
+}
+
 } // namespace
 
 class TestDesktopPresence : public QObject, private test::AssociationStage
@@ -145,11 +156,24 @@ class TestDesktopPresence : public QObject, private test::AssociationStage
         system::NotifyAssociationsChanged();
         QVERIFY(!QFile::exists(directory));
         addEntry("mine.desktop", ".local/share");
-        const struct timespec old[2] = {{1000, 0}, {1000, 0}};
-        QCOMPARE(::utimensat(AT_FDCWD, QFile::encodeName(directory).constData(), old, 0), 0);
+        QVERIFY(makeOld(directory));
         system::NotifyAssociationsChanged();
-        QVERIFY(QFileInfo(directory).lastModified().toSecsSinceEpoch() > 1000);
+        QVERIFY(changedAt(directory) > 1000);
         QVERIFY(!log().contains("Associations"));
+    }
+
+    /// With an installed entry nothing else is written there.
+    void bothWaysMarkTheEntries()
+    {
+        addEntry(own);
+        const QString directory = home().path(".local/share/applications");
+        home().write(".local/share/applications/.keep", "");
+        QVERIFY(makeOld(directory));
+        takeOver();
+        QVERIFY(changedAt(directory) > 1000);
+        QVERIFY(makeOld(directory));
+        system::RestoreAssociations();
+        QVERIFY(changedAt(directory) > 1000);
     }
 
     void withoutTheToolsOfTheDesktop()
@@ -168,6 +192,7 @@ class TestDesktopPresence : public QObject, private test::AssociationStage
         takeOver();
         QVERIFY(!QFile::exists(list()));
         QVERIFY2(log().contains("Associations: " + copy().toLocal8Bit()), log().constData());
+        QCOMPARE(app::read(app::setting::Associate), 0); // it is not tried at each start
     }
 };
 

@@ -37,15 +37,32 @@ class TestAssociation : public QObject, private test::AssociationStage
 
     void theTable()
     {
-        const QStringList rows{".jpg", ".bmp", ".dcx", ".dib", ".gif",  ".jif", ".ljp",
-                               ".pbm", ".pcx", ".pgm", ".pic", ".png",  ".ppm", ".rle",
-                               ".tga", ".tif", ".wmf", ".wpg", ".jpeg", ".tiff"};
-        QStringList extensions;
+        const QStringList expected{".jpg|Image JPEG|image/jpeg",
+                                   ".bmp|Image BMP|image/bmp",
+                                   ".dcx|Image DCX|image/x-dcx",
+                                   ".dib|Image DIB|image/bmp",
+                                   ".gif|Image GIF|image/gif",
+                                   ".jif|Image JIF|image/jpeg",
+                                   ".ljp|Image LJP|image/jpeg",
+                                   ".pbm|Image PBM|image/x-portable-bitmap",
+                                   ".pcx|Image PCX|image/vnd.zbrush.pcx",
+                                   ".pgm|Image PGM|image/x-portable-graymap",
+                                   ".pic|Image PIC|image/x-softimage-pic",
+                                   ".png|Image PNG|image/png",
+                                   ".ppm|Image PPM|image/x-portable-pixmap",
+                                   ".rle|Image RLE|image/rle",
+                                   ".tga|Image TGA|image/x-tga",
+                                   ".tif|Image TIFF|image/tiff",
+                                   ".wmf|Image WMF|image/wmf",
+                                   ".wpg|Image WPG|application/x-wpg",
+                                   ".jpeg|Image JPEG|image/jpeg",
+                                   ".tiff|Image TIFF|image/tiff"};
+        QStringList rows;
         for (const system::AssociationRow& row : system::associationTable())
-            extensions.append(row.extension);
-        QCOMPARE(extensions, rows);
+            rows.append(QStringList{row.extension, row.className, row.mimeType}.join('|'));
+        QCOMPARE(rows, expected);
         QCOMPARE(system::extensionsOfOwners(), ownerOrder);
-        QVERIFY(!rows.contains(".ico"));
+        QVERIFY(rows.filter(".ico").isEmpty());
     }
 
     /// What the desktop is told about a type says what the table says.
@@ -82,6 +99,31 @@ class TestAssociation : public QObject, private test::AssociationStage
             QVERIFY(!QFile::exists(copy()));
             QCOMPARE(app::read(app::setting::Associate), value);
         }
+    }
+
+    /// The types are written in the table's order, each where its first row stands; a new line goes above
+    /// those that are there.
+    void theOrderOfTheList()
+    {
+        const QByteArray lines = "application/x-wpg=quorvia.desktop\n"
+                                 "image/wmf=quorvia.desktop\n"
+                                 "image/tiff=quorvia.desktop\n"
+                                 "image/x-tga=quorvia.desktop\n"
+                                 "image/rle=quorvia.desktop\n"
+                                 "image/x-portable-pixmap=quorvia.desktop\n"
+                                 "image/png=quorvia.desktop\n"
+                                 "image/x-softimage-pic=quorvia.desktop\n"
+                                 "image/x-portable-graymap=quorvia.desktop\n"
+                                 "image/vnd.zbrush.pcx=quorvia.desktop\n"
+                                 "image/x-portable-bitmap=quorvia.desktop\n"
+                                 "image/gif=quorvia.desktop\n"
+                                 "image/x-dcx=quorvia.desktop\n"
+                                 "image/bmp=quorvia.desktop\n"
+                                 "image/jpeg=quorvia.desktop\n";
+        takeOver();
+        QCOMPARE(contentOf(list()), "# File added by Quorvia\n"
+                                    "# Group added by Quorvia\n[Default Applications]\n" +
+                                        lines + "# Group added by Quorvia\n[Added Associations]\n" + lines);
     }
 
     void takesOverAndGivesBack()

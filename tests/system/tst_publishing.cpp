@@ -1,6 +1,7 @@
 #include "app/ImageTypes.h"
 #include "app/mWindowsAPI.h"
 #include "app/Paths.h"
+#include "app/Product.h"
 #include "app/SettingsHome.h"
 #include "app/WebPages.h"
 #include "system/Publishing.h"
@@ -21,30 +22,57 @@ class TestPublishing : public QObject
         return app::GetCommonSetting(QLatin1String(subkey), QLatin1String(name), QString()).toString();
     }
 
+    /// All that is published but the home page, which the user may choose.
+    static void storeAll(const QString& value)
+    {
+        if (value.isEmpty())
+            return;
+        for (const char* subkey : {"ProgramFileSupport", "ProgramAssoPaths", "ProgramPaths",
+                                   "ProgramShortPaths", "ComponentPaths"})
+            app::SaveCommonSetting(QStringLiteral("Common\\") + QLatin1String(subkey),
+                                   QStringLiteral("Quorvia"), value);
+        app::SaveCommonSetting(QStringLiteral("Web Sites"), QStringLiteral("MenuShellReg"), value);
+    }
+
   private Q_SLOTS:
     void init() { m_home = std::make_unique<test::SettingsHome>(); }
     void cleanup() { m_home.reset(); }
 
+    void aProgram_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::newRow("into an empty store") << QString();
+        QTest::newRow("over older values") << "stale";
+    }
+
     void aProgram()
     {
+        QFETCH(QString, before);
+        storeAll(before);
         system::PublishProgram(false);
         QCOMPARE(common("Common\\ProgramFileSupport"), QLatin1String(app::ImageExtensionList));
         QCOMPARE(common("Common\\ProgramAssoPaths"), app::programPath());
         QCOMPARE(common("Common\\ProgramPaths"), app::programPath());
         QCOMPARE(common("Common\\ProgramShortPaths"), app::programPath());
-        QCOMPARE(common("Common\\ComponentPaths"), QString());
+        QCOMPARE(common("Common\\ComponentPaths"), before);
         QCOMPARE(common("Web Sites"),
                  app::webAddress(app::WebPage::Product) + QStringLiteral("?app=Quorvia100"));
         QCOMPARE(common("Web Sites", "MenuShellReg"), app::webAddress(app::WebPage::ShellMenu));
     }
 
+    void aComponent_data() { aProgram_data(); }
+
     void aComponent()
     {
+        QFETCH(QString, before);
+        storeAll(before);
         system::PublishProgram(true);
         QCOMPARE(common("Common\\ComponentPaths"), app::programPath());
-        QCOMPARE(common("Common\\ProgramPaths"), QString());
-        QCOMPARE(common("Common\\ProgramShortPaths"), QString());
+        QCOMPARE(common("Common\\ProgramPaths"), before);
+        QCOMPARE(common("Common\\ProgramShortPaths"), before);
         QCOMPARE(common("Common\\ProgramAssoPaths"), app::programPath());
+        QCOMPARE(common("Common\\ProgramFileSupport"), QLatin1String(app::ImageExtensionList));
+        QCOMPARE(common("Web Sites", "MenuShellReg"), app::webAddress(app::WebPage::ShellMenu));
     }
 
     void homePages_data()
@@ -74,6 +102,14 @@ class TestPublishing : public QObject
     {
         app::SaveCommonSetting(QStringLiteral("Web Sites"), QStringLiteral("Quorvia"), QStringLiteral("  "));
         QCOMPARE(system::GetHomeUrl(), app::webAddress(app::WebPage::Front));
+    }
+
+    void queriesOfAnyProgram()
+    {
+        const app::Version version{1, 2, 3};
+        QCOMPARE(system::appQuery("A. B", version), "?app=AB123");
+        QCOMPARE(system::toolQuery("A. B", version, "x y"),
+                 "programname=A B&version=1.2.3&app=AB123xy&check=1");
     }
 };
 

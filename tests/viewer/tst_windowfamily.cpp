@@ -7,6 +7,8 @@
 #include "system/WebCommands.h"
 #include "viewer/ViewerBench.h"
 
+#include <QFile>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace quorvia;
@@ -41,6 +43,24 @@ class TestWindowFamily : public QObject
         m_desktop.forget(QStringLiteral("browser"));
         m_bench.load().RunTool(command);
         QTRY_COMPARE(m_desktop.record(QStringLiteral("browser")).value(1), system::webAddressOf(command));
+        QVERIFY(m_bench.boxes.empty());
+    }
+
+    void aPageThatDoesNotOpenIsLogged_data() { pages_data(); }
+
+    /// There is no browser that could be started.
+    void aPageThatDoesNotOpenIsLogged()
+    {
+        QFETCH(QString, command);
+        viewer::frmImageView& window = m_bench.load();
+        const qsizetype before = m_bench.logTexts().size();
+        QVERIFY(QFile::setPermissions(m_bench.in("bin/browser"), QFile::ReadOwner | QFile::WriteOwner));
+        const auto back = qScopeGuard([this] { m_desktop.makeProgram(QStringLiteral("browser")); });
+        window.RunTool(command);
+        const QStringList lines = m_bench.logTexts().mid(before).filter(QStringLiteral("Not run"));
+        QCOMPARE(lines.size(), 1);
+        QVERIFY2(lines[0].startsWith(QStringLiteral("Not run: ") + system::webAddressOf(command)),
+                 qPrintable(lines[0]));
         QVERIFY(m_bench.boxes.empty());
     }
 
