@@ -310,10 +310,23 @@ class TestScanner : public QObject
         QElapsedTimer waited;
         waited.start();
         QString why;
-        const Scanner patient(QStringLiteral(SCAN_HELPER), {.ending = 60'000});
-        QVERIFY(!patient.list(&owner, &why));
+        QVERIFY(!Scanner(QStringLiteral(SCAN_HELPER)).list(&owner, &why));
         QCOMPARE(why, QString());
         QVERIFY(waited.elapsed() < 10'000);
+    }
+
+    void aSearchThatWillNotEndIsKilledSoon()
+    {
+        QWidget owner;
+        standIn("echo $$ > '" + in("pid").toUtf8() + "'; trap '' TERM; sleep 60");
+        const Scanner patient(in("helper"), {.ending = 60'000});
+        QTimer::singleShot(600, this, [] { LongWork::cancelAll(); });
+        QElapsedTimer waited;
+        waited.start();
+        QString why;
+        QVERIFY(!patient.list(&owner, &why));
+        QVERIFY(waited.elapsed() < 20'000);
+        QTRY_VERIFY(isGone());
     }
 
     void theWordOfThePicture()
